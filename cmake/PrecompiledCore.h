@@ -1,0 +1,12 @@
+#pragma once
+#include <QtCore/QtCore>
+#include <QtGui/QImage>
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+#include <vector>

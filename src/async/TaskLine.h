@@ -1,0 +1,49 @@
+#pragma once
+
+#include "async/TaskRun.h"
+
+#include <deque>
+#include <vector>
+
+namespace async {
+
+/// The common part of TaskQueue and TaskGroup: a line of tasks of which the first few run. Held by a shared pointer,
+/// because a task may destroy its queue or group while it runs. Thread: main.
+class TaskLine : public std::enable_shared_from_this<TaskLine> {
+public:
+    using Handle = quint64;
+    enum class Place { Front, End };
+
+    /// \param limit tasks that run at once, at least 1.
+    explicit TaskLine(int limit);
+
+    /// Adds a task and starts it at once if there is room.
+    Handle add(TaskFactory factory, Place place);
+    /// Stops or drops one. A stopped task keeps its room until it has ended.
+    void cancel(Handle handle);
+    void cancelAll();
+    /// Waiting and running, without the stopped ones.
+    int count() const;
+
+private:
+    struct Entry {
+        Handle handle = 0;
+        TaskFactory factory;
+    };
+    struct Running {
+        Handle handle = 0;
+        std::shared_ptr<TaskRun> run;
+    };
+
+    void startWaiting();
+    void startFirst();
+    void remove(Handle handle);
+
+    const size_t m_limit;
+    std::deque<Entry> m_waiting;
+    std::vector<Running> m_running;
+    Handle m_lastHandle = 0;
+    bool m_isStarting = false;
+};
+
+} // namespace async

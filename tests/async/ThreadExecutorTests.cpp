@@ -1,0 +1,221 @@
+#include "async/ThreadExecutor.h"
+
+#include "Recorded.h"
+#include "async/Lane.h"
+#include "async/TaskGroup.h"
+#include "async/ThreadNiceness.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace async;
+
+namespace {
+
+void spinUntilIdle()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (liveTaskCount() > 0 && timer.elapsed() < 60'000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
+    ASSERT_EQ(liveTaskCount(), 0) << "tasks never ended";
+}
+
+Priority priorityOf(int index)
+{
+    return Priority(index % 3);
+}
+
+struct Tally {
+    long sum = 0;
+    int done = 0;
+    int failed = 0;
+    int cancelled = 0;
+
+    int ended() const { return done + failed + cancelled; }
+};
+
+Task<> recordOutcome(Tally* tally, Task<std::vector<long>> task)
+{
+    try {
+        const std::vector<long> values = co_await task;
+        tally->sum += values.back();
+        ++tally->done;
+    } catch (const Cancelled&) {
+        ++tally->cancelled;
+    } catch (const std::runtime_error&) {
+        ++tally->failed;
+    }
+}
+
+template <typename Job>
+Task<> count(Executor* executor, Tally* tally, Priority priority, Job job, std::stop_token stop)
+{
+    return recordOutcome(tally, executor->run(priority, std::move(stop), job));
+}
+
+std::vector<long> values(long size)
+{
+    return std::vector<long>(size_t(size % 50 + 1), size);
+}
+
+std::vector<long> waitForStop(std::stop_token stop)
+{
+    while (!stop.stop_requested())
+        std::this_thread::yield();
+    return {1};
+}
+
+} // namespace
+
+TEST(ThreadExecutor, BringsThousandsOfResultsAndExceptionsBack)
+{
+    constexpr int kJobs = 6'000;
+    ThreadExecutor executor;
+    Tally tally;
+    TaskGroup group(300);
+    for (int index = 0; index < kJobs; ++index) {
+        const auto job = [index](std::stop_token) {
+            if (index % 10 == 0)
+                throw std::runtime_error("every tenth");
+            return values(index);
+        };
+        group.add(
+            [&, index, job](std::stop_token stop) { return count(&executor, &tally, priorityOf(index), job, stop); });
+    }
+    spinUntilIdle();
+    EXPECT_EQ(tally.failed, kJobs / 10);
+    EXPECT_EQ(tally.done, kJobs - kJobs / 10);
+    EXPECT_EQ(tally.sum, long(kJobs) * (kJobs - 1) / 2 - 10L * (kJobs / 10) * (kJobs / 10 - 1) / 2);
+}
+
+TEST(ThreadExecutor, StopsFromWorkersAndFromTheMainThreadEndEveryWait)
+{
+    constexpr int kJobs = 2'000;
+    ThreadExecutor executor;
+    Tally tally;
+    std::vector<std::stop_source> stops(kJobs);
+    TaskGroup group(kJobs);
+    for (int index = 0; index < kJobs; ++index) {
+        // Each job stops its neighbour from its own thread, and every third one itself.
+        const auto job = [index, neighbour = stops[size_t(index + 1) % kJobs],
+                          own = stops[size_t(index)]](std::stop_token) mutable {
+            if (index % 2 == 0)
+                neighbour.request_stop();
+            if (index % 3 == 0)
+                own.request_stop();
+            return values(index);
+        };
+        group.add([&, index, job](std::stop_token) {
+            return count(&executor, &tally, priorityOf(index), job, stops[size_t(index)].get_token());
+        });
+    }
+    for (int index = 0; index < kJobs; index += 7)
+        stops[size_t(index)].request_stop();
+    spinUntilIdle();
+    EXPECT_EQ(tally.ended(), kJobs);
+    EXPECT_GE(tally.cancelled, kJobs / 3) << "whoever stops itself never gets its result";
+}
+
+TEST(ThreadExecutor, DestructionFinishesRunningJobsAndCancelsTheOthers)
+{
+    for (int round = 0; round < 30; ++round) {
+        Tally tally;
+        std::atomic<int> begun = 0;
+        std::atomic<int> finished = 0;
+        TaskGroup group(1000);
+        {
+            ThreadExecutor executor;
+            const auto job = [&](std::stop_token) {
+                ++begun;
+                std::this_thread::yield();
+                ++finished;
+                return values(3);
+            };
+            for (int index = 0; index < 300; ++index) {
+                group.add([&, index](std::stop_token stop) {
+                    return count(&executor, &tally, priorityOf(index), job, stop);
+                });
+            }
+        }
+        EXPECT_EQ(begun, finished);
+        MainQueue::drain();
+        EXPECT_EQ(tally.done, finished);
+        EXPECT_EQ(tally.ended(), 300);
+    }
+}
+
+TEST(ThreadExecutor, AStoppedWaiterDoesNotWaitForItsJob)
+{
+    Tally tally;
+    std::stop_source jobStop;
+    ThreadExecutor executor;
+    TaskSlot slot;
+    const auto job = [&](std::stop_token) { return waitForStop(jobStop.get_token()); };
+    slot.start([&](std::stop_token stop) { return count(&executor, &tally, Priority::Utility, job, stop); });
+    slot.cancel();
+    MainQueue::drain();
+    EXPECT_EQ(tally.cancelled, 1);
+    jobStop.request_stop();
+}
+
+TEST(ThreadExecutor, APriorityIsTheNicenessOfItsThreads)
+{
+    const int inherited = threadNiceness();
+    ThreadExecutor executor;
+    std::atomic<int> niceness[3] = {-1, -1, -1};
+    TaskGroup group(3);
+    for (int index = 0; index < 3; ++index) {
+        group.add([&, index](std::stop_token stop) {
+            return executor.run(priorityOf(index), stop,
+                                [&, index](std::stop_token) { niceness[index] = threadNiceness(); });
+        });
+    }
+    spinUntilIdle();
+#ifdef Q_OS_LINUX
+    EXPECT_EQ(niceness[0], std::max(inherited, 0));
+    EXPECT_EQ(niceness[1], std::max(inherited, 5));
+    EXPECT_EQ(niceness[2], std::max(inherited, 10));
+#endif
+    EXPECT_EQ(threadNiceness(), inherited) << "the main thread keeps its own";
+}
+
+TEST(Lane, RunsOneAtATimeInOrderOnRealThreads)
+{
+    constexpr int kJobs = 2'000;
+    ThreadExecutor executor;
+    Lane lane(executor, Priority::UserInitiated);
+    // Neither atomic nor locked: the lane itself orders the accesses.
+    std::vector<int> order;
+    TaskGroup group(kJobs);
+    for (int index = 0; index < kJobs; ++index) {
+        group.add([&, index](std::stop_token stop) {
+            return lane.run(stop, [&order, index](std::stop_token) { order.push_back(index); });
+        });
+    }
+    spinUntilIdle();
+    ASSERT_EQ(order.size(), size_t(kJobs));
+    EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+TEST(Lane, MayGoWhileItsJobsAreUnderWay)
+{
+    for (int round = 0; round < 50; ++round) {
+        Tally tally;
+        TaskGroup group(100);
+        ThreadExecutor executor;
+        {
+            Lane lane(executor, Priority::Background);
+            for (int index = 0; index < 20; ++index) {
+                group.add([&, index](std::stop_token stop) {
+                    return recordOutcome(&tally, lane.run(stop, [index](std::stop_token) { return values(index); }));
+                });
+            }
+        }
+        spinUntilIdle();
+        EXPECT_EQ(tally.ended(), 20);
+    }
+}
