@@ -1,0 +1,511 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="ru">
+<context>
+  <name>Velmora</name>
+  <message>
+    <source>%@ — пока только в списке, в файлы не записано</source>
+    <translation>%@ — in the list only for now, not written to the files</translation>
+  </message>
+  <message>
+    <source>%d мин</source>
+    <translation>%d min</translation>
+  </message>
+  <message>
+    <source>%d ч %@ мин</source>
+    <translation>%d h %@ min</translation>
+  </message>
+  <message numerus="yes">
+    <source>%n мест для поиска</source>
+    <translation>
+      <numerusform>%n place to search</numerusform>
+      <numerusform>%n places to search</numerusform>
+    </translation>
+  </message>
+  <message numerus="yes">
+    <source>%n папок</source>
+    <translation>
+      <numerusform>%n folder</numerusform>
+      <numerusform>%n folders</numerusform>
+    </translation>
+  </message>
+  <message numerus="yes">
+    <source>%n треков</source>
+    <translation>
+      <numerusform>%n track</numerusform>
+      <numerusform>%n tracks</numerusform>
+    </translation>
+  </message>
+  <message numerus="yes">
+    <source>%n файлов</source>
+    <translation>
+      <numerusform>%n file</numerusform>
+      <numerusform>%n files</numerusform>
+    </translation>
+  </message>
+  <message>
+    <source>Альбом</source>
+    <translation>Album</translation>
+  </message>
+  <message>
+    <source>Альбом «%@» присвоен: %d</source>
+    <translation>Album “%@” assigned: %d</translation>
+  </message>
+  <message>
+    <source>Альбом очищен: %d</source>
+    <translation>Album cleared: %d</translation>
+  </message>
+  <message>
+    <source>Анализ</source>
+    <translation>Analysis</translation>
+  </message>
+  <message>
+    <source>Анализ качества</source>
+    <translation>Quality analysis</translation>
+  </message>
+  <message>
+    <source>Аудиофайлы и папки</source>
+    <translation>Audio files and folders</translation>
+  </message>
+  <message>
+    <source>Без обложки</source>
+    <translation>No cover</translation>
+  </message>
+  <message>
+    <source>Битрейт</source>
+    <translation>Bit rate</translation>
+  </message>
+  <message>
+    <source>В Корзину</source>
+    <translation type="vanished">Move to Trash</translation>
+  </message>
+  <message>
+    <source>В избранном</source>
+    <translation>In favorites</translation>
+  </message>
+  <message>
+    <source>В конвертер</source>
+    <translation>To converter</translation>
+  </message>
+  <message>
+    <source>В очереди</source>
+    <translation>Waiting</translation>
+  </message>
+  <message>
+    <source>Время</source>
+    <translation>Length</translation>
+  </message>
+  <message>
+    <source>Все жанры</source>
+    <translation>All genres</translation>
+  </message>
+  <message>
+    <source>Выберите трек в «Избранном»</source>
+    <translation>Select a track in Favorites</translation>
+  </message>
+  <message>
+    <source>Выделить всё</source>
+    <translation>Select all</translation>
+  </message>
+  <message>
+    <source>Готово</source>
+    <translation>Done</translation>
+  </message>
+  <message>
+    <source>Добавить</source>
+    <translation>Add</translation>
+  </message>
+  <message>
+    <source>Добавить в избранное</source>
+    <translation>Add to favorites</translation>
+  </message>
+  <message>
+    <source>Добавить в избранное или убрать</source>
+    <translation>Add to or remove from favorites</translation>
+  </message>
+  <message>
+    <source>Добавить папки…</source>
+    <translation>Add folders…</translation>
+  </message>
+  <message>
+    <source>Добавить файлы…</source>
+    <translation>Add files…</translation>
+  </message>
+  <message>
+    <source>Добавлено в анализ: %d</source>
+    <translation>Added to analysis: %d</translation>
+  </message>
+  <message>
+    <source>Добавлено в избранное: %d</source>
+    <translation>Added to favorites: %d</translation>
+  </message>
+  <message>
+    <source>Добавлено в конвертер: %d</source>
+    <translation>Added to converter: %d</translation>
+  </message>
+  <message>
+    <source>Добавлено в обложки: %d</source>
+    <translation>Added to covers: %d</translation>
+  </message>
+  <message>
+    <source>Добавлено в плейлист: %d</source>
+    <translation>Added to playlist: %d</translation>
+  </message>
+  <message>
+    <source>Добавлено в тональность: %d</source>
+    <translation>Added to key detection: %d</translation>
+  </message>
+  <message>
+    <source>Добавьте папки, в которых нужно искать одинаковые треки.</source>
+    <translation>Add the folders to search for identical tracks.</translation>
+  </message>
+  <message>
+    <source>Добавьте файлы, чтобы определить их тональность.</source>
+    <translation>Add files to detect their key.</translation>
+  </message>
+  <message>
+    <source>Добавьте файлы, чтобы проверить качество звука.</source>
+    <translation>Add files to check their sound quality.</translation>
+  </message>
+  <message>
+    <source>Дубликаты</source>
+    <translation>Duplicates</translation>
+  </message>
+  <message>
+    <source>Есть обложка</source>
+    <translation>Has a cover</translation>
+  </message>
+  <message>
+    <source>Жанр</source>
+    <translation>Genre</translation>
+  </message>
+  <message>
+    <source>Жанр «%@» присвоен: %d</source>
+    <translation>Genre “%@” assigned: %d</translation>
+  </message>
+  <message>
+    <source>Жанр очищен: %d</source>
+    <translation>Genre cleared: %d</translation>
+  </message>
+  <message>
+    <source>Закрыть</source>
+    <translation>Close</translation>
+  </message>
+  <message>
+    <source>Здесь появятся обложки избранных и добавленных треков.</source>
+    <translation>Covers of favorite and added tracks will appear here.</translation>
+  </message>
+  <message>
+    <source>Избранное</source>
+    <translation>Favorites</translation>
+  </message>
+  <message>
+    <source>Избранное обновлено: %d</source>
+    <translation>Favorites updated: %d</translation>
+  </message>
+  <message>
+    <source>Изменить альбом</source>
+    <translation>Change Album</translation>
+  </message>
+  <message>
+    <source>Изменить избранное</source>
+    <translation>Change Favorites</translation>
+  </message>
+  <message>
+    <source>Ключ</source>
+    <translation>Key</translation>
+  </message>
+  <message>
+    <source>Команды</source>
+    <translation>Commands</translation>
+  </message>
+  <message>
+    <source>Комментарий «%@» присвоен: %d</source>
+    <translation>Comment “%@” assigned: %d</translation>
+  </message>
+  <message>
+    <source>Комментарий очищен: %d</source>
+    <translation>Comment cleared: %d</translation>
+  </message>
+  <message>
+    <source>Компактная</source>
+    <translation>Compact</translation>
+  </message>
+  <message>
+    <source>Компоновка</source>
+    <translation>Layout</translation>
+  </message>
+  <message>
+    <source>Конвертер</source>
+    <translation>Converter</translation>
+  </message>
+  <message>
+    <source>Конвертируется…</source>
+    <translation>Converting…</translation>
+  </message>
+  <message>
+    <source>Настройки</source>
+    <translation>Settings</translation>
+  </message>
+  <message>
+    <source>Не в избранном</source>
+    <translation>Not in favorites</translation>
+  </message>
+  <message>
+    <source>Не удалось взять: %d</source>
+    <translation>Could not be taken: %d</translation>
+  </message>
+  <message>
+    <source>Не удалось сохранить теги</source>
+    <translation>Could not save the tags</translation>
+  </message>
+  <message>
+    <source>Не указано</source>
+    <translation>Not set</translation>
+  </message>
+  <message>
+    <source>Неизвестная ошибка</source>
+    <translation>Unknown error</translation>
+  </message>
+  <message>
+    <source>Обложка</source>
+    <translation>Cover</translation>
+  </message>
+  <message>
+    <source>Обложки</source>
+    <translation>Covers</translation>
+  </message>
+  <message>
+    <source>Определение тональности</source>
+    <translation>Key detection</translation>
+  </message>
+  <message>
+    <source>Открыть в Finder</source>
+    <translation>Show in Finder</translation>
+  </message>
+  <message>
+    <source>Отмена</source>
+    <translation>Cancel</translation>
+  </message>
+  <message>
+    <source>Отменить</source>
+    <translation>Undo</translation>
+  </message>
+  <message>
+    <source>Отмечайте треки сердцем, и они соберутся здесь.</source>
+    <translation>Mark tracks with a heart and they will gather here.</translation>
+  </message>
+  <message>
+    <source>Отправить в анализ</source>
+    <translation>Send to analysis</translation>
+  </message>
+  <message>
+    <source>Отправить в конвертер</source>
+    <translation>Send to converter</translation>
+  </message>
+  <message>
+    <source>Отправлено в анализ: %d</source>
+    <translation>Sent to analysis: %d</translation>
+  </message>
+  <message>
+    <source>Очередь конвертера пуста.</source>
+    <translation>The converter queue is empty.</translation>
+  </message>
+  <message>
+    <source>Очистить альбом</source>
+    <translation>Clear album</translation>
+  </message>
+  <message>
+    <source>Очистить жанр</source>
+    <translation>Clear Genre</translation>
+  </message>
+  <message>
+    <source>Очистить комментарий</source>
+    <translation>Clear Comment</translation>
+  </message>
+  <message>
+    <source>Переместить дубликаты в Корзину?</source>
+    <translation type="vanished">Move duplicates to Trash?</translation>
+  </message>
+  <message>
+    <source>Плеер сверху</source>
+    <translation>Player on top</translation>
+  </message>
+  <message>
+    <source>Плейлист</source>
+    <translation>Playlist</translation>
+  </message>
+  <message>
+    <source>Плейлист пуст. Добавьте треки, чтобы начать подготовку.</source>
+    <translation>The playlist is empty. Add tracks to start preparing.</translation>
+  </message>
+  <message>
+    <source>Плотные строки</source>
+    <translation>Denser rows</translation>
+  </message>
+  <message>
+    <source>По BPM</source>
+    <translation>By BPM</translation>
+  </message>
+  <message>
+    <source>По жанру</source>
+    <translation>By genre</translation>
+  </message>
+  <message>
+    <source>По имени</source>
+    <translation>By name</translation>
+  </message>
+  <message>
+    <source>По рейтингу</source>
+    <translation>By popularity</translation>
+  </message>
+  <message>
+    <source>По типу</source>
+    <translation>By type</translation>
+  </message>
+  <message>
+    <source>По умолчанию</source>
+    <translation>Default</translation>
+  </message>
+  <message>
+    <source>Повторить</source>
+    <translation>Redo</translation>
+  </message>
+  <message>
+    <source>Подтвердить очистку?</source>
+    <translation type="vanished">Confirm cleanup?</translation>
+  </message>
+  <message>
+    <source>Поиск дубликатов</source>
+    <translation>Duplicate search</translation>
+  </message>
+  <message>
+    <source>Полная</source>
+    <translation>Full</translation>
+  </message>
+  <message>
+    <source>Присвоить жанр</source>
+    <translation>Assign Genre</translation>
+  </message>
+  <message>
+    <source>Присвоить комментарий</source>
+    <translation>Assign Comment</translation>
+  </message>
+  <message>
+    <source>Развернуть боковую панель</source>
+    <translation>Expand the sidebar</translation>
+  </message>
+  <message>
+    <source>Русский</source>
+    <translation>Русский</translation>
+  </message>
+  <message>
+    <source>Свернуть боковую панель</source>
+    <translation>Collapse the sidebar</translation>
+  </message>
+  <message>
+    <source>Светлая</source>
+    <translation>Light</translation>
+  </message>
+  <message>
+    <source>Состояние</source>
+    <translation>Status</translation>
+  </message>
+  <message>
+    <source>Строка состояния</source>
+    <translation>Status line</translation>
+  </message>
+  <message>
+    <source>Сюда можно перетащить папки и файлы</source>
+    <translation>Drop folders and files here</translation>
+  </message>
+  <message>
+    <source>Сюда можно перетащить файлы и папки: MP3, FLAC, WAV, AIFF, M4A</source>
+    <translation>Drop files and folders here: MP3, FLAC, WAV, AIFF, M4A</translation>
+  </message>
+  <message>
+    <source>Сюда можно перетащить файлы и папки: MP3, FLAC, WAV, AIFF, M4A, OGG</source>
+    <translation>Drop files and folders here: MP3, FLAC, WAV, AIFF, M4A, OGG</translation>
+  </message>
+  <message>
+    <source>Тема</source>
+    <translation>Theme</translation>
+  </message>
+  <message>
+    <source>Тональность</source>
+    <translation>Key</translation>
+  </message>
+  <message>
+    <source>Трек</source>
+    <translation>Track</translation>
+  </message>
+  <message>
+    <source>Трек находится в «Избранном»</source>
+    <translation>The track is in Favorites</translation>
+  </message>
+  <message>
+    <source>Трек не выбран</source>
+    <translation>No track selected</translation>
+  </message>
+  <message>
+    <source>Тёмная</source>
+    <translation>Dark</translation>
+  </message>
+  <message>
+    <source>У выбранных треков жанр уже пуст</source>
+    <translation>The selected tracks have no genre already</translation>
+  </message>
+  <message>
+    <source>У выбранных треков комментарий уже пуст</source>
+    <translation>The selected tracks have no comment already</translation>
+  </message>
+  <message>
+    <source>Убрано из избранного: %d</source>
+    <translation>Removed from favorites: %d</translation>
+  </message>
+  <message>
+    <source>Убрать выбранные треки?</source>
+    <translation type="vanished">Remove selected tracks?</translation>
+  </message>
+  <message>
+    <source>Убрать из избранного</source>
+    <translation>Remove from favorites</translation>
+  </message>
+  <message>
+    <source>Убрать из обложек</source>
+    <translation>Remove from covers</translation>
+  </message>
+  <message>
+    <source>Убрать из списка</source>
+    <translation type="vanished">Remove from list</translation>
+  </message>
+  <message>
+    <source>Файлы будут перемещены в Корзину macOS. Количество: %d.</source>
+    <translation type="vanished">The files will be moved to the macOS Trash. Count: %d.</translation>
+  </message>
+  <message>
+    <source>Формат</source>
+    <translation>Format</translation>
+  </message>
+  <message>
+    <source>Чтение тегов: %d из %d</source>
+    <translation>Reading tags: %d of %d</translation>
+  </message>
+  <message>
+    <source>Эти треки нельзя удалить из «Обложек», пока они находятся в «Избранном». Сначала уберите их из «Избранного».</source>
+    <translation>These tracks cannot be removed from Covers while they are in Favorites. Remove them from Favorites first.</translation>
+  </message>
+  <message>
+    <source>Этот трек нельзя удалить из «Обложек», пока он находится в «Избранном». Сначала уберите его из «Избранного».</source>
+    <translation>This track cannot be removed from Covers while it is in Favorites. Remove it from Favorites first.</translation>
+  </message>
+  <message>
+    <source>Язык</source>
+    <translation>Language</translation>
+  </message>
+  <message>
+    <source>без обложки %d</source>
+    <translation>without a cover %d</translation>
+  </message>
+</context>
+</TS>

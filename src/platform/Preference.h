@@ -1,0 +1,112 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <type_traits>
+
+class QSettings;
+
+/// Where preference values live. A write is complete when the call returns.
+class PreferenceStore {
+public:
+    virtual ~PreferenceStore() = default;
+
+    virtual bool contains(const QString& key) const = 0;
+    /// An invalid variant if the key has no value.
+    virtual QVariant value(const QString& key) const = 0;
+    virtual QStringList keys() const = 0;
+    void set(const QString& key, const QVariant& value);
+    void remove(const QString& key);
+
+    /// Called after every set and remove, with the key.
+    std::function<void(const QString&)> onChange;
+
+protected:
+    virtual void write(const QString& key, const QVariant& value) = 0;
+    virtual void erase(const QString& key) = 0;
+};
+
+/// One value of the preferences under one key. An unset or unreadable value yields the default.
+template <typename T>
+class Preference {
+public:
+    Preference(PreferenceStore& store, QString key, T defaultValue)
+        : m_store(&store)
+        , m_key(std::move(key))
+        , m_default(std::move(defaultValue))
+    {
+    }
+
+    const QString& key() const { return m_key; }
+    const T& defaultValue() const { return m_default; }
+    bool isSet() const { return m_store->contains(m_key); }
+
+    T get() const
+    {
+        QVariant value = m_store->value(m_key);
+        if (!isReadable(value) || !value.convert(QMetaType::fromType<T>()))
+            return m_default;
+        const T result = value.value<T>();
+        if constexpr (std::is_floating_point_v<T>)
+            return std::isfinite(result) ? result : m_default;
+        else
+            return result;
+    }
+    void set(const T& value) { m_store->set(m_key, QVariant::fromValue(value)); }
+    void remove() { m_store->remove(m_key); }
+
+private:
+    // Files hold texts, and the conversion would take every text for true that is not "false", "0" or empty.
+    static bool isReadable(const QVariant& value)
+    {
+        if (!std::is_same_v<T, bool> || value.typeId() != QMetaType::QString)
+            return value.isValid();
+        const QString text = value.toString();
+        return text == QLatin1StringView("true") || text == QLatin1StringView("false") ||
+               text == QLatin1StringView("1") || text == QLatin1StringView("0");
+    }
+
+    PreferenceStore* m_store;
+    QString m_key;
+    T m_default;
+};
+
+/// The preferences of the user, in an INI file of the configuration folder.
+class SettingsFile final : public PreferenceStore {
+public:
+    /// \param path full path of the file; created with the first value.
+    explicit SettingsFile(const QString& path);
+    ~SettingsFile() override;
+    bool contains(const QString& key) const override;
+    QVariant value(const QString& key) const override;
+    QStringList keys() const override;
+
+protected:
+    void write(const QString& key, const QVariant& value) override;
+    void erase(const QString& key) override;
+
+private:
+    void flush();
+
+    std::unique_ptr<QSettings> m_settings;
+};
+
+/// Preferences that last as long as the object.
+class MemoryPreferenceStore final : public PreferenceStore {
+public:
+    bool contains(const QString& key) const override { return m_values.contains(key); }
+    QVariant value(const QString& key) const override { return m_values.value(key); }
+    QStringList keys() const override { return m_values.keys(); }
+
+protected:
+    void write(const QString& key, const QVariant& value) override { m_values.insert(key, value); }
+    void erase(const QString& key) override { m_values.remove(key); }
+
+private:
+    QMap<QString, QVariant> m_values;
+};

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "platform/Preference.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <array>
+
+/// A key of the keyboard with its two assignable shortcuts, as canonical texts; empty means unassigned.
+struct HotkeyPreference {
+    HotkeyPreference(PreferenceStore& store, const QString& key, const QString& primaryDefault)
+        : primary(store, key, primaryDefault)
+        , secondary(store, key + QStringLiteral("Secondary"), QString())
+    {
+    }
+    Preference<QString> primary;
+    Preference<QString> secondary;
+};
+
+/// Actions that have hotkeys, in the order of the settings.
+enum class HotkeyAction {
+    SeekBack,
+    SeekForward,
+    PreviousTrack,
+    NextTrack,
+    PlayPause,
+    VoiceControl,
+    Favorite,
+    Remove,
+    Trash,
+    Undo,
+    Clean,
+    GenrePalette,
+    CommentPalette,
+    AlbumPalette
+};
+
+/// Every setting of the program: one typed value per key with its default beside it, written at once on every change.
+/// Values owned by a later subsystem are added here with that subsystem. Thread: main.
+class Preferences : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<PreferenceStore> m_store; // before the values, which refer to it
+
+public:
+    /// \param store where values live: SettingsFile in the program, MemoryPreferenceStore in tests.
+    explicit Preferences(std::unique_ptr<PreferenceStore> store, QObject* parent = nullptr);
+    ~Preferences() override;
+
+    static const QStringList& defaultQuickComments();
+    static const QStringList& defaultAlbums();
+    static const QString& defaultGenreList();
+    static const QString& defaultQuickGenreSlots();
+
+    // The window.
+    Preference<QString> appLanguage{*m_store, QStringLiteral("appLanguage"), QStringLiteral("ru")};
+    Preference<QString> appAppearance{*m_store, QStringLiteral("appAppearance"), QStringLiteral("dark")};
+    Preference<QString> workspaceLayout{*m_store, QStringLiteral("workspaceLayout"), QStringLiteral("full")};
+    Preference<bool> sidebarCollapsed{*m_store, QStringLiteral("sidebarCollapsed"), false};
+    Preference<bool> compactSidebarCollapsed{*m_store, QStringLiteral("compactSidebarCollapsed"), true};
+    Preference<bool> dashboardPlayerOnTop{*m_store, QStringLiteral("dashboardPlayerOnTop"), false};
+    Preference<double> tableDensity{*m_store, QStringLiteral("tableDensity"), 1.0}; ///< row scale of the lists
+    Preference<QByteArray> windowGeometry{*m_store, QStringLiteral("velmora.windowGeometry.v1"), QByteArray()};
+
+    // Lists and filters.
+    Preference<QString> renameFilters{*m_store, QStringLiteral("renameFilters"), QString()};
+    Preference<QString> titleFilters{*m_store, QStringLiteral("titleFilters"), QString()};
+    Preference<QString> favoriteGenreFilter{*m_store, QStringLiteral("favoriteGenreFilter"), QString()};
+    Preference<bool> favoriteOnlyUntagged{*m_store, QStringLiteral("favoriteOnlyUntagged"), false};
+    Preference<QString> playlistSortField{*m_store, QStringLiteral("playlistSortField"), QStringLiteral("original")};
+    Preference<QString> playlistSortDirection{*m_store, QStringLiteral("playlistSortDirection"),
+                                              QStringLiteral("descending")};
+    Preference<QString> favoriteSortField{*m_store, QStringLiteral("favoriteSortField"), QStringLiteral("original")};
+    Preference<QString> favoriteSortDirection{*m_store, QStringLiteral("favoriteSortDirection"),
+                                              QStringLiteral("ascending")};
+    Preference<double> playlistScrollOffset{*m_store, QStringLiteral("velmora.playlistScrollOffset.v1"), 0.0};
+    Preference<QString> playlistScrollAnchorTrackID{*m_store, QStringLiteral("velmora.playlistScrollAnchorTrackID.v1"),
+                                                    QString()};
+
+    // Player and waveform.
+    Preference<double> seekStep{*m_store, QStringLiteral("seekStep"), 15.0};             ///< seconds
+    Preference<double> waveformHeight{*m_store, QStringLiteral("waveformHeight"), 42.0}; ///< points
+    Preference<QString> waveformColorPreset{*m_store, QStringLiteral("waveformColorPreset"), QStringLiteral("white")};
+    Preference<double> waveformCustomRed{*m_store, QStringLiteral("waveformCustomRed"), 1.0};
+    Preference<double> waveformCustomGreen{*m_store, QStringLiteral("waveformCustomGreen"), 1.0};
+    Preference<double> waveformCustomBlue{*m_store, QStringLiteral("waveformCustomBlue"), 1.0};
+    Preference<QString> waveformScrollAction{*m_store, QStringLiteral("waveformScrollAction"),
+                                             QStringLiteral("volume")};
+
+    // Analysis, conversion, export.
+    Preference<int> converterBitrate{*m_store, QStringLiteral("converterBitrate"), 320}; ///< kbit/s
+    Preference<int> analysisDFTWindow{*m_store, QStringLiteral("analysisDFTWindow"), 4096};
+    Preference<double> analysisDensityRange{*m_store, QStringLiteral("analysisDensityRange"), 100.0};
+    Preference<bool> exportFavoritesByGenre{*m_store, QStringLiteral("exportFavoritesByGenre"), false};
+    Preference<bool> cleanerAskBeforeApplying{*m_store, QStringLiteral("cleanerAskBeforeApplying"), true};
+    Preference<bool> playlistPopularityEnabled{*m_store, QStringLiteral("playlistPopularityEnabled"), true};
+    Preference<QString> voiceInputDeviceUID{*m_store, QStringLiteral("voiceInputDeviceUID"), QString()};
+    Preference<QString> lastUpdatePromptVersion{*m_store, QStringLiteral("lastUpdatePromptVersion"), QString()};
+    Preference<double> lastUpdatePromptDate{*m_store, QStringLiteral("lastUpdatePromptDate"),
+                                            0.0}; ///< seconds since 1970
+    Preference<bool> readsWindows1251Tags{*m_store, QStringLiteral("velmora.readsWindows1251Tags.v1"), true};
+
+    // Quick lists, as raw texts; QuickLists parses them.
+    Preference<QString> genreList{*m_store, QStringLiteral("genreList"), defaultGenreList()};
+    Preference<QString> quickGenreSlots{*m_store, QStringLiteral("quickGenreSlots"), defaultQuickGenreSlots()};
+    Preference<QString> recentGenres{*m_store, QStringLiteral("recentGenres"), QString()};
+    Preference<QString> quickCommentList{*m_store, QStringLiteral("quickCommentList"),
+                                         defaultQuickComments().join(u'\n')};
+    Preference<QString> albumList{*m_store, QStringLiteral("albumList"), defaultAlbums().join(u'\n')};
+
+    // Onboarding and migration.
+    Preference<QString> sectionOnboardingSeen{*m_store, QStringLiteral("sectionOnboarding.seen.v1"), QString()};
+    Preference<QString> sectionOnboardingSteps{*m_store, QStringLiteral("sectionOnboarding.steps.v1"), QString()};
+    Preference<bool> sectionOnboardingSkipped{*m_store, QStringLiteral("sectionOnboarding.skipped.v1"), false};
+    Preference<bool> defaultsMigrated{*m_store, QStringLiteral("velmora.migration.defaults-v1"), false};
+
+    /// The two shortcuts of an action.
+    HotkeyPreference& hotkey(HotkeyAction action) { return m_hotkeys[static_cast<size_t>(action)]; }
+    PreferenceStore& store() { return *m_store; }
+
+Q_SIGNALS:
+    /// After the value of a key was written or removed.
+    void changed(const QString& key);
+
+private:
+    std::vector<HotkeyPreference> m_hotkeys;
+};

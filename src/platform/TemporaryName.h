@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QByteArrayView>
+
+/// Names of the files that a write builds beside its target.
+namespace TemporaryName {
+
+/// Whether a file name is ".velmora-", a UUID, a point and an extension.
+bool matches(QByteArrayView fileName);
+
+} // namespace TemporaryName

@@ -1,0 +1,142 @@
+#include "platform/Localization.h"
+
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+class LocalizationTest : public testing::Test {
+protected:
+    void TearDown() override { VelmoraLocalization::setLanguage(AppLanguage::Russian); }
+};
+
+} // namespace
+
+TEST_F(LocalizationTest, LanguagesHaveStableRawValues)
+{
+    EXPECT_EQ(rawValue(AppLanguage::Russian), QStringLiteral("ru"));
+    EXPECT_EQ(rawValue(AppLanguage::English), QStringLiteral("en"));
+    EXPECT_EQ(appLanguageFromRawValue(QStringLiteral("en")), AppLanguage::English);
+    for (const char* other : {"ru", "", "EN", "de"})
+        EXPECT_EQ(appLanguageFromRawValue(text(other)), AppLanguage::Russian) << other;
+}
+
+TEST_F(LocalizationTest, TextsFollowTheLanguageAtOnce)
+{
+    struct Row {
+        const char* key;
+        const char* russian;
+        const char* english;
+    };
+    const Row rows[] = {
+        {"Плейлист", "Плейлист", "Playlist"},
+        {"По BPM", "По BPM", "By BPM"},
+        {"нет такого ключа", "нет такого ключа", "нет такого ключа"},
+        {"", "", ""},
+    };
+    for (int round = 0; round < 2; ++round) {
+        for (const Row& row : rows) {
+            VelmoraLocalization::setLanguage(AppLanguage::English);
+            EXPECT_EQ(VelmoraLocalization::string(text(row.key)), text(row.english));
+            EXPECT_EQ(VelmoraLocalization::locale().language(), QLocale::English);
+            VelmoraLocalization::setLanguage(AppLanguage::Russian);
+            EXPECT_EQ(VelmoraLocalization::string(text(row.key)), text(row.russian));
+            EXPECT_EQ(VelmoraLocalization::locale().language(), QLocale::Russian);
+        }
+    }
+}
+
+TEST_F(LocalizationTest, FillsPlaceholdersInOrder)
+{
+    struct Row {
+        const char* key;
+        std::initializer_list<QVariant> arguments;
+        const char* russian;
+        const char* english;
+    };
+    const Row rows[] = {
+        {"Добавлено в плейлист: %d", {1234567}, "Добавлено в плейлист: 1 234 567", "Added to playlist: 1,234,567"},
+        {"Добавлено в плейлист: %d", {-5LL}, "Добавлено в плейлист: -5", "Added to playlist: -5"},
+        {"Добавлено в плейлист: %d", {}, "Добавлено в плейлист: %d", "Added to playlist: %d"},
+        {"Жанр «%@» присвоен: %d", {text("%d и %@"), 3}, "Жанр «%d и %@» присвоен: 3", "Genre “%d и %@” assigned: 3"},
+        {"Жанр «%@» присвоен: %d", {text("Pop")}, "Жанр «Pop» присвоен: %d", "Genre “Pop” assigned: %d"},
+        {"%%@ 100% %", {text("x"), 1}, "%x 100% %", "%x 100% %"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.key);
+        VelmoraLocalization::setLanguage(AppLanguage::Russian);
+        // Groups are parted by a blank that does not break.
+        EXPECT_EQ(VelmoraLocalization::format(text(row.key), row.arguments).replace(QChar::Nbsp, u' '),
+                  text(row.russian));
+        VelmoraLocalization::setLanguage(AppLanguage::English);
+        EXPECT_EQ(VelmoraLocalization::format(text(row.key), row.arguments), text(row.english));
+    }
+}
+
+TEST_F(LocalizationTest, CountsByTheRuleOfTheLanguage)
+{
+    struct Row {
+        qint64 count;
+        const char* russian;
+        const char* english;
+    };
+    const Row rows[] = {
+        {0, "0 треков", "0 tracks"},
+        {1, "1 трек", "1 track"},
+        {2, "2 трека", "2 tracks"},
+        {5, "5 треков", "5 tracks"},
+        {11, "11 треков", "11 tracks"},
+        {21, "21 трек", "21 tracks"},
+        {112, "112 треков", "112 tracks"},
+        {1248, "1 248 треков", "1,248 tracks"},
+        {1'000'001, "1 000 001 трек", "1,000,001 tracks"},
+        {5'000'000'002, "5 000 000 002 трека", "5,000,000,002 tracks"},
+        {-1, "-1 трек", "-1 track"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.count);
+        VelmoraLocalization::setLanguage(AppLanguage::Russian);
+        EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), row.count).replace(QChar::Nbsp, u' '),
+                  text(row.russian));
+        VelmoraLocalization::setLanguage(AppLanguage::English);
+        EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), row.count), text(row.english));
+    }
+    EXPECT_EQ(VelmoraLocalization::plural(text("%n нигде"), 1000), QStringLiteral("1,000 нигде"));
+}
+
+#ifndef Q_OS_MACOS
+TEST_F(LocalizationTest, NamesTheSystemThatRuns)
+{
+    const QString key = text("Файлы будут перемещены в Корзину macOS. Количество: %d.");
+    EXPECT_EQ(VelmoraLocalization::format(key, {2}), text("Файлы будут перемещены в Корзину. Количество: 2."));
+    VelmoraLocalization::setLanguage(AppLanguage::English);
+    EXPECT_FALSE(VelmoraLocalization::string(key).contains(QStringLiteral("macOS")));
+    EXPECT_TRUE(VelmoraLocalization::format(key, {2}).contains(u'2'));
+}
+#endif
+
+TEST_F(LocalizationTest, ManyThreadsReadWhileTheLanguageSwitches)
+{
+    std::atomic<int> wrong = 0;
+    std::atomic<int> running = 3;
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 3; ++i) {
+            threads.emplace_back([&wrong, &running] {
+                for (int round = 0; round < 2000; ++round) {
+                    const QString found = VelmoraLocalization::string(text("Обложки"));
+                    wrong += found != text("Обложки") && found != QStringLiteral("Covers");
+                }
+                --running;
+            });
+        }
+        for (int i = 0; running > 0; ++i)
+            VelmoraLocalization::setLanguage(i % 2 ? AppLanguage::Russian : AppLanguage::English);
+    }
+    EXPECT_EQ(wrong, 0);
+}
