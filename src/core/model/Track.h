@@ -1,0 +1,104 @@
+#pragma once
+
+#include "core/model/ArtworkData.h"
+#include "core/model/AudioTags.h"
+#include "core/model/FreshID.h"
+
+#include <QImage>
+#include <QSharedDataPointer>
+#include <QUrl>
+#include <QUuid>
+
+struct LoadedTrackMetadata;
+
+using TrackID = QUuid;
+
+/// One audio file in the workspace: where it is and what was learned about it. A value that is cheap to copy: lists of
+/// 100,000 are copied and assigned whole.
+class Track {
+public:
+    /// Identity of the tags and of the artwork of a moment. Whoever replaces the tags or the artwork gives the stamp a
+    /// fresh value; a result of slow work remembers the stamps it started from.
+    struct MetadataVersion {
+        QUuid tags = freshID();
+        QUuid artwork = freshID();
+
+        bool operator==(const MetadataVersion&) const = default;
+    };
+
+    /// Which list a metadata load belongs to.
+    enum class MetadataDestination { Library = 0, Analysis = 1, MusicalKey = 2, Duplicates = 3 };
+
+    /// A row without identity, for containers only.
+    Track();
+    /// A file that has not been read yet: tags guessed from its name, the upper-cased extension as format.
+    /// \param url standardized file URL.
+    static Track unread(const QUrl& url);
+    /// The same with an identity that is known from elsewhere.
+    Track(const TrackID& id, const QUrl& url);
+    Track(const Track&);
+    Track(Track&&) noexcept;
+    Track& operator=(const Track&);
+    Track& operator=(Track&&) noexcept;
+    ~Track();
+
+    const TrackID& id() const;
+    const QUrl& url() const;
+    /// hashOf(url()), made once.
+    quint64 urlHash() const;
+    const MetadataVersion& metadataVersion() const;
+    const AudioTags& tags() const;
+    double duration() const;                ///< seconds; 0 until loaded
+    const QImage& artwork() const;          ///< picture already decoded, if any
+    const ArtworkData& artworkData() const; ///< picture as stored in the file, if any
+    double bitRate() const;                 ///< bits per second; 0 until loaded
+    int bitDepth() const;                   ///< 0 until loaded or where the format has none
+    const QString& format() const;
+    bool isFavorite() const;
+    bool isInPlaylist() const;
+    bool isInCoverWorkspace() const;
+
+    /// The same values under another identity.
+    Track withID(const TrackID& id) const;
+    void setMetadataVersion(const MetadataVersion& version);
+    /// Replaces the tags and gives them a fresh stamp.
+    void replaceTags(const AudioTags& tags);
+    /// Replaces the picture and gives it a fresh stamp. \param decoded may be null.
+    void replaceArtwork(const ArtworkData& data, const QImage& decoded);
+    void setDuration(double seconds);
+    void setFormat(const QString& format);
+    void setIsFavorite(bool value);
+    void setIsInPlaylist(bool value);
+    void setIsInCoverWorkspace(bool value);
+
+    /// Takes a finished read over by the rule for late results. Of a read of another file nothing is taken. Tags are
+    /// taken only if their stamp still is that of \p version, artwork only if its own stamp still is and no decoded
+    /// picture stands here; duration, bit rate, bit depth and format always. Stamps move on only where values differ.
+    /// \return whether anything of the track changed.
+    bool apply(const LoadedTrackMetadata& metadata, const QUrl& sourceURL, const MetadataVersion& version);
+
+    /// The title, or the file's name without extension where the title is empty.
+    QString displayTitle() const;
+    /// E.g. "320 kbps"; "— kbps" while unknown.
+    QString bitRateText() const;
+    /// Names this file's present picture in caches: path, byte count and the first 24 bytes.
+    QString artworkCacheKey() const;
+    /// The decoded picture: the one at hand, else decoded from the bytes through a cache of 128 entries and 64 MiB. A
+    /// null image if there is none, it cannot be decoded, or its bytes were let go. Thread: any; may take tens of
+    /// milliseconds.
+    QImage displayArtwork() const;
+
+    /// A hash of a file's location, equal for equal URLs; differs between runs of the program.
+    static quint64 hashOf(const QUrl& url);
+    /// The tags that a file's name suggests: title and artist, all else empty.
+    static AudioTags fallbackTags(const QUrl& url);
+
+    /// Whether both are copies of one value that nobody changed since: a test by pointer, for finding changed rows.
+    bool isSameValueAs(const Track& other) const { return d == other.d; }
+
+private:
+    struct Data;
+    QSharedDataPointer<Data> d;
+};
+
+Q_DECLARE_TYPEINFO(Track, Q_RELOCATABLE_TYPE);

@@ -1,0 +1,90 @@
+#include "core/model/LoadedTrackMetadata.h"
+#include "core/model/Track.h"
+#include "platform/FileURL.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+LoadedTrackMetadata finishedRead()
+{
+    LoadedTrackMetadata metadata;
+    metadata.tags.title = QStringLiteral("read title");
+    metadata.duration = 200.5;
+    metadata.artworkData = ArtworkData::intern("read picture");
+    metadata.bitRate = 320'000;
+    metadata.bitDepth = 24;
+    metadata.format = QStringLiteral("MP3");
+    return metadata;
+}
+
+} // namespace
+
+TEST(TrackApply, TakesWhatIsNotStale)
+{
+    struct Row {
+        const char* name;
+        bool otherFile;
+        bool tagsMovedOn;
+        bool artworkMovedOn;
+        bool pictureAtHand;
+        bool takesFacts;
+        bool takesTags;
+        bool takesArtwork;
+    };
+    const Row rows[] = {
+        {"nothing moved on", false, false, false, false, true, true, true},
+        {"tags were edited meanwhile", false, true, false, false, true, false, true},
+        {"artwork was replaced meanwhile", false, false, true, false, true, true, false},
+        {"both moved on", false, true, true, false, true, false, false},
+        {"a decoded picture stands here", false, false, false, true, true, true, false},
+        {"another file", true, false, false, false, false, false, false},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const QUrl url = FileURL::fromPath(QStringLiteral("/music/a.flac"));
+        Track track = Track::unread(url);
+        if (row.pictureAtHand)
+            track.replaceArtwork(ArtworkData(), QImage(1, 1, QImage::Format_RGB32));
+        const Track::MetadataVersion version = track.metadataVersion();
+        AudioTags edited = track.tags();
+        edited.title = QStringLiteral("edited");
+        if (row.tagsMovedOn)
+            track.replaceTags(edited);
+        if (row.artworkMovedOn)
+            track.replaceArtwork(ArtworkData::intern("fresh picture"), QImage());
+        const Track before = track;
+        const QUrl source = row.otherFile ? FileURL::fromPath(QStringLiteral("/music/b.flac")) : url;
+
+        EXPECT_EQ(track.apply(finishedRead(), source, version), row.takesFacts);
+        EXPECT_EQ(track.tags(), row.takesTags ? finishedRead().tags : before.tags());
+        EXPECT_EQ(track.metadataVersion().tags != before.metadataVersion().tags, row.takesTags);
+        EXPECT_EQ(track.artworkData(), row.takesArtwork ? finishedRead().artworkData : before.artworkData());
+        EXPECT_EQ(track.metadataVersion().artwork != before.metadataVersion().artwork, row.takesArtwork);
+        EXPECT_EQ(track.duration(), row.takesFacts ? 200.5 : 0);
+        EXPECT_EQ(track.bitRate(), row.takesFacts ? 320'000 : 0);
+        EXPECT_EQ(track.bitDepth(), row.takesFacts ? 24 : 0);
+        EXPECT_EQ(track.format(), row.takesFacts ? QStringLiteral("MP3") : QStringLiteral("FLAC"));
+        EXPECT_EQ(track.id(), before.id());
+        EXPECT_EQ(track.url(), url);
+    }
+}
+
+TEST(TrackApply, ASecondEqualReadChangesNothing)
+{
+    Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3")));
+    ASSERT_TRUE(track.apply(finishedRead(), track.url(), track.metadataVersion()));
+    const Track before = track;
+    EXPECT_FALSE(track.apply(finishedRead(), track.url(), track.metadataVersion()));
+    EXPECT_TRUE(track.isSameValueAs(before));
+}
+
+TEST(TrackApply, AFileWithoutAPictureLosesTheOldOne)
+{
+    Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3")));
+    track.replaceArtwork(ArtworkData::intern("old picture"), QImage());
+    LoadedTrackMetadata metadata = finishedRead();
+    metadata.artworkData = ArtworkData();
+    EXPECT_TRUE(track.apply(metadata, track.url(), track.metadataVersion()));
+    EXPECT_TRUE(track.artworkData().isNull());
+}
