@@ -1,0 +1,13 @@
+#pragma once
+
+#include "tags/bytes/ByteSource.h"
+#include "tags/containers/Sound.h"
+
+/// AAC in ADTS frames without container.
+namespace AacStream {
+
+/// \param stream what the tags in front and behind leave.
+/// \return nothing if no frame is found. Goes through the whole stream: nothing else tells its length.
+std::optional<Sound> read(const ByteRange& stream);
+
+} // namespace AacStream

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "tags/bytes/ByteSource.h"
+
+#include <optional>
+
+/// One chunk of a RIFF or AIFF file.
+struct Chunk {
+    QByteArray id;  ///< four bytes
+    ByteRange body; ///< ends where the file ends if the size claims more
+    quint32 statedSize = 0;
+};
+
+/// The chunks of a file, or of a list within one, in order.
+class ChunkWalker {
+public:
+    enum class Endian { Little, Big };
+    ChunkWalker(const ByteRange& chunks, Endian endian)
+        : m_chunks(chunks)
+        , m_endian(endian)
+    {
+    }
+
+    /// Nothing at the end, and where no id of printable letters stands.
+    std::optional<Chunk> next();
+    /// Goes on behind a body that is longer than the 32 bits of the last chunk's size could say.
+    void continueAfter(qint64 bodySize);
+
+private:
+    bool isPadded(qint64 bodyEnd) const;
+    bool fits(qint64 position) const;
+    quint32 statedSize(QByteArrayView header) const;
+
+    const ByteRange m_chunks;
+    const Endian m_endian;
+    qint64 m_position = 0;
+    qint64 m_bodyOffset = 0;
+};

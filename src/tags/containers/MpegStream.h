@@ -1,0 +1,13 @@
+#pragma once
+
+#include "tags/bytes/ByteSource.h"
+#include "tags/containers/Sound.h"
+
+/// MPEG audio of layers I to III without container.
+namespace MpegStream {
+
+/// \param stream what the tags in front and behind leave; junk before the first frame is stepped over.
+/// \return nothing if no frame is followed by another one within the first mebibyte.
+std::optional<Sound> read(const ByteRange& stream);
+
+} // namespace MpegStream

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "tags/bytes/ByteSource.h"
+#include "tags/containers/Sound.h"
+
+class ItemCollector;
+
+namespace WaveFile {
+
+/// Reads the chunks of a RIFF or RF64 WAVE file: LIST INFO first, then the ID3 chunk, wherever they stand.
+/// \return nothing if the file does not say what its sound is.
+std::optional<Sound> read(const ByteRange& file, ItemCollector& items);
+
+} // namespace WaveFile
