@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/library/LibraryServices.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/imports/Imports.h"
+#include "core/library/imports/MetadataLoads.h"
+#include "core/library/order/Order.h"
+#include "core/library/quicklists/QuickLists.h"
+#include "core/library/selection/Selection.h"
+#include "core/library/sending/Sending.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/TagWriting.h"
+#include "core/library/workspace/Workspace.h"
+
+/// The workspace and the concerns of one store, in the order in which they are built. How they call each other stands
+/// in LibraryStoreWiring.cpp.
+struct LibraryConcerns {
+    explicit LibraryConcerns(const LibraryServices& services);
+    ~LibraryConcerns();
+
+    LibraryServices services;
+    Workspace workspace;
+    StatusLine status;
+    QuickLists quickLists;
+    Order order;
+    Selection selection;
+    Favorites favorites;
+    TagWriting tagWriting;
+    MetadataLoads loads;
+    Sending sending;
+    Imports imports;
+
+private:
+    void wireUpkeep();
+
+    Favorites::Dependencies favoritesDependencies();
+    TagWriting::Dependencies tagWritingDependencies();
+    MetadataLoads::Dependencies loadsDependencies();
+    Sending::Dependencies sendingDependencies();
+    Imports::Dependencies importsDependencies();
+};

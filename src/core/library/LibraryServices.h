@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/model/LoadedTrackMetadata.h"
+#include "core/model/Track.h"
+
+#include <QList>
+#include <QSet>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+class Notifications;
+class Preferences;
+class TagWriter;
+
+namespace async {
+class Clock;
+class Executor;
+} // namespace async
+
+/// What the store stands on, and the calls that leave it. The references outlive it.
+struct LibraryServices {
+    async::Clock& clock;
+    async::Executor& executor;
+    Preferences& preferences;
+    Notifications& notifications;
+    TagWriter& tagWriter;
+    /// Reads one audio file; called on worker threads. Gives nothing for a file that cannot be read.
+    std::function<std::optional<LoadedTrackMetadata>(const QUrl& url, const AudioTags& fallbackTags)> readMetadata;
+
+    // Calls to the player and the analysers; an empty one means that nobody listens.
+    std::function<void(const QSet<TrackID>& ids)> detectBPM;
+    std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
+    std::function<void(const QList<QUrl>& urls)> preloadWaveforms;
+    std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;
+};

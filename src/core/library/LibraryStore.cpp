@@ -1,0 +1,57 @@
+#include "core/library/LibraryStore.h"
+
+#include "async/MainQueue.h"
+#include "core/library/LibraryConcerns.h"
+
+LibraryStore::LibraryStore(const LibraryServices& services)
+    : m_concerns(std::make_unique<LibraryConcerns>(services))
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+}
+
+LibraryStore::~LibraryStore() = default;
+
+Workspace& LibraryStore::workspace() const
+{
+    return m_concerns->workspace;
+}
+Selection& LibraryStore::selection() const
+{
+    return m_concerns->selection;
+}
+Favorites& LibraryStore::favorites() const
+{
+    return m_concerns->favorites;
+}
+Imports& LibraryStore::imports() const
+{
+    return m_concerns->imports;
+}
+Order& LibraryStore::order() const
+{
+    return m_concerns->order;
+}
+TagWriting& LibraryStore::tagWriting() const
+{
+    return m_concerns->tagWriting;
+}
+Sending& LibraryStore::sending() const
+{
+    return m_concerns->sending;
+}
+QuickLists& LibraryStore::quickLists() const
+{
+    return m_concerns->quickLists;
+}
+StatusLine& LibraryStore::status() const
+{
+    return m_concerns->status;
+}
+Preferences& LibraryStore::preferences() const
+{
+    return m_concerns->services.preferences;
+}
+Notifications& LibraryStore::notifications() const
+{
+    return m_concerns->services.notifications;
+}

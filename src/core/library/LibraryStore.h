@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+
+class Favorites;
+class Imports;
+class Notifications;
+class Order;
+class Preferences;
+class QuickLists;
+class Selection;
+class Sending;
+class StatusLine;
+class TagWriting;
+class Workspace;
+struct LibraryConcerns;
+struct LibraryServices;
+
+/// The centre of the program: owns the workspace and one object per concern, and has no operations of its own. Created
+/// once by the application, lives as long as the process. Thread: main.
+class LibraryStore {
+public:
+    /// \param services what the store stands on; outlives it.
+    explicit LibraryStore(const LibraryServices& services);
+    ~LibraryStore();
+    LibraryStore(const LibraryStore&) = delete;
+    LibraryStore& operator=(const LibraryStore&) = delete;
+
+    Workspace& workspace() const;
+    Selection& selection() const;
+    Favorites& favorites() const;
+    Imports& imports() const;
+    Order& order() const;
+    TagWriting& tagWriting() const;
+    Sending& sending() const;
+    QuickLists& quickLists() const;
+    StatusLine& status() const;
+    Preferences& preferences() const;
+    Notifications& notifications() const;
+
+private:
+    std::unique_ptr<LibraryConcerns> m_concerns;
+};

@@ -1,0 +1,74 @@
+#include "core/library/LibraryConcerns.h"
+
+// All calls from one concern to another, one short function per topic.
+
+LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
+    : services(libraryServices)
+    , status(workspace, services.clock)
+    , quickLists(services.preferences)
+    , order(workspace, services.preferences, services.notifications)
+    , selection(workspace, order)
+    , favorites(favoritesDependencies())
+    , tagWriting(tagWritingDependencies())
+    , loads(loadsDependencies())
+    , sending(sendingDependencies())
+    , imports(importsDependencies())
+{
+    wireUpkeep();
+}
+
+LibraryConcerns::~LibraryConcerns() = default;
+
+/// What follows every change of the main list.
+void LibraryConcerns::wireUpkeep()
+{
+    workspace.tracksUpkeep = [this](const ListChange& change) {
+        order.tracksChanged(change);
+        // A batch of reads raises the revision itself, once; a star changes nothing that is analysed.
+        if (!favorites.isPatchingMembership() && !loads.isApplyingBatch())
+            workspace.raisePlaylistAnalysisRevision();
+    };
+}
+
+Favorites::Dependencies LibraryConcerns::favoritesDependencies()
+{
+    return {workspace,
+            selection,
+            status,
+            services.notifications,
+            services.preferences,
+            services.continuePlaybackAfterRemoving};
+}
+
+TagWriting::Dependencies LibraryConcerns::tagWritingDependencies()
+{
+    return {workspace, status, services.notifications, quickLists, services.tagWriter};
+}
+
+MetadataLoads::Dependencies LibraryConcerns::loadsDependencies()
+{
+    return {workspace,         services.notifications, services.clock,
+            services.executor, services.readMetadata,  services.detectBPM};
+}
+
+Sending::Dependencies LibraryConcerns::sendingDependencies()
+{
+    return {workspace, status,
+            [this](const QList<Track>& tracks) { loads.schedule(tracks, Track::MetadataDestination::Analysis); },
+            services.analyzeQuality};
+}
+
+Imports::Dependencies LibraryConcerns::importsDependencies()
+{
+    return {workspace,
+            status,
+            services.preferences,
+            favorites,
+            sending,
+            services.clock,
+            services.executor,
+            loads,
+            services.detectBPM,
+            services.preloadWaveforms,
+            services.analyzeQuality};
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/model/Track.h"
+
+#include <QHash>
+#include <QSet>
+#include <QStringList>
+
+#include <functional>
+
+class Notifications;
+class Preferences;
+class Selection;
+class StatusLine;
+class UndoManager;
+class Workspace;
+
+/// Membership of Favorites and Covers, and the filter of Favorites.
+class Favorites {
+public:
+    struct MembershipState {
+        bool isFavorite = false;
+        bool isInCoverWorkspace = false;
+        bool operator==(const MembershipState&) const = default;
+    };
+    using MembershipStates = QHash<TrackID, MembershipState>;
+
+    struct Dependencies {
+        Workspace& workspace;
+        Selection& selection;
+        StatusLine& status;
+        Notifications& notifications;
+        Preferences& preferences;
+        /// Lets the player move on when its track leaves these rows.
+        std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;
+    };
+
+    explicit Favorites(const Dependencies& dependencies);
+
+    /// Makes tracks favourites, which puts them in Covers too. \param undoManager may be null.
+    /// \return how many joined.
+    int addToFavorites(const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// Takes favourites out of Favorites and of Covers. \param advancePlayback whether the player moves on from a
+    /// removed track.
+    void removeFromFavorites(const QSet<TrackID>& ids, UndoManager* undoManager, bool advancePlayback);
+    /// Each track flips on its own.
+    void toggleFavorites(const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// Takes tracks out of Covers; favourites refuse with a notice.
+    void removeFromCoverWorkspace(const QSet<TrackID>& ids);
+
+    /// The present flags of these tracks.
+    MembershipStates favoriteMembershipStates(const QSet<TrackID>& ids) const;
+    /// The only writer of the two flags: one assignment, one notification.
+    void applyFavoriteMembershipStates(const MembershipStates& states);
+
+    /// Whether the two flags are being written at this moment: nothing that orders or analyses the playlist changes.
+    bool isPatchingMembership() const { return m_isPatching; }
+
+    QString favoriteGenreFilter() const;
+    void setFavoriteGenreFilter(const QString& genre);
+    bool favoriteOnlyUntagged() const;
+    void setFavoriteOnlyUntagged(bool value);
+    /// The genres that occur among favourites, without empty ones, in localised order.
+    QStringList favoriteGenreOptions() const;
+
+private:
+    /// Those tracks whose flags differ from a target, as they are and as they become.
+    struct Change {
+        MembershipStates before;
+        MembershipStates after;
+    };
+    Change plan(const MembershipStates& target) const;
+    void change(const MembershipStates& target, UndoManager* undoManager);
+    void apply(const Change& change);
+    void followInView(const Change& change);
+    void showCount(const QString& message, qsizetype count, const QString& icon);
+    void filterChanged();
+
+    Dependencies m_dependencies;
+    bool m_isPatching = false;
+};

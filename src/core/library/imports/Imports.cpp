@@ -1,0 +1,283 @@
+#include "core/library/imports/Imports.h"
+
+#include "async/MainQueue.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/sending/Sending.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/undo/UndoManager.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Localization.h"
+#include "platform/Preferences.h"
+
+#include <QPointer>
+
+namespace {
+
+using Destination = Track::MetadataDestination;
+using Tone = WorkspaceStatus::Tone;
+
+constexpr int kSlice = 200;           // rows that join the list in one assignment
+constexpr double kSlicePause = 0.016; // seconds: one frame for the window between slices
+constexpr int kParallelWalks = 4;     // a folder on a slow disk does not hold up the next drop
+
+} // namespace
+
+/// How the sections with lists of their own take files in.
+struct Imports::SectionImport {
+    Destination destination;
+    QString message; ///< counted; empty says nothing
+    QString icon;
+    bool wantsQuality;
+};
+
+Imports::Imports(Dependencies dependencies)
+    : m_dependencies(std::move(dependencies))
+    , m_expansions(kParallelWalks)
+{
+    connect(&m_dependencies.loads, &MetadataLoads::progressChanged, this, &Imports::metadataProgressChanged);
+}
+
+Imports::~Imports() = default;
+
+void Imports::expandThen(const QList<QUrl>& urls, bool (*isWanted)(QStringView), Expanded then)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_expansions.add([this, urls, isWanted, then = std::move(then)](std::stop_token stop) {
+        return expandTask(urls, isWanted, then, stop);
+    });
+}
+
+async::Task<> Imports::expandTask(QList<QUrl> urls, bool (*isWanted)(QStringView), Expanded then, std::stop_token stop)
+{
+    auto job = [urls, isWanted](std::stop_token jobStop) { return AudioFileList::expand(urls, isWanted, jobStop); };
+    const AudioFileList::Expansion expansion =
+        co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
+    then(expansion);
+}
+
+void Imports::importURLs(const QList<QUrl>& urls, Completion completion)
+{
+    expandThen(urls, AudioFileList::isPlayable,
+               [this, completion = std::move(completion)](const AudioFileList::Expansion& expansion) {
+                   enqueuePlaylistImport(expansion, completion);
+               });
+}
+
+void Imports::enqueuePlaylistImport(const AudioFileList::Expansion& expansion, Completion completion)
+{
+    m_libraryImports.append([this, expansion, completion = std::move(completion)](std::stop_token stop) {
+        return completePlaylistImport(expansion, completion, stop);
+    });
+}
+
+async::Task<> Imports::completePlaylistImport(AudioFileList::Expansion expansion, Completion completion,
+                                              std::stop_token stop)
+{
+    forgetScrollPositionIfEmpty();
+    Workspace& workspace = m_dependencies.workspace;
+    const ImportPlan::Split split = ImportPlan::split(workspace.tracks(), expansion.files);
+    QList<TrackID> ids;
+    for (const int row : split.knownRows)
+        ids.append(workspace.tracks().at(row).id());
+    if (!ids.isEmpty()) {
+        workspace.setTracks(ImportPlan::withMembership(workspace.tracks(), split.knownRows, {.playlist = true}));
+        if (m_dependencies.detectBPM)
+            m_dependencies.detectBPM(QSet<TrackID>(ids.cbegin(), ids.cend()));
+    }
+    if (!split.freshURLs.isEmpty()) {
+        const ImportPlan::Membership joining{.playlist = true};
+        const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
+        ids.append(added);
+        if (m_dependencies.preloadWaveforms)
+            m_dependencies.preloadWaveforms(split.freshURLs);
+    }
+    announceAdded(QStringLiteral("Добавлено в плейлист: %d"), split.freshURLs.size(), expansion.notTaken,
+                  QStringLiteral("music.note.list"));
+    if (completion)
+        completion({ids, expansion.notTaken});
+}
+
+void Imports::forgetScrollPositionIfEmpty()
+{
+    const TrackList& tracks = m_dependencies.workspace.tracks();
+    if (std::ranges::any_of(tracks, [](const Track& track) { return track.isInPlaylist(); }))
+        return;
+    m_dependencies.preferences.playlistScrollOffset.remove();
+    m_dependencies.preferences.playlistScrollAnchorTrackID.remove();
+}
+
+async::Task<QList<TrackID>> Imports::appendInSlices(Destination destination, QList<QUrl> urls,
+                                                    ImportPlan::Membership membership, std::stop_token stop)
+{
+    Workspace& workspace = m_dependencies.workspace;
+    QList<TrackID> ids;
+    QList<Track> added;
+    for (qsizetype first = 0; first < urls.size(); first += kSlice) {
+        const QList<Track> slice = ImportPlan::freshTracks(urls.mid(first, kSlice), membership);
+        workspace.setList(destination, workspace.list(destination).rows() + slice);
+        added.append(slice);
+        for (const Track& track : slice)
+            ids.append(track.id());
+        if (first + kSlice < urls.size())
+            co_await m_dependencies.clock.sleep(async::seconds(kSlicePause), stop);
+    }
+    m_dependencies.loads.schedule(added, destination);
+    co_return ids;
+}
+
+void Imports::announceAdded(const QString& message, qsizetype added, int notTaken, const QString& icon)
+{
+    if (notTaken == 0) {
+        if (added > 0)
+            m_dependencies.status.showCounted(message, {added}, icon, Tone::Success);
+        return;
+    }
+    const QString skipped = VelmoraLocalization::format(QStringLiteral("Не удалось взять: %d"), {notTaken});
+    const QString text =
+        added > 0 ? VelmoraLocalization::format(message, {added}) + QStringLiteral(" · ") + skipped : skipped;
+    m_dependencies.status.showText(text, QStringLiteral("exclamationmark.triangle"), Tone::Warning);
+}
+
+void Imports::importForFavorites(const QList<QUrl>& urls, UndoManager* undoManager)
+{
+    importURLs(urls, [this, hasUndo = undoManager != nullptr,
+                      undo = QPointer<UndoManager>(undoManager)](const Outcome& outcome) {
+        const QSet<TrackID> ids(outcome.ids.cbegin(), outcome.ids.cend());
+        if (hasUndo && !undo)
+            return; // the window that asked is gone
+        const int joined = m_dependencies.favorites.addToFavorites(ids, undo);
+        announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.notTaken,
+                      QStringLiteral("heart.fill"));
+    });
+}
+
+void Imports::importForCovers(const QList<QUrl>& urls, Completion completion)
+{
+    expandThen(urls, AudioFileList::isPlayable,
+               [this, completion = std::move(completion)](const AudioFileList::Expansion& expansion) {
+                   m_libraryImports.append([this, expansion, completion](std::stop_token stop) {
+                       return completeCoverImport(expansion, completion, stop);
+                   });
+               });
+}
+
+async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, Completion completion,
+                                           std::stop_token stop)
+{
+    Workspace& workspace = m_dependencies.workspace;
+    const ImportPlan::Split split = ImportPlan::split(workspace.tracks(), expansion.files);
+    QList<TrackID> ids;
+    qsizetype joined = split.freshURLs.size();
+    for (const int row : split.knownRows) {
+        ids.append(workspace.tracks().at(row).id());
+        joined += workspace.tracks().at(row).isInCoverWorkspace() ? 0 : 1;
+    }
+    if (!ids.isEmpty())
+        workspace.setTracks(ImportPlan::withMembership(workspace.tracks(), split.knownRows, {.covers = true}));
+    if (!split.freshURLs.isEmpty()) {
+        const ImportPlan::Membership joining{.covers = true};
+        const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
+        ids.append(added);
+    }
+    announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.notTaken,
+                  QStringLiteral("photo.on.rectangle.angled"));
+    if (completion)
+        completion({ids, expansion.notTaken});
+}
+
+void Imports::importForAnalysis(const QList<QUrl>& urls)
+{
+    static const SectionImport kAnalysis{Destination::Analysis, QStringLiteral("Добавлено в анализ: %d"),
+                                         QStringLiteral("waveform.path.ecg"), true};
+    expandThen(urls, AudioFileList::isPlayable, [this](const AudioFileList::Expansion& expansion) {
+        m_sectionImports.append(
+            [this, expansion](std::stop_token stop) { return completeSectionImport(&kAnalysis, expansion, stop); });
+    });
+}
+
+void Imports::importForMusicalKeyAnalysis(const QList<QUrl>& urls)
+{
+    static const SectionImport kMusicalKey{Destination::MusicalKey, QStringLiteral("Добавлено в тональность: %d"),
+                                           QStringLiteral("music.quarternote.3"), false};
+    expandThen(urls, AudioFileList::isPlayable, [this](const AudioFileList::Expansion& expansion) {
+        m_sectionImports.append(
+            [this, expansion](std::stop_token stop) { return completeSectionImport(&kMusicalKey, expansion, stop); });
+    });
+}
+
+void Imports::importDuplicateSearchURLs(const QList<QUrl>& urls)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    static const SectionImport kDuplicates{Destination::Duplicates, QString(), QString(), false};
+    QList<QUrl> roots = m_dependencies.workspace.duplicateSearchRoots();
+    for (const QUrl& url : urls) {
+        const QUrl root = FileURL::standardized(url);
+        if (!roots.contains(root))
+            roots.append(root);
+    }
+    m_dependencies.workspace.setDuplicateSearchRoots(std::move(roots));
+    expandThen(urls, AudioFileList::isPlayable, [this](const AudioFileList::Expansion& expansion) {
+        m_sectionImports.append(
+            [this, expansion](std::stop_token stop) { return completeSectionImport(&kDuplicates, expansion, stop); });
+    });
+}
+
+async::Task<> Imports::completeSectionImport(const SectionImport* section, AudioFileList::Expansion expansion,
+                                             std::stop_token stop)
+{
+    const ImportPlan::Split split =
+        ImportPlan::split(m_dependencies.workspace.list(section->destination), expansion.files);
+    if (!split.freshURLs.isEmpty()) {
+        const ImportPlan::Membership none;
+        const QList<TrackID> added = co_await appendInSlices(section->destination, split.freshURLs, none, stop);
+        if (section->wantsQuality && m_dependencies.analyzeQuality)
+            m_dependencies.analyzeQuality(QSet<TrackID>(added.cbegin(), added.cend()));
+    }
+    if (!section->message.isEmpty() || expansion.notTaken > 0)
+        announceAdded(section->message, section->message.isEmpty() ? 0 : split.freshURLs.size(), expansion.notTaken,
+                      section->icon);
+}
+
+void Imports::importForConversion(const QList<QUrl>& urls)
+{
+    expandThen(urls, AudioFileList::isConvertible, [this](const AudioFileList::Expansion& expansion) {
+        m_dependencies.sending.appendToConversion(expansion.files);
+        announceAdded(QString(), 0, expansion.notTaken, QString());
+    });
+}
+
+void Imports::scheduleMetadataLoads(const QList<Track>& tracks, Destination destination)
+{
+    m_dependencies.loads.schedule(tracks, destination);
+}
+
+void Imports::scheduleDeferredMetadataFlush()
+{
+    m_dependencies.loads.scheduleDeferredFlush();
+}
+
+void Imports::setPlaylistScrolling(bool scrolling)
+{
+    m_dependencies.loads.setPlaylistScrolling(scrolling);
+}
+
+bool Imports::playlistIsScrolling() const
+{
+    return m_dependencies.loads.playlistIsScrolling();
+}
+
+int Imports::metadataLoadOperationCount() const
+{
+    return m_dependencies.loads.operationCount();
+}
+
+bool Imports::isApplyingMetadataBatch() const
+{
+    return m_dependencies.loads.isApplyingBatch();
+}
+
+Imports::Progress Imports::metadataProgress() const
+{
+    return m_dependencies.loads.progress();
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "async/Clock.h"
+#include "async/Executor.h"
+#include "async/TaskGroup.h"
+#include "async/TaskQueue.h"
+#include "core/library/imports/AudioFileList.h"
+#include "core/library/imports/ImportPlan.h"
+#include "core/library/imports/MetadataLoads.h"
+#include "core/model/Track.h"
+
+#include <QList>
+#include <QObject>
+
+#include <functional>
+
+class Favorites;
+class Preferences;
+class Sending;
+class StatusLine;
+class UndoManager;
+class Workspace;
+
+/// Files and folders become rows: at once with tags guessed from the names, then filled in by background reads. Thread:
+/// main.
+class Imports : public QObject {
+    Q_OBJECT
+
+public:
+    /// What an import came to.
+    struct Outcome {
+        QList<TrackID> ids; ///< all tracks of the request, known ones first
+        int notTaken = 0;   ///< files that were meant but could not be taken
+    };
+    using Completion = std::function<void(const Outcome& outcome)>;
+    using Progress = MetadataLoads::Progress;
+
+    struct Dependencies {
+        Workspace& workspace;
+        StatusLine& status;
+        Preferences& preferences;
+        Favorites& favorites;
+        Sending& sending;
+        async::Clock& clock;
+        async::Executor& executor;
+        MetadataLoads& loads;
+        /// Wants the tempo of tracks that an import met again; may be empty.
+        std::function<void(const QSet<TrackID>&)> detectBPM;
+        /// Wants the waveforms of new files; may be empty.
+        std::function<void(const QList<QUrl>&)> preloadWaveforms;
+        /// Wants the quality of new rows of the analysis list; may be empty.
+        std::function<void(const QSet<TrackID>&)> analyzeQuality;
+    };
+
+    explicit Imports(Dependencies dependencies);
+    ~Imports() override;
+
+    /// Into the playlist. Folders are walked in the background; imports queue up and never overlap.
+    /// \param completion called at the end; may be empty.
+    void importURLs(const QList<QUrl>& urls, Completion completion = {});
+    /// Into the playlist and Favorites. \param undoManager may be null.
+    void importForFavorites(const QList<QUrl>& urls, UndoManager* undoManager);
+    /// Into Covers, without the playlist.
+    void importForCovers(const QList<QUrl>& urls, Completion completion = {});
+    /// Into the analysis list, as rows of their own.
+    void importForAnalysis(const QList<QUrl>& urls);
+    /// Into the key list, as rows of their own.
+    void importForMusicalKeyAnalysis(const QList<QUrl>& urls);
+    /// Into the converter's queue; takes Ogg files as well. Says nothing.
+    void importForConversion(const QList<QUrl>& urls);
+    /// Adds places for the duplicate search to look through, and lists the files in them.
+    void importDuplicateSearchURLs(const QList<QUrl>& urls);
+
+    /// Says how many files were added, and how many could not be taken; nothing if neither. \param message counted
+    /// text.
+    void announceAdded(const QString& message, qsizetype added, int notTaken, const QString& icon);
+
+    /// Reads the files of these tracks in the background; results reach the given list in batches.
+    void scheduleMetadataLoads(const QList<Track>& tracks, Track::MetadataDestination destination);
+    /// Starts the trickle of results that were held back while the playlist scrolled.
+    void scheduleDeferredMetadataFlush();
+    /// Reported by the playlist when scrolling starts and stops: nothing fills in meanwhile.
+    void setPlaylistScrolling(bool scrolling);
+    bool playlistIsScrolling() const;
+
+    /// Load operations that are alive.
+    int metadataLoadOperationCount() const;
+    /// Whether a batch is being applied at this moment.
+    bool isApplyingMetadataBatch() const;
+    Progress metadataProgress() const;
+
+Q_SIGNALS:
+    /// At most once per trip to the disk.
+    void metadataProgressChanged();
+
+private:
+    struct SectionImport;
+    using Expanded = std::function<void(const AudioFileList::Expansion&)>;
+
+    void expandThen(const QList<QUrl>& urls, bool (*isWanted)(QStringView), Expanded then);
+    async::Task<> expandTask(QList<QUrl> urls, bool (*isWanted)(QStringView), Expanded then, std::stop_token stop);
+    void enqueuePlaylistImport(const AudioFileList::Expansion& expansion, Completion completion);
+    async::Task<> completePlaylistImport(AudioFileList::Expansion expansion, Completion completion,
+                                         std::stop_token stop);
+    async::Task<> completeCoverImport(AudioFileList::Expansion expansion, Completion completion, std::stop_token stop);
+    async::Task<> completeSectionImport(const SectionImport* section, AudioFileList::Expansion expansion,
+                                        std::stop_token stop);
+    async::Task<QList<TrackID>> appendInSlices(Track::MetadataDestination destination, QList<QUrl> urls,
+                                               ImportPlan::Membership membership, std::stop_token stop);
+    void forgetScrollPositionIfEmpty();
+
+    Dependencies m_dependencies;
+    async::TaskGroup m_expansions;
+    async::TaskQueue m_libraryImports; ///< into the main list, one at a time, in order of their arrival
+    async::TaskQueue m_sectionImports;
+};

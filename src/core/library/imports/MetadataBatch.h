@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/library/workspace/TrackList.h"
+#include "core/model/LoadedTrackMetadata.h"
+#include "core/model/Track.h"
+
+#include <QList>
+#include <QSet>
+
+/// One finished read, waiting to be applied.
+struct PendingMetadataResult {
+    TrackID id;
+    QUrl sourceURL;                 ///< at reading time
+    Track::MetadataVersion version; ///< at reading time
+    LoadedTrackMetadata metadata;
+};
+
+/// Batches of reads: pure functions.
+namespace MetadataBatch {
+
+/// Sizes of the batches of a load. A small first one fills the screen fast, big later ones keep list updates few.
+struct Sizes {
+    int first = 0;
+    int further = 0;
+};
+Sizes sizes(qsizetype items);
+
+struct Applied {
+    QList<Track> rows;
+    QSet<TrackID> changedIDs; ///< empty if nothing changed
+};
+/// The list with the results taken over by the rule for late results.
+Applied apply(const TrackList& tracks, const QList<PendingMetadataResult>& results);
+
+/// Those of the tracks read, as they stand now, whose tempo nobody told: an empty tag after trimming.
+QSet<TrackID> withoutTempo(const TrackList& tracks, const QList<PendingMetadataResult>& results);
+
+} // namespace MetadataBatch

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "async/Clock.h"
+#include "async/Executor.h"
+#include "async/Permits.h"
+#include "async/TaskGroup.h"
+#include "async/TaskSlot.h"
+#include "core/library/imports/MetadataBatch.h"
+
+#include <QHash>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+class Notifications;
+class Workspace;
+
+/// Reads the tags of rows in the background, two files at a time over all loads, and applies them in batches, or holds
+/// them back while the playlist scrolls. Thread: main.
+class MetadataLoads : public QObject {
+    Q_OBJECT
+
+public:
+    using Reader = std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)>;
+
+    struct Dependencies {
+        Workspace& workspace;
+        Notifications& notifications;
+        async::Clock& clock;
+        async::Executor& executor;
+        Reader readMetadata;
+        /// Wants the tempo of tracks that have none; may be empty.
+        std::function<void(const QSet<TrackID>&)> detectBPM;
+    };
+
+    /// Files read and to be read by the loads that are alive.
+    struct Progress {
+        int done = 0;
+        int total = 0;
+    };
+
+    explicit MetadataLoads(Dependencies dependencies);
+    ~MetadataLoads() override;
+
+    void schedule(const QList<Track>& tracks, Track::MetadataDestination destination);
+    void scheduleDeferredFlush();
+    void setPlaylistScrolling(bool scrolling);
+    bool playlistIsScrolling() const { return m_isScrolling; }
+    int operationCount() const { return m_operationCount; }
+    bool isApplyingBatch() const { return m_isApplying; }
+    Progress progress() const { return m_progress; }
+
+Q_SIGNALS:
+    void progressChanged();
+
+private:
+    struct Operation;
+    using OperationPtr = std::shared_ptr<Operation>;
+
+    async::Task<> runLane(OperationPtr operation, std::stop_token stop);
+    void collect(const OperationPtr& operation, QList<PendingMetadataResult> results, int filesRead);
+    void finish(const OperationPtr& operation);
+    void applyBatch(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination);
+    void applyNow(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination);
+    void requestTempo(const QList<PendingMetadataResult>& results);
+    void detectTempo(const QSet<TrackID>& ids);
+    async::Task<> flushDeferred(std::stop_token stop);
+
+    Dependencies m_dependencies;
+    std::shared_ptr<async::Permits> m_permits;
+    int m_operationCount = 0;
+    bool m_isApplying = false;
+    bool m_isScrolling = false;
+    Progress m_progress;
+    QHash<TrackID, PendingMetadataResult> m_deferred;
+    QSet<TrackID> m_deferredTempoIDs;
+    async::TaskSlot m_flushTask;
+    async::TaskGroup m_lanes;
+};

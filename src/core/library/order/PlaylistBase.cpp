@@ -1,0 +1,173 @@
+#include "core/library/order/PlaylistBase.h"
+
+#include "platform/Collation.h"
+#include "platform/FileURL.h"
+
+#include <algorithm>
+
+std::vector<PlaylistBase::FolderSection> PlaylistBase::sections() const
+{
+    std::vector<FolderSection> sections;
+    for (int row = 0; row < m_rows.size(); ++row) {
+        const QString& folder = m_folders[row];
+        if (sections.empty() || sections.back().folder != folder)
+            sections.push_back({folder, row, row});
+        sections.back().end = row + 1;
+    }
+    return sections;
+}
+
+PlaylistBase::Entry PlaylistBase::entry(const Track& track, const Entry* neighbour)
+{
+    QString folder = FileURL::folderPath(track.url());
+    if (neighbour && neighbour->folder == folder)
+        folder = neighbour->folder;
+    return {std::move(folder), FileURL::lastPathComponent(track.url()), track};
+}
+
+PlaylistBase::Entry PlaylistBase::entryAt(int row) const
+{
+    return {m_folders[row], FileURL::lastPathComponent(m_rows.at(row).url()), m_rows.at(row)};
+}
+
+bool PlaylistBase::isBefore(const Entry& left, const Entry& right)
+{
+    if (left.folder != right.folder) {
+        if (const int order = Collation::standardCompare(left.folder, right.folder))
+            return order < 0;
+    }
+    if (const int order = Collation::standardCompare(left.name, right.name))
+        return order < 0;
+    return left.track.id().toString() < right.track.id().toString();
+}
+
+std::vector<PlaylistBase::Entry> PlaylistBase::sortedEntries(const QList<Track>& tracks)
+{
+    std::vector<Entry> entries;
+    entries.reserve(tracks.size());
+    for (const Track& track : tracks)
+        entries.push_back(entry(track, entries.empty() ? nullptr : &entries.back()));
+    // Files of an import mostly come in this order already; for others a sort by keys costs far fewer comparisons of
+    // texts.
+    if (std::ranges::is_sorted(entries, isBefore))
+        return entries;
+    struct Keyed {
+        QByteArray folder;
+        QByteArray name;
+        size_t entry;
+    };
+    std::vector<Keyed> keys;
+    keys.reserve(entries.size());
+    for (const Entry& own : entries) {
+        const bool sameFolder = !keys.empty() && entries[keys.back().entry].folder == own.folder;
+        keys.push_back({sameFolder ? keys.back().folder : Collation::standardSortKey(own.folder),
+                        Collation::standardSortKey(own.name), keys.size()});
+    }
+    std::ranges::sort(keys, [&](const Keyed& left, const Keyed& right) {
+        if (left.folder != right.folder)
+            return left.folder < right.folder;
+        if (left.name != right.name)
+            return left.name < right.name;
+        return entries[left.entry].track.id().toString() < entries[right.entry].track.id().toString();
+    });
+    std::vector<Entry> sorted;
+    sorted.reserve(entries.size());
+    for (const Keyed& key : keys)
+        sorted.push_back(std::move(entries[key.entry]));
+    return sorted;
+}
+
+void PlaylistBase::rebuild(const TrackList& tracks)
+{
+    QList<Track> kept;
+    QList<QString> keptFolders;
+    for (int row = 0; row < m_rows.size(); ++row) {
+        const Track* track = tracks.find(m_rows.at(row).id());
+        if (track && track->isInPlaylist() && track->url() == m_rows.at(row).url()) {
+            kept.append(*track);
+            keptFolders.append(m_folders[row]);
+        }
+    }
+    m_rows.assign(std::move(kept));
+    m_folders = std::move(keptFolders);
+    QList<Track> fresh;
+    for (const Track& track : tracks) {
+        if (track.isInPlaylist() && (m_rows.isEmpty() || !m_rows.contains(track.id())))
+            fresh.append(track);
+    }
+    insert(sortedEntries(fresh));
+}
+
+void PlaylistBase::append(const TrackList& tracks, int first)
+{
+    QList<Track> fresh;
+    for (int row = first; row < tracks.size(); ++row) {
+        if (tracks.at(row).isInPlaylist())
+            fresh.append(tracks.at(row));
+    }
+    insert(sortedEntries(fresh));
+}
+
+/// The row before which an entry belongs, at or behind \p from. Steps of doubling width, then halves: cheap both for a
+/// few rows among many and for as many as there are.
+int PlaylistBase::placeOf(const Entry& fresh, int from) const
+{
+    if (!m_rows.isEmpty() && isBefore(entryAt(m_rows.size() - 1), fresh))
+        return m_rows.size();
+    int end = from;
+    for (int step = 1; end < m_rows.size() && isBefore(entryAt(end), fresh); step *= 2) {
+        from = end + 1;
+        end = std::min(end + step, m_rows.size());
+    }
+    while (from < end) {
+        const int middle = from + (end - from) / 2;
+        if (isBefore(entryAt(middle), fresh))
+            from = middle + 1;
+        else
+            end = middle;
+    }
+    return from;
+}
+
+void PlaylistBase::insert(std::vector<Entry> fresh)
+{
+    if (fresh.empty())
+        return;
+    const QList<Track>& old = m_rows.rows();
+    QList<Track> rows;
+    QList<QString> folders;
+    rows.reserve(old.size() + qsizetype(fresh.size()));
+    folders.reserve(rows.capacity());
+    int taken = 0;
+    for (Entry& own : fresh) {
+        const int place = taken == old.size() ? taken : placeOf(own, taken);
+        rows.append(old.sliced(taken, place - taken));
+        folders.append(m_folders.sliced(taken, place - taken));
+        taken = place;
+        const bool joinsFolder = !folders.isEmpty() && folders.last() == own.folder;
+        folders.append(joinsFolder ? folders.last() : own.folder);
+        rows.append(std::move(own.track));
+    }
+    rows.append(old.sliced(taken));
+    folders.append(m_folders.sliced(taken));
+    m_rows.assign(std::move(rows));
+    m_folders = std::move(folders);
+}
+
+bool PlaylistBase::refresh(const TrackList& tracks, const QList<int>& changedRows)
+{
+    QList<Track> rows = m_rows.rows();
+    for (const int changed : changedRows) {
+        const Track& track = tracks.at(changed);
+        const std::optional<int> row = m_rows.indexOf(track.id());
+        if (row.has_value() != track.isInPlaylist())
+            return false;
+        if (!row)
+            continue;
+        if (m_rows.at(*row).url() != track.url())
+            return false;
+        rows[*row] = track;
+    }
+    m_rows.assign(std::move(rows));
+    return true;
+}

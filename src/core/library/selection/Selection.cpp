@@ -1,0 +1,160 @@
+#include "core/library/selection/Selection.h"
+
+#include "async/MainQueue.h"
+#include "core/library/order/Order.h"
+#include "core/library/workspace/Workspace.h"
+
+Selection::Selection(Workspace& workspace, Order& order)
+    : m_workspace(workspace)
+    , m_order(order)
+{
+}
+
+QList<Track> Selection::visibleTracks() const
+{
+    return tracks(m_workspace.activeTab());
+}
+
+QList<Track> Selection::tracks(LibraryTab tab) const
+{
+    switch (tab) {
+    case LibraryTab::Playlist:
+        return m_order.playlistTracks();
+    case LibraryTab::Favorites:
+        return m_order.favoriteTracks();
+    case LibraryTab::Covers:
+        return m_order.coverTracks();
+    case LibraryTab::Converter:
+        return m_workspace.tracks().rows();
+    case LibraryTab::Analysis:
+        return m_workspace.analysisTracks().rows();
+    case LibraryTab::MusicalKey:
+        return m_workspace.keyAnalysisTracks().rows();
+    case LibraryTab::Duplicates:
+        return m_workspace.duplicateTracks().rows();
+    }
+    Q_UNREACHABLE();
+}
+
+bool Selection::isSelectable(LibraryTab tab, const TrackID& id) const
+{
+    switch (tab) {
+    case LibraryTab::Analysis:
+        return m_workspace.analysisTracks().contains(id);
+    case LibraryTab::MusicalKey:
+        return m_workspace.keyAnalysisTracks().contains(id);
+    case LibraryTab::Duplicates:
+        return m_workspace.duplicateTracks().contains(id);
+    default:
+        break;
+    }
+    const Track* track = m_workspace.tracks().find(id);
+    if (!track)
+        return false;
+    switch (tab) {
+    case LibraryTab::Playlist:
+        return track->isInPlaylist();
+    case LibraryTab::Favorites:
+        return track->isFavorite() && m_order.passesFavoriteFilter(*track);
+    case LibraryTab::Covers:
+        return track->isInCoverWorkspace() || track->isFavorite();
+    default:
+        return true;
+    }
+}
+
+std::optional<Track> Selection::selectedTrack() const
+{
+    const std::optional<TrackID>& id = m_workspace.selectedID();
+    const LibraryTab tab = m_workspace.activeTab();
+    if (!id || !isSelectable(tab, *id))
+        return std::nullopt;
+    switch (tab) {
+    case LibraryTab::Analysis:
+        return *m_workspace.analysisTracks().find(*id);
+    case LibraryTab::MusicalKey:
+        return *m_workspace.keyAnalysisTracks().find(*id);
+    case LibraryTab::Duplicates:
+        return *m_workspace.duplicateTracks().find(*id);
+    default:
+        return *m_workspace.tracks().find(*id);
+    }
+}
+
+void Selection::select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_workspace.setSelection(ids, focused);
+    noteChecked();
+}
+
+void Selection::noteChecked()
+{
+    m_checkedListRevision = m_workspace.listRevision();
+    m_checkedSelectionRevision = m_workspace.selectionRevision();
+}
+
+void Selection::selectAll()
+{
+    const QList<Track> rows = visibleTracks();
+    QSet<TrackID> ids;
+    ids.reserve(rows.size());
+    for (const Track& track : rows)
+        ids.insert(track.id());
+    std::optional<TrackID> focused = m_workspace.selectedID();
+    if (!rows.isEmpty() && (!focused || !ids.contains(*focused)))
+        focused = rows.first().id();
+    select(ids, focused);
+}
+
+Selection::State Selection::presentState() const
+{
+    return {m_workspace.selectedIDs(), m_workspace.selectedID()};
+}
+
+void Selection::rememberSelection(LibraryTab tab)
+{
+    const bool isChecked = tab == m_workspace.activeTab() && m_checkedListRevision == m_workspace.listRevision() &&
+                           m_checkedSelectionRevision == m_workspace.selectionRevision();
+    const State state = isChecked ? presentState() : reduced(presentState(), tab);
+    m_statesByTab.insert(rawValue(tab), {state, m_workspace.listRevision()});
+}
+
+Selection::State Selection::selectionState(LibraryTab tab)
+{
+    Checked& stored = m_statesByTab[rawValue(tab)];
+    if (stored.listRevision != m_workspace.listRevision())
+        stored = {reduced(stored.state, tab), m_workspace.listRevision()};
+    State state = stored.state;
+    if (!state.focusedID && state.ids.size() == 1)
+        state.focusedID = *state.ids.cbegin();
+    else if (state.focusedID && state.ids.isEmpty())
+        state.ids = {*state.focusedID};
+    return state;
+}
+
+void Selection::switchTo(LibraryTab tab)
+{
+    rememberSelection(m_workspace.activeTab());
+    const State state = selectionState(tab);
+    m_workspace.switchTo(tab, state.ids, state.focusedID);
+    noteChecked();
+}
+
+void Selection::dropInvisible()
+{
+    const State state = reduced(presentState(), m_workspace.activeTab());
+    select(state.ids, state.focusedID);
+}
+
+Selection::State Selection::reduced(const State& state, LibraryTab tab) const
+{
+    const auto isGone = [&](const TrackID& id) { return !isSelectable(tab, id); };
+    State result = state;
+    // Mostly nothing is gone, and the set need not be copied.
+    if (std::ranges::any_of(state.ids, isGone))
+        result.ids.removeIf(isGone);
+    if (result.focusedID && isGone(*result.focusedID))
+        result.focusedID.reset();
+    return result;
+}

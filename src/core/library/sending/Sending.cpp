@@ -1,0 +1,97 @@
+#include "core/library/sending/Sending.h"
+
+#include "async/MainQueue.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/workspace/Workspace.h"
+
+namespace {
+
+/// The tracks with these ids, in list order.
+QList<Track> inListOrder(const TrackList& tracks, const QSet<TrackID>& ids)
+{
+    QList<int> rows;
+    for (const TrackID& id : ids) {
+        if (const std::optional<int> row = tracks.indexOf(id))
+            rows.append(*row);
+    }
+    std::ranges::sort(rows);
+    QList<Track> result;
+    for (const int row : std::as_const(rows))
+        result.append(tracks.at(row));
+    return result;
+}
+
+/// A row of its own for a track's file: same tags and facts, member of nothing.
+Track copied(const Track& track)
+{
+    Track copy = track.withID(freshID());
+    copy.setMetadataVersion(Track::MetadataVersion());
+    copy.setIsFavorite(false);
+    copy.setIsInPlaylist(false);
+    copy.setIsInCoverWorkspace(false);
+    return copy;
+}
+
+} // namespace
+
+Sending::Sending(Dependencies dependencies)
+    : m_dependencies(std::move(dependencies))
+{
+}
+
+void Sending::addTracksToAnalysis(const QSet<TrackID>& ids)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    Workspace& workspace = m_dependencies.workspace;
+    QList<Track> added;
+    QSet<TrackID> addedIDs;
+    for (const Track& track : inListOrder(workspace.tracks(), ids)) {
+        if (workspace.analysisTracks().indexOfURL(track.url()))
+            continue;
+        added.append(copied(track));
+        addedIDs.insert(added.last().id());
+    }
+    if (added.isEmpty())
+        return;
+    workspace.setList(Track::MetadataDestination::Analysis, workspace.analysisTracks().rows() + added);
+    m_dependencies.readForAnalysis(added);
+    if (m_dependencies.analyzeQuality)
+        m_dependencies.analyzeQuality(addedIDs);
+    m_dependencies.status.showCounted(QStringLiteral("Отправлено в анализ: %d"), {added.size()},
+                                      QStringLiteral("waveform.path.ecg"), WorkspaceStatus::Tone::Success);
+}
+
+int Sending::addTracksToConversion(const QSet<TrackID>& ids)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    QList<QUrl> urls;
+    for (const Track& track : inListOrder(m_dependencies.workspace.tracks(), ids))
+        urls.append(track.url());
+    const int added = appendToConversion(urls);
+    if (added > 0)
+        m_dependencies.status.showCounted(QStringLiteral("Добавлено в конвертер: %d"), {added},
+                                          QStringLiteral("arrow.triangle.2.circlepath"),
+                                          WorkspaceStatus::Tone::Success);
+    return added;
+}
+
+int Sending::appendToConversion(const QList<QUrl>& urls)
+{
+    QList<ConversionItem> items = m_dependencies.workspace.conversionItems();
+    QSet<QUrl> queued;
+    for (const ConversionItem& item : std::as_const(items))
+        queued.insert(item.url);
+    const qsizetype before = items.size();
+    for (const QUrl& url : urls) {
+        if (queued.contains(url))
+            continue;
+        queued.insert(url);
+        ConversionItem item;
+        item.url = url;
+        items.append(item);
+    }
+    const int added = static_cast<int>(items.size() - before);
+    if (added > 0)
+        m_dependencies.workspace.setConversionItems(std::move(items));
+    return added;
+}

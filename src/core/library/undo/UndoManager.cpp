@@ -1,0 +1,126 @@
+#include "core/library/undo/UndoManager.h"
+
+#include "async/MainQueue.h"
+#include "platform/Localization.h"
+
+#include <QPointer>
+#include <QUndoCommand>
+
+namespace {
+
+constexpr int kMergeableID = 1;
+constexpr int kLimit = 200; // steps; chosen: far beyond what anybody walks back
+
+/// One step: what its registrations take back, in reverse order of registration.
+class Step final : public QUndoCommand {
+public:
+    Step(const QString& name, quint64 turn, UndoManager::Action undo, UndoManager::Action redo)
+        : m_name(name)
+        , m_turn(turn)
+        , m_undo{std::move(undo)}
+        , m_redo{std::move(redo)}
+    {
+    }
+
+    const QString& name() const { return m_name; }
+    int id() const override { return kMergeableID; }
+
+    bool mergeWith(const QUndoCommand* other) override
+    {
+        const auto* later = static_cast<const Step*>(other);
+        if (later->m_name != m_name || later->m_turn != m_turn)
+            return false;
+        m_undo.insert(m_undo.end(), later->m_undo.begin(), later->m_undo.end());
+        m_redo.insert(m_redo.end(), later->m_redo.begin(), later->m_redo.end());
+        return true;
+    }
+
+    void undo() override
+    {
+        for (auto action = m_undo.rbegin(); action != m_undo.rend(); ++action)
+            (*action)();
+    }
+
+    void redo() override
+    {
+        // The stack redoes a step when it is pushed, when the work is done already.
+        if (!m_isPushed) {
+            m_isPushed = true;
+            return;
+        }
+        for (const UndoManager::Action& action : m_redo)
+            action();
+    }
+
+private:
+    QString m_name;
+    quint64 m_turn;
+    std::vector<UndoManager::Action> m_undo;
+    std::vector<UndoManager::Action> m_redo;
+    bool m_isPushed = false;
+};
+
+QString localizedName(const QUndoStack& stack, int index)
+{
+    const auto* step = static_cast<const Step*>(stack.command(index));
+    return step ? VelmoraLocalization::string(step->name()) : QString();
+}
+
+} // namespace
+
+UndoManager::UndoManager(QObject* parent)
+    : QObject(parent)
+{
+    m_stack.setUndoLimit(kLimit);
+    connect(&m_stack, &QUndoStack::indexChanged, this, &UndoManager::changed);
+}
+
+void UndoManager::registerUndo(const QString& actionName, Action undo, Action redo)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (!m_turnEnds) {
+        m_turnEnds = true;
+        async::MainQueue::post([self = QPointer<UndoManager>(this)] {
+            if (self) {
+                ++self->m_turn;
+                self->m_turnEnds = false;
+            }
+        });
+    }
+    m_stack.push(new Step(actionName, m_turn, std::move(undo), std::move(redo)));
+}
+
+bool UndoManager::canUndo() const
+{
+    return m_stack.canUndo();
+}
+
+bool UndoManager::canRedo() const
+{
+    return m_stack.canRedo();
+}
+
+QString UndoManager::undoActionName() const
+{
+    return localizedName(m_stack, m_stack.index() - 1);
+}
+
+QString UndoManager::redoActionName() const
+{
+    return localizedName(m_stack, m_stack.index());
+}
+
+void UndoManager::undo()
+{
+    m_stack.undo();
+}
+
+void UndoManager::redo()
+{
+    m_stack.redo();
+}
+
+void UndoManager::clear()
+{
+    m_stack.clear();
+}

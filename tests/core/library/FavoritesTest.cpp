@@ -1,0 +1,138 @@
+#include "support/StoreFixture.h"
+
+#include <QSignalSpy>
+
+class FavoritesTest : public StoreFixture {
+protected:
+    ~FavoritesTest() override { clock.advance(async::seconds(60)); }
+
+    Favorites& favorites() { return store->favorites(); }
+    const Track star = favorite(QStringLiteral("star.mp3"));
+    const Track plain = track(QStringLiteral("plain.mp3"));
+    const Track other = track(QStringLiteral("other.mp3"));
+};
+
+TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
+{
+    struct Case {
+        QList<Track> toggled;
+        QString status;
+        QList<Track> favoritesAfter;
+    };
+    const Case cases[] = {
+        {{plain}, QStringLiteral("Добавлено в избранное: 1"), {star, plain}},
+        {{plain, other}, QStringLiteral("Добавлено в избранное: 2"), {star, plain, other}},
+        {{star}, QStringLiteral("Убрано из избранного: 1"), {}},
+        {{star, plain}, QStringLiteral("Избранное обновлено: 2"), {plain}},
+        {{track(QStringLiteral("unknown.mp3"))}, QString(), {star}},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(qPrintable(test.status));
+        fill({});
+        workspace().setWorkspaceStatus(std::nullopt);
+        fill({star, plain, other});
+        QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
+        QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
+        favorites().toggleFavorites(ids(test.toggled), &undo);
+        EXPECT_EQ(statusText(), test.status);
+        EXPECT_EQ(ids(store->order().favoriteTracks()), ids(test.favoritesAfter));
+        const int expectedChanges = test.status.isEmpty() ? 0 : 1;
+        EXPECT_EQ(changes.size(), expectedChanges) << "one assignment for all";
+        EXPECT_EQ(told.size(), expectedChanges);
+        for (const Track& row : workspace().tracks())
+            EXPECT_TRUE(!row.isFavorite() || row.isInCoverWorkspace());
+        settle();
+        if (undo.canUndo()) {
+            EXPECT_EQ(undo.undoActionName(), QStringLiteral("Изменить избранное"));
+            undo.undo();
+            EXPECT_EQ(ids(store->order().favoriteTracks()), ids({star}));
+            EXPECT_EQ(ids(store->order().coverTracks()), ids({star}));
+            undo.redo();
+            EXPECT_EQ(ids(store->order().favoriteTracks()), ids(test.favoritesAfter));
+            undo.clear();
+        }
+    }
+}
+
+TEST_F(FavoritesTest, LeavingFavoritesLeavesCoversAndMovesPlaybackOn)
+{
+    fill({star, plain});
+    favorites().removeFromFavorites(ids({star, plain}), &undo, true);
+    EXPECT_FALSE(now(star).isInCoverWorkspace());
+    EXPECT_EQ(playbackMovedFrom, ids({star})) << "only favourites count";
+    EXPECT_EQ(statusText(), QStringLiteral("Убрано из избранного: 1"));
+    favorites().removeFromFavorites(ids({plain}), &undo, true);
+    EXPECT_EQ(playbackMovedFrom, ids({star})) << "nothing happened";
+}
+
+TEST_F(FavoritesTest, FavoritesRefuseToLeaveCovers)
+{
+    Track coverOnly = track(QStringLiteral("cover.mp3"));
+    coverOnly.setIsInPlaylist(false);
+    coverOnly.setIsInCoverWorkspace(true);
+    Track inBoth = track(QStringLiteral("both.mp3"));
+    inBoth.setIsInCoverWorkspace(true);
+    const Track star2 = favorite(QStringLiteral("star2.mp3"));
+    fill({star, star2, coverOnly, inBoth});
+    workspace().setActiveTab(LibraryTab::Covers);
+    workspace().setSelection(ids({star, coverOnly}), coverOnly.id());
+
+    favorites().removeFromCoverWorkspace(ids({star, coverOnly, inBoth}));
+    EXPECT_TRUE(workspace().notice()->startsWith(QStringLiteral("Этот трек"))) << "one refuses";
+    EXPECT_TRUE(now(star).isInCoverWorkspace());
+    EXPECT_FALSE(workspace().tracks().contains(coverOnly.id())) << "in no section at all any more";
+    EXPECT_FALSE(now(inBoth).isInCoverWorkspace());
+    EXPECT_EQ(workspace().selectedIDs(), ids({star}));
+    EXPECT_FALSE(workspace().selectedID());
+    favorites().removeFromCoverWorkspace(ids({star, star2}));
+    EXPECT_TRUE(workspace().notice()->startsWith(QStringLiteral("Эти треки")));
+}
+
+TEST_F(FavoritesTest, RowsThatLeaveTheViewLeaveTheSelection)
+{
+    fill({star, plain});
+    workspace().setActiveTab(LibraryTab::Favorites);
+    workspace().setSelection(ids({star}), star.id());
+    QSignalSpy focus(&notifications, &Notifications::velmoraFocusFavoriteTrack);
+    favorites().toggleFavorites(ids({star}), nullptr);
+    EXPECT_TRUE(workspace().selectedIDs().isEmpty());
+    EXPECT_FALSE(workspace().selectedID());
+    EXPECT_EQ(focus.size(), 0);
+    favorites().addToFavorites(ids({plain}), nullptr);
+    ASSERT_EQ(focus.size(), 1) << "the one that joined is shown";
+    EXPECT_EQ(focus.first().first().toUuid(), plain.id());
+}
+
+TEST_F(FavoritesTest, FiltersByGenre)
+{
+    const auto tagged = [](const QString& name, const QString& genre) {
+        Track track = favorite(name);
+        AudioTags tags = track.tags();
+        tags.genre = genre;
+        track.replaceTags(tags);
+        return track;
+    };
+    const Track house = tagged(QStringLiteral("1.mp3"), QStringLiteral("House"));
+    const Track lower = tagged(QStringLiteral("2.mp3"), QStringLiteral("house"));
+    const Track spaced = tagged(QStringLiteral("3.mp3"), QStringLiteral("House "));
+    const Track blank = tagged(QStringLiteral("4.mp3"), QStringLiteral(" \n"));
+    fill({house, lower, spaced, blank});
+    workspace().setActiveTab(LibraryTab::Favorites);
+    workspace().setSelection(ids({house, lower}), lower.id());
+    QSignalSpy told(&notifications, &Notifications::velmoraFavoriteGenreFilterDidChange);
+
+    favorites().setFavoriteGenreFilter(QStringLiteral("House"));
+    EXPECT_EQ(ids(store->selection().visibleTracks()), ids({house})) << "exactly";
+    EXPECT_EQ(workspace().selectedIDs(), ids({house}));
+    EXPECT_FALSE(workspace().selectedID());
+    EXPECT_EQ(preferences.favoriteGenreFilter.get(), QStringLiteral("House"));
+
+    favorites().setFavoriteOnlyUntagged(true);
+    EXPECT_EQ(ids(store->selection().visibleTracks()), ids({blank}));
+    EXPECT_TRUE(favorites().favoriteGenreFilter().isEmpty());
+    favorites().setFavoriteGenreFilter(QStringLiteral("house"));
+    EXPECT_FALSE(favorites().favoriteOnlyUntagged());
+    EXPECT_EQ(told.size(), 3);
+    favorites().setFavoriteGenreFilter(QString());
+    EXPECT_EQ(favorites().favoriteGenreOptions().size(), 3);
+}

@@ -1,0 +1,205 @@
+#include "support/StoreFixture.h"
+
+#include "async/MainQueue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <sys/stat.h>
+
+class ImportsTest : public StoreFixture {
+protected:
+    ~ImportsTest() override
+    {
+        settle();
+        clock.advance(async::seconds(60));
+    }
+
+    Imports& imports() { return store->imports(); }
+    QUrl root() const { return FileURL::fromPath(folder.path()); }
+    QStringList names(const TrackList& list) const
+    {
+        QStringList result;
+        for (const Track& track : list)
+            result.append(FileURL::lastPathComponent(track.url()));
+        return result;
+    }
+};
+
+TEST_F(ImportsTest, FilesBecomeRowsAtOnceInTheOrderOfTheirPaths)
+{
+    file(QStringLiteral("b/10.mp3"));
+    file(QStringLiteral("b/2.FLAC"));
+    file(QStringLiteral("a/.hidden.wav"));
+    file(QStringLiteral("a/cover.jpg"));
+    file(QStringLiteral("a/deep/er/124 - 8A - Artist - Title.m4a"));
+    QList<TrackID> answered;
+    imports().importURLs({root()}, [&](const Imports::Outcome& outcome) { answered = outcome.ids; });
+    EXPECT_TRUE(workspace().tracks().isEmpty()) << "folders are walked in the background";
+    executor.runOne();
+
+    EXPECT_EQ(names(workspace().tracks()),
+              QStringList({QStringLiteral(".hidden.wav"), QStringLiteral("124 - 8A - Artist - Title.m4a"),
+                           QStringLiteral("2.FLAC"), QStringLiteral("10.mp3")}));
+    const Track titled = workspace().tracks().at(1);
+    EXPECT_EQ(titled.tags().artist, QStringLiteral("Artist"));
+    EXPECT_EQ(titled.tags().title, QStringLiteral("Title"));
+    EXPECT_EQ(titled.format(), QStringLiteral("M4A"));
+    EXPECT_TRUE(titled.isInPlaylist());
+    EXPECT_FALSE(titled.isInCoverWorkspace());
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в плейлист: 4"));
+    EXPECT_EQ(answered.size(), 4);
+    EXPECT_EQ(waveformURLs.size(), 4);
+    settle();
+    EXPECT_EQ(readURLs.size(), 4);
+}
+
+TEST_F(ImportsTest, AKnownFileNeverGetsASecondRow)
+{
+    file(QStringLiteral("a.mp3"));
+    const QUrl b = file(QStringLiteral("b.mp3"));
+    imports().importURLs({b, root(), b});
+    settle();
+    ASSERT_EQ(workspace().tracks().size(), 2);
+    workspace().setWorkspaceStatus(std::nullopt);
+    tempoAsked.clear();
+    QList<TrackID> answered;
+    imports().importURLs({root()}, [&](const Imports::Outcome& outcome) { answered = outcome.ids; });
+    settle();
+    EXPECT_EQ(workspace().tracks().size(), 2);
+    EXPECT_FALSE(workspace().workspaceStatus()) << "nothing was added, nothing is said";
+    EXPECT_EQ(answered.size(), 2);
+    EXPECT_EQ(tempoAsked.size(), 2) << "tempo is asked for again";
+
+    Track out = workspace().tracks().at(0);
+    out.setIsInPlaylist(false);
+    fill({out, workspace().tracks().at(1)});
+    file(QStringLiteral("c.mp3"));
+    imports().importURLs({root()}, [&](const Imports::Outcome& outcome) { answered = outcome.ids; });
+    settle();
+    EXPECT_TRUE(now(out).isInPlaylist());
+    ASSERT_EQ(answered.size(), 3);
+    EXPECT_EQ(answered.first(), out.id()) << "known ones first";
+}
+
+TEST_F(ImportsTest, ManyFilesJoinInSlicesAndImportsNeverOverlap)
+{
+    for (int i = 0; i < 450; ++i)
+        file(QStringLiteral("many/%1.mp3").arg(i));
+    const QUrl late = file(QStringLiteral("late/x.mp3"));
+    QStringList order;
+    imports().importURLs(
+        {FileURL::fromPath(folder.filePath(QStringLiteral("many")))},
+        [&](const Imports::Outcome& outcome) { order.append(QStringLiteral("many %1").arg(outcome.ids.size())); });
+    imports().importURLs({late}, [&](const Imports::Outcome& outcome) {
+        order.append(QStringLiteral("late %1").arg(outcome.ids.size()));
+    });
+    QList<int> sizes;
+    QObject::connect(&workspace(), &Workspace::tracksChanged, &workspace(), [&](const ListChange& change) {
+        if (change.kind == ListChange::Kind::Appended)
+            sizes.append(workspace().tracks().size());
+    });
+    executor.runOne();
+    executor.runOne();
+    EXPECT_EQ(sizes, QList<int>({200}));
+    clock.advance(async::seconds(0.015));
+    EXPECT_EQ(sizes, QList<int>({200}));
+    settle();
+    EXPECT_EQ(sizes, QList<int>({200, 400, 450, 451}));
+    EXPECT_EQ(order, QStringList({QStringLiteral("many 450"), QStringLiteral("late 1")}));
+}
+
+TEST_F(ImportsTest, WhatCannotBeTakenIsCounted)
+{
+    file(QStringLiteral("good.mp3"));
+    ASSERT_EQ(mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("pipe.mp3"))).constData(), 0600), 0);
+    QFile companion(folder.filePath(QStringLiteral("._good.mp3")));
+    ASSERT_TRUE(companion.open(QIODevice::WriteOnly));
+    companion.write(QByteArray::fromHex("0005160700020000"));
+    companion.close();
+    imports().importURLs({root()});
+    settle();
+    EXPECT_EQ(workspace().tracks().size(), 1);
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в плейлист: 1 · Не удалось взять: 1"))
+        << "the pipe; a companion of another system is no music that anybody misses";
+    fill({});
+    imports().importForFavorites({root()}, &undo);
+    settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 1 · Не удалось взять: 1"));
+    imports().importForFavorites({root()}, &undo);
+    settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Не удалось взять: 1")) << "none joined the second time";
+}
+
+TEST_F(ImportsTest, AnEmptyPlaylistForgetsTheScrollPosition)
+{
+    preferences.playlistScrollOffset.set(120);
+    preferences.playlistScrollAnchorTrackID.set(QStringLiteral("x"));
+    imports().importURLs({file(QStringLiteral("a.mp3"))});
+    settle();
+    EXPECT_FALSE(preferences.playlistScrollOffset.isSet());
+    EXPECT_FALSE(preferences.playlistScrollAnchorTrackID.isSet());
+    preferences.playlistScrollOffset.set(120);
+    imports().importURLs({file(QStringLiteral("b.mp3"))});
+    settle();
+    EXPECT_TRUE(preferences.playlistScrollOffset.isSet()) << "a filled playlist keeps it";
+}
+
+TEST_F(ImportsTest, EverySectionTakesFilesIn)
+{
+    file(QStringLiteral("a.mp3"));
+    file(QStringLiteral("b.ogg"));
+    file(QStringLiteral("c.flac"));
+    using Destination = Track::MetadataDestination;
+
+    imports().importForFavorites({root()}, &undo);
+    settle();
+    EXPECT_EQ(store->order().favoriteTracks().size(), 2);
+    EXPECT_EQ(store->order().playlistTracks().size(), 2);
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 2"));
+    EXPECT_TRUE(undo.canUndo());
+
+    fill({});
+    imports().importForCovers({root()});
+    settle();
+    EXPECT_EQ(store->order().coverTracks().size(), 2);
+    EXPECT_TRUE(store->order().playlistTracks().isEmpty());
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в обложки: 2"));
+
+    imports().importForAnalysis({root()});
+    settle();
+    EXPECT_EQ(names(workspace().analysisTracks()), QStringList({QStringLiteral("a.mp3"), QStringLiteral("c.flac")}));
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в анализ: 2"));
+    EXPECT_EQ(qualityAsked.size(), 2);
+    imports().importForMusicalKeyAnalysis({root()});
+    settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в тональность: 2"));
+    imports().importDuplicateSearchURLs({root()});
+    settle();
+    EXPECT_EQ(workspace().duplicateSearchRoots(), QList<QUrl>({root()}));
+    for (const Destination destination : {Destination::Analysis, Destination::MusicalKey, Destination::Duplicates}) {
+        EXPECT_EQ(workspace().list(destination).size(), 2);
+        imports().importForAnalysis({root()});
+        imports().importForMusicalKeyAnalysis({root()});
+        imports().importDuplicateSearchURLs({root()});
+        settle();
+        EXPECT_EQ(workspace().list(destination).size(), 2) << "no file twice in one list";
+    }
+
+    imports().importForConversion({root()});
+    imports().importForConversion({root()});
+    settle();
+    EXPECT_EQ(workspace().conversionItems().size(), 3) << "Ogg as well";
+}
+
+TEST_F(ImportsTest, OneFileDroppedOnTwoSectionsAtOnceIsOneRow)
+{
+    for (int i = 0; i < 250; ++i)
+        file(QStringLiteral("%1.mp3").arg(i));
+    imports().importURLs({root()});
+    imports().importForCovers({root()});
+    settle();
+    EXPECT_EQ(workspace().tracks().size(), 250);
+    EXPECT_EQ(store->order().coverTracks().size(), 250);
+    EXPECT_EQ(store->order().playlistTracks().size(), 250);
+}

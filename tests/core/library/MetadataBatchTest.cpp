@@ -1,0 +1,37 @@
+#include "support/StoreFixture.h"
+
+#include "core/library/imports/MetadataBatch.h"
+
+TEST_F(StoreFixture, BatchSizesFollowTheNumberOfFiles)
+{
+    for (const auto& [items, first, further] :
+         {std::tuple{1, 50, 50}, {399, 50, 50}, {400, 40, 250}, {9999, 40, 250}}) {
+        EXPECT_EQ(MetadataBatch::sizes(items).first, first) << items;
+        EXPECT_EQ(MetadataBatch::sizes(items).further, further) << items;
+    }
+}
+
+TEST_F(StoreFixture, AppliesABatchByID)
+{
+    const Track a = track(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    TrackList list;
+    list.assign({a, b});
+    LoadedTrackMetadata read;
+    read.tags = a.tags();
+    read.tags.title = QStringLiteral("Read");
+    read.format = a.format();
+    Track::MetadataVersion stale = b.metadataVersion();
+    stale.tags = QUuid::createUuid();
+    LoadedTrackMetadata late = read;
+    late.duration = 12;
+    const MetadataBatch::Applied applied =
+        MetadataBatch::apply(list, {{a.id(), a.url(), a.metadataVersion(), read},
+                                    {b.id(), b.url(), stale, late},
+                                    {QUuid::createUuid(), a.url(), a.metadataVersion(), read}});
+    EXPECT_EQ(applied.changedIDs, ids({a, b}));
+    EXPECT_EQ(applied.rows[0].displayTitle(), QStringLiteral("Read"));
+    EXPECT_EQ(applied.rows[1].displayTitle(), QStringLiteral("b")) << "edited meanwhile";
+    EXPECT_EQ(applied.rows[1].duration(), 12);
+    EXPECT_EQ(list.at(0).displayTitle(), QStringLiteral("a")) << "the list itself stays";
+}

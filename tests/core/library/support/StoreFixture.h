@@ -1,0 +1,76 @@
+#pragma once
+
+#include "core/library/LibraryServices.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/imports/Imports.h"
+#include "core/library/order/Order.h"
+#include "core/library/quicklists/QuickLists.h"
+#include "core/library/selection/Selection.h"
+#include "core/library/sending/Sending.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/TagWriter.h"
+#include "core/library/tagwriting/TagWriting.h"
+#include "core/library/undo/UndoManager.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Localization.h"
+#include "platform/Notifications.h"
+#include "platform/Preferences.h"
+#include "support/ManualClock.h"
+#include "support/ManualExecutor.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+/// Remembers what it was asked to write.
+class RecordingTagWriter final : public TagWriter {
+public:
+    bool writesFiles() const override { return true; }
+    void writeBatch(const QList<Item>& items) override { batches.append(items); }
+    QList<QList<Item>> batches;
+};
+
+/// A store on the manual clock and executor, with made-up reads.
+class StoreFixture : public testing::Test {
+protected:
+    StoreFixture();
+    ~StoreFixture() override;
+
+    /// A track that is in the list already. \param path absolute, or a name that is put into /music.
+    static Track track(const QString& path);
+    static Track favorite(const QString& path);
+    void fill(const QList<Track>& tracks) { workspace().setTracks(tracks); }
+    static QSet<TrackID> ids(const QList<Track>& tracks);
+    /// Present value of a track.
+    Track now(const Track& track) { return *workspace().tracks().find(track.id()); }
+
+    /// Makes an empty file below the temporary folder. \return its URL.
+    QUrl file(const QString& relativePath);
+    /// Runs all background jobs and pauses until nothing is left.
+    void settle();
+
+    Workspace& workspace() { return store->workspace(); }
+    QString statusText() const;
+    QStringList titles(const QList<Track>& tracks) const;
+
+    ManualClock clock;
+    ManualExecutor executor;
+    Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
+    Notifications notifications;
+    RecordingTagWriter writer;
+    UndoManager undo;
+    QTemporaryDir folder;
+
+    // What left the store.
+    QList<QUrl> readURLs;
+    QSet<TrackID> tempoAsked;
+    int tempoCalls = 0;
+    QList<QUrl> waveformURLs;
+    QSet<TrackID> qualityAsked;
+    QSet<TrackID> playbackMovedFrom;
+
+    /// What a read gives; nothing for files that cannot be read.
+    std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)> reader;
+    std::unique_ptr<LibraryStore> store;
+};

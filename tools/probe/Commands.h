@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QStringList>
+
+/// How the program ends.
+enum class ExitStatus { Success = 0, ItemFailed = 1, Usage = 2 };
+
+/// The sub-commands: each reads its arguments, makes one call of the engine per item, and prints what that returns.
+namespace Commands {
+
+ExitStatus tags(const QStringList& arguments);
+ExitStatus fallback(const QStringList& arguments);
+ExitStatus import(const QStringList& arguments);
+
+} // namespace Commands

@@ -1,0 +1,60 @@
+#include "Commands.h"
+#include "Output.h"
+
+#include "platform/Localization.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+struct Command {
+    QLatin1StringView name;
+    QLatin1StringView usage;
+    ExitStatus (*run)(const QStringList& arguments);
+};
+
+constexpr Command kCommands[] = {
+    {QLatin1StringView("tags"), QLatin1StringView("tags FILE..."), &Commands::tags},
+    {QLatin1StringView("fallback"), QLatin1StringView("fallback < NAMES"), &Commands::fallback},
+    {QLatin1StringView("import"), QLatin1StringView("import FOLDER..."), &Commands::import},
+};
+
+/// Takes "--language ru|en" out of the arguments. \return whether it made sense.
+bool takeLanguage(QStringList& arguments)
+{
+    VelmoraLocalization::setLanguage(AppLanguage::Russian);
+    const qsizetype option = arguments.indexOf(QStringLiteral("--language"));
+    if (option < 0)
+        return true;
+    const QString language = arguments.value(option + 1);
+    if (language != QLatin1StringView("ru") && language != QLatin1StringView("en"))
+        return false;
+    VelmoraLocalization::setLanguage(appLanguageFromRawValue(language));
+    arguments.remove(option, 2);
+    return true;
+}
+
+int explainUsage()
+{
+    for (const Command& command : kCommands)
+        Output::diagnose(QStringLiteral("usage: velmora-probe [--language ru|en] ") + command.usage);
+    return static_cast<int>(ExitStatus::Usage);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    QStringList arguments = QCoreApplication::arguments().sliced(1);
+    if (!takeLanguage(arguments) || arguments.isEmpty())
+        return explainUsage();
+    const QString name = arguments.takeFirst();
+    for (const Command& command : kCommands) {
+        if (name != command.name)
+            continue;
+        const ExitStatus status = command.run(arguments);
+        return status == ExitStatus::Usage ? explainUsage() : static_cast<int>(status);
+    }
+    return explainUsage();
+}
