@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+#include "core/model/Track.h"
+
+#include <QList>
+#include <QSet>
+#include <QUrl>
+
+class UndoManager;
+
+/// What the window asks of the dashboard. The application implements it; the window never calls the store's operations
+/// behind its back, so that keyboard, menu and voice do the same. Thread: main.
+class DashboardActions {
+public:
+    virtual ~DashboardActions() = default;
+
+    virtual void activateTab(LibraryTab tab) = 0;
+    /// Files and folders dropped on a section.
+    virtual void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) = 0;
+    /// The file dialog of the menu: into the playlist.
+    virtual void openPanel() = 0;
+    /// The file dialog of the section shown: into that section.
+    virtual void openSectionPanel() = 0;
+    virtual void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) = 0;
+    virtual void toggleFavorites(const QSet<TrackID>& ids) = 0;
+    virtual void removeFromFavorites(const QSet<TrackID>& ids) = 0;
+    virtual void removeFromCovers(const QSet<TrackID>& ids) = 0;
+    virtual void addToAnalysis(const QSet<TrackID>& ids) = 0;
+    virtual void addToConversion(const QSet<TrackID>& ids) = 0;
+    virtual void assignGenre(const QString& genre, const QSet<TrackID>& ids) = 0;
+    virtual void assignComment(const QString& comment, const QSet<TrackID>& ids) = 0;
+    virtual void assignAlbum(const QString& album, const QSet<TrackID>& ids) = 0;
+    virtual void clearGenres(const QSet<TrackID>& ids) = 0;
+    virtual void clearComments(const QSet<TrackID>& ids) = 0;
+    /// Shows the files in the system's file manager.
+    virtual void revealInFileManager(const QSet<TrackID>& ids) = 0;
+    virtual void setPlaylistScrolling(bool scrolling) = 0;
+    virtual void dismissNotice() = 0;
+    virtual void dismissLastError() = 0;
+    virtual UndoManager& undoManager() = 0;
+};

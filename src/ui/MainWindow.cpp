@@ -1,0 +1,250 @@
+#include "ui/MainWindow.h"
+
+#include "core/library/LibraryStore.h"
+#include "core/library/workspace/Workspace.h"
+#include "core/model/WorkspaceLayout.h"
+#include "platform/Notifications.h"
+#include "platform/Preferences.h"
+#include "ui/DashboardActions.h"
+#include "ui/WindowContext.h"
+#include "ui/sections/SectionHeader.h"
+#include "ui/sections/SectionView.h"
+#include "ui/theme/Icons.h"
+#include "ui/theme/Theme.h"
+#include "ui/thumbnails/ThumbnailCache.h"
+#include "ui/window/Banner.h"
+#include "ui/window/PlayerBar.h"
+#include "ui/window/SettingsMenu.h"
+#include "ui/window/Sidebar.h"
+#include "ui/window/StatusStrip.h"
+#include "ui/window/ThemeButton.h"
+#include "ui/window/TrackMenu.h"
+#include "ui/window/WindowCommands.h"
+#include "ui/window/WorkspaceWindowSizer.h"
+
+#include <QMenu>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+Appearance appearanceOf(const Preferences& preferences)
+{
+    return preferences.appAppearance.get() == QLatin1StringView("light") ? Appearance::Light : Appearance::Dark;
+}
+
+bool isCompact(const Preferences& preferences)
+{
+    return workspaceLayoutFromRawValue(preferences.workspaceLayout.get()) == WorkspaceLayout::Compact;
+}
+
+} // namespace
+
+MainWindow::MainWindow(const WindowServices& services)
+    : m_theme(std::make_unique<Theme>(appearanceOf(services.library.preferences())))
+    , m_thumbnails(std::make_unique<ThumbnailCache>(services.executor, services.readArtwork))
+    , m_context(new WindowContext{services.library, services.actions, *m_theme, *m_thumbnails})
+{
+    m_theme->install();
+    setWindowTitle(QStringLiteral("Velmora"));
+    setWindowIcon(Icons::applicationIcon());
+    m_sidebar = new Sidebar(*m_context, this);
+    m_stack = new QStackedWidget(this);
+    m_player = new PlayerBar(*m_context, this);
+    m_status = new StatusStrip(*m_context, this);
+    buildSections();
+    buildLayout();
+    m_banner = new Banner(*m_context, *m_stack);
+    m_commands = std::make_unique<WindowCommands>(*m_context, *this);
+    connectWorkspace();
+    connectPreferences();
+    applySidebar();
+    placePlayer();
+    showTab(services.library.workspace().activeTab());
+    m_sizer = std::make_unique<WorkspaceWindowSizer>(*this, services.library.preferences());
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildSections()
+{
+    for (LibraryTab tab : kAllLibraryTabs) {
+        auto* section = new SectionView(*m_context, tab, m_stack);
+        m_sections[static_cast<size_t>(tab)] = section;
+        m_stack->addWidget(section);
+        section->setDensity(m_context->library.preferences().tableDensity.get());
+        connect(section, &SectionView::contextMenuWanted, this, &MainWindow::openTrackMenu);
+        connect(section, &SectionView::filesDropped, this,
+                [this, tab](const QList<QUrl>& urls) { m_context->actions.receiveDroppedTracks(urls, tab); });
+        ThemeButton& menuButton = section->header().menuButton();
+        connect(&menuButton, &QAbstractButton::clicked, this, [this, &menuButton] {
+            auto* menu = new QMenu(this);
+            menu->setAttribute(Qt::WA_DeleteOnClose);
+            m_commands->fillMenu(*menu);
+            menu->popup(menuButton.mapToGlobal(QPoint(0, menuButton.height() + Metrics::kStep)));
+        });
+    }
+}
+
+void MainWindow::buildLayout()
+{
+    m_column = new QVBoxLayout;
+    m_column->setSpacing(0);
+    m_column->addWidget(m_stack, 1);
+    auto* upper = new QHBoxLayout;
+    upper->setSpacing(0);
+    upper->addWidget(m_sidebar);
+    upper->addLayout(m_column, 1);
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(0);
+    all->addLayout(upper, 1);
+    all->addWidget(m_status);
+    connect(m_sidebar, &Sidebar::collapseToggled, this, &MainWindow::toggleSidebar);
+    connect(m_sidebar, &Sidebar::settingsWanted, this, &MainWindow::openSettings);
+    connect(m_sidebar, &Sidebar::filesDropped, this,
+            [this](const QList<QUrl>& urls, LibraryTab tab) { m_context->actions.receiveDroppedTracks(urls, tab); });
+}
+
+void MainWindow::connectWorkspace()
+{
+    using Destination = Track::MetadataDestination;
+    Workspace& workspace = m_context->library.workspace();
+    connect(&workspace, &Workspace::tracksChanged, this, [this] { listChanged(Destination::Library); });
+    connect(&workspace, &Workspace::sectionListChanged, this, &MainWindow::listChanged);
+    connect(&workspace, &Workspace::conversionItemsChanged, this, [this] { markDirty({LibraryTab::Converter}); });
+    connect(&workspace, &Workspace::duplicateSearchRootsChanged, this, [this] { markDirty({LibraryTab::Duplicates}); });
+    connect(&workspace, &Workspace::orderChanged, this, [this] {
+        markDirty({LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers});
+    });
+    connect(&workspace, &Workspace::selectionChanged, m_player, &PlayerBar::refresh);
+    connect(&workspace, &Workspace::activeTabChanged, this, &MainWindow::showTab);
+    connect(&m_context->library.notifications(), &Notifications::velmoraLanguageDidChange, this,
+            &MainWindow::retranslate);
+}
+
+void MainWindow::connectPreferences()
+{
+    Preferences& preferences = m_context->library.preferences();
+    connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
+        if (key == preferences.appAppearance.key()) {
+            m_theme->setAppearance(appearanceOf(preferences));
+        } else if (key == preferences.tableDensity.key()) {
+            for (SectionView* section : m_sections)
+                section->setDensity(preferences.tableDensity.get());
+        } else if (key == preferences.dashboardPlayerOnTop.key()) {
+            placePlayer();
+        } else if (key == preferences.workspaceLayout.key() || key == preferences.sidebarCollapsed.key() ||
+                   key == preferences.compactSidebarCollapsed.key()) {
+            applySidebar();
+        }
+    });
+}
+
+void MainWindow::listChanged(Track::MetadataDestination destination)
+{
+    switch (destination) {
+    case Track::MetadataDestination::Library:
+        markDirty({LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers});
+        break;
+    case Track::MetadataDestination::Analysis:
+        markDirty({LibraryTab::Analysis});
+        break;
+    case Track::MetadataDestination::MusicalKey:
+        markDirty({LibraryTab::MusicalKey});
+        break;
+    case Track::MetadataDestination::Duplicates:
+        markDirty({LibraryTab::Duplicates});
+        break;
+    }
+    m_player->refresh();
+}
+
+void MainWindow::markDirty(std::initializer_list<LibraryTab> tabs)
+{
+    for (LibraryTab tab : tabs)
+        section(tab).markDirty();
+    m_sidebar->countsChanged();
+}
+
+SectionView& MainWindow::activeSection() const
+{
+    return section(m_context->library.workspace().activeTab());
+}
+
+void MainWindow::showTab(LibraryTab tab)
+{
+    const bool listHadFocus = m_stack->isAncestorOf(focusWidget());
+    for (SectionView* each : m_sections) {
+        if (each->tab() != tab)
+            each->setShown(false);
+    }
+    SectionView& shown = section(tab);
+    shown.setShown(true);
+    m_stack->setCurrentWidget(&shown);
+    m_sidebar->setActiveTab(tab);
+    if (listHadFocus || !isVisible())
+        shown.focusList();
+    m_player->refresh();
+}
+
+void MainWindow::placePlayer()
+{
+    const bool onTop = m_context->library.preferences().dashboardPlayerOnTop.get();
+    m_column->removeWidget(m_player);
+    m_column->insertWidget(onTop ? 0 : 1, m_player);
+    m_player->setOnTop(onTop);
+}
+
+void MainWindow::applySidebar()
+{
+    const Preferences& preferences = m_context->library.preferences();
+    m_sidebar->setCollapsed(isCompact(preferences) ? preferences.compactSidebarCollapsed.get()
+                                                   : preferences.sidebarCollapsed.get());
+}
+
+void MainWindow::toggleSidebar()
+{
+    Preferences& preferences = m_context->library.preferences();
+    Preference<bool>& collapsed =
+        isCompact(preferences) ? preferences.compactSidebarCollapsed : preferences.sidebarCollapsed;
+    collapsed.set(!m_sidebar->isCollapsed());
+}
+
+void MainWindow::openTrackMenu(const QPoint& globalPosition)
+{
+    SectionView& shown = activeSection();
+    const QSet<TrackID> ids = shown.selectedIDs();
+    if (ids.isEmpty())
+        return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    TrackMenu::build(*menu, *m_context, shown.tab(), ids);
+    menu->popup(globalPosition);
+}
+
+void MainWindow::openSettings(const QPoint& globalPosition)
+{
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    SettingsMenu::build(*menu, m_context->library.preferences());
+    menu->popup(globalPosition);
+}
+
+void MainWindow::retranslate()
+{
+    for (SectionView* section : m_sections)
+        section->retranslate();
+    m_sidebar->retranslate();
+    m_player->retranslate();
+    m_status->retranslate();
+    m_banner->retranslate();
+    m_commands->retranslate();
+    m_sidebar->countsChanged();
+}
+
+void MainWindow::hideEvent(QHideEvent* event)
+{
+    m_sizer->remember();
+    QWidget::hideEvent(event);
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+#include "core/model/Track.h"
+
+#include <QWidget>
+
+#include <array>
+#include <functional>
+#include <memory>
+
+class Banner;
+class DashboardActions;
+class LibraryStore;
+class PlayerBar;
+class QStackedWidget;
+class QVBoxLayout;
+class SectionView;
+class Sidebar;
+class StatusStrip;
+class Theme;
+class ThumbnailCache;
+class WindowCommands;
+class WorkspaceWindowSizer;
+struct ListChange;
+struct WindowContext;
+
+namespace async {
+class Clock;
+class Executor;
+} // namespace async
+
+/// What the window stands on. The references outlive it.
+struct WindowServices {
+    LibraryStore& library;
+    DashboardActions& actions;
+    async::Executor& executor;
+    async::Clock& clock;
+    /// Reads the picture of an audio file again; called on worker threads. Null if there is none.
+    std::function<QByteArray(const QUrl&)> readArtwork;
+};
+
+/// The one window: sidebar, the seven sections, the bar of the focused track and the status line. Draws what the store
+/// says and calls the dashboard for everything else. Thread: main.
+class MainWindow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(const WindowServices& services);
+    ~MainWindow() override;
+
+    SectionView& section(LibraryTab tab) const { return *m_sections[static_cast<size_t>(tab)]; }
+    SectionView& activeSection() const;
+    Sidebar& sidebar() const { return *m_sidebar; }
+    Theme& theme() const { return *m_theme; }
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void buildSections();
+    void buildLayout();
+    void connectWorkspace();
+    void connectPreferences();
+    void listChanged(Track::MetadataDestination destination);
+    void markDirty(std::initializer_list<LibraryTab> tabs);
+    void showTab(LibraryTab tab);
+    void placePlayer();
+    void applySidebar();
+    void toggleSidebar();
+    void openTrackMenu(const QPoint& globalPosition);
+    void openSettings(const QPoint& globalPosition);
+    void retranslate();
+
+    std::unique_ptr<Theme> m_theme;
+    std::unique_ptr<ThumbnailCache> m_thumbnails;
+    std::unique_ptr<WindowContext> m_context;
+    std::array<SectionView*, kAllLibraryTabs.size()> m_sections{};
+    Sidebar* m_sidebar = nullptr;
+    QStackedWidget* m_stack = nullptr;
+    QVBoxLayout* m_column = nullptr; ///< sections and player
+    PlayerBar* m_player = nullptr;
+    StatusStrip* m_status = nullptr;
+    Banner* m_banner = nullptr;
+    std::unique_ptr<WindowCommands> m_commands;
+    std::unique_ptr<WorkspaceWindowSizer> m_sizer;
+};

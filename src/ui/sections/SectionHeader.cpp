@@ -1,0 +1,63 @@
+#include "ui/sections/SectionHeader.h"
+
+#include "ui/DashboardActions.h"
+#include "ui/text/Texts.h"
+#include "ui/window/ThemeButton.h"
+#include "ui/window/ThemeLabel.h"
+
+#include <QHBoxLayout>
+
+SectionHeader::SectionHeader(const WindowContext& context, LibraryTab tab, QWidget* parent)
+    : Panel(context.theme, &ThemeColours::background, Qt::BottomEdge, parent)
+    , m_context(context)
+    , m_tab(tab)
+    , m_title(new ThemeLabel(context.theme, TextRole::Title, &ThemeColours::text, this))
+    , m_facts(new ThemeLabel(context.theme, TextRole::Secondary, &ThemeColours::text2, this))
+    , m_actions(new QHBoxLayout)
+    , m_menuButton(new ThemeButton(context.theme, ThemeButton::Kind::Quiet, this))
+    , m_mainButton(new ThemeButton(context.theme, ThemeButton::Kind::Accent, this))
+{
+    setFixedHeight(Metrics::kHeaderHeight);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(0);
+    words->addStretch();
+    words->addWidget(m_title);
+    words->addWidget(m_facts);
+    words->addStretch();
+    m_actions->setSpacing(Metrics::kSpace2);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Metrics::kSpace6, 0, Metrics::kSpace6, 0);
+    layout->setSpacing(Metrics::kSpace3);
+    layout->addLayout(words, 1);
+    layout->addLayout(m_actions);
+    layout->addWidget(m_menuButton);
+    layout->addWidget(m_mainButton);
+    connect(m_mainButton, &QAbstractButton::clicked, this, [this] { m_context.actions.openSectionPanel(); });
+    retranslate();
+}
+
+void SectionHeader::setFacts(const QString& facts)
+{
+    m_facts->setText(facts);
+    m_facts->setVisible(!facts.isEmpty());
+}
+
+const QString& SectionHeader::facts() const
+{
+    return m_facts->text();
+}
+
+ThemeButton* SectionHeader::addAction()
+{
+    auto* button = new ThemeButton(m_context.theme, ThemeButton::Kind::Plain, this);
+    m_actions->addWidget(button);
+    return button;
+}
+
+void SectionHeader::retranslate()
+{
+    m_title->setText(Texts::pageTitle(m_tab));
+    m_mainButton->setContent(Texts::addFiles(m_tab), QStringLiteral("plus"));
+    m_mainButton->setToolTip(QStringLiteral("Ctrl+O"));
+    m_menuButton->setIconOnly(QStringLiteral("more"), Texts::localized(QStringLiteral("Команды")));
+}

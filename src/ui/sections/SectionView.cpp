@@ -1,0 +1,209 @@
+#include "ui/sections/SectionView.h"
+
+#include "core/library/LibraryStore.h"
+#include "core/library/workspace/Workspace.h"
+#include "ui/DashboardActions.h"
+#include "ui/covers/CoverGrid.h"
+#include "ui/sections/EmptyState.h"
+#include "ui/sections/SectionHeader.h"
+#include "ui/sections/SectionRows.h"
+#include "ui/text/Texts.h"
+#include "ui/theme/Theme.h"
+#include "ui/tracks/ScrollActivity.h"
+#include "ui/tracks/SelectionSync.h"
+#include "ui/tracks/TrackTable.h"
+#include "ui/window/DropOutline.h"
+#include "ui/window/DropTarget.h"
+#include "ui/window/ThemeButton.h"
+
+#include <QPainter>
+#include <QStackedLayout>
+
+namespace {
+constexpr int kFactsDelay = 120; // milliseconds; one pass over the list while tags stream in is enough
+}
+
+SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_tab(tab)
+    , m_model(new TrackListModel(SectionRows::columns(tab), this))
+    , m_header(new SectionHeader(context, tab, this))
+    , m_empty(new EmptyState(context, tab, this))
+    , m_stack(new QStackedLayout)
+{
+    buildList();
+    buildActions();
+    m_stack->addWidget(m_empty);
+    m_stack->addWidget(m_list);
+    auto* body = new QWidget(this);
+    body->setLayout(m_stack);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_header);
+    layout->addWidget(body, 1);
+
+    m_outline = new DropOutline(context.theme, *body);
+    addDropTarget(*m_empty);
+    addDropTarget(*m_list->viewport());
+    m_factsTimer.setSingleShot(true);
+    m_factsTimer.setInterval(kFactsDelay);
+    connect(&m_factsTimer, &QTimer::timeout, this, &SectionView::updateFacts);
+    connect(&context.theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+    retranslate();
+}
+
+SectionView::~SectionView() = default;
+
+void SectionView::buildList()
+{
+    if (m_tab == LibraryTab::Covers) {
+        auto* grid = new CoverGrid(m_context, *m_model, this);
+        connect(grid, &CoverGrid::contextMenuWanted, this, &SectionView::contextMenuWanted);
+        m_list = grid;
+    } else {
+        auto* table = new TrackTable(m_context, *m_model, this);
+        connect(table, &TrackTable::contextMenuWanted, this, &SectionView::contextMenuWanted);
+        connect(table, &TrackTable::heartClicked, this,
+                [this](const QUuid& id) { m_context.actions.toggleFavorites({id}); });
+        m_list = table;
+    }
+    if (SectionRows::sharesSelection(m_tab))
+        m_sync = new SelectionSync(*m_list, *m_model, m_context.library.workspace(), m_context.actions);
+    if (m_tab == LibraryTab::Playlist) {
+        m_scrolling = new ScrollActivity(*m_list);
+        connect(m_scrolling, &ScrollActivity::scrollingChanged, this,
+                [this](bool scrolling) { m_context.actions.setPlaylistScrolling(scrolling); });
+    }
+}
+
+void SectionView::buildActions()
+{
+    if (m_tab != LibraryTab::Favorites)
+        return;
+    ThemeButton* convert = m_header->addAction();
+    connect(convert, &QAbstractButton::clicked, this, [this] {
+        const QSet<TrackID> ids = selectedIDs();
+        if (!ids.isEmpty())
+            m_context.actions.addToConversion(ids);
+    });
+    const auto follow = [this, convert] { convert->setEnabled(m_list->selectionModel()->hasSelection()); };
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, convert, follow);
+    follow();
+    m_retranslateActions = [convert] { convert->setContent(Texts::localized(QStringLiteral("В конвертер"))); };
+}
+
+void SectionView::addDropTarget(QWidget& area)
+{
+    auto* target = new DropTarget(area, m_tab == LibraryTab::Converter);
+    connect(target, &DropTarget::highlighted, m_outline, &QWidget::setVisible);
+    connect(target, &DropTarget::dropped, this, &SectionView::filesDropped);
+}
+
+void SectionView::setShown(bool shown)
+{
+    m_isShown = shown;
+    if (m_sync && !shown)
+        m_sync->setActive(false);
+    if (shown && m_isDirty)
+        refresh();
+    if (m_sync && shown)
+        m_sync->setActive(true);
+}
+
+void SectionView::markDirty()
+{
+    m_isDirty = true;
+    if (m_isShown)
+        refresh();
+}
+
+void SectionView::refresh()
+{
+    m_isDirty = false;
+    auto* table = qobject_cast<TrackTable*>(m_list);
+    bool structure = false;
+    const auto watch =
+        connect(m_model, &TrackListModel::rowsReplaced, this, [&](bool changed) { structure = changed; });
+    if (m_scrolling)
+        m_scrolling->setMuted(true);
+    if (m_sync)
+        m_sync->beginRows();
+    if (table)
+        table->beginRows();
+    if (m_tab == LibraryTab::Converter)
+        m_model->setStatusTexts(SectionRows::statusTexts(m_context.library));
+    m_model->setRows(SectionRows::rows(m_context.library, m_tab, m_model->rows()));
+    if (table) {
+        table->rowsChanged();
+        table->setFolders(SectionRows::folders(m_context.library, m_tab));
+        if (structure)
+            table->endRows();
+    }
+    if (m_sync)
+        m_sync->endRows(structure);
+    if (m_scrolling)
+        m_scrolling->setMuted(false);
+    disconnect(watch);
+
+    const bool isEmpty = m_model->rows().isEmpty();
+    QWidget* page = isEmpty ? static_cast<QWidget*>(m_empty) : m_list;
+    if (m_stack->currentWidget() != page) {
+        const bool hadFocus = m_stack->currentWidget()->isAncestorOf(window()->focusWidget());
+        m_stack->setCurrentWidget(page);
+        if (hadFocus || m_stack->currentWidget()->isAncestorOf(window()->focusWidget()))
+            focusList();
+    }
+    if (isEmpty || m_header->facts().isEmpty())
+        updateFacts();
+    else if (!m_factsTimer.isActive())
+        m_factsTimer.start();
+}
+
+void SectionView::updateFacts()
+{
+    m_header->setFacts(SectionRows::facts(m_context.library, m_tab, m_model->rows()));
+}
+
+void SectionView::retranslate()
+{
+    m_header->retranslate();
+    m_empty->retranslate();
+    if (m_retranslateActions)
+        m_retranslateActions();
+    m_list->setAccessibleName(Texts::pageTitle(m_tab));
+    if (m_tab == LibraryTab::Converter)
+        m_model->setStatusTexts(SectionRows::statusTexts(m_context.library));
+    m_model->retranslate();
+    updateFacts();
+}
+
+void SectionView::setDensity(double density)
+{
+    if (auto* table = qobject_cast<TrackTable*>(m_list))
+        table->setDensity(density);
+}
+
+QSet<TrackID> SectionView::selectedIDs()
+{
+    if (m_sync)
+        m_sync->flush();
+    return SelectionSync::selectedIDs(*m_list, *m_model);
+}
+
+void SectionView::selectAll()
+{
+    m_list->selectAll();
+}
+
+void SectionView::focusList()
+{
+    m_stack->currentWidget()->setFocus(Qt::OtherFocusReason);
+}
+
+void SectionView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), m_context.theme.colours().background);
+}

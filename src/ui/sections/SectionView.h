@@ -1,0 +1,74 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+#include "ui/tracks/TrackListModel.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class DropTarget;
+class EmptyState;
+class QAbstractItemView;
+class QStackedLayout;
+class ScrollActivity;
+class SectionHeader;
+class SelectionSync;
+
+/// The page of one section: header, list or grid, or the empty state. Follows the workspace only while it is shown; a
+/// hidden page remembers that it is behind. Thread: main.
+class SectionView : public QWidget {
+    Q_OBJECT
+
+public:
+    SectionView(const WindowContext& context, LibraryTab tab, QWidget* parent = nullptr);
+    ~SectionView() override;
+
+    LibraryTab tab() const { return m_tab; }
+    TrackListModel& model() const { return *m_model; }
+    QAbstractItemView& list() const { return *m_list; }
+    SectionHeader& header() const { return *m_header; }
+
+    /// Whether this is the page that the user sees.
+    void setShown(bool shown);
+    /// Something that the page shows has changed.
+    void markDirty();
+    void retranslate();
+    void setDensity(double density);
+
+    /// The selected rows. Hands a waiting change of the selection on first.
+    QSet<TrackID> selectedIDs();
+    void selectAll();
+    void focusList();
+
+Q_SIGNALS:
+    void contextMenuWanted(const QPoint& globalPosition);
+    void filesDropped(const QList<QUrl>& urls);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void buildList();
+    void buildActions();
+    void addDropTarget(QWidget& area);
+    void refresh();
+    void updateFacts();
+    void showOutline(bool isOn);
+
+    WindowContext m_context;
+    LibraryTab m_tab;
+    TrackListModel* m_model;
+    SectionHeader* m_header;
+    QAbstractItemView* m_list = nullptr;
+    EmptyState* m_empty;
+    QStackedLayout* m_stack;
+    QWidget* m_outline;
+    SelectionSync* m_sync = nullptr; ///< null where the section keeps a selection of its own
+    ScrollActivity* m_scrolling = nullptr;
+    std::function<void()> m_retranslateActions;
+    QTimer m_factsTimer;
+    bool m_isShown = false;
+    bool m_isDirty = true;
+};

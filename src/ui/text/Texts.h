@@ -1,0 +1,38 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+#include "core/model/Track.h"
+#include "platform/Localization.h"
+
+#include <QString>
+#include <QStringList>
+
+/// Words for values, in the language of the interface. Thread: main.
+namespace Texts {
+
+/// The text for a Russian key.
+inline QString localized(const QString& key)
+{
+    return VelmoraLocalization::string(key);
+}
+
+/// "3:07" or "1:02:45"; an em dash for an unknown length.
+QString length(double seconds);
+/// A total such as "96 ч 12 мин"; empty for nothing.
+QString totalLength(double seconds);
+/// "1 248 треков".
+QString trackCount(qint64 count);
+/// A count as the sidebar shows it, "1 248".
+QString number(qint64 value);
+/// The facts of a list in one line, empty parts left out.
+QString facts(const QStringList& parts);
+/// Tempo for display: the tag's text rounded to a whole number if it is one, else as it is.
+QString tempo(const QString& tag);
+/// The heading of a section's page, e.g. "Анализ качества".
+QString pageTitle(LibraryTab tab);
+/// What the button says that brings files into a section.
+QString addFiles(LibraryTab tab);
+/// "Title — Artist" for screen readers and tooltips.
+QString spoken(const Track& track);
+
+} // namespace Texts

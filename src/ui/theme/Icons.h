@@ -1,0 +1,26 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+
+#include <QColor>
+#include <QIcon>
+#include <QPainter>
+#include <QString>
+
+/// The window's pictograms: one family of line drawings, tinted when they are drawn. Thread: main.
+namespace Icons {
+
+/// The drawing that a symbol name of a status message stands for ("heart.fill" …); "info" for an unknown symbol.
+QString nameForSymbol(const QString& symbol);
+/// The drawing of a section.
+QString nameForTab(LibraryTab tab);
+
+/// Draws an icon, as large as the rectangle, sharp on every scale.
+void paint(QPainter& painter, const QRect& rect, const QString& name, const QColor& colour);
+/// The same for controls that take a QIcon. Disabled states are drawn by the control.
+QIcon icon(const QString& name, const QColor& colour);
+/// The program's own mark, in its own colours.
+void paintMark(QPainter& painter, const QRect& rect);
+QIcon applicationIcon();
+
+} // namespace Icons

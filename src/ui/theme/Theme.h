@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ui/theme/Metrics.h"
+#include "ui/theme/ThemeColours.h"
+
+#include <QFont>
+#include <QObject>
+#include <QPalette>
+
+#include <array>
+
+/// What a text is, which decides its font.
+enum class TextRole { Body, BodyStrong, Secondary, SecondaryStrong, ColumnHead, Title, Brand, Chip };
+inline constexpr size_t kTextRoleCount = 8;
+
+/// Colours and fonts of the window; everything that is drawn asks here. One object per window. Thread: main.
+class Theme : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Theme(Appearance appearance, QObject* parent = nullptr);
+
+    Appearance appearance() const { return m_appearance; }
+    /// Switches colours at run time and tells everyone.
+    void setAppearance(Appearance appearance);
+    const ThemeColours& colours() const { return ThemeColours::of(m_appearance); }
+    const QFont& font(TextRole role) const { return m_fonts[static_cast<size_t>(role)]; }
+    QPalette palette() const;
+
+    /// Gives the application the style, the font and the palette of this theme.
+    void install();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Appearance m_appearance;
+    std::array<QFont, kTextRoleCount> m_fonts;
+};

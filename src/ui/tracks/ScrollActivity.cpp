@@ -1,0 +1,33 @@
+#include "ui/tracks/ScrollActivity.h"
+
+#include <QAbstractItemView>
+#include <QScrollBar>
+
+ScrollActivity::ScrollActivity(QAbstractItemView& view)
+    : QObject(&view)
+    , m_view(view)
+{
+    m_restTimer.setSingleShot(true);
+    m_restTimer.setInterval(kRestMilliseconds);
+    connect(&m_restTimer, &QTimer::timeout, this, &ScrollActivity::rest);
+    connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, &ScrollActivity::moved);
+    connect(view.verticalScrollBar(), &QScrollBar::sliderPressed, this, &ScrollActivity::moved);
+    connect(view.verticalScrollBar(), &QScrollBar::sliderReleased, &m_restTimer, qOverload<>(&QTimer::start));
+}
+
+void ScrollActivity::moved()
+{
+    if (m_isMuted || !m_view.isVisible())
+        return;
+    m_restTimer.start();
+    if (!std::exchange(m_isScrolling, true))
+        emit scrollingChanged(true);
+}
+
+void ScrollActivity::rest()
+{
+    if (m_view.verticalScrollBar()->isSliderDown())
+        return; // held, though not moving
+    if (std::exchange(m_isScrolling, false))
+        emit scrollingChanged(false);
+}

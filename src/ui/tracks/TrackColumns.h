@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/model/Track.h"
+
+#include <QString>
+
+#include <vector>
+
+/// What a list of tracks can show, left to right.
+enum class TrackColumn { Cover, Title, Album, Genre, BPM, Key, Format, BitRate, Length, Status, Heart };
+
+namespace TrackColumns {
+
+/// The columns of the playlist and of Favorites.
+const std::vector<TrackColumn>& full();
+/// The fewer ones of sections that keep a list of files.
+const std::vector<TrackColumn>& brief();
+/// The converter's: brief with the state of each job.
+const std::vector<TrackColumn>& conversion();
+/// The grid of covers shows a cell per track.
+const std::vector<TrackColumn>& covers();
+
+/// Localised heading in small words; empty where a column needs none.
+QString heading(TrackColumn column);
+/// What a screen reader calls the column.
+QString spokenHeading(TrackColumn column);
+bool isNumeric(TrackColumn column);
+/// The text of a cell; empty where nothing is known or the cell is a picture.
+QString text(TrackColumn column, const Track& track);
+/// What a screen reader says of a cell; never empty.
+QString spokenText(TrackColumn column, const Track& track);
+
+/// The widths of columns that share \p available pixels: 0 for those that had to go. The album goes first; title, tempo
+/// and heart never go. What is left over goes to the wordy columns.
+std::vector<int> widths(const std::vector<TrackColumn>& columns, int available);
+
+} // namespace TrackColumns

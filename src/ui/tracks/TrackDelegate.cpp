@@ -1,0 +1,190 @@
+#include "ui/tracks/TrackDelegate.h"
+
+#include "ui/text/Texts.h"
+#include "ui/theme/Icons.h"
+#include "ui/theme/KeyColours.h"
+#include "ui/theme/Paint.h"
+#include "ui/theme/Theme.h"
+#include "ui/thumbnails/CoverPaint.h"
+#include "ui/tracks/TrackListModel.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace {
+
+constexpr int kTitleLine = 18;
+constexpr int kArtistLine = 17;
+constexpr int kCellGap = Metrics::kSpace3; // between the text of a cell and the next cell
+constexpr int kHeartSize = 16;
+
+QRect textRect(const QRect& cell)
+{
+    return cell.adjusted(0, 0, -kCellGap, 0);
+}
+
+bool fits(const QString& text, const QFont& font, int width)
+{
+    return QFontMetrics(font).horizontalAdvance(text) <= width;
+}
+
+TextRole roleOf(TrackColumn column)
+{
+    return column == TrackColumn::BPM || column == TrackColumn::Title ? TextRole::BodyStrong : TextRole::Body;
+}
+
+} // namespace
+
+TrackDelegate::TrackDelegate(const WindowContext& context, StateOf stateOf, QObject* parent)
+    : QStyledItemDelegate(parent)
+    , m_context(context)
+    , m_stateOf(std::move(stateOf))
+{
+}
+
+void TrackDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const auto& model = static_cast<const TrackListModel&>(*index.model());
+    paintRow(*painter, option, m_stateOf(index));
+    paintCell(*painter, option.rect, model, index);
+}
+
+void TrackDelegate::paintRow(QPainter& painter, const QStyleOptionViewItem& option, const RowState& state) const
+{
+    const ThemeColours& c = m_context.theme.colours();
+    const QRect rect = option.rect;
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    if (isSelected)
+        painter.fillRect(rect, c.selection);
+    else if (state.isHovered)
+        painter.fillRect(rect, c.hover);
+    painter.fillRect(rect.left(), rect.bottom(), rect.width(), Metrics::kHairline, c.line);
+    if (isSelected && state.isFirstColumn)
+        painter.fillRect(rect.left(), rect.top(), Metrics::kSelectionBar, rect.height(), c.accent);
+    if (!state.hasFocusRing)
+        return;
+    painter.fillRect(rect.left(), rect.top(), rect.width(), Metrics::kHairline, c.accent);
+    painter.fillRect(rect.left(), rect.bottom(), rect.width(), Metrics::kHairline, c.accent);
+    if (state.isFirstColumn)
+        painter.fillRect(rect.left(), rect.top(), Metrics::kHairline, rect.height(), c.accent);
+    if (state.isLastColumn)
+        painter.fillRect(rect.right(), rect.top(), Metrics::kHairline, rect.height(), c.accent);
+}
+
+void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const TrackListModel& model,
+                              const QModelIndex& index) const
+{
+    const Track& track = model.track(index.row());
+    const TrackColumn column = model.columnAt(index.column());
+    const ThemeColours& c = m_context.theme.colours();
+    const QFont& font = m_context.theme.font(roleOf(column));
+    const QRect text = textRect(rect);
+    switch (column) {
+    case TrackColumn::Cover:
+        paintCover(painter, rect, track);
+        break;
+    case TrackColumn::Title:
+        paintTitle(painter, text, track);
+        break;
+    case TrackColumn::Album:
+    case TrackColumn::Genre:
+        Paint::line(painter, text, TrackColumns::text(column, track), font, c.text2);
+        break;
+    case TrackColumn::Format:
+        Paint::line(painter, text, TrackColumns::text(column, track), font, c.text3);
+        break;
+    case TrackColumn::Status:
+        Paint::line(painter, text, model.statusText(track.id()), font, c.text2);
+        break;
+    case TrackColumn::BPM:
+        Paint::number(painter, text, TrackColumns::text(column, track), font, c.text);
+        break;
+    case TrackColumn::BitRate:
+        Paint::number(painter, text, TrackColumns::text(column, track), font, c.text3);
+        break;
+    case TrackColumn::Length:
+        Paint::number(painter, text, TrackColumns::text(column, track), font, c.text2);
+        break;
+    case TrackColumn::Key:
+        paintKey(painter, text, TrackColumns::text(column, track));
+        break;
+    case TrackColumn::Heart:
+        paintHeart(painter, rect, track.isFavorite());
+        break;
+    }
+}
+
+void TrackDelegate::paintCover(QPainter& painter, const QRect& rect, const Track& track) const
+{
+    const QRect square(rect.left() + Metrics::kSpace6, rect.top() + (rect.height() - Metrics::kThumbnail) / 2,
+                       Metrics::kThumbnail, Metrics::kThumbnail);
+    CoverPaint::paint(painter, m_context, square, Metrics::kRadiusSmall, &track);
+}
+
+void TrackDelegate::paintTitle(QPainter& painter, const QRect& rect, const Track& track) const
+{
+    const ThemeColours& c = m_context.theme.colours();
+    const QFont& strong = m_context.theme.font(TextRole::BodyStrong);
+    if (track.tags().artist.isEmpty()) {
+        Paint::line(painter, rect, track.displayTitle(), strong, c.text);
+        return;
+    }
+    const int top = rect.top() + (rect.height() - kTitleLine - kArtistLine) / 2;
+    Paint::line(painter, {rect.left(), top, rect.width(), kTitleLine}, track.displayTitle(), strong, c.text);
+    Paint::line(painter, {rect.left(), top + kTitleLine, rect.width(), kArtistLine}, track.tags().artist,
+                m_context.theme.font(TextRole::Secondary), c.text2);
+}
+
+void TrackDelegate::paintKey(QPainter& painter, const QRect& rect, const QString& text) const
+{
+    if (const auto key = KeyColours::parse(text)) {
+        Paint::chip(painter, {rect.left(), rect.top() + rect.height() / 2}, key->code(),
+                    m_context.theme.font(TextRole::Chip), KeyColours::colour(*key), KeyColours::chipText());
+        return;
+    }
+    Paint::line(painter, rect, text, m_context.theme.font(TextRole::Body), m_context.theme.colours().text2);
+}
+
+void TrackDelegate::paintHeart(QPainter& painter, const QRect& rect, bool isFavorite) const
+{
+    const ThemeColours& c = m_context.theme.colours();
+    const QRect square(rect.center().x() - kHeartSize / 2, rect.top() + (rect.height() - kHeartSize) / 2, kHeartSize,
+                       kHeartSize);
+    Icons::paint(painter, square, isFavorite ? QStringLiteral("heart-filled") : QStringLiteral("heart"),
+                 isFavorite ? c.heart : c.text3);
+}
+
+QString TrackDelegate::tooltip(const QModelIndex& index, const QRect& cell) const
+{
+    const auto& model = static_cast<const TrackListModel&>(*index.model());
+    const Track& track = model.track(index.row());
+    const TrackColumn column = model.columnAt(index.column());
+    const int width = textRect(cell).width();
+    if (column == TrackColumn::Heart)
+        return Texts::localized(track.isFavorite() ? QStringLiteral("Убрать из избранного")
+                                                   : QStringLiteral("Добавить в избранное")) +
+               QStringLiteral(" (F)");
+    if (column == TrackColumn::Title) {
+        const bool titleFits = fits(track.displayTitle(), m_context.theme.font(TextRole::BodyStrong), width);
+        const bool artistFits = fits(track.tags().artist, m_context.theme.font(TextRole::Secondary), width);
+        return titleFits && artistFits ? QString() : Texts::spoken(track);
+    }
+    const QString text = index.data(Qt::DisplayRole).toString();
+    if (column == TrackColumn::Key) {
+        const auto key = KeyColours::parse(text);
+        return key && key->code() != text ? text : QString();
+    }
+    return fits(text, m_context.theme.font(roleOf(column)), width) ? QString() : text;
+}
+
+bool TrackDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                              const QModelIndex& index)
+{
+    if (event->type() != QEvent::ToolTip || !index.isValid())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const QString text = tooltip(index, option.rect);
+    QToolTip::showText(event->globalPos(), text, view->viewport(), option.rect);
+    return true;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ui/WindowContext.h"
+#include "ui/tracks/TrackColumns.h"
+
+#include <QStyledItemDelegate>
+
+class TrackListModel;
+
+/// How the view stands towards a row; asked for every cell that is drawn.
+struct RowState {
+    bool isHovered = false;
+    bool hasFocusRing = false;
+    bool isFirstColumn = false;
+    bool isLastColumn = false;
+};
+
+/// Draws the cells of a TrackListModel.
+class TrackDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    using StateOf = std::function<RowState(const QModelIndex&)>;
+
+    TrackDelegate(const WindowContext& context, StateOf stateOf, QObject* parent = nullptr);
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+    /// The full text of a cell where \p cell is too narrow for it or where it is shown in other words; else empty.
+    QString tooltip(const QModelIndex& index, const QRect& cell) const;
+
+private:
+    void paintRow(QPainter& painter, const QStyleOptionViewItem& option, const RowState& state) const;
+    void paintCell(QPainter& painter, const QRect& rect, const TrackListModel& model, const QModelIndex& index) const;
+    void paintCover(QPainter& painter, const QRect& rect, const Track& track) const;
+    void paintTitle(QPainter& painter, const QRect& rect, const Track& track) const;
+    void paintKey(QPainter& painter, const QRect& rect, const QString& text) const;
+    void paintHeart(QPainter& painter, const QRect& rect, bool isFavorite) const;
+
+    WindowContext m_context;
+    StateOf m_stateOf;
+};

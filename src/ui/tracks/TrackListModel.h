@@ -1,0 +1,59 @@
+#pragma once
+
+#include "ui/tracks/TrackColumns.h"
+
+#include <QAbstractTableModel>
+#include <QHash>
+
+#include <optional>
+
+/// A list of tracks for views. Takes whole lists and tells the views only what differs, so that selection, scroll
+/// position and open menus stay while rows stream in. Thread: main.
+class TrackListModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    explicit TrackListModel(std::vector<TrackColumn> columns, QObject* parent = nullptr);
+
+    /// Becomes this list. Rows are matched by id, values by pointer; costs no more than one pass over pointers where
+    /// the structure is the same. Ids occur once (else the model resets itself).
+    void setRows(const QList<Track>& rows);
+    const QList<Track>& rows() const { return m_rows; }
+    const Track& track(int row) const { return m_rows[row]; }
+    /// The row of an id. One pass over the list.
+    std::optional<int> rowOf(const TrackID& id) const;
+
+    /// The texts of the column Status.
+    void setStatusTexts(const QHash<TrackID, QString>& texts);
+    QString statusText(const TrackID& id) const { return m_statusTexts.value(id); }
+
+    const std::vector<TrackColumn>& columns() const { return m_columns; }
+    TrackColumn columnAt(int column) const { return m_columns[static_cast<size_t>(column)]; }
+    /// The texts changed their language.
+    void retranslate();
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+Q_SIGNALS:
+    /// After setRows, once, if anything differed. \param structure whether rows came, went or moved.
+    void rowsReplaced(bool structure);
+
+private:
+    void replaceMiddle(const QList<Track>& rows, int first, int oldEnd, int newEnd);
+    void replaceByOneRun(const QList<Track>& rows, int first, int oldEnd, int newEnd);
+    void removeMissing(const QSet<TrackID>& kept, int first, int oldEnd);
+    void arrange(const QList<Track>& rows, int first, int newEnd);
+    void insertMissing(const QList<Track>& rows, const QSet<TrackID>& known, int first, int newEnd);
+    void removeRun(int first, int end);
+    void permute(int first, const QList<int>& order);
+    void takeValues(const QList<Track>& rows);
+    void emitChanged(const QList<int>& rows);
+
+    std::vector<TrackColumn> m_columns;
+    QList<Track> m_rows;
+    QHash<TrackID, QString> m_statusTexts;
+};

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+#include "ui/tracks/FolderHeader.h"
+#include "ui/tracks/RowLayout.h"
+#include "ui/tracks/TrackDelegate.h"
+
+#include <QTableView>
+
+class TrackListModel;
+
+/// The list of tracks as rows, with a header above each folder where there are any; the header of the folder in view is
+/// pinned. Selection is by rows; a click on a heart toggles it without touching the selection. Rows are placed by
+/// computation, so that the length of the list does not matter.
+class TrackTable : public QTableView {
+    Q_OBJECT
+
+public:
+    /// \param model outlives the view.
+    TrackTable(const WindowContext& context, TrackListModel& model, QWidget* parent = nullptr);
+
+    /// \param density scale of the row height.
+    void setDensity(double density);
+    TrackListModel& tracks() const { return m_model; }
+    /// The folders of the rows as they are now; none for a list without headers.
+    void setFolders(const QList<FolderRun>& runs);
+    const RowLayout& rowLayout() const { return m_layout; }
+    /// Totals of the folders may differ from now on.
+    void rowsChanged();
+
+    QRect visualRect(const QModelIndex& index) const override;
+    QModelIndex indexAt(const QPoint& position) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
+    /// Around changes of the rows: what stands at the top of the view stays there.
+    void beginRows();
+    void endRows();
+
+Q_SIGNALS:
+    void heartClicked(const QUuid& trackID);
+    void contextMenuWanted(const QPoint& globalPosition);
+
+protected:
+    int verticalOffset() const override;
+    void updateGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    /// Letters are commands here, not a search.
+    void keyboardSearch(const QString&) override {}
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    int rowAtViewport(double y) const;
+    int pinnedHeight() const;
+    void paintRow(QPainter& painter, QStyleOptionViewItem& option, int row) const;
+    void paintFolders(QPainter& painter) const;
+    void applyWidths();
+    RowState stateOf(const QModelIndex& index) const;
+    QModelIndex heartAt(const QPoint& position) const;
+    void setHoveredRow(int row);
+    void updateRow(int row);
+
+    WindowContext m_context;
+    TrackListModel& m_model;
+    RowLayout m_layout;
+    FolderHeader m_folderHeader;
+    int m_hoveredRow = -1;
+    QPersistentModelIndex m_pressedHeart;
+    QPersistentModelIndex m_anchor; ///< row at the top of the view while rows change
+    int m_anchorOffset = 0;         ///< its place in the viewport, pixels
+    bool m_isTakingFocus = false;
+    bool m_isKeyboardUsed = false; ///< the last step came from the keyboard
+    int m_firstColumn = 0;
+    int m_lastColumn = 0;
+};

@@ -1,0 +1,89 @@
+#include "ui/window/DropTarget.h"
+
+#include "core/model/SupportedAudio.h"
+
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QMimeData>
+
+namespace {
+
+constexpr int kExamined = 64; // chosen: a drag of thousands of strange files must not stall the pointer
+
+bool isUsable(const QUrl& url, bool takesOgg)
+{
+    const QString name = url.fileName();
+    if (SupportedAudio::hasSupportedExtension(name))
+        return true;
+    if (takesOgg && name.endsWith(QLatin1StringView(".ogg"), Qt::CaseInsensitive))
+        return true;
+    return QFileInfo(url.toLocalFile()).isDir();
+}
+
+} // namespace
+
+DropTarget::DropTarget(QWidget& area, bool takesOgg)
+    : QObject(&area)
+    , m_takesOgg(takesOgg)
+{
+    area.setAcceptDrops(true);
+    area.installEventFilter(this);
+}
+
+QList<QUrl> DropTarget::usableURLs(const QMimeData& data, bool takesOgg)
+{
+    QList<QUrl> local;
+    const QList<QUrl> urls = data.urls();
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile())
+            local.append(url);
+    }
+    const auto end = local.cbegin() + std::min<qsizetype>(local.size(), kExamined);
+    const bool any = std::any_of(local.cbegin(), end, [&](const QUrl& url) { return isUsable(url, takesOgg); });
+    return any || local.size() > kExamined ? local : QList<QUrl>();
+}
+
+bool DropTarget::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::DragEnter: {
+        auto* drag = static_cast<QDragEnterEvent*>(event);
+        setHighlighted(!usableURLs(*drag->mimeData(), m_takesOgg).isEmpty());
+        [[fallthrough]];
+    }
+    case QEvent::DragMove: {
+        auto* drag = static_cast<QDragMoveEvent*>(event);
+        if (m_isHighlighted) {
+            drag->setDropAction(Qt::CopyAction);
+            drag->accept();
+        } else {
+            drag->ignore();
+        }
+        return true;
+    }
+    case QEvent::DragLeave:
+        setHighlighted(false);
+        return true;
+    case QEvent::Drop: {
+        auto* drop = static_cast<QDropEvent*>(event);
+        setHighlighted(false);
+        const QList<QUrl> urls = usableURLs(*drop->mimeData(), m_takesOgg);
+        if (urls.isEmpty()) {
+            drop->ignore();
+            return true;
+        }
+        drop->setDropAction(Qt::CopyAction);
+        drop->accept();
+        emit dropped(urls);
+        return true;
+    }
+    default:
+        return QObject::eventFilter(watched, event);
+    }
+}
+
+void DropTarget::setHighlighted(bool isOn)
+{
+    if (std::exchange(m_isHighlighted, isOn) != isOn)
+        emit highlighted(isOn);
+}

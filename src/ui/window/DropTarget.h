@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QUrl>
+#include <QWidget>
+
+class QMimeData;
+
+/// Takes files and folders that are dragged onto a widget. Drops without anything usable are refused. Owned by the
+/// widget.
+class DropTarget : public QObject {
+    Q_OBJECT
+
+public:
+    /// \param takesOgg whether Ogg files are usable here as well.
+    explicit DropTarget(QWidget& area, bool takesOgg = false);
+
+    bool isHighlighted() const { return m_isHighlighted; }
+    /// The local files and folders of a drag; empty unless at least one is a folder or an audio file.
+    static QList<QUrl> usableURLs(const QMimeData& data, bool takesOgg);
+
+Q_SIGNALS:
+    /// Something usable is held over the widget.
+    void highlighted(bool isOn);
+    void dropped(const QList<QUrl>& urls);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void setHighlighted(bool isOn);
+
+    bool m_takesOgg;
+    bool m_isHighlighted = false;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ui/theme/Theme.h"
+
+#include <QWidget>
+
+/// A plain area in one of the theme's colours, with a hairline at some of its edges.
+class Panel : public QWidget {
+    Q_OBJECT
+
+public:
+    Panel(const Theme& theme, QColor ThemeColours::*fill, Qt::Edges lines, QWidget* parent = nullptr);
+    void setLines(Qt::Edges lines);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& m_theme;
+    QColor ThemeColours::*m_fill;
+    Qt::Edges m_lines;
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+#include "ui/WindowContext.h"
+#include "ui/window/Panel.h"
+
+#include <QTimer>
+#include <QUrl>
+
+#include <array>
+
+class SidebarRow;
+class ThemeButton;
+
+/// The sections with their counts, and the settings. Wide, or narrow with icons only.
+class Sidebar : public Panel {
+    Q_OBJECT
+
+public:
+    explicit Sidebar(const WindowContext& context, QWidget* parent = nullptr);
+
+    void setActiveTab(LibraryTab tab);
+    /// Narrow, with icons only.
+    void setCollapsed(bool collapsed);
+    bool isCollapsed() const { return m_isCollapsed; }
+    /// The lists changed; counts follow after a moment.
+    void countsChanged();
+    void retranslate();
+    SidebarRow& row(LibraryTab tab) const { return *m_rows[static_cast<size_t>(tab)]; }
+
+Q_SIGNALS:
+    void collapseToggled();
+    void settingsWanted(const QPoint& globalPosition);
+    void filesDropped(const QList<QUrl>& urls, LibraryTab tab);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    SidebarRow* addRow(LibraryTab tab);
+    void updateCounts();
+
+    WindowContext m_context;
+    std::array<SidebarRow*, kAllLibraryTabs.size()> m_rows{};
+    SidebarRow* m_settings;
+    ThemeButton* m_collapse;
+    QTimer m_countTimer;
+    bool m_isCollapsed = false;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ui/theme/Theme.h"
+
+#include <QWidget>
+
+/// A text in one of the theme's fonts and colours: one line, elided with the full text as tooltip, or wrapped and
+/// centred.
+class ThemeLabel : public QWidget {
+    Q_OBJECT
+
+public:
+    using ColourOf = QColor ThemeColours::*;
+
+    ThemeLabel(const Theme& theme, TextRole role, ColourOf colour, QWidget* parent = nullptr);
+
+    void setText(const QString& text);
+    const QString& text() const { return m_text; }
+    void setColour(ColourOf colour);
+    /// Wraps at this width and centres.
+    void setWrapped(int width);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    const Theme& m_theme;
+    TextRole m_role;
+    ColourOf m_colour;
+    QString m_text;
+    int m_wrapWidth = 0;
+};

@@ -1,0 +1,142 @@
+#include "ui/window/TrackMenu.h"
+
+#include "core/library/LibraryStore.h"
+#include "core/library/quicklists/QuickLists.h"
+#include "core/library/workspace/Workspace.h"
+#include "ui/DashboardActions.h"
+#include "ui/sections/SectionRows.h"
+#include "ui/text/Texts.h"
+
+#include <QMenu>
+
+namespace {
+
+using Assign = void (DashboardActions::*)(const QString&, const QSet<TrackID>&);
+constexpr int kLongMenu = 24; // rows that fit the smallest window
+
+/// How many of the rows are favourites.
+int favoriteCount(const WindowContext& context, const QSet<TrackID>& ids)
+{
+    const TrackList& tracks = context.library.workspace().tracks();
+    return static_cast<int>(std::count_if(ids.begin(), ids.end(), [&](const TrackID& id) {
+        const Track* track = tracks.find(id);
+        return track && track->isFavorite();
+    }));
+}
+
+/// A tag's text as a menu shows it: an ampersand is no mnemonic.
+QString shown(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+void addValues(QMenu& menu, const WindowContext& context, const QStringList& values, Assign assign,
+               const QSet<TrackID>& ids)
+{
+    for (const QString& value : values) {
+        if (!value.isEmpty())
+            menu.addAction(shown(value),
+                           [&actions = context.actions, value, assign, ids] { (actions.*assign)(value, ids); });
+    }
+}
+
+QStringList without(const QStringList& values, const QStringList& dropped)
+{
+    QStringList rest;
+    for (const QString& value : values) {
+        if (!value.isEmpty() && !dropped.contains(value) && !rest.contains(value))
+            rest.append(value);
+    }
+    return rest;
+}
+
+void addGenres(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+{
+    const QuickLists& lists = context.library.quickLists();
+    const Assign assign = &DashboardActions::assignGenre;
+    const QStringList recent = without(lists.recentGenres(), {});
+    const QStringList quick = without(lists.quickGenreSlots(), recent);
+    const QStringList others = without(lists.genres(), recent + quick);
+    addValues(menu, context, recent, assign, ids);
+    menu.addSeparator();
+    addValues(menu, context, quick, assign, ids);
+    menu.addSeparator();
+    if (others.size() + quick.size() + recent.size() <= kLongMenu)
+        addValues(menu, context, others, assign, ids);
+    else
+        addValues(*menu.addMenu(Texts::localized(QStringLiteral("Все жанры"))), context, others, assign, ids);
+    menu.addSeparator();
+    menu.addAction(Texts::localized(QStringLiteral("Очистить жанр")),
+                   [&actions = context.actions, ids] { actions.clearGenres(ids); });
+}
+
+void addTagging(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+{
+    const QuickLists& lists = context.library.quickLists();
+    QMenu* genres = menu.addMenu(Texts::localized(QStringLiteral("Присвоить жанр")));
+    addGenres(*genres, context, ids);
+    QMenu* comments = menu.addMenu(Texts::localized(QStringLiteral("Присвоить комментарий")));
+    addValues(*comments, context, lists.quickComments(), &DashboardActions::assignComment, ids);
+    comments->addSeparator();
+    comments->addAction(Texts::localized(QStringLiteral("Очистить комментарий")),
+                        [&actions = context.actions, ids] { actions.clearComments(ids); });
+    QMenu* albums = menu.addMenu(Texts::localized(QStringLiteral("Изменить альбом")));
+    addValues(*albums, context, lists.albums(), &DashboardActions::assignAlbum, ids);
+    albums->addSeparator();
+    albums->addAction(Texts::localized(QStringLiteral("Очистить альбом")),
+                      [&actions = context.actions, ids] { actions.assignAlbum(QString(), ids); });
+    if (favoriteCount(context, ids) > 0)
+        return;
+    for (QMenu* each : {genres, comments, albums}) { // tags are assigned to favourites alone
+        each->setEnabled(false);
+        each->menuAction()->setToolTip(Texts::localized(QStringLiteral("Выберите трек в «Избранном»")));
+    }
+}
+
+void addMembership(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
+{
+    DashboardActions& actions = context.actions;
+    const int favorites = favoriteCount(context, ids);
+    if (favorites < ids.size()) {
+        QSet<TrackID> joining;
+        for (const TrackID& id : ids) {
+            const Track* track = context.library.workspace().tracks().find(id);
+            if (track && !track->isFavorite())
+                joining.insert(id);
+        }
+        menu.addAction(Texts::localized(QStringLiteral("Добавить в избранное")) + QStringLiteral("\tF"),
+                       [&actions, joining] { actions.toggleFavorites(joining); });
+    }
+    if (favorites > 0)
+        menu.addAction(Texts::localized(QStringLiteral("Убрать из избранного")) +
+                           (favorites == ids.size() ? QStringLiteral("\tF") : QString()),
+                       [&actions, ids] { actions.removeFromFavorites(ids); });
+    if (tab == LibraryTab::Covers)
+        menu.addAction(Texts::localized(QStringLiteral("Убрать из обложек")),
+                       [&actions, ids] { actions.removeFromCovers(ids); });
+}
+
+} // namespace
+
+namespace TrackMenu {
+
+void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
+{
+    DashboardActions& actions = context.actions;
+    menu.setToolTipsVisible(true);
+    if (SectionRows::holdsLibraryTracks(tab)) {
+        addMembership(menu, context, tab, ids);
+        menu.addSeparator();
+        addTagging(menu, context, ids);
+        menu.addSeparator();
+        menu.addAction(Texts::localized(QStringLiteral("Отправить в анализ")),
+                       [&actions, ids] { actions.addToAnalysis(ids); });
+        menu.addAction(Texts::localized(QStringLiteral("Отправить в конвертер")),
+                       [&actions, ids] { actions.addToConversion(ids); });
+        menu.addSeparator();
+    }
+    menu.addAction(Texts::localized(QStringLiteral("Открыть в Finder")),
+                   [&actions, ids] { actions.revealInFileManager(ids); });
+}
+
+} // namespace TrackMenu

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "core/model/LibraryTab.h"
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+
+#include <QSet>
+
+class QMenu;
+
+/// The commands for rows of a section. \param ids the rows; the menu may outlive their selection.
+namespace TrackMenu {
+
+void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids);
+
+} // namespace TrackMenu

@@ -1,0 +1,97 @@
+#include "ui/window/WindowCommands.h"
+
+#include "core/library/LibraryStore.h"
+#include "core/library/undo/UndoManager.h"
+#include "core/library/workspace/Workspace.h"
+#include "ui/DashboardActions.h"
+#include "ui/MainWindow.h"
+#include "ui/sections/SectionRows.h"
+#include "ui/sections/SectionView.h"
+#include "ui/text/Texts.h"
+
+#include <QAction>
+#include <QMenu>
+
+WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
+    : QObject(&window)
+    , m_context(context)
+    , m_window(window)
+{
+    UndoManager& undo = context.actions.undoManager();
+    m_open = add({QKeySequence(Qt::CTRL | Qt::Key_O)}, [this] { m_context.actions.openPanel(); });
+    m_undo = add({QKeySequence(Qt::CTRL | Qt::Key_Z)}, [&undo] { undo.undo(); });
+    m_redo = add({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)}, [&undo] { undo.redo(); });
+    m_selectAll = add({QKeySequence(Qt::CTRL | Qt::Key_A)}, [this] { m_window.activeSection().selectAll(); });
+    m_favorite = add({QKeySequence(Qt::Key_F)}, [this] { toggleFavorites(); });
+    m_reveal = add({}, [this] { reveal(); });
+    for (LibraryTab tab : kAllLibraryTabs) {
+        const auto digit = static_cast<Qt::Key>(Qt::Key_1 + static_cast<int>(tab));
+        add({QKeySequence(Qt::CTRL | digit)}, [this, tab] { m_context.actions.activateTab(tab); });
+    }
+    connect(&undo, &UndoManager::changed, this, &WindowCommands::refreshUndo);
+    retranslate();
+}
+
+QAction* WindowCommands::add(const QList<QKeySequence>& shortcuts, std::function<void()> perform)
+{
+    auto* action = new QAction(this);
+    action->setShortcuts(shortcuts);
+    connect(action, &QAction::triggered, this, std::move(perform));
+    m_window.addAction(action);
+    return action;
+}
+
+void WindowCommands::retranslate()
+{
+    m_open->setText(Texts::localized(QStringLiteral("Добавить файлы…")));
+    m_selectAll->setText(Texts::localized(QStringLiteral("Выделить всё")));
+    m_favorite->setText(Texts::localized(QStringLiteral("Добавить в избранное или убрать")));
+    m_reveal->setText(Texts::localized(QStringLiteral("Открыть в Finder")));
+    refreshUndo();
+}
+
+void WindowCommands::refreshUndo()
+{
+    const UndoManager& undo = m_context.actions.undoManager();
+    const auto named = [](const QString& word, const QString& action) {
+        return action.isEmpty() ? word : QStringLiteral("%1: %2").arg(word, action);
+    };
+    m_undo->setText(named(Texts::localized(QStringLiteral("Отменить")), undo.undoActionName()));
+    m_redo->setText(named(Texts::localized(QStringLiteral("Повторить")), undo.redoActionName()));
+    m_undo->setEnabled(undo.canUndo());
+    m_redo->setEnabled(undo.canRedo());
+}
+
+void WindowCommands::toggleFavorites()
+{
+    SectionView& section = m_window.activeSection();
+    if (!SectionRows::holdsLibraryTracks(section.tab()))
+        return;
+    const QSet<TrackID> ids = section.selectedIDs();
+    if (!ids.isEmpty())
+        m_context.actions.toggleFavorites(ids);
+}
+
+void WindowCommands::reveal()
+{
+    const QSet<TrackID> ids = m_window.activeSection().selectedIDs();
+    if (!ids.isEmpty())
+        m_context.actions.revealInFileManager(ids);
+}
+
+void WindowCommands::fillMenu(QMenu& menu) const
+{
+    const bool hasSelection = !m_window.activeSection().selectedIDs().isEmpty();
+    m_favorite->setEnabled(true); // its shortcut decides by itself
+    menu.addAction(m_open);
+    menu.addSeparator();
+    menu.addAction(m_undo);
+    menu.addAction(m_redo);
+    menu.addSeparator();
+    menu.addAction(m_selectAll);
+    if (hasSelection) {
+        if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
+            menu.addAction(m_favorite);
+        menu.addAction(m_reveal);
+    }
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "ui/WindowContext.h"
+
+#include <QList>
+#include <QObject>
+
+class MainWindow;
+class QAction;
+class QKeySequence;
+class QMenu;
+
+/// The window's commands with their shortcuts; there is no menu bar, a button of the header opens them as a menu.
+class WindowCommands : public QObject {
+    Q_OBJECT
+
+public:
+    WindowCommands(const WindowContext& context, MainWindow& window);
+
+    void fillMenu(QMenu& menu) const;
+    void retranslate();
+
+private:
+    QAction* add(const QList<QKeySequence>& shortcuts, std::function<void()> perform);
+    void refreshUndo();
+    void toggleFavorites();
+    void reveal();
+
+    WindowContext m_context;
+    MainWindow& m_window;
+    QAction* m_open;
+    QAction* m_undo;
+    QAction* m_redo;
+    QAction* m_selectAll;
+    QAction* m_favorite;
+    QAction* m_reveal;
+};

@@ -1,0 +1,92 @@
+#include "support/WindowFixture.h"
+
+#include "ui/WindowContext.h"
+#include "ui/theme/Theme.h"
+#include "ui/thumbnails/ThumbnailCache.h"
+#include "ui/window/SettingsMenu.h"
+#include "ui/window/TrackMenu.h"
+
+#include <QMenu>
+
+class MenusTest : public WindowFixture {
+protected:
+    static QAction* action(const QMenu& menu, const QString& text)
+    {
+        for (QAction* each : menu.actions()) {
+            if (each->text().section(u'\t', 0, 0) == text)
+                return each;
+        }
+        return nullptr;
+    }
+    void build(QMenu& menu, LibraryTab tab, const QSet<TrackID>& ids) { TrackMenu::build(menu, context, tab, ids); }
+
+    ThumbnailCache thumbnails{executor, {}};
+    WindowContext context{*store, dashboard, window->theme(), thumbnails};
+};
+
+TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
+{
+    const Track plain = track(QStringLiteral("a.mp3"));
+    const Track loved = favorite(QStringLiteral("b.mp3"));
+    fill({plain, loved});
+    const QString add = QStringLiteral("Добавить в избранное");
+    const QString remove = QStringLiteral("Убрать из избранного");
+    const QString genre = QStringLiteral("Присвоить жанр");
+    const QString uncover = QStringLiteral("Убрать из обложек");
+    const struct {
+        LibraryTab tab;
+        QList<Track> rows;
+        bool adds, removes, tags, uncovers;
+    } kCases[]{
+        {LibraryTab::Playlist, {plain}, true, false, false, false},
+        {LibraryTab::Playlist, {loved}, false, true, true, false},
+        {LibraryTab::Playlist, {plain, loved}, true, true, true, false},
+        {LibraryTab::Covers, {plain}, true, false, false, true},
+        {LibraryTab::Analysis, {plain}, false, false, false, false},
+    };
+    for (const auto& each : kCases) {
+        QMenu menu;
+        build(menu, each.tab, ids(each.rows));
+        EXPECT_EQ(action(menu, add) != nullptr, each.adds);
+        EXPECT_EQ(action(menu, remove) != nullptr, each.removes);
+        EXPECT_EQ(action(menu, uncover) != nullptr, each.uncovers);
+        const QAction* tagging = action(menu, genre);
+        EXPECT_EQ(tagging && tagging->isEnabled(), each.tags);
+        EXPECT_TRUE(action(menu, VelmoraLocalization::string(QStringLiteral("Открыть в Finder"))));
+    }
+}
+
+TEST_F(MenusTest, ItsCommandsReachTheDashboard)
+{
+    const Track plain = track(QStringLiteral("a.mp3"));
+    const Track loved = favorite(QStringLiteral("b.mp3"));
+    fill({plain, loved});
+    preferences.recentGenres.set(QStringLiteral("Drum & Bass"));
+    QMenu menu;
+    build(menu, LibraryTab::Playlist, ids({plain, loved}));
+    action(menu, QStringLiteral("Добавить в избранное"))->trigger();
+    EXPECT_EQ(dashboard.last("toggleFavorites").ids, ids({plain})) << "favourites among them stay";
+    QAction* genre = action(*action(menu, QStringLiteral("Присвоить жанр"))->menu(), QStringLiteral("Drum && Bass"));
+    ASSERT_TRUE(genre) << "an ampersand is shown, not taken for a mnemonic";
+    genre->trigger();
+    EXPECT_EQ(dashboard.last("assignGenre").text, QStringLiteral("Drum & Bass"));
+    action(menu, QStringLiteral("Отправить в конвертер"))->trigger();
+    EXPECT_EQ(dashboard.last("addToConversion").ids, ids({plain, loved}));
+}
+
+TEST_F(MenusTest, SettingsAreWrittenAndTakeEffect)
+{
+    QMenu menu;
+    SettingsMenu::build(menu, preferences);
+    const auto choose = [&](const QString& submenu, const QString& choice) {
+        action(*action(menu, submenu)->menu(), choice)->trigger();
+    };
+    choose(QStringLiteral("Тема"), QStringLiteral("Светлая"));
+    EXPECT_EQ(window->theme().appearance(), Appearance::Light);
+    choose(QStringLiteral("Компоновка"), QStringLiteral("Компактная"));
+    EXPECT_EQ(window->size(), QSize(1040, 700));
+    choose(QStringLiteral("Язык"), QStringLiteral("English"));
+    EXPECT_EQ(preferences.appLanguage.get(), QStringLiteral("en"));
+    action(menu, QStringLiteral("Плеер сверху"))->trigger();
+    EXPECT_TRUE(preferences.dashboardPlayerOnTop.get());
+}

@@ -1,0 +1,81 @@
+#include "support/WindowFixture.h"
+
+#include "ui/sections/EmptyState.h"
+#include "ui/sections/SectionHeader.h"
+#include "ui/window/ThemeButton.h"
+#include "ui/window/ThemeLabel.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+class SectionsTest : public WindowFixture {};
+
+TEST_F(SectionsTest, AnEmptySectionSaysWhatToDo)
+{
+    show();
+    for (LibraryTab tab : kAllLibraryTabs) {
+        dashboard.activateTab(tab);
+        turn();
+        auto* empty = window->section(tab).findChild<EmptyState*>();
+        ASSERT_TRUE(empty && empty->isVisible()) << qPrintable(rawValue(tab));
+        EXPECT_FALSE(window->section(tab).list().isVisible());
+        for (const ThemeLabel* label : empty->findChildren<ThemeLabel*>())
+            EXPECT_FALSE(label->text().isEmpty());
+        const int before = dashboard.count("openSectionPanel");
+        QTest::mouseClick(empty->findChild<ThemeButton*>(), Qt::LeftButton);
+        EXPECT_EQ(dashboard.count("openSectionPanel"), before + 1);
+    }
+}
+
+TEST_F(SectionsTest, RowsTakeThePlaceOfTheEmptyStateAndGiveItBack)
+{
+    show();
+    SectionView& playlist = window->section(LibraryTab::Playlist);
+    fill(rows(3));
+    turn();
+    EXPECT_TRUE(playlist.list().isVisible());
+    EXPECT_TRUE(playlist.header().facts().startsWith(QStringLiteral("3 трека")))
+        << qPrintable(playlist.header().facts());
+    fill({});
+    turn();
+    EXPECT_FALSE(playlist.list().isVisible());
+    EXPECT_TRUE(playlist.header().facts().isEmpty());
+}
+
+TEST_F(SectionsTest, AHiddenSectionWaitsUntilItIsShown)
+{
+    show();
+    TrackListModel& favorites = window->section(LibraryTab::Favorites).model();
+    QSignalSpy inserted(&favorites, &QAbstractItemModel::rowsInserted);
+    fill({favorite(QStringLiteral("a.mp3")), favorite(QStringLiteral("b.mp3"))});
+    turn();
+    EXPECT_EQ(inserted.size(), 0);
+    dashboard.activateTab(LibraryTab::Favorites);
+    EXPECT_EQ(favorites.rowCount(), 2);
+    inserted.clear();
+    dashboard.activateTab(LibraryTab::Playlist);
+    dashboard.activateTab(LibraryTab::Favorites);
+    EXPECT_EQ(inserted.size(), 0) << "a switch without changes costs nothing";
+}
+
+TEST_F(SectionsTest, TheConverterShowsItsJobsAndKeepsThem)
+{
+    show();
+    dashboard.activateTab(LibraryTab::Converter);
+    ConversionItem first;
+    first.url = FileURL::fromPath(QStringLiteral("/music/Artist - Song.ogg"));
+    ConversionItem second = first;
+    second.id = QUuid::createUuid();
+    workspace().setConversionItems({first, second});
+    TrackListModel& model = window->section(LibraryTab::Converter).model();
+    ASSERT_EQ(model.rowCount(), 2);
+    EXPECT_EQ(model.track(0).displayTitle(), QStringLiteral("Song"));
+    const int status = model.columnCount() - 1;
+    EXPECT_EQ(model.index(0, status).data().toString(), QStringLiteral("В очереди"));
+
+    QSignalSpy changed(&model, &QAbstractItemModel::dataChanged);
+    first.status = {ConversionItem::Status::Case::Failed, QStringLiteral("Нет места")};
+    workspace().setConversionItems({first, second});
+    EXPECT_EQ(model.index(0, status).data().toString(), QStringLiteral("Нет места"));
+    EXPECT_EQ(changed.size(), 1) << "only the states changed";
+}

@@ -1,0 +1,138 @@
+#include "support/WindowFixture.h"
+
+#include "ui/text/Texts.h"
+#include "ui/theme/Icons.h"
+#include "ui/theme/KeyColours.h"
+#include "ui/theme/Paint.h"
+#include "ui/theme/Theme.h"
+
+#include <QDir>
+
+#include <cmath>
+
+namespace {
+
+double luminance(const QColor& colour)
+{
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double high = std::max(luminance(a), luminance(b));
+    const double low = std::min(luminance(a), luminance(b));
+    return (high + 0.05) / (low + 0.05);
+}
+
+} // namespace
+
+TEST(ThemeTest, TextIsReadableOnEveryGround)
+{
+    for (Appearance appearance : {Appearance::Dark, Appearance::Light}) {
+        const ThemeColours& c = ThemeColours::of(appearance);
+        for (const QColor& ground : {c.background, c.side, c.surface, c.raised}) {
+            EXPECT_GE(contrast(c.text, ground), 4.5) << qPrintable(ground.name());
+            EXPECT_GE(contrast(c.text2, ground), 4.5) << qPrintable(ground.name());
+        }
+    }
+    for (int number = 1; number <= 12; ++number)
+        EXPECT_GE(contrast(KeyColours::chipText(), KeyColours::colour({number, false})), 4.5) << number;
+}
+
+TEST(ThemeTest, KeysAreReadInEveryCommonSpelling)
+{
+    const struct {
+        QString text;
+        QString code;
+    } kCases[]{
+        {QStringLiteral("8A"), QStringLiteral("8A")},
+        {QStringLiteral(" 08a "), QStringLiteral("8A")},
+        {QStringLiteral("12B"), QStringLiteral("12B")},
+        {QStringLiteral("Am"), QStringLiteral("8A")},
+        {QStringLiteral("C"), QStringLiteral("8B")},
+        {QStringLiteral("F#m"), QStringLiteral("11A")},
+        {QStringLiteral("Gbmin"), QStringLiteral("11A")},
+        {QStringLiteral("Bb"), QStringLiteral("6B")},
+        {QStringLiteral("D major"), QStringLiteral("10B")},
+        {QStringLiteral("Abm"), QStringLiteral("1A")},
+        {QStringLiteral("E♭ minor"), QStringLiteral("2A")},
+        {QStringLiteral("13A"), QString()},
+        {QStringLiteral("0B"), QString()},
+        {QStringLiteral("House"), QString()},
+        {QString(), QString()},
+    };
+    for (const auto& each : kCases) {
+        const auto key = KeyColours::parse(each.text);
+        EXPECT_EQ(key ? key->code() : QString(), each.code) << qPrintable(each.text);
+    }
+}
+
+TEST(ThemeTest, EveryIconDrawsInItsColour)
+{
+    const QStringList files = QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")});
+    ASSERT_GT(files.size(), 20);
+    for (const QString& file : files) {
+        const QString name = file.chopped(4);
+        QImage image(48, 48, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        Icons::paint(painter, image.rect(), name, QColor(10, 200, 30));
+        painter.end();
+        int drawn = 0;
+        for (int y = 0; y < 48; ++y) {
+            for (int x = 0; x < 48; ++x)
+                drawn += image.pixelColor(x, y).alpha() > 200 && image.pixelColor(x, y).green() > 150 ? 1 : 0;
+        }
+        const bool isTinted = name != QLatin1StringView("velmora");
+        EXPECT_TRUE(!isTinted || drawn > 20) << qPrintable(name);
+    }
+    // Symbols that the store's messages name.
+    for (const char* symbol : {"music.note.list", "waveform.path.ecg", "photo.on.rectangle.angled",
+                               "music.quarternote.3", "arrow.triangle.2.circlepath", "text.bubble.fill", "heart.fill",
+                               "exclamationmark.triangle", "arrow.uturn.backward", "checkmark.circle", "mic.slash"}) {
+        const QString name = Icons::nameForSymbol(QString::fromLatin1(symbol));
+        EXPECT_TRUE(files.contains(name + QStringLiteral(".svg")) && name != QLatin1StringView("info")) << symbol;
+    }
+}
+
+TEST(ThemeTest, DigitsStandUnderDigits)
+{
+    const Theme theme(Appearance::Dark);
+    const QFont& font = theme.font(TextRole::Body);
+    EXPECT_EQ(Paint::numberWidth(QStringLiteral("111"), font), Paint::numberWidth(QStringLiteral("888"), font));
+    EXPECT_LT(Paint::numberWidth(QStringLiteral("1:1"), font), Paint::numberWidth(QStringLiteral("111"), font));
+}
+
+TEST(TextsTest, LengthsAndCounts)
+{
+    const struct {
+        double seconds;
+        QString text;
+    } kLengths[]{{0, QStringLiteral("—")},           {-3, QStringLiteral("—")},     {59.4, QStringLiteral("0:59")},
+                 {59.6, QStringLiteral("1:00")},     {427, QStringLiteral("7:07")}, {3727, QStringLiteral("1:02:07")},
+                 {std::nan(""), QStringLiteral("—")}};
+    for (const auto& each : kLengths)
+        EXPECT_EQ(Texts::length(each.seconds), each.text);
+
+    VelmoraLocalization::setLanguage(AppLanguage::Russian);
+    EXPECT_EQ(Texts::totalLength(96 * 3600 + 12 * 60), QStringLiteral("96 ч 12 мин"));
+    EXPECT_EQ(Texts::totalLength(31 * 3600 + 8 * 60), QStringLiteral("31 ч 08 мин"));
+    EXPECT_EQ(Texts::totalLength(20), QStringLiteral("1 мин"));
+    EXPECT_EQ(Texts::totalLength(0), QString());
+    EXPECT_EQ(Texts::trackCount(21), QStringLiteral("21 трек"));
+    EXPECT_EQ(Texts::trackCount(1248), QStringLiteral("1\u00A0248 треков"));
+    VelmoraLocalization::setLanguage(AppLanguage::English);
+    EXPECT_EQ(Texts::trackCount(1), QStringLiteral("1 track"));
+    EXPECT_EQ(Texts::totalLength(5 * 3600 + 720), QStringLiteral("5 h 12 min"));
+    VelmoraLocalization::setLanguage(AppLanguage::Russian);
+
+    const std::pair<QString, QString> kTempos[]{{QStringLiteral("121,6"), QStringLiteral("122")},
+                                                {QStringLiteral(" 128.0 "), QStringLiteral("128")},
+                                                {QStringLiteral("fast"), QStringLiteral("fast")},
+                                                {QString(), QString()}};
+    for (const auto& [tag, shown] : kTempos)
+        EXPECT_EQ(Texts::tempo(tag), shown);
+}

@@ -1,0 +1,169 @@
+#include "support/WindowFixture.h"
+
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+class TrackTableTest : public WindowFixture {
+protected:
+    QPoint cell(int row, TrackColumn column)
+    {
+        const auto& columns = TrackColumns::full();
+        const auto place = std::find(columns.begin(), columns.end(), column) - columns.begin();
+        return table().visualRect(table().model()->index(row, static_cast<int>(place))).center();
+    }
+    QString tooltip(const QModelIndex& index, int width)
+    {
+        auto* delegate = static_cast<TrackDelegate*>(table().itemDelegate());
+        return delegate->tooltip(index, QRect(0, 0, width, 52));
+    }
+};
+
+TEST_F(TrackTableTest, AHeartTogglesItsOwnTrackAndLeavesTheSelection)
+{
+    const QList<Track> tracks = rows(4);
+    fill(tracks);
+    show();
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, cell(1, TrackColumn::Title));
+    turn();
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, cell(3, TrackColumn::Heart));
+    turn();
+    EXPECT_EQ(dashboard.last("toggleFavorites").ids, ids({tracks[3]}));
+    EXPECT_TRUE(now(tracks[3]).isFavorite());
+    EXPECT_EQ(workspace().selectedIDs(), ids({tracks[1]}));
+
+    // Pressed on one heart and let go on another: nothing.
+    QTest::mousePress(table().viewport(), Qt::LeftButton, {}, cell(0, TrackColumn::Heart));
+    QTest::mouseRelease(table().viewport(), Qt::LeftButton, {}, cell(2, TrackColumn::Heart));
+    EXPECT_EQ(dashboard.count("toggleFavorites"), 1);
+}
+
+TEST_F(TrackTableTest, WhatIsCutOffIsInTheTooltip)
+{
+    fill({fullTrack(QStringLiteral("A title that takes a good deal of room in any list of tracks"))});
+    show();
+    const auto at = [&](TrackColumn column) {
+        const auto& columns = TrackColumns::full();
+        return table().model()->index(
+            0, static_cast<int>(std::find(columns.begin(), columns.end(), column) - columns.begin()));
+    };
+    EXPECT_TRUE(tooltip(at(TrackColumn::Title), 150).contains(QStringLiteral("any list of tracks — Nadia Volk")));
+    EXPECT_EQ(tooltip(at(TrackColumn::Title), 2000), QString());
+    EXPECT_EQ(tooltip(at(TrackColumn::Genre), 80), QStringLiteral("Melodic House & Techno"));
+    EXPECT_EQ(tooltip(at(TrackColumn::Genre), 400), QString());
+    EXPECT_EQ(tooltip(at(TrackColumn::Key), 400), QStringLiteral("Am")) << "the chip shows another spelling";
+    EXPECT_TRUE(tooltip(at(TrackColumn::Heart), 60).endsWith(QStringLiteral("(F)")));
+}
+
+TEST_F(TrackTableTest, RowsAboveTheViewDoNotPushIt)
+{
+    QList<Track> tracks = rows(90);
+    fill(tracks);
+    show();
+    table().verticalScrollBar()->setValue(1010);
+    turn();
+    const QModelIndex top = table().indexAt({10, 40});
+    const TrackID id = table().tracks().track(top.row()).id();
+    const int offset = table().visualRect(top).top();
+    dashboard.scrollStates.clear();
+
+    QList<Track> more = tracks;
+    more.prepend(fullTrack(QStringLiteral("00-first")));
+    more.prepend(fullTrack(QStringLiteral("000-first")));
+    fill(more);
+    turn();
+    const QModelIndex after = table().indexAt({10, 40});
+    EXPECT_EQ(table().tracks().track(after.row()).id(), id);
+    EXPECT_EQ(table().visualRect(after).top(), offset);
+    EXPECT_TRUE(dashboard.scrollStates.isEmpty()) << "nobody scrolled";
+}
+
+TEST_F(TrackTableTest, ScrollingIsReportedOnceAndItsEndToo)
+{
+    fill(rows(90));
+    show();
+    for (int value : {50, 120, 300})
+        table().verticalScrollBar()->setValue(value);
+    EXPECT_EQ(dashboard.scrollStates, QList<bool>{true});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dashboard.scrollStates.size() == 2; }, 3000));
+    EXPECT_EQ(dashboard.scrollStates, (QList<bool>{true, false}));
+}
+
+TEST_F(TrackTableTest, DensityScalesRowsButNeverCutsText)
+{
+    fill(rows(3));
+    show();
+    const auto rowHeight = [&] { return table().visualRect(table().model()->index(0, 0)).height(); };
+    const int ordinary = rowHeight();
+    preferences.tableDensity.set(0.8);
+    const int dense = rowHeight();
+    EXPECT_LT(dense, ordinary);
+    preferences.tableDensity.set(0.1);
+    EXPECT_GE(rowHeight(), 40);
+}
+
+TEST_F(TrackTableTest, FoldersStandBetweenTheirRows)
+{
+    QList<Track> tracks;
+    for (const QString& folder : {QStringLiteral("/music/a"), QStringLiteral("/music/b")}) {
+        for (int i = 0; i < 30; ++i) {
+            Track each = track(QStringLiteral("%1/%2.mp3").arg(folder).arg(i, 2, 10, QChar(u'0')));
+            each.setIsInPlaylist(true);
+            tracks.append(each);
+        }
+    }
+    fill(tracks);
+    show();
+    const auto place = [&](int row) { return table().visualRect(table().model()->index(row, 1)); };
+    const int header = place(0).top();
+    EXPECT_GT(header, 0) << "the first folder's header stands above its first row";
+    EXPECT_EQ(place(1).top(), place(0).bottom() + 1);
+    EXPECT_EQ(place(30).top(), place(29).bottom() + 1 + header);
+    EXPECT_FALSE(table().indexAt({100, header / 2}).isValid());
+
+    // Whatever is scrolled to is never hidden behind the pinned header.
+    for (int row : {59, 0, 45, 30, 29, 3}) {
+        table().scrollTo(table().model()->index(row, 0));
+        EXPECT_GE(place(row).top(), header);
+        EXPECT_LE(place(row).bottom(), table().viewport()->height());
+        EXPECT_EQ(table().indexAt(place(row).center()).row(), row);
+    }
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, place(3).center());
+    table().scrollTo(table().model()->index(31, 0));
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, Qt::ShiftModifier, place(31).center());
+    turn();
+    EXPECT_EQ(workspace().selectedIDs().size(), 29) << "from the fourth row to the second of the next folder";
+    QTest::keyClick(&table(), Qt::Key_PageUp);
+    EXPECT_LT(table().currentIndex().row(), 31);
+    EXPECT_GE(place(table().currentIndex().row()).top(), header);
+}
+
+TEST(RowLayoutTest, PlacesAndRowsAgree)
+{
+    const QList<QList<FolderRun>> kRuns{
+        {},
+        {{QStringLiteral("/a"), 0, 20}},
+        {{QStringLiteral("/a"), 0, 1}, {QStringLiteral("/b"), 1, 2}, {QStringLiteral("/c"), 2, 20}}};
+    for (const QList<FolderRun>& runs : kRuns) {
+        RowLayout layout;
+        layout.setRowHeight(52);
+        layout.setRowCount(20);
+        layout.setRuns(runs);
+        int row = -1;
+        int headers = 0;
+        for (int y = 0; y < layout.height(); ++y) {
+            const int here = layout.rowAt(y);
+            headers += here < 0 ? 1 : 0;
+            if (here < 0)
+                continue;
+            ASSERT_TRUE(here == row || here == row + 1);
+            ASSERT_TRUE(here == row || layout.rowTop(here) == y);
+            row = here;
+        }
+        EXPECT_EQ(row, 19);
+        EXPECT_EQ(headers, runs.size() * 34);
+        EXPECT_EQ(layout.nearestRow(-50), 0);
+        EXPECT_EQ(layout.nearestRow(1 << 20), 19);
+    }
+    EXPECT_EQ(RowLayout().nearestRow(0), -1);
+}

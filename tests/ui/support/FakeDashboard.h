@@ -1,0 +1,92 @@
+#pragma once
+
+#include "core/library/LibraryStore.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/selection/Selection.h"
+#include "core/library/undo/UndoManager.h"
+#include "core/library/workspace/Workspace.h"
+#include "ui/DashboardActions.h"
+
+/// Records what the window asks for. Selection, sections and favourites reach the store, the rest is only noted.
+class FakeDashboard final : public DashboardActions {
+public:
+    struct Call {
+        QString name;
+        QSet<TrackID> ids;
+        QString text;
+    };
+    struct Drop {
+        QList<QUrl> urls;
+        LibraryTab tab;
+    };
+
+    FakeDashboard(LibraryStore& store, UndoManager& undo)
+        : m_store(store)
+        , m_undo(undo)
+    {
+    }
+
+    void activateTab(LibraryTab tab) override
+    {
+        note("activateTab", {}, rawValue(tab));
+        m_store.selection().rememberSelection(m_store.workspace().activeTab());
+        const Selection::State state = m_store.selection().selectionState(tab);
+        m_store.workspace().setSelection(state.ids, state.focusedID);
+        m_store.workspace().setActiveTab(tab);
+    }
+    void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) override { drops.append({urls, tab}); }
+    void openPanel() override { note("openPanel"); }
+    void openSectionPanel() override { note("openSectionPanel"); }
+    void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) override
+    {
+        note("select", ids);
+        m_store.selection().select(ids, focused);
+    }
+    void toggleFavorites(const QSet<TrackID>& ids) override
+    {
+        note("toggleFavorites", ids);
+        m_store.favorites().toggleFavorites(ids, &m_undo);
+    }
+    void removeFromFavorites(const QSet<TrackID>& ids) override { note("removeFromFavorites", ids); }
+    void removeFromCovers(const QSet<TrackID>& ids) override { note("removeFromCovers", ids); }
+    void addToAnalysis(const QSet<TrackID>& ids) override { note("addToAnalysis", ids); }
+    void addToConversion(const QSet<TrackID>& ids) override { note("addToConversion", ids); }
+    void assignGenre(const QString& genre, const QSet<TrackID>& ids) override { note("assignGenre", ids, genre); }
+    void assignComment(const QString& text, const QSet<TrackID>& ids) override { note("assignComment", ids, text); }
+    void assignAlbum(const QString& album, const QSet<TrackID>& ids) override { note("assignAlbum", ids, album); }
+    void clearGenres(const QSet<TrackID>& ids) override { note("clearGenres", ids); }
+    void clearComments(const QSet<TrackID>& ids) override { note("clearComments", ids); }
+    void revealInFileManager(const QSet<TrackID>& ids) override { note("revealInFileManager", ids); }
+    void setPlaylistScrolling(bool scrolling) override { scrollStates.append(scrolling); }
+    void dismissNotice() override { m_store.workspace().setNotice(std::nullopt); }
+    void dismissLastError() override { m_store.workspace().setLastError(std::nullopt); }
+    UndoManager& undoManager() override { return m_undo; }
+
+    int count(const char* name) const
+    {
+        return static_cast<int>(std::count_if(calls.begin(), calls.end(),
+                                              [&](const Call& call) { return call.name == QLatin1StringView(name); }));
+    }
+    /// The last call of this name; an empty one if there was none.
+    Call last(const char* name) const
+    {
+        for (auto call = calls.crbegin(); call != calls.crend(); ++call) {
+            if (call->name == QLatin1StringView(name))
+                return *call;
+        }
+        return {};
+    }
+
+    QList<Call> calls;
+    QList<Drop> drops;
+    QList<bool> scrollStates;
+
+private:
+    void note(const char* name, const QSet<TrackID>& ids = {}, const QString& text = {})
+    {
+        calls.append({QString::fromLatin1(name), ids, text});
+    }
+
+    LibraryStore& m_store;
+    UndoManager& m_undo;
+};

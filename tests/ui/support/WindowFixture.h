@@ -1,0 +1,31 @@
+#pragma once
+
+#include "support/FakeDashboard.h"
+#include "support/StoreFixture.h"
+
+#include "ui/MainWindow.h"
+#include "ui/sections/SectionView.h"
+#include "ui/tracks/TrackListModel.h"
+#include "ui/tracks/TrackTable.h"
+
+/// The whole window on a store with made-up rows.
+class WindowFixture : public StoreFixture {
+protected:
+    WindowFixture();
+    ~WindowFixture() override;
+
+    /// Shows the window and lets it settle.
+    void show();
+    /// Lets posted events and background jobs run.
+    void turn();
+    /// Tracks "00", "01" … of one folder, in the playlist.
+    static QList<Track> rows(int count);
+    /// A track with every field filled in. \param artwork bytes of a picture; may be empty.
+    static Track fullTrack(const QString& name, const QByteArray& artwork = {});
+    /// A PNG of one colour.
+    static QByteArray picture(QRgb colour, QSize size = {40, 40});
+    TrackTable& table(LibraryTab tab = LibraryTab::Playlist);
+
+    FakeDashboard dashboard{*store, undo};
+    std::unique_ptr<MainWindow> window;
+};
