@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+/// Where the program keeps its own files. Folders are not created here.
+namespace AppPaths {
+
+/// The preferences of the program: "settings.ini" in the folder "Velmora" of the user's configuration.
+QString preferencesFile();
+/// The preferences that the program had under its former name.
+QString legacyPreferencesFile();
+
+} // namespace AppPaths

@@ -1,0 +1,216 @@
+#include "app/ContentView.h"
+
+#include "async/MainQueue.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/imports/Imports.h"
+#include "core/library/selection/Selection.h"
+#include "core/library/sending/Sending.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/TagWriting.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Localization.h"
+#include "platform/Notifications.h"
+#include "platform/Preferences.h"
+
+#include <QPointer>
+
+ContentView::ContentView(LibraryStore& library, Surroundings surroundings)
+    : m_library(library)
+    , m_surroundings(std::move(surroundings))
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    connect(&library.preferences(), &Preferences::changed, this, &ContentView::preferenceChanged);
+    connect(&library.notifications(), &Notifications::velmoraRestartOnboarding, this, &ContentView::restartOnboarding);
+}
+
+ContentView::~ContentView() = default;
+
+void ContentView::preferenceChanged(const QString& key)
+{
+    Preferences& preferences = m_library.preferences();
+    if (key != preferences.appLanguage.key())
+        return;
+    VelmoraLocalization::setLanguage(appLanguageFromRawValue(preferences.appLanguage.get()));
+    emit m_library.notifications().velmoraLanguageDidChange();
+}
+
+void ContentView::restartOnboarding()
+{
+    Preferences& preferences = m_library.preferences();
+    preferences.sectionOnboardingSeen.remove();
+    preferences.sectionOnboardingSteps.remove();
+    preferences.sectionOnboardingSkipped.remove();
+}
+
+void ContentView::activateTab(LibraryTab tab)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    Workspace& workspace = m_library.workspace();
+    if (workspace.activeTab() == tab)
+        return;
+    if (m_surroundings.endEditing)
+        m_surroundings.endEditing();
+    workspace.setEditingMetadata(false);
+    workspace.setSwitchingSections(true);
+    m_library.selection().switchTo(tab);
+    async::MainQueue::post([self = QPointer<ContentView>(this), tab] {
+        if (self)
+            self->afterSwitch(tab);
+    });
+}
+
+void ContentView::afterSwitch(LibraryTab tab)
+{
+    Workspace& workspace = m_library.workspace();
+    workspace.setSwitchingSections(false);
+    if (tab == LibraryTab::Favorites && workspace.activeTab() == tab && workspace.selectedID())
+        emit m_library.notifications().velmoraFocusFavoriteTrack(*workspace.selectedID());
+}
+
+void ContentView::receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (urls.isEmpty())
+        return;
+    importInto(urls, tab);
+    activateTab(tab);
+}
+
+void ContentView::importInto(const QList<QUrl>& urls, LibraryTab tab)
+{
+    Imports& imports = m_library.imports();
+    switch (tab) {
+    case LibraryTab::Playlist:
+        imports.importURLs(urls);
+        return;
+    case LibraryTab::Favorites:
+        imports.importForCovers(urls, [self = QPointer<ContentView>(this)](const Imports::Outcome& outcome) {
+            if (self)
+                self->addImportedToFavorites(outcome);
+        });
+        return;
+    case LibraryTab::Covers:
+        imports.importForCovers(urls);
+        return;
+    case LibraryTab::Converter:
+        imports.importForConversion(urls);
+        return;
+    case LibraryTab::Analysis:
+        imports.importForAnalysis(urls);
+        return;
+    case LibraryTab::MusicalKey:
+        imports.importForMusicalKeyAnalysis(urls);
+        return;
+    case LibraryTab::Duplicates:
+        imports.importDuplicateSearchURLs(urls);
+        return;
+    }
+}
+
+void ContentView::addImportedToFavorites(const Imports::Outcome& outcome)
+{
+    const int joined =
+        m_library.favorites().addToFavorites(QSet<TrackID>(outcome.ids.cbegin(), outcome.ids.cend()), &m_undoManager);
+    m_library.imports().announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.notTaken,
+                                      QStringLiteral("heart.fill"));
+}
+
+void ContentView::openSectionPanel()
+{
+    choose(m_library.workspace().activeTab());
+}
+
+void ContentView::choose(LibraryTab tab)
+{
+    if (!m_surroundings.chooseFiles)
+        return;
+    m_surroundings.chooseFiles(tab, [self = QPointer<ContentView>(this), tab](const QList<QUrl>& urls) {
+        if (self)
+            self->receiveDroppedTracks(urls, tab);
+    });
+}
+
+void ContentView::select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused)
+{
+    m_library.selection().select(ids, focused);
+}
+
+void ContentView::toggleFavorites(const QSet<TrackID>& ids)
+{
+    m_library.favorites().toggleFavorites(ids, &m_undoManager);
+}
+
+void ContentView::removeFromFavorites(const QSet<TrackID>& ids)
+{
+    m_library.favorites().removeFromFavorites(ids, &m_undoManager, true);
+}
+
+void ContentView::removeFromCovers(const QSet<TrackID>& ids)
+{
+    m_library.favorites().removeFromCoverWorkspace(ids);
+}
+
+void ContentView::addToAnalysis(const QSet<TrackID>& ids)
+{
+    m_library.sending().addTracksToAnalysis(ids);
+}
+
+void ContentView::addToConversion(const QSet<TrackID>& ids)
+{
+    m_library.sending().addTracksToConversion(ids);
+}
+
+void ContentView::assignGenre(const QString& genre, const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().assignGenre(genre, ids, &m_undoManager);
+}
+
+void ContentView::assignComment(const QString& comment, const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().assignComment(comment, ids, &m_undoManager);
+}
+
+void ContentView::assignAlbum(const QString& album, const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().assignAlbum(album, ids, &m_undoManager);
+}
+
+void ContentView::clearGenres(const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().clearGenres(ids, &m_undoManager);
+}
+
+void ContentView::clearComments(const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().clearComments(ids, &m_undoManager);
+}
+
+void ContentView::revealInFileManager(const QSet<TrackID>& ids)
+{
+    QSet<QString> folders;
+    for (const Track& track : m_library.selection().visibleTracks()) {
+        if (ids.contains(track.id()))
+            folders.insert(FileURL::folderPath(track.url()));
+    }
+    for (const QString& folder : std::as_const(folders)) {
+        if (m_surroundings.openFolder)
+            m_surroundings.openFolder(FileURL::fromPath(folder));
+    }
+}
+
+void ContentView::setPlaylistScrolling(bool scrolling)
+{
+    m_library.imports().setPlaylistScrolling(scrolling);
+}
+
+void ContentView::dismissNotice()
+{
+    m_library.workspace().setNotice(std::nullopt);
+}
+
+void ContentView::dismissLastError()
+{
+    m_library.workspace().setLastError(std::nullopt);
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "core/library/imports/Imports.h"
+#include "core/library/undo/UndoManager.h"
+#include "ui/DashboardActions.h"
+
+#include <QObject>
+
+#include <functional>
+
+class LibraryStore;
+
+/// The dashboard: owns the events that no single section owns and turns them into calls on the store. Has no widgets of
+/// its own; what it needs of the window comes in as functions. Thread: main.
+class ContentView : public QObject, public DashboardActions {
+    Q_OBJECT
+
+public:
+    /// What the dashboard needs of the window and the desktop; an empty function means that there is none.
+    struct Surroundings {
+        /// Lets text fields commit what is being typed.
+        std::function<void()> endEditing;
+        /// Opens the file dialog; \p chosen is called on confirmation only.
+        std::function<void(LibraryTab tab, std::function<void(const QList<QUrl>&)> chosen)> chooseFiles;
+        /// Shows a folder in the system's file manager.
+        std::function<void(const QUrl& folder)> openFolder;
+    };
+
+    ContentView(LibraryStore& library, Surroundings surroundings);
+    ~ContentView() override;
+
+    void activateTab(LibraryTab tab) override;
+    void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) override;
+    void openPanel() override { choose(LibraryTab::Playlist); }
+    void openSectionPanel() override;
+    void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) override;
+    void toggleFavorites(const QSet<TrackID>& ids) override;
+    void removeFromFavorites(const QSet<TrackID>& ids) override;
+    void removeFromCovers(const QSet<TrackID>& ids) override;
+    void addToAnalysis(const QSet<TrackID>& ids) override;
+    void addToConversion(const QSet<TrackID>& ids) override;
+    void assignGenre(const QString& genre, const QSet<TrackID>& ids) override;
+    void assignComment(const QString& comment, const QSet<TrackID>& ids) override;
+    void assignAlbum(const QString& album, const QSet<TrackID>& ids) override;
+    void clearGenres(const QSet<TrackID>& ids) override;
+    void clearComments(const QSet<TrackID>& ids) override;
+    void revealInFileManager(const QSet<TrackID>& ids) override;
+    void setPlaylistScrolling(bool scrolling) override;
+    void dismissNotice() override;
+    void dismissLastError() override;
+    UndoManager& undoManager() override { return m_undoManager; }
+
+private:
+    void choose(LibraryTab tab);
+    void importInto(const QList<QUrl>& urls, LibraryTab tab);
+    void addImportedToFavorites(const Imports::Outcome& outcome);
+    void preferenceChanged(const QString& key);
+    void restartOnboarding();
+    void afterSwitch(LibraryTab tab);
+
+    LibraryStore& m_library;
+    Surroundings m_surroundings;
+    UndoManager m_undoManager;
+};

@@ -1,0 +1,127 @@
+#include "app/VelmoraApp.h"
+
+#include "app/AppPaths.h"
+#include "app/ContentView.h"
+#include "app/DefaultsMigration.h"
+#include "app/Lifecycle.h"
+#include "async/MainQueue.h"
+#include "async/SystemClock.h"
+#include "async/ThreadExecutor.h"
+#include "core/library/LibraryServices.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/tagwriting/TagWriter.h"
+#include "platform/Localization.h"
+#include "platform/Notifications.h"
+#include "platform/Preferences.h"
+#include "platform/TerminationSignals.h"
+#include "tags/AudioMetadataLoader.h"
+#include "ui/MainWindow.h"
+#include "ui/dialogs/OpenPanel.h"
+
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QIcon>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+#include <atomic>
+
+namespace {
+
+/// Lets a text field commit what is being typed. Lists and buttons keep the focus: the keyboard goes on from there.
+void endEditing()
+{
+    QWidget* const focused = QApplication::focusWidget();
+    if (qobject_cast<QLineEdit*>(focused) || qobject_cast<QTextEdit*>(focused) ||
+        qobject_cast<QPlainTextEdit*>(focused) || qobject_cast<QAbstractSpinBox*>(focused))
+        focused->clearFocus();
+}
+
+} // namespace
+
+VelmoraApp::VelmoraApp(std::unique_ptr<Preferences> preferences)
+    : m_preferences(std::move(preferences))
+{
+    const SettingsFile legacy(AppPaths::legacyPreferencesFile());
+    DefaultsMigration::migrateLegacyDefaults(legacy, *m_preferences);
+    VelmoraLocalization::setLanguage(appLanguageFromRawValue(m_preferences->appLanguage.get()));
+    m_toolkitTexts.setLanguage(VelmoraLocalization::language());
+    loadIcon();
+}
+
+VelmoraApp::~VelmoraApp()
+{
+    QObject::disconnect(qApp, nullptr, this, nullptr);
+    if (m_lifecycle)
+        m_lifecycle->terminate();
+    m_window.reset();
+    m_contentView.reset();
+    m_library.reset();
+    async::MainQueue::drain(); // tasks that were stopped just now come to their end while the clock is there
+}
+
+void VelmoraApp::loadIcon()
+{
+    const QIcon icon(QStringLiteral(":/icons/velmora.svg"));
+    if (!icon.isNull())
+        QApplication::setWindowIcon(icon);
+}
+
+void VelmoraApp::open(const QList<QUrl>& files)
+{
+    buildStore();
+    buildWindow();
+    watchLifecycle();
+    m_window->show();
+    m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
+}
+
+void VelmoraApp::buildStore()
+{
+    m_notifications = std::make_unique<Notifications>();
+    m_clock = std::make_unique<async::SystemClock>();
+    m_executor = std::make_unique<async::ThreadExecutor>();
+    m_tagWriter = std::make_unique<NoTagWriter>();
+    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagWriter, {}, {}, {}, {}, {}};
+    // Read on worker threads, which must not ask the preferences.
+    const auto readsWindows1251 = std::make_shared<std::atomic_bool>(m_preferences->readsWindows1251Tags.get());
+    connect(m_preferences.get(), &Preferences::changed, this, [this, readsWindows1251](const QString& key) {
+        if (key == m_preferences->readsWindows1251Tags.key())
+            *readsWindows1251 = m_preferences->readsWindows1251Tags.get();
+    });
+    services.readMetadata = [readsWindows1251](const QUrl& url, const AudioTags& fallbackTags) {
+        return AudioMetadataLoader::loadIfReadable(url, fallbackTags, *readsWindows1251);
+    };
+    m_library = std::make_unique<LibraryStore>(services);
+}
+
+void VelmoraApp::buildWindow()
+{
+    ContentView::Surroundings surroundings;
+    surroundings.endEditing = &endEditing;
+    surroundings.chooseFiles = [this](LibraryTab tab, std::function<void(const QList<QUrl>&)> chosen) {
+        OpenPanel::open(m_window.get(), tab, std::move(chosen));
+    };
+    surroundings.openFolder = [](const QUrl& folder) { QDesktopServices::openUrl(folder); };
+    m_contentView = std::make_unique<ContentView>(*m_library, std::move(surroundings));
+    connect(m_notifications.get(), &Notifications::velmoraLanguageDidChange, this,
+            [this] { m_toolkitTexts.setLanguage(VelmoraLocalization::language()); });
+    m_window = std::make_unique<MainWindow>(
+        WindowServices{*m_library, *m_contentView, *m_executor, *m_clock, &AudioMetadataLoader::artwork});
+}
+
+void VelmoraApp::watchLifecycle()
+{
+    m_lifecycle = std::make_unique<Lifecycle>(Lifecycle::Savers{});
+    connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        using Phase = Lifecycle::ScenePhase;
+        m_lifecycle->scenePhaseChanged(state == Qt::ApplicationActive     ? Phase::Active
+                                       : state == Qt::ApplicationInactive ? Phase::Inactive
+                                                                          : Phase::Background);
+    });
+    m_terminationSignals = std::make_unique<TerminationSignals>();
+    connect(m_terminationSignals.get(), &TerminationSignals::requested, qApp, &QCoreApplication::quit);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { m_lifecycle->terminate(); });
+}

@@ -1,0 +1,153 @@
+#include "app/ContentView.h"
+#include "support/StoreFixture.h"
+
+#include "async/MainQueue.h"
+
+#include <QSignalSpy>
+
+class ContentViewTest : public StoreFixture {
+protected:
+    ContentViewTest()
+        : view(*store, surroundings())
+    {
+    }
+    ~ContentViewTest() override
+    {
+        settle();
+        clock.advance(async::seconds(60));
+    }
+
+    ContentView::Surroundings surroundings()
+    {
+        return {[this] { ++editsEnded; },
+                [this](LibraryTab tab, std::function<void(const QList<QUrl>&)> chosen) {
+                    panelTab = tab;
+                    chosen({panelAnswer});
+                },
+                [this](const QUrl& url) { opened.append(url); }};
+    }
+
+    int editsEnded = 0;
+    LibraryTab panelTab = LibraryTab::Duplicates;
+    QUrl panelAnswer;
+    QList<QUrl> opened;
+    ContentView view;
+};
+
+TEST_F(ContentViewTest, ASectionSwitchKeepsEachSelection)
+{
+    const Track a = favorite(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    fill({a, b});
+    view.select(ids({a, b}), b.id());
+    workspace().setEditingMetadata(true);
+    QSignalSpy focus(&notifications, &Notifications::velmoraFocusFavoriteTrack);
+
+    view.activateTab(LibraryTab::Favorites);
+    EXPECT_EQ(editsEnded, 1);
+    EXPECT_FALSE(workspace().isEditingMetadata());
+    EXPECT_TRUE(workspace().isSwitchingSections());
+    EXPECT_TRUE(workspace().selectedIDs().isEmpty());
+    view.select(ids({a}), a.id());
+    async::MainQueue::drain();
+    EXPECT_FALSE(workspace().isSwitchingSections());
+
+    view.activateTab(LibraryTab::Playlist);
+    EXPECT_EQ(workspace().selectedIDs(), ids({a, b}));
+    EXPECT_EQ(workspace().selectedID(), b.id());
+    async::MainQueue::drain();
+    focus.clear();
+    view.activateTab(LibraryTab::Favorites);
+    EXPECT_EQ(focus.size(), 0) << "on the next turn only";
+    async::MainQueue::drain();
+    ASSERT_EQ(focus.size(), 1);
+    EXPECT_EQ(focus.first().first().toUuid(), a.id());
+}
+
+TEST_F(ContentViewTest, TheActiveSectionAgainDoesNothing)
+{
+    QSignalSpy switched(&workspace(), &Workspace::activeTabChanged);
+    view.activateTab(LibraryTab::Playlist);
+    EXPECT_EQ(editsEnded, 0);
+    EXPECT_EQ(switched.size(), 0);
+    EXPECT_FALSE(workspace().isSwitchingSections());
+}
+
+TEST_F(ContentViewTest, DropsGoToTheirSection)
+{
+    const QUrl url = file(QStringLiteral("a.mp3"));
+    struct Case {
+        LibraryTab tab;
+        std::function<qsizetype()> count;
+    };
+    const Case cases[] = {
+        {LibraryTab::Favorites, [&] { return store->order().favoriteTracks().size(); }},
+        {LibraryTab::Covers, [&] { return store->order().coverTracks().size(); }},
+        {LibraryTab::Converter, [&] { return workspace().conversionItems().size(); }},
+        {LibraryTab::Analysis, [&] { return qsizetype(workspace().analysisTracks().size()); }},
+        {LibraryTab::MusicalKey, [&] { return qsizetype(workspace().keyAnalysisTracks().size()); }},
+        {LibraryTab::Duplicates, [&] { return qsizetype(workspace().duplicateTracks().size()); }},
+        {LibraryTab::Playlist, [&] { return store->order().playlistTracks().size(); }},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(qPrintable(rawValue(test.tab)));
+        fill({});
+        view.receiveDroppedTracks({url}, test.tab);
+        EXPECT_EQ(workspace().activeTab(), test.tab);
+        settle();
+        EXPECT_EQ(test.count(), 1);
+        if (test.tab == LibraryTab::Favorites) {
+            EXPECT_TRUE(store->order().playlistTracks().isEmpty());
+            EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 1"));
+            view.undoManager().undo();
+            EXPECT_EQ(test.count(), 0);
+        }
+    }
+    view.receiveDroppedTracks({}, LibraryTab::Covers);
+    EXPECT_EQ(workspace().activeTab(), LibraryTab::Playlist) << "a drop of nothing activates nothing";
+}
+
+TEST_F(ContentViewTest, ThePanelFillsTheSectionShown)
+{
+    panelAnswer = file(QStringLiteral("a.flac"));
+    view.activateTab(LibraryTab::MusicalKey);
+    view.openSectionPanel();
+    settle();
+    EXPECT_EQ(panelTab, LibraryTab::MusicalKey);
+    EXPECT_EQ(workspace().keyAnalysisTracks().size(), 1);
+    view.openPanel();
+    settle();
+    EXPECT_EQ(panelTab, LibraryTab::Playlist) << "the menu's command fills the playlist";
+    EXPECT_EQ(store->order().playlistTracks().size(), 1);
+}
+
+TEST_F(ContentViewTest, TheLanguageFollowsItsPreference)
+{
+    QSignalSpy told(&notifications, &Notifications::velmoraLanguageDidChange);
+    preferences.appLanguage.set(QStringLiteral("en"));
+    EXPECT_EQ(VelmoraLocalization::language(), AppLanguage::English);
+    EXPECT_EQ(told.size(), 1);
+    preferences.appAppearance.set(QStringLiteral("light"));
+    EXPECT_EQ(told.size(), 1);
+    preferences.appLanguage.set(QStringLiteral("ru"));
+}
+
+TEST_F(ContentViewTest, OnboardingStartsOver)
+{
+    preferences.sectionOnboardingSeen.set(QStringLiteral("x"));
+    preferences.sectionOnboardingSteps.set(QStringLiteral("y"));
+    preferences.sectionOnboardingSkipped.set(true);
+    emit notifications.velmoraRestartOnboarding();
+    EXPECT_FALSE(preferences.sectionOnboardingSeen.isSet() || preferences.sectionOnboardingSteps.isSet() ||
+                 preferences.sectionOnboardingSkipped.isSet());
+}
+
+TEST_F(ContentViewTest, RevealsEachFolderOnce)
+{
+    const Track a = track(QStringLiteral("/m/x/a.mp3"));
+    const Track b = track(QStringLiteral("/m/x/b.mp3"));
+    const Track c = track(QStringLiteral("/m/y/c.mp3"));
+    fill({a, b, c});
+    view.revealInFileManager(ids({a, b}));
+    EXPECT_EQ(opened, QList<QUrl>({FileURL::fromPath(QStringLiteral("/m/x"))}));
+}

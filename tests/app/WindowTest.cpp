@@ -1,0 +1,250 @@
+// The real program from end to end: a folder of real files is dropped on the window and worked with by mouse and keys.
+
+#include "app/ContentView.h"
+#include "app/VelmoraApp.h"
+#include "async/TaskSlot.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/imports/Imports.h"
+#include "core/library/order/Order.h"
+#include "core/library/selection/Selection.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/Preferences.h"
+#include "ui/MainWindow.h"
+#include "ui/sections/SectionView.h"
+#include "ui/tracks/TrackListModel.h"
+#include "ui/window/Sidebar.h"
+#include "ui/window/SidebarRow.h"
+
+#include <QAbstractItemModelTester>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QDragEnterEvent>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QMimeData>
+#include <QProcess>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+extern std::unique_ptr<QCoreApplication> (*makeTestApplication)(int&, char**);
+
+namespace {
+
+constexpr int kLimitMilliseconds = 30'000;
+
+[[maybe_unused]] const bool kUsesWidgets = [] {
+    makeTestApplication = [](int& argc, char** argv) -> std::unique_ptr<QCoreApplication> {
+        return std::make_unique<QApplication>(argc, argv);
+    };
+    return true;
+}();
+
+bool waitFor(const std::function<bool()>& isDone)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!isDone() && timer.elapsed() < kLimitMilliseconds)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+    return isDone();
+}
+
+/// A second of tone with tags, made by a real encoder.
+bool encode(const QString& path, const QString& title, const QString& artist, const QString& genre)
+{
+    const auto tag = [](const char* name, const QString& value) { return QLatin1StringView(name) + u'=' + value; };
+    return QProcess::execute(QStringLiteral("ffmpeg"),
+                             {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"),
+                              QStringLiteral("lavfi"), QStringLiteral("-i"), QStringLiteral("sine=440:d=1"),
+                              QStringLiteral("-metadata"), tag("title", title), QStringLiteral("-metadata"),
+                              tag("artist", artist), QStringLiteral("-metadata"), tag("genre", genre), path}) == 0;
+}
+
+void drop(QWidget& target, const QList<QUrl>& urls)
+{
+    QMimeData data;
+    data.setUrls(urls);
+    const QPoint middle = target.rect().center();
+    QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent dropped(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &dropped);
+}
+
+class ProgramTest : public testing::Test {
+protected:
+    ProgramTest()
+    {
+        auto preferences = std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>());
+        preferences->defaultsMigrated.set(true);
+        app = std::make_unique<VelmoraApp>(std::move(preferences));
+    }
+    ~ProgramTest() override
+    {
+        app.reset();
+        EXPECT_EQ(async::liveTaskCount(), 0) << "the program ends all its tasks by itself";
+    }
+
+    bool makeFiles()
+    {
+        const QString root = folder.path();
+        QDir(root).mkpath(QStringLiteral("Сеты/глубже"));
+        QFile text(root + QStringLiteral("/broken.mp3"));
+        return encode(root + QStringLiteral("/2.mp3"), QStringLiteral("Два"), QStringLiteral("Ночь"),
+                      QStringLiteral("House")) &&
+               encode(root + QStringLiteral("/10.flac"), QStringLiteral("Ten"), QStringLiteral("Duo"),
+                      QStringLiteral("Techno")) &&
+               encode(root + QStringLiteral("/Сеты/глубже/🎛 mix.wav"), QStringLiteral("Mix"),
+                      QStringLiteral("Дом"), QString()) &&
+               text.open(QIODevice::WriteOnly) && text.write("no music") > 0;
+    }
+    QStringList shownTitles(LibraryTab tab) const
+    {
+        QStringList titles;
+        for (const Track& track : app->window().section(tab).model().rows())
+            titles.append(track.displayTitle());
+        return titles;
+    }
+    void click(QWidget& widget) { QTest::mouseClick(&widget, Qt::LeftButton); }
+    void clickRow(QAbstractItemView& list, int row)
+    {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, 1)).center());
+    }
+
+    QTemporaryDir folder;
+    std::unique_ptr<VelmoraApp> app;
+};
+
+} // namespace
+
+TEST_F(ProgramTest, AFolderIsDroppedReadStarredAndUndone)
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("ffmpeg")).isEmpty())
+        GTEST_SKIP() << "ffmpeg is not installed";
+    ASSERT_TRUE(makeFiles());
+    app->open({});
+    MainWindow& window = app->window();
+    LibraryStore& library = app->library();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+    SectionView& playlist = window.section(LibraryTab::Playlist);
+    const QAbstractItemModelTester tester(&playlist.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+
+    // Rows stand at once with what the names say; the tags come in behind.
+    drop(window.sidebar().row(LibraryTab::Playlist), {QUrl::fromLocalFile(folder.path())});
+    ASSERT_TRUE(waitFor([&] { return library.workspace().tracks().size() == 4; }));
+    ASSERT_TRUE(waitFor([&] { return library.imports().metadataLoadOperationCount() == 0; }));
+    ASSERT_TRUE(waitFor([&] { return shownTitles(LibraryTab::Playlist).contains(QStringLiteral("Mix")); }));
+    EXPECT_EQ(shownTitles(LibraryTab::Playlist), QStringList({QStringLiteral("Два"), QStringLiteral("Ten"),
+                                                              QStringLiteral("broken"), QStringLiteral("Mix")}));
+    const Track two = playlist.model().track(0);
+    EXPECT_EQ(two.tags().genre, QStringLiteral("House"));
+    EXPECT_NEAR(two.duration(), 1, 0.1);
+    EXPECT_GT(two.bitRate(), 0);
+    EXPECT_EQ(playlist.model().track(1).bitDepth(), 16);
+    EXPECT_EQ(playlist.model().track(2).duration(), 0) << "a text keeps what its name says";
+
+    // A row is chosen with the mouse and starred with the key.
+    clickRow(playlist.list(), 1);
+    ASSERT_TRUE(waitFor([&] { return library.workspace().selectedID() == playlist.model().track(1).id(); }));
+    QTest::keyClick(&playlist.list(), Qt::Key_F);
+    ASSERT_TRUE(waitFor([&] { return library.order().favoriteTracks().size() == 1; }));
+    click(window.sidebar().row(LibraryTab::Favorites));
+    EXPECT_EQ(library.workspace().activeTab(), LibraryTab::Favorites);
+    ASSERT_TRUE(waitFor([&] { return shownTitles(LibraryTab::Favorites) == QStringList({QStringLiteral("Ten")}); }));
+    click(window.sidebar().row(LibraryTab::Covers));
+    ASSERT_TRUE(waitFor([&] { return shownTitles(LibraryTab::Covers) == QStringList({QStringLiteral("Ten")}); }));
+
+    // Undo empties both again.
+    QTest::keyClick(&window, Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(waitFor([&] { return library.order().favoriteTracks().isEmpty(); }));
+    ASSERT_TRUE(waitFor([&] { return shownTitles(LibraryTab::Covers).isEmpty(); }));
+    QTest::keyClick(&window, Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(library.workspace().selectedID(), playlist.model().track(1).id()) << "the selection was remembered";
+    ASSERT_TRUE(QApplication::focusWidget()) << "the keyboard goes on in the list";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_TRUE(waitFor([&] { return library.workspace().selectedID() == playlist.model().track(2).id(); }));
+}
+
+TEST_F(ProgramTest, TheDialogTakesFoldersToo)
+{
+    QDir(folder.path()).mkpath(QStringLiteral("Папка"));
+    QFile file(folder.path() + QStringLiteral("/Папка/Artist - Title.mp3"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    app->open({});
+    app->contentView().openPanel();
+    auto* dialog = app->window().findChild<QFileDialog*>();
+    ASSERT_TRUE(dialog);
+    dialog->setDirectory(folder.path());
+    auto* list = dialog->findChild<QAbstractItemView*>(QStringLiteral("treeView"));
+    auto* add = dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open);
+    ASSERT_TRUE(list && add);
+    ASSERT_TRUE(waitFor([&] { return list->model()->rowCount(list->rootIndex()) == 1; }));
+    EXPECT_FALSE(add->isEnabled()) << "nothing is chosen yet";
+    list->selectionModel()->select(list->model()->index(0, 0, list->rootIndex()),
+                                   QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    ASSERT_TRUE(waitFor([&] { return add->isEnabled(); }));
+    add->click();
+    ASSERT_TRUE(waitFor([&] { return app->library().workspace().tracks().size() == 1; }));
+    EXPECT_EQ(app->library().workspace().tracks().at(0).tags().artist, QStringLiteral("Artist"));
+}
+
+TEST_F(ProgramTest, TheListKeepsItsPlaceWhileRowsAndTagsStreamIn)
+{
+    QDir(folder.path()).mkpath(QStringLiteral("b"));
+    for (int i = 0; i < 600; ++i) {
+        QFile file(folder.path() + QStringLiteral("/b/Artist - Title %1.mp3").arg(i));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    QDir(folder.path()).mkpath(QStringLiteral("a"));
+    for (int i = 0; i < 300; ++i) {
+        QFile file(folder.path() + QStringLiteral("/a/Artist - Title %1.mp3").arg(i));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    app->open({QUrl::fromLocalFile(folder.path() + QStringLiteral("/b"))});
+    LibraryStore& library = app->library();
+    QAbstractItemView& list = app->window().section(LibraryTab::Playlist).list();
+    TrackListModel& model = app->window().section(LibraryTab::Playlist).model();
+    ASSERT_TRUE(
+        waitFor([&] { return model.rowCount() == 600 && library.imports().metadataLoadOperationCount() == 0; }));
+    int resets = 0;
+    QObject::connect(&model, &QAbstractItemModel::modelReset, &model, [&] { ++resets; });
+
+    const TrackID chosen = model.track(200).id();
+    app->contentView().select({chosen}, chosen);
+    list.scrollTo(model.index(200, 0), QAbstractItemView::PositionAtTop);
+    waitFor([&] { return !library.imports().playlistIsScrolling(); });
+    const int yBefore = list.visualRect(model.index(200, 0)).top();
+    app->contentView().receiveDroppedTracks({QUrl::fromLocalFile(folder.path() + QStringLiteral("/a"))},
+                                            LibraryTab::Playlist);
+    ASSERT_TRUE(
+        waitFor([&] { return model.rowCount() == 900 && library.imports().metadataLoadOperationCount() == 0; }));
+    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(model.track(500).id(), chosen) << "300 rows came before it";
+    EXPECT_EQ(list.visualRect(model.index(500, 0)).top(), yBefore) << "the row under the hand did not move";
+    EXPECT_EQ(library.workspace().selectedIDs(), QSet<TrackID>({chosen}));
+}
+
+TEST_F(ProgramTest, LanguageThemeAndLayoutSwitchWhileItRuns)
+{
+    app->open({});
+    MainWindow& window = app->window();
+    const QImage dark = window.grab().toImage();
+    Preferences& preferences = app->preferences();
+    preferences.appLanguage.set(QStringLiteral("en"));
+    EXPECT_EQ(window.sidebar().row(LibraryTab::Covers).accessibleName().contains(QStringLiteral("Covers")), true);
+    preferences.appAppearance.set(QStringLiteral("light"));
+    waitFor([&] { return true; });
+    const QImage light = window.grab().toImage();
+    EXPECT_GT(light.pixelColor(5, light.height() / 2).lightness(),
+              dark.pixelColor(5, dark.height() / 2).lightness() + 100);
+    EXPECT_EQ(window.minimumSize(), QSize(1280, 760));
+    preferences.workspaceLayout.set(QStringLiteral("compact"));
+    EXPECT_EQ(window.minimumSize(), QSize(900, 620));
+    EXPECT_LT(window.width(), 1280) << "the window follows its layout";
+    preferences.appLanguage.set(QStringLiteral("ru"));
+}
