@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QApplication>
+
+#include <chrono>
+
+/// An application that measures how long the main thread is busy without a look at its events: the longest time from
+/// waking up to waiting again is not what counts, but the longest single event, painting included.
+class SliceMeter : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override;
+
+    /// Begins a new measurement.
+    void reset();
+    /// Longest event since reset(), in milliseconds.
+    double longestMilliseconds() const { return m_longest; }
+    /// What the longest event was, for finding it.
+    QString longestEvent() const { return m_longestEvent; }
+    int events() const { return m_events; }
+
+private:
+    int m_depth = 0;
+    int m_events = 0;
+    double m_longest = 0;
+    QString m_longestEvent;
+};

@@ -1,0 +1,142 @@
+// The longest slice of work on the main thread while 10,000 files arrive and while a list of 100,000 is worked with,
+// and the CPU time from the start to the first painted window. usage: bench_window arrive FOLDER | bench_window large
+// [rows] | bench_window start
+
+#include "SliceMeter.h"
+#include "app/ContentView.h"
+#include "app/VelmoraApp.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/imports/Imports.h"
+#include "core/library/order/Order.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Preferences.h"
+#include "ui/MainWindow.h"
+#include "ui/sections/SectionView.h"
+
+#include <QAbstractItemView>
+#include <QScrollBar>
+
+#include <cstdio>
+#include <ctime>
+
+namespace {
+
+double processSeconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
+}
+
+std::unique_ptr<VelmoraApp> makeApp(const QList<QUrl>& files)
+{
+    auto app = std::make_unique<VelmoraApp>(std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>()));
+    app->open(files);
+    return app;
+}
+
+void turn(double seconds)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    do {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    } while (std::chrono::steady_clock::now() < end);
+}
+
+void report(const SliceMeter& meter, const char* what)
+{
+    printf("%-32s longest slice %6.1f ms of %d events (%s)\n", what, meter.longestMilliseconds(), meter.events(),
+           qPrintable(meter.longestEvent()));
+}
+
+/// The work of one step counts as a slice of its own, with the repaint that follows measured as events.
+void step(SliceMeter& meter, const char* what, const std::function<void()>& work)
+{
+    meter.reset();
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    const double took = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+    turn(0.4);
+    printf("%-32s call %6.1f ms, then ", what, took);
+    report(meter, "");
+}
+
+int arrive(SliceMeter& meter, const QString& folder)
+{
+    const std::unique_ptr<VelmoraApp> app = makeApp({});
+    turn(0.5);
+    meter.reset();
+    const auto begin = std::chrono::steady_clock::now();
+    app->contentView().receiveDroppedTracks({FileURL::fromPath(folder)}, LibraryTab::Playlist);
+    auto* list = &app->window().activeSection().list();
+    int ticks = 0;
+    do {
+        turn(0.05);
+        if (++ticks % 4 == 0 && list) // the list is scrolled during all of it
+            list->verticalScrollBar()->setValue(ticks * 60 % std::max(1, list->verticalScrollBar()->maximum()));
+    } while (ticks < 10 || app->library().imports().metadataLoadOperationCount() > 0);
+    turn(1);
+    printf("%d files in %.1f s\n", app->library().workspace().tracks().size(),
+           std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+    report(meter, "while they arrive");
+    return 0;
+}
+
+int large(SliceMeter& meter, int rows)
+{
+    const std::unique_ptr<VelmoraApp> app = makeApp({});
+    LibraryStore& library = app->library();
+    QList<Track> tracks;
+    tracks.reserve(rows);
+    for (int i = 0; i < rows; ++i) {
+        Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/folder %1/Artist %2 - Title %3.mp3")
+                                                          .arg(i / 50, 5, 10, QLatin1Char('0'))
+                                                          .arg(i % 97)
+                                                          .arg(i, 6, 10, QLatin1Char('0'))));
+        track.setIsInPlaylist(true);
+        track.setDuration(200 + i % 100);
+        tracks.append(track);
+    }
+    step(meter, "fill", [&] { library.workspace().setTracks(tracks); });
+    const QList<Track> shown = library.order().playlistTracks();
+    const TrackID middle = shown[rows / 2].id();
+    for (int round = 0; round < 2; ++round) {
+        step(meter, "select one", [&] { app->contentView().select({middle}, middle); });
+        step(meter, "toggle a favourite", [&] { app->contentView().toggleFavorites({middle}); });
+        step(meter, "select all", [&] { app->window().activeSection().selectAll(); });
+        step(meter, "to Favorites", [&] { app->contentView().activateTab(LibraryTab::Favorites); });
+        step(meter, "to Covers", [&] { app->contentView().activateTab(LibraryTab::Covers); });
+        step(meter, "to Playlist", [&] { app->contentView().activateTab(LibraryTab::Playlist); });
+        step(meter, "select one", [&] { app->contentView().select({middle}, middle); });
+    }
+    step(meter, "undo", [&] { app->contentView().undoManager().undo(); });
+    return 0;
+}
+
+int start()
+{
+    const std::unique_ptr<VelmoraApp> app = makeApp({});
+    while (!app->window().isVisible() || app->window().grab().isNull())
+        turn(0.01);
+    printf("CPU time to the first painted window: %.3f s   (limit 0.4)\n", processSeconds());
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    SliceMeter meter(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString mode = arguments.value(1);
+    if (mode == QLatin1StringView("arrive") && arguments.size() > 2)
+        return arrive(meter, arguments[2]);
+    if (mode == QLatin1StringView("large"))
+        return large(meter, std::max(1, arguments.value(2, QStringLiteral("100000")).toInt()));
+    if (mode == QLatin1StringView("start"))
+        return start();
+    fprintf(stderr, "usage: bench_window arrive FOLDER | large [rows] | start\n");
+    return 2;
+}
