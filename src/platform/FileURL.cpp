@@ -82,16 +82,25 @@ QString lastPathComponent(const QUrl& url)
 
 QString pathExtension(const QUrl& url)
 {
-    const QString name = lastPathComponent(url);
+    return extensionOf(lastPathComponent(url));
+}
+
+QString extensionOf(const QString& name)
+{
     const qsizetype point = name.lastIndexOf(u'.');
     return point > 0 ? name.sliced(point + 1) : QString();
 }
 
 QString folderPath(const QUrl& url)
 {
+    return place(url).folder;
+}
+
+Place place(const QUrl& url)
+{
     const QString path = standardizedPath(url);
     const qsizetype slash = path.lastIndexOf(u'/');
-    return slash > 0 ? path.first(slash) : QStringLiteral("/");
+    return {slash > 0 ? path.first(slash) : QStringLiteral("/"), path.sliced(slash + 1)};
 }
 
 } // namespace FileURL

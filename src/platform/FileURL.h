@@ -17,7 +17,16 @@ QString standardizedPath(const QUrl& url);
 QString lastPathComponent(const QUrl& url);
 /// The extension as written, without the point; empty for a name without one and for a hidden file such as ".mp3".
 QString pathExtension(const QUrl& url);
+/// The same of a file name.
+QString extensionOf(const QString& name);
 /// The standardized path of the folder that holds the file.
 QString folderPath(const QUrl& url);
+
+/// folderPath() and lastPathComponent() at the price of one.
+struct Place {
+    QString folder;
+    QString name;
+};
+Place place(const QUrl& url);
 
 } // namespace FileURL

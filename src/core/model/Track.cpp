@@ -48,6 +48,43 @@ const QRegularExpression& fallbackPrefixPattern()
     return kPattern;
 }
 
+/// Whether the prefix pattern could take anything of a name: it begins with a blank, a digit, or a note. Most names do
+/// not, and asking is far cheaper than trying.
+bool mayHavePrefix(QStringView name)
+{
+    if (name.isEmpty())
+        return false;
+    const QChar first = name.front();
+    if (first.isSpace() || first.isDigit())
+        return true;
+    if (first < u'A' || first > u'G' || name.size() < 2)
+        return false;
+    return name[1].isSpace() || QStringView(u"#bm-_.").contains(name[1]);
+}
+
+/// \param fileName with its extension.
+AudioTags tagsOfName(const QString& fileName)
+{
+    QString name = withoutExtension(fileName);
+    if (mayHavePrefix(name)) {
+        const QRegularExpressionMatch prefix = fallbackPrefixPattern().match(name);
+        if (prefix.hasMatch() && prefix.capturedLength() >= 1)
+            name = name.sliced(prefix.capturedLength()).trimmed();
+    }
+    static const QString kSeparators[] = {QStringLiteral(" - "), QStringLiteral(" – "), QStringLiteral(" — ")};
+    AudioTags tags;
+    for (const QString& separator : kSeparators) {
+        const qsizetype place = name.indexOf(separator);
+        if (place < 0)
+            continue;
+        tags.artist = name.first(place);
+        tags.title = name.sliced(place + separator.size());
+        return tags;
+    }
+    tags.title = name;
+    return tags;
+}
+
 } // namespace
 
 Track::Track()
@@ -62,8 +99,9 @@ Track::Track(const TrackID& id, const QUrl& url)
     d->url = url;
     d->urlHash = hashOf(url);
     d->metadataVersion = MetadataVersion();
-    d->tags = fallbackTags(url);
-    d->format = FileURL::pathExtension(url).toUpper();
+    const QString name = FileURL::lastPathComponent(url);
+    d->tags = tagsOfName(name);
+    d->format = FileURL::extensionOf(name).toUpper();
 }
 
 Track Track::unread(const QUrl& url)
@@ -244,20 +282,5 @@ QImage Track::displayArtwork() const
 
 AudioTags Track::fallbackTags(const QUrl& url)
 {
-    QString name = withoutExtension(FileURL::lastPathComponent(url));
-    const QRegularExpressionMatch prefix = fallbackPrefixPattern().match(name);
-    if (prefix.hasMatch() && prefix.capturedLength() >= 1)
-        name = name.sliced(prefix.capturedLength()).trimmed();
-
-    AudioTags tags;
-    for (const QString& separator : {QStringLiteral(" - "), QStringLiteral(" – "), QStringLiteral(" — ")}) {
-        const qsizetype place = name.indexOf(separator);
-        if (place < 0)
-            continue;
-        tags.artist = name.first(place);
-        tags.title = name.sliced(place + separator.size());
-        return tags;
-    }
-    tags.title = name;
-    return tags;
+    return tagsOfName(FileURL::lastPathComponent(url));
 }

@@ -19,10 +19,10 @@ std::vector<PlaylistBase::FolderSection> PlaylistBase::sections() const
 
 PlaylistBase::Entry PlaylistBase::entry(const Track& track, const Entry* neighbour)
 {
-    QString folder = FileURL::folderPath(track.url());
-    if (neighbour && neighbour->folder == folder)
-        folder = neighbour->folder;
-    return {std::move(folder), FileURL::lastPathComponent(track.url()), track};
+    FileURL::Place place = FileURL::place(track.url());
+    if (neighbour && neighbour->folder == place.folder)
+        place.folder = neighbour->folder;
+    return {std::move(place.folder), std::move(place.name), track};
 }
 
 PlaylistBase::Entry PlaylistBase::entryAt(int row) const
@@ -134,22 +134,26 @@ void PlaylistBase::insert(std::vector<Entry> fresh)
     if (fresh.empty())
         return;
     const QList<Track>& old = m_rows.rows();
-    QList<Track> rows;
-    QList<QString> folders;
+    const QList<QString> oldFolders = m_folders;
+    int taken = placeOf(fresh.front(), 0);
+    // What stays in front is copied once; an import that goes on mostly has all of it there.
+    QList<Track> rows = taken == old.size() ? old : old.first(taken);
+    QList<QString> folders = taken == old.size() ? oldFolders : oldFolders.first(taken);
     rows.reserve(old.size() + qsizetype(fresh.size()));
-    folders.reserve(rows.capacity());
-    int taken = 0;
+    folders.reserve(old.size() + qsizetype(fresh.size()));
     for (Entry& own : fresh) {
-        const int place = taken == old.size() ? taken : placeOf(own, taken);
-        rows.append(old.sliced(taken, place - taken));
-        folders.append(m_folders.sliced(taken, place - taken));
-        taken = place;
-        const bool joinsFolder = !folders.isEmpty() && folders.last() == own.folder;
-        folders.append(joinsFolder ? folders.last() : own.folder);
+        for (const int place = taken == old.size() ? taken : placeOf(own, taken); taken < place; ++taken) {
+            rows.append(old[taken]);
+            folders.append(oldFolders[taken]);
+        }
+        const bool joinsFolder = !folders.isEmpty() && folders.constLast() == own.folder;
+        folders.append(joinsFolder ? folders.constLast() : own.folder);
         rows.append(std::move(own.track));
     }
-    rows.append(old.sliced(taken));
-    folders.append(m_folders.sliced(taken));
+    for (; taken < old.size(); ++taken) {
+        rows.append(old[taken]);
+        folders.append(oldFolders[taken]);
+    }
     m_rows.assign(std::move(rows));
     m_folders = std::move(folders);
 }
