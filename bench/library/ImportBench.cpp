@@ -1,6 +1,7 @@
 // How long 10,000 files in 200 folders take to be walked, sorted and listed, against `find` plus the same sort.
 // usage: bench_import [files] [folders]
 
+#include "Measure.h"
 #include "async/MainQueue.h"
 #include "core/library/LibraryServices.h"
 #include "core/library/LibraryStore.h"
@@ -18,7 +19,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -29,19 +29,8 @@ namespace {
 
 constexpr int kRounds = 7;
 
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-double secondsOf(const std::function<void()>& work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return double(timer.nsecsElapsed()) / 1e9;
-}
+using Measure::median;
+using Measure::secondsOf;
 
 void makeFiles(const QString& root, int files, int folders)
 {

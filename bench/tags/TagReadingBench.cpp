@@ -2,11 +2,11 @@
 // does nothing but open every file with the tag library. Files are read once before, so that no disk is measured.
 // usage: bench_tags [files]     (needs ffmpeg to make them)
 
+#include "Measure.h"
 #include "tags/AudioMetadataLoader.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QImage>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -24,19 +24,8 @@ namespace {
 constexpr int kRounds = 7;
 constexpr int kReaders = 2; // files that an import reads at a time
 
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-double secondsOf(const std::function<void()>& work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return double(timer.nsecsElapsed()) / 1e9;
-}
+using Measure::median;
+using Measure::secondsOf;
 
 /// A picture of some hundred kilobytes, as covers are.
 void makeCover(const QString& path)

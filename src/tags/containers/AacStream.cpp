@@ -1,7 +1,7 @@
 #include "tags/containers/AacStream.h"
 
 #include "tags/bytes/ByteReader.h"
-#include "tags/containers/StreamTags.h"
+#include "tags/containers/FrameCounter.h"
 
 #include <algorithm>
 #include <array>
@@ -59,49 +59,22 @@ bool isFrameAt(const ByteRange& stream, qint64 offset)
 std::optional<qint64> nextFrameOffset(const ByteRange& stream, qint64 begin, qint64 limit)
 {
     constexpr qint64 kBlockSize = 16 * 1024;
-    const qint64 end = begin + std::min(limit, stream.size() - begin);
-    for (; begin < end && !stream.source->isRunningLow(); begin += kBlockSize) {
-        const QByteArray block = stream.read(begin, kBlockSize + 1); // a sync may lie across the edge
-        for (qsizetype index = block.indexOf('\xFF'); index >= 0 && index + 1 < block.size();
-             index = block.indexOf('\xFF', index + 1)) {
-            if ((block[index + 1] & '\xF6') == '\xF0' && isFrameAt(stream, begin + index))
-                return begin + index;
-        }
-    }
-    return std::nullopt;
+    return FrameCounter::nextOffset(stream, begin, limit, kBlockSize, [&](uchar second, qint64 offset) {
+        return (second & 0xF6) == 0xF0 && isFrameAt(stream, offset);
+    });
 }
 
-struct FrameCount {
-    double seconds = 0;
-    double bytes = 0;
-};
-
-/// Follows the frames up to the end, over tags and damage in between.
-FrameCount countFrames(const ByteRange& stream, qint64 first)
+FrameCounter::Count countFrames(const ByteRange& stream, qint64 first)
 {
-    constexpr int kFramesBetweenChecks = 256;
-    constexpr qint64 kLongestGap = 64 * 1024 * 1024; // chosen: what stands behind more than this is another thing
-    FrameCount count;
-    qint64 offset = first;
-    for (qint64 frames = 0; offset < stream.size(); ++frames) {
-        if (frames % kFramesBetweenChecks == 0 && offset > first && stream.source->isRunningLow()) {
-            // The rest is taken to be like what was counted.
-            const double factor = static_cast<double>(stream.size() - first) / static_cast<double>(offset - first);
-            return {count.seconds * factor, count.bytes * factor};
-        }
-        if (const std::optional<FrameHeader> header = headerAt(stream, offset)) {
-            count.seconds += static_cast<double>(header->samples) / header->sampleRate;
-            count.bytes += static_cast<double>(std::min(header->byteCount, stream.size() - offset));
-            offset += header->byteCount;
-            continue;
-        }
-        const qint64 behindTags = StreamTags::endAfter(stream, offset);
-        const std::optional<qint64> next = nextFrameOffset(stream, behindTags, kLongestGap);
-        if (!next)
-            break;
-        offset = *next;
-    }
-    return count;
+    const auto frameAt = [&](qint64 offset) -> std::optional<FrameCounter::Frame> {
+        const std::optional<FrameHeader> header = headerAt(stream, offset);
+        if (!header)
+            return std::nullopt;
+        return FrameCounter::Frame{static_cast<double>(header->samples) / header->sampleRate,
+                                   std::min(header->byteCount, stream.size() - offset)};
+    };
+    return FrameCounter::count(stream, first, frameAt,
+                               [&](qint64 begin, qint64 limit) { return nextFrameOffset(stream, begin, limit); });
 }
 
 } // namespace
@@ -112,7 +85,7 @@ std::optional<Sound> read(const ByteRange& stream)
     const std::optional<qint64> first = nextFrameOffset(stream, 0, kSearchLimit);
     if (!first)
         return std::nullopt;
-    const FrameCount count = countFrames(stream, *first);
+    const FrameCounter::Count count = countFrames(stream, *first);
     if (count.seconds <= 0)
         return std::nullopt;
     Sound sound;

@@ -1,6 +1,6 @@
 #include "tags/containers/MpegStream.h"
 
-#include "tags/containers/StreamTags.h"
+#include "tags/containers/FrameCounter.h"
 #include "tags/containers/TagLibFile.h"
 
 #include <taglib/mpegheader.h>
@@ -30,51 +30,22 @@ constexpr int kFramesToCompare = 40;
 std::optional<qint64> nextFrameOffset(const ByteRange& stream, TagLibFile& file, qint64 begin, qint64 limit)
 {
     constexpr qint64 kBlockSize = 4096; // most streams begin with a frame at once
-    const qint64 end = begin + std::min(limit, stream.size() - begin);
-    for (; begin < end && !stream.source->isRunningLow(); begin += kBlockSize) {
-        const QByteArray block = stream.read(begin, kBlockSize + 1); // a sync may lie across the edge
-        for (qsizetype index = block.indexOf('\xFF'); index >= 0 && index + 1 < block.size();
-             index = block.indexOf('\xFF', index + 1)) {
-            const bool isSync = (static_cast<uchar>(block[index + 1]) & 0xE0) == 0xE0;
-            if (isSync && Header(&file, begin + index).isValid())
-                return begin + index;
-        }
-    }
-    return std::nullopt;
+    return FrameCounter::nextOffset(stream, begin, limit, kBlockSize, [&](uchar second, qint64 offset) {
+        return (second & 0xE0) == 0xE0 && Header(&file, offset).isValid();
+    });
 }
 
-struct FrameCount {
-    double seconds = 0;
-    double bytes = 0;
-};
-
-/// Follows the frames from \p first to the end, over tags and damage in between.
-FrameCount countFrames(const ByteRange& stream, TagLibFile& file, qint64 first)
+FrameCounter::Count countFrames(const ByteRange& stream, TagLibFile& file, qint64 first)
 {
-    constexpr int kFramesBetweenChecks = 256;
-    constexpr qint64 kLongestGap = 64 * 1024 * 1024; // chosen: what stands behind more than this is another thing
-    FrameCount count;
-    qint64 offset = first;
-    for (qint64 frames = 0; offset < stream.size(); ++frames) {
-        if (frames % kFramesBetweenChecks == 0 && offset > first && stream.source->isRunningLow()) {
-            // The rest is taken to be like what was counted.
-            const double factor = static_cast<double>(stream.size() - first) / static_cast<double>(offset - first);
-            return {count.seconds * factor, count.bytes * factor};
-        }
+    const auto frameAt = [&](qint64 offset) -> std::optional<FrameCounter::Frame> {
         const Header header(&file, offset, false);
-        if (header.isValid() && header.frameLength() > 0 && header.sampleRate() > 0) {
-            count.seconds += static_cast<double>(header.samplesPerFrame()) / header.sampleRate();
-            count.bytes += header.frameLength();
-            offset += header.frameLength();
-            continue;
-        }
-        const qint64 behindTags = StreamTags::endAfter(stream, offset);
-        const std::optional<qint64> next = nextFrameOffset(stream, file, behindTags, kLongestGap);
-        if (!next)
-            break;
-        offset = *next;
-    }
-    return count;
+        if (!header.isValid() || header.frameLength() <= 0 || header.sampleRate() <= 0)
+            return std::nullopt;
+        return FrameCounter::Frame{static_cast<double>(header.samplesPerFrame()) / header.sampleRate(),
+                                   header.frameLength()};
+    };
+    return FrameCounter::count(stream, first, frameAt,
+                               [&](qint64 begin, qint64 limit) { return nextFrameOffset(stream, file, begin, limit); });
 }
 
 /// Whether some frames from \p offset on have this bit rate.
@@ -141,7 +112,7 @@ std::optional<Sound> read(const ByteRange& stream)
         sound.seconds = byteCount * 8 / (header.bitrate() * 1000.0);
         sound.details.bitRate = header.bitrate() * 1000.0;
     } else {
-        const FrameCount all = countFrames(stream, file, *offset);
+        const FrameCounter::Count all = countFrames(stream, file, *offset);
         sound.seconds = all.seconds;
         if (all.seconds > 0)
             sound.details.bitRate = averageBitRate(all.bytes, all.seconds, header);

@@ -2,6 +2,7 @@
 
 #include "tags/ItemCollector.h"
 #include "tags/bytes/ByteReader.h"
+#include "tags/formats/CommentNames.h"
 #include "tags/text/TagText.h"
 
 namespace ApeTag {
@@ -19,21 +20,9 @@ constexpr quint32 kVersionWithUtf8 = 2000;
 
 std::optional<CommonKey> commonKey(const QString& key)
 {
-    struct Entry {
-        QLatin1StringView key;
-        CommonKey commonKey;
-    };
-    static constexpr Entry kEntries[] = {{QLatin1StringView("TITLE"), CommonKey::Title},
-                                         {QLatin1StringView("ARTIST"), CommonKey::Artist},
-                                         {QLatin1StringView("ALBUM"), CommonKey::AlbumName},
-                                         {QLatin1StringView("GENRE"), CommonKey::Type},
-                                         {QLatin1StringView("COMMENT"), CommonKey::Description},
-                                         {QLatin1StringView("COVER ART (FRONT)"), CommonKey::Artwork}};
-    for (const Entry& entry : kEntries) {
-        if (key.compare(entry.key, Qt::CaseInsensitive) == 0)
-            return entry.commonKey;
-    }
-    return std::nullopt;
+    if (key.compare(QLatin1StringView("COVER ART (FRONT)"), Qt::CaseInsensitive) == 0)
+        return CommonKey::Artwork;
+    return CommentNames::commonKey(key);
 }
 
 void addItem(const QString& key, quint32 type, quint32 version, QByteArrayView value, ItemCollector& items)

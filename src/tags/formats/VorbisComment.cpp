@@ -2,6 +2,7 @@
 
 #include "tags/ItemCollector.h"
 #include "tags/bytes/ByteReader.h"
+#include "tags/formats/CommentNames.h"
 
 namespace VorbisComment {
 
@@ -11,21 +12,7 @@ constexpr QLatin1StringView kFormat("vorbis");
 
 std::optional<CommonKey> commonKey(const QString& upperKey)
 {
-    struct Entry {
-        QLatin1StringView key;
-        CommonKey commonKey;
-    };
-    static constexpr Entry kEntries[] = {{QLatin1StringView("TITLE"), CommonKey::Title},
-                                         {QLatin1StringView("ARTIST"), CommonKey::Artist},
-                                         {QLatin1StringView("ALBUM"), CommonKey::AlbumName},
-                                         {QLatin1StringView("GENRE"), CommonKey::Type},
-                                         {QLatin1StringView("COMMENT"), CommonKey::Description},
-                                         {QLatin1StringView("DESCRIPTION"), CommonKey::Description}};
-    for (const Entry& entry : kEntries) {
-        if (upperKey == entry.key)
-            return entry.commonKey;
-    }
-    return std::nullopt;
+    return upperKey == QLatin1StringView("DESCRIPTION") ? CommonKey::Description : CommentNames::commonKey(upperKey);
 }
 
 /// Empty if the text is broken. Line breaks in it do no harm.
