@@ -32,6 +32,7 @@ std::unique_ptr<QCoreApplication> (*makeTestApplication)(int&, char**) = nullptr
 
 int main(int argc, char** argv)
 {
+    qputenv("LC_ALL", "C.UTF-8"); // names of files and texts of the system are the same everywhere
     testing::InitGoogleTest(&argc, argv);
     std::unique_ptr<QCoreApplication> application =
         makeTestApplication ? makeTestApplication(argc, argv) : std::make_unique<QGuiApplication>(argc, argv);

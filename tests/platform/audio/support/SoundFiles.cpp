@@ -1,0 +1,89 @@
+#include "support/SoundFiles.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace {
+
+QString pathOf(const QString& name)
+{
+    static const QTemporaryDir folder;
+    return folder.filePath(name);
+}
+
+QByteArray runEncoder(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-v"), QStringLiteral("error")} + arguments);
+    EXPECT_TRUE(process.waitForFinished(60000)) << "ffmpeg did not run";
+    return process.readAllStandardOutput();
+}
+
+} // namespace
+
+void SoundFiles::PrintTo(const Kind& kind, std::ostream* out)
+{
+    *out << kind.name;
+}
+
+QString SoundFiles::make(const Kind& kind)
+{
+    const QString path = pathOf(QString::fromUtf8(kind.name));
+    if (QFile::exists(path))
+        return path;
+    // Noise beside the tones: without it many frames would be alike, and a wrong place would go unseen.
+    QStringList expressions;
+    for (int channel = 0; channel < kind.channelCount; ++channel)
+        expressions +=
+            QStringLiteral("0.4*sin(%1*PI*t*(1+0.2*sin(t)))+0.05*random(%2)").arg(600 + 77 * channel).arg(channel);
+    const QString input = QStringLiteral("aevalsrc=%1:s=%2:d=5").arg(expressions.join(u'|')).arg(kind.sampleRate);
+    QStringList arguments{QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), input};
+    arguments += QString::fromLatin1(kind.arguments).split(u' ', Qt::SkipEmptyParts);
+    runEncoder(arguments + QStringList{QStringLiteral("-y"), path});
+    return path;
+}
+
+QString SoundFiles::write(const QString& name, const QByteArray& bytes)
+{
+    QFile file(pathOf(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    EXPECT_EQ(file.write(bytes), bytes.size());
+    return file.fileName();
+}
+
+QByteArray SoundFiles::bytesOf(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+std::vector<float> SoundFiles::decoded(const QString& path)
+{
+    const QByteArray bytes = runEncoder({QStringLiteral("-i"), path, QStringLiteral("-map"), QStringLiteral("0:a:0"),
+                                         QStringLiteral("-f"), QStringLiteral("f32le"), QStringLiteral("-")});
+    std::vector<float> samples(static_cast<size_t>(bytes.size()) / sizeof(float));
+    std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(float));
+    return samples;
+}
+
+std::vector<float> SoundFiles::rest(AudioFileReader& reader)
+{
+    constexpr size_t kMostSamples = 40'000'000;
+    const auto channels = static_cast<size_t>(reader.channelCount());
+    std::vector<float> all;
+    for (size_t frames = 1; all.size() < kMostSamples; frames = frames * 3 % 5003 + 1) {
+        std::vector<float> piece(frames * channels);
+        const auto got = static_cast<size_t>(reader.read(piece));
+        all.insert(all.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(got * channels));
+        if (got < frames)
+            return all;
+    }
+    ADD_FAILURE() << "the sound does not end";
+    return all;
+}
