@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/audio/output/OutputStream.h"
+
+#include <optional>
+
+/// The system's outputs through PortAudio. One object per process.
+class PortAudioBackend final : public OutputBackend {
+public:
+    PortAudioBackend();
+    ~PortAudioBackend() override;
+
+    void rescan() override;
+    QList<AudioDevice> devices() const override;
+    std::unique_ptr<OutputStream> open(const QString& deviceID, int sampleRate, SoundSource& source) override;
+
+private:
+    void initialize();
+    void terminate();
+    std::optional<int> indexOf(const QString& deviceID) const;
+
+    bool m_isInitialized = false;
+};

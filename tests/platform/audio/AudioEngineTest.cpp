@@ -1,0 +1,277 @@
+// The engine with real files on a device that takes its turns when the test says so.
+
+#include "platform/audio/output/AudioEngine.h"
+#include "platform/audio/AudioFileError.h"
+#include "support/ManualOutput.h"
+#include "support/SoundFiles.h"
+#include "support/TestTones.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+constexpr int kRate = 44100;
+
+bool waitFor(const std::function<bool()>& isDone)
+{
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!isDone() && std::chrono::steady_clock::now() < limit)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return isDone();
+}
+
+std::vector<float> span(const std::vector<float>& samples, size_t begin, size_t count)
+{
+    return {samples.begin() + static_cast<ptrdiff_t>(begin), samples.begin() + static_cast<ptrdiff_t>(begin + count)};
+}
+
+class AudioEngineTest : public testing::Test {
+protected:
+    AudioEngineTest()
+        : engine([this] { return output.makeBackend(); })
+    {
+        engine.setEventHandler([this](AudioOutputEvent event) {
+            const std::lock_guard lock(mutex);
+            events.push_back(event);
+        });
+    }
+
+    QString makeFile(const char* name, double seconds, int sampleRate = kRate)
+    {
+        const QString path = folder.filePath(QString::fromUtf8(name));
+        EXPECT_TRUE(TestTones::make(path, seconds, sampleRate));
+        return path;
+    }
+
+    int count(AudioOutputEvent event)
+    {
+        const std::lock_guard lock(mutex);
+        return static_cast<int>(std::ranges::count(events, event));
+    }
+
+    QTemporaryDir folder;
+    ManualOutput output;
+    std::mutex mutex;
+    std::vector<AudioOutputEvent> events;
+    AudioEngine engine;
+};
+
+TEST_F(AudioEngineTest, WhatIsHeardIsWhatIsInTheFile)
+{
+    const QString path = makeFile("tone.flac", 4);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+    auto player = engine.open(path, {});
+    EXPECT_DOUBLE_EQ(player->duration(), 4.0);
+    EXPECT_FALSE(player->isPlaying());
+    player->play();
+    EXPECT_TRUE(player->isPlaying());
+    const std::vector<float> heard = output.pullSound(3 * kRate);
+    ASSERT_GE(heard.size(), size_t(3 * kRate));
+    EXPECT_EQ(heard, span(expected, 0, heard.size()));
+    EXPECT_NEAR(player->currentTime(), static_cast<double>(heard.size()) / kRate, 1e-9);
+}
+
+TEST_F(AudioEngineTest, ASeekLandsOnItsFrame)
+{
+    const QString path = makeFile("tone.wav", 6);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+    auto player = engine.open(path, {});
+    player->play();
+    output.pullSound(1000);
+    for (const double target : {5.0, 0.0, 2.5, 2.5 + 1.0 / kRate}) {
+        player->setVolume(0, 0.012);
+        output.pull(1024);
+        player->setCurrentTime(target);
+        EXPECT_EQ(player->currentTime(), target);
+        player->setVolume(1, 0.018);
+        std::vector<float> heard = output.pullSound(4000);
+        // The fade back takes 793.8 frames; from there on the samples are the file's own.
+        const auto frame = static_cast<size_t>(std::llround(target * kRate));
+        size_t begin = 800;
+        ASSERT_GE(heard.size(), 4000U);
+        EXPECT_EQ(span(heard, begin, 3000), span(expected, frame + begin, 3000)) << target;
+    }
+}
+
+TEST_F(AudioEngineTest, TheEndIsToldAfterItWasHeardAndOnce)
+{
+    output.latency = 0.05;
+    auto player = engine.open(makeFile("short.wav", 0.5), {});
+    std::atomic<int> finished = 0;
+    player->setFinishHandler([&](bool successfully) { finished += successfully ? 1 : 100; });
+    player->play();
+    output.pullSound(kRate / 2 - 512);
+    EXPECT_TRUE(player->isPlaying());
+    output.pull(2048);
+    const auto ended = std::chrono::steady_clock::now();
+    ASSERT_TRUE(waitFor([&] { return finished > 0; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - ended, std::chrono::milliseconds(30));
+    EXPECT_FALSE(player->isPlaying());
+    EXPECT_DOUBLE_EQ(player->currentTime(), 0.5);
+    for (int turn = 0; turn < 20; ++turn)
+        output.pull(1024);
+    EXPECT_EQ(finished, 1);
+    player->play();
+    EXPECT_TRUE(player->isPlaying());
+    output.pullSound(1000);
+    EXPECT_LT(player->currentTime(), 0.1) << "starts over";
+    output.pull(kRate);
+    EXPECT_TRUE(waitFor([&] { return finished == 2; }));
+}
+
+TEST_F(AudioEngineTest, AFinishedFileThatIsSoughtStaysSilent)
+{
+    auto player = engine.open(makeFile("short.wav", 0.2), {});
+    player->play();
+    output.pull(kRate / 2);
+    ASSERT_TRUE(waitFor([&] {
+        output.pull(256);
+        return !player->isPlaying();
+    }));
+    player->setCurrentTime(0.1);
+    EXPECT_FALSE(player->isPlaying());
+    EXPECT_EQ(output.pull(512), std::vector<float>(512, 0.0F));
+}
+
+TEST_F(AudioEngineTest, TheNextFileTakesOverTheOpenDevice)
+{
+    const QString first = makeFile("first.wav", 2);
+    const QString second = makeFile("second.flac", 2);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(second));
+    auto player = engine.open(first, {});
+    player->play();
+    output.pullSound(1000);
+    player->stop();
+    output.pull(512); // its last moments
+    auto next = engine.open(second, {});
+    player.reset();
+    next->play();
+    const std::vector<float> heard = output.pullSound(5000);
+    ASSERT_GE(heard.size(), 5000U);
+    EXPECT_EQ(span(heard, 0, 5000), span(expected, 0, 5000));
+    EXPECT_EQ(output.opened, 1);
+}
+
+TEST_F(AudioEngineTest, ADeviceThatDoesNotDoTheRateGetsTheFileResampled)
+{
+    output.refusedRate = kRate;
+    auto player = engine.open(makeFile("tone.wav", 2), {});
+    player->play();
+    const std::vector<float> heard = output.pullSound(48000);
+    ASSERT_GE(heard.size(), 48000U);
+    EXPECT_NEAR(player->currentTime(), static_cast<double>(heard.size()) / 48000, 0.001);
+    EXPECT_NEAR(player->duration(), 2.0, 0.001);
+}
+
+TEST_F(AudioEngineTest, ALostDevicePausesAndTheNextPlayFindsAnother)
+{
+    const QString path = makeFile("tone.wav", 5);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+    auto player = engine.open(path, {});
+    player->play();
+    const size_t heard = output.pullSound(10'000).size();
+    output.isAlive = false;
+    ASSERT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    ASSERT_TRUE(waitFor([&] { return count(AudioOutputEvent::Lost) == 1; }));
+    EXPECT_NEAR(player->currentTime(), static_cast<double>(heard) / kRate, 1e-9);
+    EXPECT_TRUE(output.pull(100).empty());
+    player->play();
+    EXPECT_TRUE(player->isPlaying());
+    const std::vector<float> again = output.pullSound(2000);
+    ASSERT_GE(again.size(), 2000U);
+    EXPECT_EQ(span(again, 0, 2000), span(expected, heard, 2000));
+    EXPECT_EQ(output.scans, 1);
+    EXPECT_EQ(count(AudioOutputEvent::Lost), 1);
+}
+
+TEST_F(AudioEngineTest, WithoutADeviceTimeGoesOnInSilence)
+{
+    output.isThere = false;
+    auto player = engine.open(makeFile("tone.wav", 0.4), {});
+    std::atomic<bool> hasFinished = false;
+    player->setFinishHandler([&](bool) { hasFinished = true; });
+    const auto started = std::chrono::steady_clock::now();
+    player->play();
+    ASSERT_TRUE(waitFor([&] { return hasFinished.load(); }));
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - started;
+    EXPECT_GT(took.count(), 0.35);
+    EXPECT_EQ(count(AudioOutputEvent::Silent), 1);
+    EXPECT_NEAR(player->deviceCurrentTime(), 0.4, 0.011) << "within a turn";
+}
+
+TEST_F(AudioEngineTest, AnotherDeviceIsTakenInTheMiddle)
+{
+    const QString path = makeFile("tone.wav", 5);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+    auto player = engine.open(path, {});
+    player->play();
+    const size_t heard = output.pullSound(5000).size();
+    engine.setDevice(QStringLiteral("test/two"));
+    ASSERT_TRUE(waitFor([&] { return output.opened == 2; }));
+    EXPECT_EQ(output.lastDevice(), QStringLiteral("test/two"));
+    const std::vector<float> after = output.pullSound(2000);
+    ASSERT_GE(after.size(), 2000U);
+    EXPECT_EQ(span(after, 0, 2000), span(expected, heard, 2000));
+    EXPECT_TRUE(player->isPlaying());
+}
+
+TEST_F(AudioEngineTest, AFileThatIsReplacedCutShortOrRemovedPlaysOn)
+{
+    for (const char* how : {"removed", "cut", "overwritten"}) {
+        SCOPED_TRACE(how);
+        const QString path = makeFile("tone.wav", 8);
+        const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+        auto player = engine.open(path, {});
+        player->play();
+        const std::vector<float> before = output.pullSound(2000);
+        std::this_thread::sleep_for(std::chrono::milliseconds(50)); // the file is in memory by then
+        QFile file(path);
+        if (how == std::string("removed")) {
+            EXPECT_TRUE(file.remove());
+        } else if (how == std::string("cut")) {
+            EXPECT_TRUE(file.resize(100));
+        } else {
+            EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+            file.write(QByteArray(static_cast<int>(file.size()), 'x'));
+            file.close();
+        }
+        const std::vector<float> after = output.pullSound(6 * kRate);
+        ASSERT_GE(after.size(), size_t(6 * kRate));
+        EXPECT_EQ(span(after, 0, 6 * kRate), span(expected, before.size(), 6 * kRate));
+    }
+}
+
+TEST_F(AudioEngineTest, WhatCannotBeOpenedSaysSo)
+{
+    EXPECT_THROW(engine.open(folder.filePath(QStringLiteral("none.mp3")), {}), AudioFileError);
+    EXPECT_THROW(engine.open(folder.path(), {}), AudioFileError);
+    QFile text(folder.filePath(QStringLiteral("text.mp3")));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write("no sound at all");
+    text.close();
+    EXPECT_THROW(engine.open(text.fileName(), {}), AudioFileError);
+}
+
+TEST_F(AudioEngineTest, PlayersComeAndGoInAnyOrder)
+{
+    const QString path = makeFile("tone.wav", 1);
+    std::vector<std::unique_ptr<AudioFilePlayer>> players;
+    for (int round = 0; round < 60; ++round) {
+        players.push_back(engine.open(path, {}));
+        players.back()->play();
+        players.back()->setCurrentTime(0.01 * round);
+        output.pull(64);
+        if (round % 3 == 0)
+            players.erase(players.begin());
+    }
+    players.back()->setCurrentTime(0);
+    players.back()->play();
+    EXPECT_GE(output.pullSound(1000).size(), 1000U);
+}
+
+} // namespace

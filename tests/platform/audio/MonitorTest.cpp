@@ -1,0 +1,174 @@
+// The whole way of the sound: files are played through the system's sound server, and what arrives at its output is
+// recorded and compared, sample by sample, with what a decoder makes of the file.
+
+#include "platform/audio/AudioFilePlayer.h"
+#include "support/Recordings.h"
+#include "support/SoundFiles.h"
+#include "support/SoundServer.h"
+#include "support/TestTones.h"
+
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <iostream>
+#include <thread>
+
+namespace {
+
+constexpr int kRate = 44100;
+constexpr double kSeekLimitSeconds = 0.1;
+
+using Seconds = std::chrono::duration<double>;
+
+bool waitFor(const std::function<bool()>& isDone, double limit)
+{
+    const auto end = std::chrono::steady_clock::now() + Seconds(limit);
+    while (!isDone() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    return isDone();
+}
+
+struct Format {
+    const char* name;
+    QStringList arguments;
+};
+
+std::ostream& operator<<(std::ostream& out, const Format& format)
+{
+    return out << format.name;
+}
+
+class MonitorTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (const QString reason = SoundServer::whyNot(); !reason.isEmpty())
+            GTEST_SKIP() << "the sound cannot be recorded: " << reason.toStdString();
+        server = std::make_unique<SoundServer>(kRate);
+        ASSERT_TRUE(server->isRunning());
+        system = makeAudioSystem({});
+        system->setEventHandler([this](AudioOutputEvent event) {
+            if (event == AudioOutputEvent::Lost)
+                isLost = true;
+        });
+    }
+
+    /// Begins with silence: of a stream that has only just begun the server's own recording may lack a few samples.
+    QString makeFile(const char* name, double seconds, const QStringList& arguments = {})
+    {
+        const QString path = folder.filePath(QString::fromUtf8(name));
+        const QStringList silence{QStringLiteral("-af"), QStringLiteral("adelay=250:all=1")};
+        EXPECT_TRUE(TestTones::make(path, seconds, kRate, silence + arguments));
+        return path;
+    }
+
+    QTemporaryDir folder;
+    std::unique_ptr<SoundServer> server;
+    std::atomic<bool> isLost = false;
+    std::unique_ptr<AudioSystem> system;
+};
+
+class MonitoredFormat : public MonitorTest, public testing::WithParamInterface<Format> {};
+
+TEST_P(MonitoredFormat, WhatIsHeardEqualsTheDecodedFile)
+{
+    const QString path = makeFile(GetParam().name, 3, GetParam().arguments);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+    server->startRecording();
+    auto player = system->open(path, {});
+    std::atomic<bool> hasFinished = false;
+    player->setFinishHandler([&](bool) { hasFinished = true; });
+    player->play();
+    ASSERT_TRUE(waitFor([&] { return hasFinished.load(); }, 10));
+    std::this_thread::sleep_for(Seconds(0.3));
+    std::vector<float> heard = server->stopRecording();
+    const std::vector<float> sound = Recordings::withoutSilenceInFront(expected);
+    ASSERT_GE(heard.size(), sound.size());
+    EXPECT_EQ(Recordings::firstDifference(heard, sound), sound.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, MonitoredFormat,
+                         testing::Values(Format{"tone.mp3", {QStringLiteral("-b:a"), QStringLiteral("320k")}},
+                                         Format{"tone.flac", {}}, Format{"tone.wav", {}}, Format{"tone.aiff", {}},
+                                         Format{"tone.m4a", {QStringLiteral("-b:a"), QStringLiteral("256k")}}),
+                         [](const testing::TestParamInfo<Format>& info) {
+                             return QString::fromLatin1(info.param.name).section(u'.', 1).toStdString();
+                         });
+
+TEST_F(MonitorTest, ASeekIsHeardAtItsSampleWithBothFades)
+{
+    const QString path = makeFile("tone.wav", 30);
+    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
+    server->startRecording();
+    auto player = system->open(path, {});
+    player->play();
+    std::this_thread::sleep_for(Seconds(0.8));
+    player->setVolume(0, 0.012);
+    std::this_thread::sleep_for(Seconds(0.014));
+    player->setCurrentTime(20);
+    player->setVolume(1, 0.018);
+    std::this_thread::sleep_for(Seconds(1));
+    const std::vector<float> heard = server->stopRecording();
+
+    const size_t fadesFrom = Recordings::firstDifference(heard, Recordings::withoutSilenceInFront(expected));
+    constexpr size_t kDown = 529;
+    constexpr size_t kUp = 794;
+    ASSERT_LT(fadesFrom + kDown + kRate / 2, heard.size());
+    // Behind the fade and whatever silence it took, the new place comes up; find it by its first full sample.
+    size_t best = 0;
+    const size_t target = 20U * kRate;
+    for (size_t begin = fadesFrom + kDown - 2; begin < fadesFrom + kDown + kRate / 10 && best == 0; ++begin) {
+        bool isThere = true;
+        for (size_t index = kUp; index < kUp + 2000 && isThere; ++index)
+            isThere = std::abs(heard[begin + index] - expected[target + index]) <= Recordings::kQuantisationStep;
+        if (isThere)
+            best = begin;
+    }
+    ASSERT_GT(best, 0U) << "the place that was asked for is not heard";
+    EXPECT_LT(best - fadesFrom, static_cast<size_t>(kSeekLimitSeconds * kRate)) << "from the first faded sample on";
+    for (size_t index = 0; index < kUp; index += 10) {
+        const auto gain = static_cast<float>(index + 1) / static_cast<float>(kUp);
+        ASSERT_NEAR(heard[best + index], expected[target + index] * gain, 1e-3) << index;
+    }
+}
+
+TEST_F(MonitorTest, AServerThatDiesPausesThePlayer)
+{
+    auto player = system->open(makeFile("tone.wav", 30), {});
+    player->play();
+    ASSERT_TRUE(waitFor([&] { return player->currentTime() > 0.5; }, 5));
+    server->kill();
+    ASSERT_TRUE(waitFor([&] { return isLost.load(); }, 10));
+    EXPECT_FALSE(player->isPlaying());
+    const double position = player->currentTime();
+    server = std::make_unique<SoundServer>(kRate);
+    server->startRecording();
+    player->play();
+    EXPECT_TRUE(waitFor([&] { return server->recorded().size() > kRate / 4; }, 10));
+    EXPECT_GT(player->currentTime(), position);
+}
+
+TEST_F(MonitorTest, TheClockKeepsToWhatIsHeardWhileTheFileIsReplaced)
+{
+    const QString path = makeFile("tone.flac", 20);
+    const QString other = makeFile("other.flac", 20);
+    auto player = system->open(path, {});
+    player->play();
+    ASSERT_TRUE(waitFor([&] { return player->currentTime() > 0.3; }, 5));
+    double worst = 0;
+    for (int turn = 0; turn < 20; ++turn) {
+        const QString copy = folder.filePath(QStringLiteral("copy"));
+        ASSERT_TRUE(QFile::copy(other, copy));
+        ASSERT_EQ(std::rename(copy.toUtf8().constData(), path.toUtf8().constData()), 0);
+        for (int look = 0; look < 20; ++look) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            worst = std::max(worst, std::abs(player->deviceCurrentTime() - player->currentTime()));
+        }
+    }
+    EXPECT_LT(worst, 0.06) << "the clock is off from the position by more than the device's turns";
+    EXPECT_TRUE(player->isPlaying());
+}
+
+} // namespace

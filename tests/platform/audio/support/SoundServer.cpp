@@ -1,0 +1,106 @@
+#include "support/SoundServer.h"
+
+#include "support/TestTones.h"
+
+#include <QFile>
+#include <QStandardPaths>
+
+#include <cstring>
+
+namespace {
+constexpr int kStartMilliseconds = 10'000;
+constexpr auto kSink = "velmora_test";
+
+void write(const QString& path, const QByteArray& text)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(text);
+}
+} // namespace
+
+QString SoundServer::whyNot()
+{
+    for (const char* program : {"pulseaudio", "parec", "pactl"}) {
+        if (QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty())
+            return QStringLiteral("no program %1 here").arg(QLatin1StringView(program));
+    }
+    return {};
+}
+
+SoundServer::SoundServer(int sampleRate)
+{
+    const QString socket = m_folder.filePath(QStringLiteral("socket"));
+    const QString alsa = m_folder.filePath(QStringLiteral("asound.conf"));
+    write(alsa, "</usr/share/alsa/alsa.conf>\npcm.!default { type pulse }\nctl.!default { type pulse }\n");
+    qputenv("PULSE_SERVER", "unix:" + socket.toUtf8());
+    qputenv("ALSA_CONFIG_PATH", alsa.toUtf8());
+    qputenv("PULSE_RUNTIME_PATH", m_folder.path().toUtf8());
+    qputenv("PULSE_STATE_PATH", m_folder.path().toUtf8());
+    qputenv("PULSE_COOKIE", m_folder.filePath(QStringLiteral("cookie")).toUtf8());
+    m_server.setProcessChannelMode(QProcess::MergedChannels);
+    m_server.start(QStringLiteral("pulseaudio"),
+                   {QStringLiteral("-n"), QStringLiteral("--daemonize=no"), QStringLiteral("--use-pid-file=no"),
+                    QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--disable-shm=yes"), QStringLiteral("-L"),
+                    QStringLiteral("module-null-sink sink_name=%1 rate=%2 format=float32le")
+                        .arg(QLatin1StringView(kSink))
+                        .arg(sampleRate),
+                    QStringLiteral("-L"),
+                    QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=%1").arg(socket)});
+    for (int waited = 0; waited < kStartMilliseconds && !QFile::exists(socket); waited += 50)
+        m_server.waitForFinished(50);
+}
+
+SoundServer::~SoundServer()
+{
+    m_recorder.kill();
+    m_recorder.waitForFinished();
+    kill();
+}
+
+bool SoundServer::isRunning() const
+{
+    return m_server.state() == QProcess::Running;
+}
+
+void SoundServer::kill()
+{
+    m_server.kill();
+    m_server.waitForFinished();
+}
+
+void SoundServer::startRecording()
+{
+    m_recorder.setStandardOutputFile(m_folder.filePath(QStringLiteral("recording")));
+    m_recorder.start(QStringLiteral("parec"),
+                     {QStringLiteral("--device=%1.monitor").arg(QLatin1StringView(kSink)), QStringLiteral("--raw"),
+                      QStringLiteral("--format=float32le"), QStringLiteral("--channels=2"),
+                      QStringLiteral("--latency-msec=10"), QStringLiteral("--fix-rate")});
+    m_recorder.waitForStarted();
+    for (int waited = 0; waited < kStartMilliseconds; waited += 20) {
+        if (QFile(m_folder.filePath(QStringLiteral("recording"))).size() > 0)
+            return;
+        m_recorder.waitForFinished(20);
+    }
+}
+
+std::vector<float> SoundServer::recorded() const
+{
+    QFile file(m_folder.filePath(QStringLiteral("recording")));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray bytes = file.readAll();
+    std::vector<float> stereo(static_cast<size_t>(bytes.size()) / sizeof(float));
+    std::memcpy(stereo.data(), bytes.constData(), stereo.size() * sizeof(float));
+    std::vector<float> samples = TestTones::left(stereo);
+    samples.erase(samples.begin(), std::ranges::find_if(samples, [](float sample) { return sample != 0; }));
+    return samples;
+}
+
+std::vector<float> SoundServer::stopRecording()
+{
+    std::vector<float> samples = recorded();
+    m_recorder.kill();
+    m_recorder.waitForFinished();
+    return samples;
+}
