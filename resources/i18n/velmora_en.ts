@@ -60,6 +60,10 @@
     <translation>Analysis</translation>
   </message>
   <message>
+    <source>Анализ BPM остановлен: декодер не ответил вовремя.</source>
+    <translation>BPM analysis was stopped: the decoder did not respond in time.</translation>
+  </message>
+  <message>
     <source>Анализ качества</source>
     <translation>Quality analysis</translation>
   </message>
@@ -78,6 +82,10 @@
   <message>
     <source>В Корзину</source>
     <translation type="vanished">Move to Trash</translation>
+  </message>
+  <message>
+    <source>В аудиофайле нет данных для анализа BPM.</source>
+    <translation>The audio file holds no data for BPM analysis.</translation>
   </message>
   <message>
     <source>В избранном</source>
@@ -252,8 +260,16 @@
     <translation>Not in favorites</translation>
   </message>
   <message>
+    <source>Не найден встроенный аудиодекодер.</source>
+    <translation>The built-in audio decoder was not found.</translation>
+  </message>
+  <message>
     <source>Не удалось взять: %d</source>
     <translation>Could not be taken: %d</translation>
+  </message>
+  <message>
+    <source>Не удалось декодировать аудиодорожку для анализа BPM.</source>
+    <translation>The audio track could not be decoded for BPM analysis.</translation>
   </message>
   <message>
     <source>Не удалось сохранить теги</source>

@@ -11,5 +11,6 @@ namespace Commands {
 ExitStatus tags(const QStringList& arguments);
 ExitStatus fallback(const QStringList& arguments);
 ExitStatus import(const QStringList& arguments);
+ExitStatus pcm(const QStringList& arguments);
 
 } // namespace Commands

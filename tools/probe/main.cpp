@@ -17,6 +17,7 @@ constexpr Command kCommands[] = {
     {QLatin1StringView("tags"), QLatin1StringView("tags FILE..."), &Commands::tags},
     {QLatin1StringView("fallback"), QLatin1StringView("fallback < NAMES"), &Commands::fallback},
     {QLatin1StringView("import"), QLatin1StringView("import FOLDER..."), &Commands::import},
+    {QLatin1StringView("pcm"), QLatin1StringView("pcm FILE --rate R [--max S] --out RAW"), &Commands::pcm},
 };
 
 /// Takes "--language ru|en" out of the arguments. \return whether it made sense.
