@@ -200,6 +200,18 @@
     <translation>Close</translation>
   </message>
   <message>
+    <source>Звук снова слышен.</source>
+    <translation>The sound can be heard again.</translation>
+  </message>
+  <message>
+    <source>Звуковое устройство не найдено: звук не слышен.</source>
+    <translation>No sound device was found: the sound cannot be heard.</translation>
+  </message>
+  <message>
+    <source>Звуковое устройство отключено. Воспроизведение приостановлено.</source>
+    <translation>The sound device was disconnected. Playback is paused.</translation>
+  </message>
+  <message>
     <source>Здесь появятся обложки избранных и добавленных треков.</source>
     <translation>Covers of favorite and added tracks will appear here.</translation>
   </message>
@@ -270,6 +282,10 @@
   <message>
     <source>Не удалось декодировать аудиодорожку для анализа BPM.</source>
     <translation>The audio track could not be decoded for BPM analysis.</translation>
+  </message>
+  <message>
+    <source>Не удалось открыть аудиофайл.</source>
+    <translation>The audio file could not be opened.</translation>
   </message>
   <message>
     <source>Не удалось сохранить теги</source>

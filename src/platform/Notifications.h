@@ -6,6 +6,8 @@
 #include <QUrl>
 #include <QUuid>
 
+#include <optional>
+
 /// The program's events, one typed signal per name. One object, owned by the application and handed to whoever posts or
 /// listens. Thread: main.
 class Notifications : public QObject {
@@ -20,7 +22,8 @@ public:
 
 Q_SIGNALS:
     void velmoraPlaybackDidChange();
-    void velmoraPlaybackDidFinish();
+    /// \param trackID the track that came to its end.
+    void velmoraPlaybackDidFinish(const std::optional<QUuid>& trackID);
     void velmoraSettingsShouldResignFocus();
     void velmoraFocusFavoriteTrack(const QUuid& trackID);
     /// \param field "genre", "comment", "album", or empty when many fields may have changed (\p ids may then be empty).

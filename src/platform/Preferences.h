@@ -80,6 +80,8 @@ public:
                                                     QString()};
 
     // Player and waveform.
+    Preference<double> playerVolume{*m_store, QStringLiteral("velmora.playerVolume"), 0.8}; ///< gain, 0 to 1
+    Preference<QString> audioOutputDevice{*m_store, QStringLiteral("velmora.audioOutputDevice.v1"), QString()};
     Preference<double> seekStep{*m_store, QStringLiteral("seekStep"), 15.0};             ///< seconds
     Preference<double> waveformHeight{*m_store, QStringLiteral("waveformHeight"), 42.0}; ///< points
     Preference<QString> waveformColorPreset{*m_store, QStringLiteral("waveformColorPreset"), QStringLiteral("white")};

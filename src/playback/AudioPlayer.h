@@ -1,0 +1,162 @@
+#pragma once
+
+#include "async/TaskSlot.h"
+#include "core/model/Track.h"
+#include "playback/AudioPlaybackProgress.h"
+#include "playback/AudioVolumeState.h"
+#include "playback/PlaybackClock.h"
+#include "playback/SeekFade.h"
+#include "playback/VolumeStore.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+class AudioFilePlayer;
+class AudioSystem;
+enum class AudioOutputEvent;
+class Notifications;
+class Preferences;
+
+namespace async {
+class Clock;
+class Executor;
+} // namespace async
+
+/// Plays one track at a time for the whole program: owns the system's player object, publishes what the window shows,
+/// seeks without clicks, and gives the waveform a position that is smooth and corrected for the output's latency.
+/// States: idle (no file), opening, playing, paused, finished. Thread: main.
+///
+/// Files are opened on a worker. What is asked of the player meanwhile (toggle, seek, volume …) is done in its order as
+/// soon as the file is open; another play() or stopAndClear() gives the opening up. The published track is the one
+/// before until then.
+class AudioPlayer : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the player stands on; outlives it.
+    struct Services {
+        async::Clock& clock;
+        async::Executor& executor;
+        Preferences& preferences;
+        Notifications& notifications;
+        AudioSystem& audio;
+    };
+
+    /// What the player tells the rest of the program; an empty function means that nobody listens.
+    struct Listeners {
+        /// The store, after every change of state.
+        std::function<void(bool isPlaying, const std::optional<TrackID>& currentTrackID)> playbackStateDidChange;
+        /// The waveform preload, after every change of state. \c currentURL is empty without a track.
+        std::function<void(bool isPlaying, const QUrl& currentURL)> waveformPlaybackDidChange;
+        /// A file could not be opened: the text for the alert.
+        std::function<void(const QString& message)> fail;
+        /// What the output tells: a text for the status line, and whether it is a warning.
+        std::function<void(const QString& message, bool isWarning)> report;
+    };
+
+    explicit AudioPlayer(const Services& services);
+    ~AudioPlayer() override;
+
+    /// Set once by the application, when the store exists.
+    void setListeners(Listeners listeners);
+
+    const std::optional<TrackID>& currentID() const { return m_currentID; }
+    /// Copy of the track as it was when it was started.
+    const std::optional<Track>& currentTrack() const { return m_currentTrack; }
+    bool isPlaying() const { return m_isPlaying; }
+    /// A file is being opened and will then be played.
+    bool isOpening() const { return m_openingTrack.has_value(); }
+    /// What was asked for last: the track that is being opened, else the current one.
+    const std::optional<Track>& requestedTrack() const { return m_openingTrack ? m_openingTrack : m_currentTrack; }
+    AudioPlaybackProgress& progress() { return m_progress; }
+    AudioVolumeState& volumeState() { return m_volumeState; }
+
+    /// Starts a track, toggles the current one, restarts the finished one.
+    void play(const Track& track);
+    /// Play or pause; nothing without a file.
+    void toggle();
+    void stopAndClear();
+    /// Relative seek in seconds.
+    void seek(double by);
+    /// Absolute seek in seconds. \param reportCompletionAtEnd the target is the end: tell the completion there.
+    void scheduleSeek(double to, bool reportCompletionAtEnd);
+    /// The user holds the position by hand: ticks publish nothing meanwhile.
+    void setScrubbing(bool scrubbing);
+    bool isScrubbing() const { return m_isScrubbing; }
+    /// 0 to 1; stored 250 ms after the last change.
+    void setVolume(double volume);
+    /// Position of what is being heard as a fraction 0 to 1. Costs a clock read; for drawing at the screen's rate.
+    double synchronizedWaveformProgress() const;
+    /// Whether it is the current track, by id or by standardized location.
+    bool matchesCurrentTrack(const Track& track) const;
+
+Q_SIGNALS:
+    void currentTrackChanged();
+    void isPlayingChanged();
+
+private:
+    using Operation = std::function<void()>;
+    /// A file that ended by itself while a seek was on its way is completed if the seek leads this close to the end.
+    /// Seconds.
+    static constexpr double kEndMargin = 0.5;
+
+    // Opening.
+    void startOpening(const Track& track);
+    async::Task<> openFile(Track track, std::stop_token stop);
+    void finishOpening(const Track& track, std::shared_ptr<AudioFilePlayer> audio);
+    void openingFailed();
+    void runDeferred(const std::vector<Operation>& operations);
+    void watchEnd();
+    void dropAudio();
+
+    // Starting, stopping and what follows from outside.
+    void restart();
+    void startAudio();
+    void fileEnded(const std::weak_ptr<AudioFilePlayer>& ended, bool successfully);
+    void reportCompletion();
+    void outputChanged(AudioOutputEvent event);
+    bool outputLost();
+
+    // Seeking.
+    void finishSeek(double target, bool reportCompletionAtEnd);
+    void cancelPendingSeek(bool restoreVolume);
+
+    // The position that is shown.
+    void setAnchor(double trackTime);
+    void tick();
+    async::Task<> refreshRegularly(std::stop_token stop);
+    void refreshPlaybackPosition();
+    double resolvedPlaybackTime() const;
+    void publishPosition();
+
+    // Publishing.
+    void setCurrentTrack(const std::optional<Track>& track);
+    void setIsPlaying(bool isPlaying);
+    void clearPublished();
+    void publishPlaybackState();
+    void report(const QString& message, bool isWarning) const;
+
+    Services m_services;
+    Listeners m_listeners;
+    AudioPlaybackProgress m_progress;
+    AudioVolumeState m_volumeState;
+    std::optional<TrackID> m_currentID;
+    std::optional<Track> m_currentTrack;
+    std::optional<Track> m_openingTrack;
+    bool m_isPlaying = false;
+    bool m_isScrubbing = false;
+    bool m_didReportCompletion = false;
+    double m_outputLatency = 0; ///< seconds, measured at each start
+    std::shared_ptr<AudioFilePlayer> m_audio;
+    std::optional<PlaybackClock::Anchor> m_anchor;
+    std::vector<Operation> m_deferred; ///< asked for while the file is being opened
+    VolumeStore m_volumeStore;
+    SeekFade m_seek;
+    async::TaskSlot m_openTask;
+    async::TaskSlot m_ticks;
+};
