@@ -2,6 +2,7 @@
 // and the CPU time from the start to the first painted window. usage: bench_window arrive FOLDER | bench_window large
 // [rows] | bench_window start
 
+#include "DemoAudio.h"
 #include "SliceMeter.h"
 #include "app/ContentView.h"
 #include "app/VelmoraApp.h"
@@ -32,7 +33,8 @@ double processSeconds()
 
 std::unique_ptr<VelmoraApp> makeApp(const QList<QUrl>& files)
 {
-    auto app = std::make_unique<VelmoraApp>(std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>()));
+    auto app = std::make_unique<VelmoraApp>(std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>()),
+                                            std::make_unique<DemoAudio>());
     app->open(files);
     return app;
 }
@@ -106,6 +108,8 @@ int large(SliceMeter& meter, int rows)
         step(meter, "select one", [&] { app->contentView().select({middle}, middle); });
         step(meter, "toggle a favourite", [&] { app->contentView().toggleFavorites({middle}); });
         step(meter, "select all", [&] { app->window().activeSection().selectAll(); });
+        step(meter, "play", [&] { app->contentView().playTrack(shown[rows / 2]); });
+        step(meter, "play the next row", [&] { app->contentView().selectAdjacent(1); });
         step(meter, "to Favorites", [&] { app->contentView().activateTab(LibraryTab::Favorites); });
         step(meter, "to Covers", [&] { app->contentView().activateTab(LibraryTab::Covers); });
         step(meter, "to Playlist", [&] { app->contentView().activateTab(LibraryTab::Playlist); });

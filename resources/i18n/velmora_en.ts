@@ -4,6 +4,10 @@
 <context>
   <name>Velmora</name>
   <message>
+    <source>%@ из %@</source>
+    <translation>%@ of %@</translation>
+  </message>
+  <message>
     <source>%@ — пока только в списке, в файлы не записано</source>
     <translation>%@ — in the list only for now, not written to the files</translation>
   </message>
@@ -100,6 +104,18 @@
     <translation>Waiting</translation>
   </message>
   <message>
+    <source>Включить звук</source>
+    <translation>Unmute</translation>
+  </message>
+  <message>
+    <source>Воспроизвести</source>
+    <translation>Play</translation>
+  </message>
+  <message>
+    <source>Воспроизвести или приостановить</source>
+    <translation>Play or pause</translation>
+  </message>
+  <message>
     <source>Время</source>
     <translation>Length</translation>
   </message>
@@ -116,8 +132,20 @@
     <translation>Select all</translation>
   </message>
   <message>
+    <source>Выключить звук</source>
+    <translation>Mute</translation>
+  </message>
+  <message>
+    <source>Выключить или включить звук</source>
+    <translation>Mute or unmute</translation>
+  </message>
+  <message>
     <source>Готово</source>
     <translation>Done</translation>
+  </message>
+  <message>
+    <source>Громкость</source>
+    <translation>Volume</translation>
   </message>
   <message>
     <source>Добавить</source>
@@ -312,6 +340,10 @@
     <translation>Key detection</translation>
   </message>
   <message>
+    <source>Осталось</source>
+    <translation>Remaining</translation>
+  </message>
+  <message>
     <source>Открыть в Finder</source>
     <translation>Show in Finder</translation>
   </message>
@@ -356,8 +388,20 @@
     <translation>Clear Comment</translation>
   </message>
   <message>
+    <source>Пауза</source>
+    <translation>Pause</translation>
+  </message>
+  <message>
     <source>Переместить дубликаты в Корзину?</source>
     <translation type="vanished">Move duplicates to Trash?</translation>
+  </message>
+  <message>
+    <source>Перемотать вперёд</source>
+    <translation>Seek forward</translation>
+  </message>
+  <message>
+    <source>Перемотать назад</source>
+    <translation>Seek back</translation>
   </message>
   <message>
     <source>Плеер сверху</source>
@@ -408,6 +452,10 @@
     <translation type="vanished">Confirm cleanup?</translation>
   </message>
   <message>
+    <source>Позиция в треке</source>
+    <translation>Position in the track</translation>
+  </message>
+  <message>
     <source>Поиск дубликатов</source>
     <translation>Duplicate search</translation>
   </message>
@@ -416,12 +464,24 @@
     <translation>Full</translation>
   </message>
   <message>
+    <source>Предыдущий трек</source>
+    <translation>Previous track</translation>
+  </message>
+  <message>
     <source>Присвоить жанр</source>
     <translation>Assign Genre</translation>
   </message>
   <message>
     <source>Присвоить комментарий</source>
     <translation>Assign Comment</translation>
+  </message>
+  <message>
+    <source>Пробел</source>
+    <translation>Space</translation>
+  </message>
+  <message>
+    <source>Прошло</source>
+    <translation>Elapsed</translation>
   </message>
   <message>
     <source>Развернуть боковую панель</source>
@@ -438,6 +498,14 @@
   <message>
     <source>Светлая</source>
     <translation>Light</translation>
+  </message>
+  <message>
+    <source>Системное устройство</source>
+    <translation>System default</translation>
+  </message>
+  <message>
+    <source>Следующий трек</source>
+    <translation>Next track</translation>
   </message>
   <message>
     <source>Состояние</source>
@@ -510,6 +578,10 @@
   <message>
     <source>Убрать из списка</source>
     <translation type="vanished">Remove from list</translation>
+  </message>
+  <message>
+    <source>Устройство вывода</source>
+    <translation>Output device</translation>
   </message>
   <message>
     <source>Файлы будут перемещены в Корзину macOS. Количество: %d.</source>

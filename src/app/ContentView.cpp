@@ -13,16 +13,19 @@
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
+#include "playback/AudioPlayer.h"
 
 #include <QPointer>
 
-ContentView::ContentView(LibraryStore& library, Surroundings surroundings)
+ContentView::ContentView(LibraryStore& library, AudioPlayer& player, Surroundings surroundings)
     : m_library(library)
+    , m_player(player)
     , m_surroundings(std::move(surroundings))
 {
     VELMORA_ASSERT_MAIN_THREAD();
     connect(&library.preferences(), &Preferences::changed, this, &ContentView::preferenceChanged);
     connect(&library.notifications(), &Notifications::velmoraRestartOnboarding, this, &ContentView::restartOnboarding);
+    connect(&library.notifications(), &Notifications::velmoraPlaybackDidFinish, this, &ContentView::playbackDidFinish);
 }
 
 ContentView::~ContentView() = default;
@@ -50,6 +53,8 @@ void ContentView::activateTab(LibraryTab tab)
     Workspace& workspace = m_library.workspace();
     if (workspace.activeTab() == tab)
         return;
+    if (tab == LibraryTab::Playlist)
+        findReturnPlayback();
     if (m_surroundings.endEditing)
         m_surroundings.endEditing();
     workspace.setEditingMetadata(false);

@@ -7,7 +7,9 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
+class AudioPlayer;
 class LibraryStore;
 
 /// The dashboard: owns the events that no single section owns and turns them into calls on the store. Has no widgets of
@@ -26,14 +28,19 @@ public:
         std::function<void(const QUrl& folder)> openFolder;
     };
 
-    ContentView(LibraryStore& library, Surroundings surroundings);
+    ContentView(LibraryStore& library, AudioPlayer& player, Surroundings surroundings);
     ~ContentView() override;
 
     void activateTab(LibraryTab tab) override;
+    std::optional<TrackID> playlistReturnPlaybackID() const override { return m_playlistReturnPlaybackID; }
     void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) override;
     void openPanel() override { choose(LibraryTab::Playlist); }
     void openSectionPanel() override;
     void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) override;
+    void playTrack(const Track& track) override;
+    void toggleSelectedTrack() override;
+    void selectAdjacent(int offset) override;
+    void seekSteps(int steps) override;
     void toggleFavorites(const QSet<TrackID>& ids) override;
     void removeFromFavorites(const QSet<TrackID>& ids) override;
     void removeFromCovers(const QSet<TrackID>& ids) override;
@@ -56,9 +63,15 @@ private:
     void addImportedToFavorites(const Imports::Outcome& outcome);
     void preferenceChanged(const QString& key);
     void restartOnboarding();
+    void playbackDidFinish();
+    void playNextAfterCompletion();
+    void goTo(const Track& track, bool plays);
+    void findReturnPlayback();
     void afterSwitch(LibraryTab tab);
 
     LibraryStore& m_library;
+    AudioPlayer& m_player;
     Surroundings m_surroundings;
     UndoManager m_undoManager;
+    std::optional<TrackID> m_playlistReturnPlaybackID;
 };

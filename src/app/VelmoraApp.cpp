@@ -3,17 +3,24 @@
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/DefaultsMigration.h"
+#include "app/LibraryPlayer.h"
 #include "app/Lifecycle.h"
+#include "analysis/decoding/TemporarySweep.h"
 #include "async/MainQueue.h"
 #include "async/SystemClock.h"
 #include "async/ThreadExecutor.h"
 #include "core/library/LibraryServices.h"
 #include "core/library/LibraryStore.h"
+#include "core/library/playback/Playback.h"
+#include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriter.h"
+#include "core/library/workspace/Workspace.h"
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
 #include "platform/TerminationSignals.h"
+#include "platform/audio/AudioFilePlayer.h"
+#include "playback/AudioPlayer.h"
 #include "tags/AudioMetadataLoader.h"
 #include "ui/MainWindow.h"
 #include "ui/dialogs/OpenPanel.h"
@@ -30,6 +37,8 @@
 
 namespace {
 
+constexpr double kSoundWarningDuration = 5; // seconds
+
 /// Lets a text field commit what is being typed. Lists and buttons keep the focus: the keyboard goes on from there.
 void endEditing()
 {
@@ -41,8 +50,9 @@ void endEditing()
 
 } // namespace
 
-VelmoraApp::VelmoraApp(std::unique_ptr<Preferences> preferences)
+VelmoraApp::VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio)
     : m_preferences(std::move(preferences))
+    , m_audio(std::move(audio))
 {
     const SettingsFile legacy(AppPaths::legacyPreferencesFile());
     DefaultsMigration::migrateLegacyDefaults(legacy, *m_preferences);
@@ -56,8 +66,13 @@ VelmoraApp::~VelmoraApp()
     QObject::disconnect(qApp, nullptr, this, nullptr);
     if (m_lifecycle)
         m_lifecycle->terminate();
+    m_sweep.cancel();
     m_window.reset();
     m_contentView.reset();
+    if (m_library)
+        m_library->playback().setPlayer(nullptr);
+    m_libraryPlayer.reset();
+    m_player.reset(); // before the library, which it tells its state
     m_library.reset();
     async::MainQueue::drain(); // tasks that were stopped just now come to their end while the clock is there
 }
@@ -72,9 +87,11 @@ void VelmoraApp::loadIcon()
 void VelmoraApp::open(const QList<QUrl>& files)
 {
     buildStore();
+    buildPlayer();
     buildWindow();
     watchLifecycle();
     m_window->show();
+    m_sweep.start([this](std::stop_token stop) { return sweepTemporaryFiles(std::move(stop)); });
     m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
 }
 
@@ -84,7 +101,7 @@ void VelmoraApp::buildStore()
     m_clock = std::make_unique<async::SystemClock>();
     m_executor = std::make_unique<async::ThreadExecutor>();
     m_tagWriter = std::make_unique<NoTagWriter>();
-    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagWriter, {}, {}, {}, {}, {}};
+    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagWriter, {}, {}, {}, {}};
     // Read on worker threads, which must not ask the preferences.
     const auto readsWindows1251 = std::make_shared<std::atomic_bool>(m_preferences->readsWindows1251Tags.get());
     connect(m_preferences.get(), &Preferences::changed, this, [this, readsWindows1251](const QString& key) {
@@ -97,6 +114,40 @@ void VelmoraApp::buildStore()
     m_library = std::make_unique<LibraryStore>(services);
 }
 
+/// Takes away what decoders left behind when an earlier run was killed.
+async::Task<> VelmoraApp::sweepTemporaryFiles(std::stop_token stop)
+{
+    const auto sweep = [](const std::stop_token&) { TemporarySweep::removeStale(); };
+    co_await m_executor->run(async::Priority::Background, std::move(stop), sweep);
+}
+
+/// Gives player and library to each other.
+void VelmoraApp::buildPlayer()
+{
+    m_audio->setDevice(m_preferences->audioOutputDevice.get());
+    connect(m_preferences.get(), &Preferences::changed, this, [this](const QString& key) {
+        if (key == m_preferences->audioOutputDevice.key())
+            m_audio->setDevice(m_preferences->audioOutputDevice.get());
+    });
+    m_player = std::make_unique<AudioPlayer>(
+        AudioPlayer::Services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_audio});
+    AudioPlayer::Listeners listeners;
+    listeners.playbackStateDidChange = [this](bool isPlaying, const std::optional<TrackID>& currentTrackID) {
+        m_library->playback().playbackStateDidChange(isPlaying, currentTrackID);
+    };
+    listeners.fail = [this](const QString& message) { m_library->workspace().setLastError(message); };
+    listeners.report = [this](const QString& message, bool isWarning) {
+        if (isWarning)
+            m_library->status().showText(message, QStringLiteral("speaker.slash"), WorkspaceStatus::Tone::Warning,
+                                         kSoundWarningDuration);
+        else
+            m_library->status().showText(message, QStringLiteral("speaker.wave.2"), WorkspaceStatus::Tone::Neutral);
+    };
+    m_player->setListeners(std::move(listeners));
+    m_libraryPlayer = std::make_unique<LibraryPlayer>(*m_player);
+    m_library->playback().setPlayer(m_libraryPlayer.get());
+}
+
 void VelmoraApp::buildWindow()
 {
     ContentView::Surroundings surroundings;
@@ -105,11 +156,11 @@ void VelmoraApp::buildWindow()
         OpenPanel::open(m_window.get(), tab, std::move(chosen));
     };
     surroundings.openFolder = [](const QUrl& folder) { QDesktopServices::openUrl(folder); };
-    m_contentView = std::make_unique<ContentView>(*m_library, std::move(surroundings));
+    m_contentView = std::make_unique<ContentView>(*m_library, *m_player, std::move(surroundings));
     connect(m_notifications.get(), &Notifications::velmoraLanguageDidChange, this,
             [this] { m_toolkitTexts.setLanguage(VelmoraLocalization::language()); });
-    m_window = std::make_unique<MainWindow>(
-        WindowServices{*m_library, *m_contentView, *m_executor, *m_clock, &AudioMetadataLoader::artwork});
+    m_window = std::make_unique<MainWindow>(WindowServices{*m_library, *m_contentView, *m_player, *m_audio, *m_executor,
+                                                           *m_clock, &AudioMetadataLoader::artwork});
 }
 
 void VelmoraApp::watchLifecycle()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ToolkitTexts.h"
+#include "async/TaskSlot.h"
 
 #include <QList>
 #include <QObject>
@@ -8,7 +9,10 @@
 
 #include <memory>
 
+class AudioPlayer;
+class AudioSystem;
 class ContentView;
+class LibraryPlayer;
 class LibraryStore;
 class Lifecycle;
 class MainWindow;
@@ -28,33 +32,41 @@ class VelmoraApp : public QObject {
     Q_OBJECT
 
 public:
-    /// \param preferences the user's; migrated here. The objects come into being with open().
-    explicit VelmoraApp(std::unique_ptr<Preferences> preferences);
+    /// \param preferences the user's; migrated here. \param audio the sound output. The other objects come into being
+    /// with open().
+    VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio);
     ~VelmoraApp() override;
 
     /// Builds the scene and shows the window. \param files handed over by the desktop: a drop on the playlist.
     void open(const QList<QUrl>& files);
 
     LibraryStore& library() const { return *m_library; }
+    AudioPlayer& player() const { return *m_player; }
     ContentView& contentView() const { return *m_contentView; }
     MainWindow& window() const { return *m_window; }
     Preferences& preferences() const { return *m_preferences; }
 
 private:
     void buildStore();
+    void buildPlayer();
     void buildWindow();
     void watchLifecycle();
     void loadIcon();
+    async::Task<> sweepTemporaryFiles(std::stop_token stop);
 
     std::unique_ptr<Preferences> m_preferences;
     ToolkitTexts m_toolkitTexts;
+    std::unique_ptr<AudioSystem> m_audio; // before the executor, whose last jobs may be opening a file
     std::unique_ptr<Notifications> m_notifications;
     std::unique_ptr<async::Clock> m_clock;
     std::unique_ptr<async::Executor> m_executor;
     std::unique_ptr<TagWriter> m_tagWriter;
     std::unique_ptr<LibraryStore> m_library;
+    std::unique_ptr<AudioPlayer> m_player;
+    std::unique_ptr<LibraryPlayer> m_libraryPlayer;
     std::unique_ptr<ContentView> m_contentView;
     std::unique_ptr<Lifecycle> m_lifecycle;
     std::unique_ptr<TerminationSignals> m_terminationSignals;
     std::unique_ptr<MainWindow> m_window;
+    async::TaskSlot m_sweep;
 };

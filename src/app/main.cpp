@@ -2,6 +2,7 @@
 #include "app/VelmoraApp.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
+#include "platform/audio/AudioFilePlayer.h"
 
 #include <QApplication>
 #include <QDir>
@@ -13,7 +14,9 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("velmora"));
 
-    VelmoraApp velmora(std::make_unique<Preferences>(std::make_unique<SettingsFile>(AppPaths::preferencesFile())));
+    auto preferences = std::make_unique<Preferences>(std::make_unique<SettingsFile>(AppPaths::preferencesFile()));
+    auto audio = makeAudioSystem(preferences->audioOutputDevice.get());
+    VelmoraApp velmora(std::move(preferences), std::move(audio));
     QList<QUrl> files;
     const QStringList arguments = QCoreApplication::arguments().sliced(1);
     for (const QString& argument : arguments)

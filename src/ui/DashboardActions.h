@@ -7,6 +7,8 @@
 #include <QSet>
 #include <QUrl>
 
+#include <optional>
+
 class UndoManager;
 
 /// What the window asks of the dashboard. The application implements it; the window never calls the store's operations
@@ -16,6 +18,8 @@ public:
     virtual ~DashboardActions() = default;
 
     virtual void activateTab(LibraryTab tab) = 0;
+    /// The row that was playing when the playlist was last entered: its list scrolls there.
+    virtual std::optional<TrackID> playlistReturnPlaybackID() const = 0;
     /// Files and folders dropped on a section.
     virtual void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) = 0;
     /// The file dialog of the menu: into the playlist.
@@ -23,6 +27,14 @@ public:
     /// The file dialog of the section shown: into that section.
     virtual void openSectionPanel() = 0;
     virtual void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) = 0;
+    /// Plays a row, or toggles it when it is the current one.
+    virtual void playTrack(const Track& track) = 0;
+    /// The play key: plays the focused row, or toggles what is current.
+    virtual void toggleSelectedTrack() = 0;
+    /// Moves the focus by rows of the section shown; a player that is playing goes along.
+    virtual void selectAdjacent(int offset) = 0;
+    /// Seeks by the step of the preferences; a negative \p steps goes back.
+    virtual void seekSteps(int steps) = 0;
     virtual void toggleFavorites(const QSet<TrackID>& ids) = 0;
     virtual void removeFromFavorites(const QSet<TrackID>& ids) = 0;
     virtual void removeFromCovers(const QSet<TrackID>& ids) = 0;

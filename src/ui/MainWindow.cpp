@@ -7,13 +7,16 @@
 #include "platform/Preferences.h"
 #include "ui/DashboardActions.h"
 #include "ui/WindowContext.h"
+#include "ui/player/PlayerBar.h"
+#include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionView.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/window/Banner.h"
-#include "ui/window/PlayerBar.h"
+#include "ui/window/KeyPrecedence.h"
+#include "ui/window/PlayerCommands.h"
 #include "ui/window/SettingsMenu.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/StatusStrip.h"
@@ -22,6 +25,8 @@
 #include "ui/window/WindowCommands.h"
 #include "ui/window/WorkspaceWindowSizer.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -43,7 +48,8 @@ bool isCompact(const Preferences& preferences)
 MainWindow::MainWindow(const WindowServices& services)
     : m_theme(std::make_unique<Theme>(appearanceOf(services.library.preferences())))
     , m_thumbnails(std::make_unique<ThumbnailCache>(services.executor, services.readArtwork))
-    , m_context(new WindowContext{services.library, services.actions, *m_theme, *m_thumbnails})
+    , m_context(new WindowContext{services.library, services.actions, services.player, services.audio, *m_theme,
+                                  *m_thumbnails})
 {
     m_theme->install();
     setWindowTitle(QStringLiteral("Velmora"));
@@ -56,6 +62,7 @@ MainWindow::MainWindow(const WindowServices& services)
     buildLayout();
     m_banner = new Banner(*m_context, *m_stack);
     m_commands = std::make_unique<WindowCommands>(*m_context, *this);
+    m_playerCommands = std::make_unique<PlayerCommands>(*m_context, *this, [this] { m_player->volume().toggleMute(); });
     connectWorkspace();
     connectPreferences();
     applySidebar();
@@ -182,6 +189,8 @@ void MainWindow::showTab(LibraryTab tab)
     SectionView& shown = section(tab);
     shown.setShown(true);
     m_stack->setCurrentWidget(&shown);
+    if (const auto played = m_context->actions.playlistReturnPlaybackID(); played && tab == LibraryTab::Playlist)
+        shown.scrollTo(*played);
     m_sidebar->setActiveTab(tab);
     if (listHadFocus || !isVisible())
         shown.focusList();
@@ -219,7 +228,7 @@ void MainWindow::openTrackMenu(const QPoint& globalPosition)
         return;
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    TrackMenu::build(*menu, *m_context, shown.tab(), ids);
+    TrackMenu::build(*menu, *m_context, shown.tab(), ids, shown.focusedTrack());
     menu->popup(globalPosition);
 }
 
@@ -240,7 +249,19 @@ void MainWindow::retranslate()
     m_status->retranslate();
     m_banner->retranslate();
     m_commands->retranslate();
+    m_playerCommands->retranslate();
     m_sidebar->countsChanged();
+}
+
+/// A key that is a command goes to the control under focus instead when the window accepts the toolkit's question.
+bool MainWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride &&
+        KeyPrecedence::focusKeeps(QApplication::focusWidget(), static_cast<const QKeyEvent&>(*event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void MainWindow::hideEvent(QHideEvent* event)

@@ -9,10 +9,13 @@
 #include <functional>
 #include <memory>
 
+class AudioPlayer;
+class AudioSystem;
 class Banner;
 class DashboardActions;
 class LibraryStore;
 class PlayerBar;
+class PlayerCommands;
 class QStackedWidget;
 class QVBoxLayout;
 class SectionView;
@@ -34,13 +37,15 @@ class Executor;
 struct WindowServices {
     LibraryStore& library;
     DashboardActions& actions;
+    AudioPlayer& player;
+    AudioSystem& audio;
     async::Executor& executor;
     async::Clock& clock;
     /// Reads the picture of an audio file again; called on worker threads. Null if there is none.
     std::function<QByteArray(const QUrl&)> readArtwork;
 };
 
-/// The one window: sidebar, the seven sections, the bar of the focused track and the status line. Draws what the store
+/// The one window: sidebar, the seven sections, the player and the status line. Draws what the store
 /// says and calls the dashboard for everything else. Thread: main.
 class MainWindow : public QWidget {
     Q_OBJECT
@@ -56,6 +61,7 @@ public:
 
 protected:
     void hideEvent(QHideEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void buildSections();
@@ -83,5 +89,6 @@ private:
     StatusStrip* m_status = nullptr;
     Banner* m_banner = nullptr;
     std::unique_ptr<WindowCommands> m_commands;
+    std::unique_ptr<PlayerCommands> m_playerCommands;
     std::unique_ptr<WorkspaceWindowSizer> m_sizer;
 };

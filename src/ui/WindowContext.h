@@ -1,5 +1,7 @@
 #pragma once
 
+class AudioPlayer;
+class AudioSystem;
 class DashboardActions;
 class LibraryStore;
 class Theme;
@@ -9,6 +11,8 @@ class ThumbnailCache;
 struct WindowContext {
     LibraryStore& library;
     DashboardActions& actions;
+    AudioPlayer& player;
+    AudioSystem& audio;
     Theme& theme;
     ThumbnailCache& thumbnails;
 };

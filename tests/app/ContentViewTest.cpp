@@ -1,14 +1,17 @@
 #include "app/ContentView.h"
+#include "support/FakeAudio.h"
 #include "support/StoreFixture.h"
 
 #include "async/MainQueue.h"
+#include "playback/AudioPlayer.h"
 
 #include <QSignalSpy>
 
 class ContentViewTest : public StoreFixture {
 protected:
     ContentViewTest()
-        : view(*store, surroundings())
+        : audioPlayer({clock, executor, preferences, notifications, audio})
+        , view(*store, audioPlayer, surroundings())
     {
     }
     ~ContentViewTest() override
@@ -31,6 +34,8 @@ protected:
     LibraryTab panelTab = LibraryTab::Duplicates;
     QUrl panelAnswer;
     QList<QUrl> opened;
+    FakeAudioSystem audio{clock};
+    AudioPlayer audioPlayer;
     ContentView view;
 };
 

@@ -9,6 +9,8 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"
+#include "support/FakeAudio.h"
+#include "support/ManualClock.h"
 #include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
 #include "ui/tracks/TrackListModel.h"
@@ -82,7 +84,7 @@ protected:
     {
         auto preferences = std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>());
         preferences->defaultsMigrated.set(true);
-        app = std::make_unique<VelmoraApp>(std::move(preferences));
+        app = std::make_unique<VelmoraApp>(std::move(preferences), std::make_unique<FakeAudioSystem>(audioClock));
     }
     ~ProgramTest() override
     {
@@ -117,6 +119,7 @@ protected:
     }
 
     QTemporaryDir folder;
+    ManualClock audioClock; // of what plays: nothing gets on by itself
     std::unique_ptr<VelmoraApp> app;
 };
 

@@ -1,12 +1,14 @@
 #include "support/WindowFixture.h"
 
 #include "ui/WindowContext.h"
+#include "ui/player/OutputMenu.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/window/SettingsMenu.h"
 #include "ui/window/TrackMenu.h"
 
 #include <QMenu>
+#include <QTest>
 
 class MenusTest : public WindowFixture {
 protected:
@@ -18,10 +20,13 @@ protected:
         }
         return nullptr;
     }
-    void build(QMenu& menu, LibraryTab tab, const QSet<TrackID>& ids) { TrackMenu::build(menu, context, tab, ids); }
+    void build(QMenu& menu, LibraryTab tab, const QSet<TrackID>& ids, const std::optional<Track>& focused = {})
+    {
+        TrackMenu::build(menu, context, tab, ids, focused);
+    }
 
     ThumbnailCache thumbnails{executor, {}};
-    WindowContext context{*store, dashboard, window->theme(), thumbnails};
+    WindowContext context{*store, dashboard, player, audio, window->theme(), thumbnails};
 };
 
 TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
@@ -72,6 +77,52 @@ TEST_F(MenusTest, ItsCommandsReachTheDashboard)
     EXPECT_EQ(dashboard.last("assignGenre").text, QStringLiteral("Drum & Bass"));
     action(menu, QStringLiteral("Отправить в конвертер"))->trigger();
     EXPECT_EQ(dashboard.last("addToConversion").ids, ids({plain, loved}));
+}
+
+TEST_F(MenusTest, ATrackMenuPlaysFirst)
+{
+    const Track first = track(QStringLiteral("a.mp3"));
+    const Track second = track(QStringLiteral("b.mp3"));
+    fill({first, second});
+    play(first);
+    const struct {
+        Track focused;
+        QString text;
+    } kCases[]{{first, QStringLiteral("Пауза")}, {second, QStringLiteral("Воспроизвести")}};
+    for (const auto& each : kCases) {
+        QMenu menu;
+        build(menu, LibraryTab::Playlist, ids({first, second}), each.focused);
+        QAction* action = menu.actions().first();
+        EXPECT_EQ(action->text().section(u'\t', 0, 0), each.text);
+        action->trigger();
+        EXPECT_EQ(dashboard.last("playTrack").ids, ids({each.focused}));
+    }
+}
+
+TEST_F(MenusTest, TheOutputIsChosenFromTheDevicesThereAre)
+{
+    const AudioDevice deck{QStringLiteral("a"), QStringLiteral("Deck & Booth")};
+    const AudioDevice phones{QStringLiteral("b"), QStringLiteral("Phones")};
+    audio.setDevices({deck, phones});
+    preferences.audioOutputDevice.set(QStringLiteral("gone"));
+    const auto texts = [](const QMenu& menu) {
+        QStringList result;
+        for (const QAction* each : menu.actions()) {
+            if (!each->isSeparator())
+                result += each->isChecked() ? u'*' + each->text() : each->text();
+        }
+        return result;
+    };
+    OutputMenu menu(context, nullptr);
+    EXPECT_EQ(audio.refreshes, 1);
+    EXPECT_EQ(texts(menu), (QStringList{QStringLiteral("*Системное устройство"), QStringLiteral("Deck && Booth"),
+                                        QStringLiteral("Phones")}))
+        << "a device that is not there counts as the default";
+    menu.actions().last()->trigger();
+    EXPECT_EQ(preferences.audioOutputDevice.get(), phones.id);
+    audio.setDevices({phones}); // the search that the menu began has come to its end
+    EXPECT_TRUE(QTest::qWaitFor([&] { return texts(menu).size() == 2; }, 2000));
+    EXPECT_EQ(texts(menu).last(), QStringLiteral("*Phones"));
 }
 
 TEST_F(MenusTest, SettingsAreWrittenAndTakeEffect)

@@ -1,8 +1,9 @@
 #include "support/WindowFixture.h"
 
+#include "ui/player/NowPlaying.h"
+#include "ui/player/PlayerBar.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/Banner.h"
-#include "ui/window/PlayerBar.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
 #include "ui/window/StatusStrip.h"
@@ -67,7 +68,7 @@ TEST_F(WindowTest, ItsPlaceIsRemembered)
     show();
     window->setGeometry(20, 30, 1300, 770);
     window->hide();
-    MainWindow second(WindowServices{*store, dashboard, executor, clock, {}});
+    MainWindow second(WindowServices{*store, dashboard, player, audio, executor, clock, {}});
     EXPECT_EQ(second.size(), QSize(1300, 770));
 }
 
@@ -118,7 +119,7 @@ TEST_F(WindowTest, TheBarShowsTheFocusedTrackAndItsHeart)
     fill(tracks);
     show();
     auto* bar = window->findChild<PlayerBar*>();
-    auto* heart = bar->findChild<ThemeButton*>();
+    auto* heart = &bar->findChild<NowPlaying*>()->heart();
     EXPECT_FALSE(heart->isVisible());
     workspace().setSelection(ids({tracks[1]}), tracks[1].id());
     EXPECT_EQ(bar->accessibleName(), tracks[1].displayTitle());

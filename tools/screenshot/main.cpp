@@ -1,5 +1,6 @@
 // Draws the window into a picture, for looking at it and for the documentation.
 
+#include "DemoAudio.h"
 #include "DemoLibrary.h"
 
 #include "app/ContentView.h"
@@ -11,13 +12,20 @@
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
+#include "playback/AudioPlayer.h"
 #include "ui/MainWindow.h"
+#include "ui/player/EnvelopeArea.h"
+#include "ui/player/PlayerBar.h"
+#include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionView.h"
+#include "ui/window/ThemeButton.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QMouseEvent>
 
 namespace {
 
@@ -55,7 +63,10 @@ Options parse(const QStringList& arguments)
     option("layout", "full or compact", "full");
     option("size", "WxH in device-independent pixels", "");
     option("scale", "scale factor of the screen", "1");
-    option("state", "rows, empty, notice, error, ontop, or menu for the menu of a row alone", "rows");
+    option("state",
+           "rows, empty, notice, error, ontop, playing, paused, outputs, hover, volume, or menu for the menu of a row "
+           "alone",
+           "rows");
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("folders to show instead of made-up rows"));
     parser.addHelpOption();
     parser.process(arguments);
@@ -81,7 +92,7 @@ std::unique_ptr<VelmoraApp> makeApp(const Options& options)
     preferences->workspaceLayout.set(options.layout);
     preferences->dashboardPlayerOnTop.set(options.state == QLatin1StringView("ontop"));
     preferences->defaultsMigrated.set(true); // nothing of the user's own settings in a picture
-    auto app = std::make_unique<VelmoraApp>(std::move(preferences));
+    auto app = std::make_unique<VelmoraApp>(std::move(preferences), std::make_unique<DemoAudio>());
     app->open({});
     const QStringList size = options.size.split(u'x');
     if (size.size() == 2)
@@ -132,6 +143,54 @@ void selectSome(LibraryStore& library, LibraryTab tab)
         library.selection().select({rows[2].id(), rows[3].id()}, rows[2].id());
 }
 
+/// The focused row plays, or stands in its midst.
+void playSome(VelmoraApp& app, bool plays)
+{
+    const QList<Track> rows = app.library().selection().visibleTracks();
+    if (rows.size() <= 2)
+        return;
+    app.player().play(rows[2]);
+    pump(kReadLimitMilliseconds, [&] { return app.player().isPlaying(); });
+    app.player().scheduleSeek(134, false);
+    pump(kSettleMilliseconds);
+    if (!plays)
+        app.player().toggle();
+}
+
+void hoverRow(MainWindow& window, int row)
+{
+    QAbstractItemView& list = window.activeSection().list();
+    const QPointF place = list.visualRect(list.model()->index(row, 1)).center();
+    QMouseEvent move(QEvent::MouseMove, place, list.viewport()->mapToGlobal(place), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(list.viewport(), &move);
+    auto* envelope = window.findChild<EnvelopeArea*>();
+    const QPointF middle(envelope->width() * 0.7, envelope->height() / 2.0);
+    QMouseEvent over(QEvent::MouseMove, middle, envelope->mapToGlobal(middle), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(envelope, &over);
+}
+
+/// The window, or the menu that the state asks for.
+QWidget* prepare(VelmoraApp& app, const QString& state)
+{
+    const auto is = [&](const char* name) { return state == QLatin1StringView(name); };
+    if (is("notice"))
+        app.library().favorites().removeFromCoverWorkspace(app.library().workspace().selectedIDs());
+    if (is("error"))
+        app.library().workspace().setLastError(QString());
+    if (is("playing") || is("paused") || is("hover") || is("ontop"))
+        playSome(app, !is("paused"));
+    pump(kSettleMilliseconds);
+    if (is("hover"))
+        hoverRow(app.window(), 5);
+    if (is("volume")) // where there is no room for the slider
+        app.window().findChild<VolumeControl*>()->findChild<ThemeButton*>()->setFocus(Qt::TabFocusReason);
+    if (is("menu"))
+        emit app.window().activeSection().contextMenuWanted(app.window().geometry().center());
+    if (is("outputs"))
+        app.window().findChild<PlayerBar*>()->openOutputs();
+    return is("menu") || is("outputs") ? QApplication::activePopupWidget() : &app.window();
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -145,21 +204,11 @@ int main(int argc, char** argv)
     const LibraryTab tab = sections().value(options.section, LibraryTab::Playlist);
     const std::unique_ptr<VelmoraApp> app = makeApp(options);
     app->contentView().activateTab(tab);
-    Workspace& workspace = app->library().workspace();
     if (!options.folders.isEmpty())
         importFolders(*app, options.folders, tab);
     else if (options.state != QLatin1StringView("empty"))
         inventRows(app->library());
     selectSome(app->library(), tab);
-    if (options.state == QLatin1StringView("notice"))
-        app->library().favorites().removeFromCoverWorkspace(workspace.selectedIDs());
-    if (options.state == QLatin1StringView("error"))
-        workspace.setLastError(QString());
-    pump(kSettleMilliseconds);
-    QWidget* shown = &app->window();
-    if (options.state == QLatin1StringView("menu")) {
-        emit app->window().activeSection().contextMenuWanted(shown->geometry().center());
-        shown = QApplication::activePopupWidget();
-    }
+    QWidget* shown = prepare(*app, options.state);
     return shown && shown->grab().save(options.out) ? 0 : 1;
 }

@@ -5,6 +5,7 @@
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/MetadataLoads.h"
 #include "core/library/order/Order.h"
+#include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
@@ -24,6 +25,7 @@ struct LibraryConcerns {
     QuickLists quickLists;
     Order order;
     Selection selection;
+    Playback playback;
     Favorites favorites;
     TagWriting tagWriting;
     MetadataLoads loads;

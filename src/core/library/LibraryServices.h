@@ -29,9 +29,8 @@ struct LibraryServices {
     /// Reads one audio file; called on worker threads. Gives nothing for a file that cannot be read.
     std::function<std::optional<LoadedTrackMetadata>(const QUrl& url, const AudioTags& fallbackTags)> readMetadata;
 
-    // Calls to the player and the analysers; an empty one means that nobody listens.
+    // Calls to the analysers; an empty one means that nobody listens.
     std::function<void(const QSet<TrackID>& ids)> detectBPM;
     std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
     std::function<void(const QList<QUrl>& urls)> preloadWaveforms;
-    std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;
 };

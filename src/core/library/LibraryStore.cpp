@@ -39,6 +39,10 @@ Sending& LibraryStore::sending() const
 {
     return m_concerns->sending;
 }
+Playback& LibraryStore::playback() const
+{
+    return m_concerns->playback;
+}
 QuickLists& LibraryStore::quickLists() const
 {
     return m_concerns->quickLists;

@@ -6,6 +6,7 @@ class Favorites;
 class Imports;
 class Notifications;
 class Order;
+class Playback;
 class Preferences;
 class QuickLists;
 class Selection;
@@ -33,6 +34,7 @@ public:
     Order& order() const;
     TagWriting& tagWriting() const;
     Sending& sending() const;
+    Playback& playback() const;
     QuickLists& quickLists() const;
     StatusLine& status() const;
     Preferences& preferences() const;

@@ -8,6 +8,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , quickLists(services.preferences)
     , order(workspace, services.preferences, services.notifications)
     , selection(workspace, order)
+    , playback({selection})
     , favorites(favoritesDependencies())
     , tagWriting(tagWritingDependencies())
     , loads(loadsDependencies())
@@ -37,7 +38,9 @@ Favorites::Dependencies LibraryConcerns::favoritesDependencies()
             status,
             services.notifications,
             services.preferences,
-            services.continuePlaybackAfterRemoving};
+            [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
+                playback.continuePlaybackAfterRemoving(ids, rows);
+            }};
 }
 
 TagWriting::Dependencies LibraryConcerns::tagWritingDependencies()

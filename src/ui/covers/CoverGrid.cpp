@@ -1,17 +1,15 @@
 #include "ui/covers/CoverGrid.h"
 
-#include "ui/text/Texts.h"
+#include "core/library/LibraryStore.h"
+#include "platform/Notifications.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/CoverPaint.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/tracks/TrackListModel.h"
 
-#include <QContextMenuEvent>
-#include <QHelpEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QToolTip>
 
 #include <cmath>
 
@@ -21,12 +19,14 @@ constexpr int kTitleTop = 8; // below the picture
 constexpr int kTitleLine = 18;
 constexpr int kArtistLine = 17;
 constexpr int kRingGap = 2; // between picture and ring
+constexpr int kButton = 44;
 } // namespace
 
 CoverGrid::CoverGrid(const WindowContext& context, TrackListModel& model, QWidget* parent)
     : QListView(parent)
     , m_context(context)
     , m_model(model)
+    , m_mark(context.player)
 {
     setModel(&model);
     setFrameShape(QFrame::NoFrame);
@@ -37,6 +37,8 @@ CoverGrid::CoverGrid(const WindowContext& context, TrackListModel& model, QWidge
     setMouseTracking(true);
     connect(&context.thumbnails, &ThumbnailCache::ready, viewport(), qOverload<>(&QWidget::update));
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
+    connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
+            &CoverGrid::playbackChanged);
 }
 
 int CoverGrid::columns() const
@@ -246,7 +248,7 @@ void CoverGrid::paintCell(QPainter& painter, int row) const
     const bool isFocused = hasFocus() && currentIndex() == index && (m_isKeyboardUsed || !isSelected);
     CoverPaint::paint(painter, m_context, picture, Metrics::kRadiusLarge, &track);
     if (row == m_hovered)
-        Paint::roundedFill(painter, picture, Metrics::kRadiusLarge, c.hover);
+        PlayingMark::paintButton(painter, buttonRect(index), kButton / 2, m_mark.of(track), m_context.theme);
     const int reach = kRingGap + Metrics::kCoverRing;
     const QRect ring = picture.adjusted(-reach, -reach, reach, reach);
     if (isSelected)
@@ -254,88 +256,39 @@ void CoverGrid::paintCell(QPainter& painter, int row) const
     if (isFocused)
         Paint::card(painter, rect.adjusted(-reach - 2, -reach - 2, reach + 2, 2), Metrics::kRadiusLarge + reach,
                     Qt::transparent, c.accent);
-    const int top = picture.bottom() + kTitleTop;
-    Paint::line(painter, {rect.left(), top, rect.width(), kTitleLine}, track.displayTitle(),
+    paintCaption(painter, rect.adjusted(0, rect.width() - 1 + kTitleTop, 0, 0), track);
+}
+
+void CoverGrid::paintCaption(QPainter& painter, const QRect& rect, const Track& track) const
+{
+    const ThemeColours& c = m_context.theme.colours();
+    const PlayingMark::State mark = m_mark.of(track);
+    const int indent = mark == PlayingMark::State::None ? 0 : PlayingMark::kSide + Metrics::kStep;
+    PlayingMark::paint(painter, {rect.left(), rect.top(), PlayingMark::kSide, kTitleLine}, mark, m_context.theme);
+    Paint::line(painter, {rect.left() + indent, rect.top(), rect.width() - indent, kTitleLine}, track.displayTitle(),
                 m_context.theme.font(TextRole::BodyStrong), c.text);
-    Paint::line(painter, {rect.left(), top + kTitleLine, rect.width(), kArtistLine}, track.tags().artist,
+    Paint::line(painter, {rect.left(), rect.top() + kTitleLine, rect.width(), kArtistLine}, track.tags().artist,
                 m_context.theme.font(TextRole::Secondary), c.text2);
 }
 
-void CoverGrid::keyPressEvent(QKeyEvent* event)
+QRect CoverGrid::buttonRect(const QModelIndex& index) const
 {
-    m_isKeyboardUsed = true;
-    viewport()->update();
-    QListView::keyPressEvent(event);
+    const QRect cell = visualRect(index);
+    const int inset = (cell.width() - kButton) / 2;
+    return {cell.left() + inset, cell.top() + inset, kButton, kButton};
 }
 
-void CoverGrid::focusInEvent(QFocusEvent* event)
-{
-    m_isTakingFocus = true; // else the first cover would become the current one, which the user never chose
-    QListView::focusInEvent(event);
-    m_isTakingFocus = false;
-}
-
-void CoverGrid::mousePressEvent(QMouseEvent* event)
-{
-    m_isKeyboardUsed = false;
-    QListView::mousePressEvent(event);
-}
-
-void CoverGrid::mouseMoveEvent(QMouseEvent* event)
-{
-    const QModelIndex index = indexAt(event->position().toPoint());
-    setHovered(index.isValid() ? index.row() : -1);
-    QListView::mouseMoveEvent(event);
-}
-
-void CoverGrid::leaveEvent(QEvent* event)
-{
-    setHovered(-1);
-    QListView::leaveEvent(event);
-}
-
-void CoverGrid::setHovered(int row)
-{
-    if (row == m_hovered)
-        return;
-    m_hovered = row;
-    viewport()->update();
-}
-
-void CoverGrid::contextMenuEvent(QContextMenuEvent* event)
-{
-    QPoint position = event->globalPos();
-    if (event->reason() == QContextMenuEvent::Keyboard) {
-        if (!currentIndex().isValid())
-            return;
-        position = viewport()->mapToGlobal(visualRect(currentIndex()).center());
-    } else if (!indexAt(event->pos()).isValid()) {
-        return;
-    }
-    emit contextMenuWanted(position);
-}
-
-bool CoverGrid::viewportEvent(QEvent* event)
-{
-    if (event->type() != QEvent::ToolTip)
-        return QListView::viewportEvent(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
-    showTooltip(help->pos(), help->globalPos());
-    return true;
-}
-
-void CoverGrid::showTooltip(const QPoint& position, const QPoint& global)
+QModelIndex CoverGrid::buttonAt(const QPoint& position) const
 {
     const QModelIndex index = indexAt(position);
-    QString text;
-    if (index.isValid()) {
-        const Track& track = m_model.track(index.row());
-        const int width = visualRect(index).width();
-        const QFontMetrics title(m_context.theme.font(TextRole::BodyStrong));
-        const QFontMetrics artist(m_context.theme.font(TextRole::Secondary));
-        if (title.horizontalAdvance(track.displayTitle()) > width ||
-            artist.horizontalAdvance(track.tags().artist) > width)
-            text = Texts::spoken(track);
+    return index.isValid() && buttonRect(index).contains(position) ? index : QModelIndex();
+}
+
+void CoverGrid::playbackChanged()
+{
+    for (int row : rowsTouched(viewport()->rect())) {
+        if (m_mark.isAffected(m_model.track(row)))
+            viewport()->update(visualRect(m_model.index(row, 0)));
     }
-    QToolTip::showText(global, text, viewport(), visualRect(index));
+    m_mark.remember();
 }

@@ -2,6 +2,7 @@
 
 #include "core/model/Track.h"
 #include "ui/WindowContext.h"
+#include "ui/tracks/PlayingMark.h"
 
 #include <QListView>
 
@@ -24,6 +25,8 @@ public:
 
 Q_SIGNALS:
     void contextMenuWanted(const QPoint& globalPosition);
+    /// A double click, Return, or a click on the button that a cover shows under the pointer.
+    void playWanted(const Track& track);
 
 protected:
     int horizontalOffset() const override { return 0; }
@@ -41,6 +44,8 @@ protected:
     void keyboardSearch(const QString&) override {}
     void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -52,11 +57,17 @@ private:
     int rowTop(int gridRow) const; ///< in the contents
     QList<int> rowsTouched(const QRect& area) const;
     void paintCell(QPainter& painter, int row) const;
+    void paintCaption(QPainter& painter, const QRect& rect, const Track& track) const;
+    QRect buttonRect(const QModelIndex& index) const;
+    QModelIndex buttonAt(const QPoint& position) const;
+    void playbackChanged();
     void showTooltip(const QPoint& position, const QPoint& global);
     void setHovered(int row);
 
     WindowContext m_context;
     TrackListModel& m_model;
+    PlayingMark m_mark;
+    QPersistentModelIndex m_pressedButton;
     int m_hovered = -1;
     bool m_isTakingFocus = false;
     bool m_isKeyboardUsed = false;

@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/Notifications.h"
 #include "ui/DashboardActions.h"
 #include "ui/covers/CoverGrid.h"
 #include "ui/sections/EmptyState.h"
@@ -33,6 +34,7 @@ SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* 
     , m_stack(new QStackedLayout)
 {
     buildList();
+    followKeys();
     buildActions();
     m_stack->addWidget(m_empty);
     m_stack->addWidget(m_list);
@@ -61,10 +63,12 @@ void SectionView::buildList()
     if (m_tab == LibraryTab::Covers) {
         auto* grid = new CoverGrid(m_context, *m_model, this);
         connect(grid, &CoverGrid::contextMenuWanted, this, &SectionView::contextMenuWanted);
+        connect(grid, &CoverGrid::playWanted, this, [this](const Track& track) { play(track); });
         m_list = grid;
     } else {
         auto* table = new TrackTable(m_context, *m_model, this);
         connect(table, &TrackTable::contextMenuWanted, this, &SectionView::contextMenuWanted);
+        connect(table, &TrackTable::playWanted, this, [this](const Track& track) { play(track); });
         connect(table, &TrackTable::heartClicked, this,
                 [this](const QUuid& id) { m_context.actions.toggleFavorites({id}); });
         m_list = table;
@@ -76,6 +80,18 @@ void SectionView::buildList()
         connect(m_scrolling, &ScrollActivity::scrollingChanged, this,
                 [this](bool scrolling) { m_context.actions.setPlaylistScrolling(scrolling); });
     }
+}
+
+/// Lists whose selection is not the dashboard's are told by the program's events where the keys go.
+void SectionView::followKeys()
+{
+    using Direction = Notifications::Direction;
+    const auto follow = [this](Direction direction) { moveFocus(direction == Direction::Up ? -1 : 1); };
+    Notifications& notifications = m_context.library.notifications();
+    if (m_tab == LibraryTab::Converter)
+        connect(&notifications, &Notifications::velmoraNavigateConversionItems, this, follow);
+    if (m_tab == LibraryTab::Duplicates)
+        connect(&notifications, &Notifications::velmoraNavigateDuplicateItems, this, follow);
 }
 
 void SectionView::buildActions()
@@ -190,6 +206,41 @@ QSet<TrackID> SectionView::selectedIDs()
     if (m_sync)
         m_sync->flush();
     return SelectionSync::selectedIDs(*m_list, *m_model);
+}
+
+std::optional<Track> SectionView::focusedTrack()
+{
+    const QSet<TrackID> ids = selectedIDs();
+    const QModelIndex current = m_list->currentIndex();
+    if (current.isValid() && ids.contains(m_model->track(current.row()).id()))
+        return m_model->track(current.row());
+    const QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    return rows.isEmpty() ? std::nullopt : std::optional(m_model->track(rows.first().row()));
+}
+
+void SectionView::scrollTo(const TrackID& id)
+{
+    if (const std::optional<int> row = m_model->rowOf(id))
+        m_list->scrollTo(m_model->index(*row, 0), QAbstractItemView::PositionAtCenter);
+}
+
+void SectionView::play(const Track& track)
+{
+    if (m_sync)
+        m_sync->flush();
+    m_context.actions.playTrack(track);
+}
+
+void SectionView::moveFocus(int offset)
+{
+    const int count = m_model->rowCount();
+    const QModelIndex current = m_list->currentIndex();
+    if (!m_isShown || count == 0)
+        return;
+    const int row = current.isValid() ? std::clamp(current.row() + offset, 0, count - 1) : 0;
+    const QModelIndex index = m_model->index(row, 0);
+    m_list->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_list->scrollTo(index);
 }
 
 void SectionView::selectAll()

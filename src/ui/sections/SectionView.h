@@ -8,6 +8,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <optional>
+
 class DropTarget;
 class EmptyState;
 class QAbstractItemView;
@@ -39,6 +41,10 @@ public:
 
     /// The selected rows. Hands a waiting change of the selection on first.
     QSet<TrackID> selectedIDs();
+    /// The focused row where it is selected, else the first selected one.
+    std::optional<Track> focusedTrack();
+    /// Brings a row into the middle of the view; nothing for a row that is not here.
+    void scrollTo(const TrackID& id);
     void selectAll();
     void focusList();
 
@@ -51,8 +57,11 @@ protected:
 
 private:
     void buildList();
+    void followKeys();
     void buildActions();
     void addDropTarget(QWidget& area);
+    void play(const Track& track);
+    void moveFocus(int offset);
     void refresh();
     void updateFacts();
     void showOutline(bool isOn);

@@ -9,6 +9,29 @@ QString twoDigits(qint64 value)
     return QString::number(value).rightJustified(2, u'0');
 }
 
+QString clockText(qint64 seconds)
+{
+    const qint64 hours = seconds / 3600;
+    if (hours > 0)
+        return QStringLiteral("%1:%2:%3").arg(hours).arg(twoDigits(seconds / 60 % 60), twoDigits(seconds % 60));
+    return QStringLiteral("%1:%2").arg(seconds / 60).arg(twoDigits(seconds % 60));
+}
+
+bool isKnown(double duration)
+{
+    return duration > 0 && std::isfinite(duration);
+}
+
+/// The whole seconds that have passed; at the end those of the length, which is rounded as everywhere.
+qint64 passed(double seconds, double duration)
+{
+    const double time = std::isfinite(seconds) ? std::max(0.0, seconds) : 0.0;
+    if (!isKnown(duration))
+        return static_cast<qint64>(time);
+    return time >= duration ? std::llround(duration)
+                            : std::min<qint64>(static_cast<qint64>(time), std::llround(duration));
+}
+
 } // namespace
 
 namespace Texts {
@@ -17,11 +40,19 @@ QString length(double seconds)
 {
     if (!(seconds > 0) || !std::isfinite(seconds))
         return QStringLiteral("—");
-    const qint64 whole = std::llround(seconds);
-    const qint64 hours = whole / 3600;
-    if (hours > 0)
-        return QStringLiteral("%1:%2:%3").arg(hours).arg(twoDigits(whole / 60 % 60), twoDigits(whole % 60));
-    return QStringLiteral("%1:%2").arg(whole / 60).arg(twoDigits(whole % 60));
+    return clockText(std::llround(seconds));
+}
+
+QString position(double seconds, double duration)
+{
+    return clockText(passed(seconds, duration));
+}
+
+QString remaining(double seconds, double duration)
+{
+    if (!isKnown(duration))
+        return QStringLiteral("—");
+    return QChar(0x2212) + clockText(std::llround(duration) - passed(seconds, duration));
 }
 
 QString totalLength(double seconds)

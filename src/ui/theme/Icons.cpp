@@ -77,6 +77,8 @@ QString nameForSymbol(const QString& symbol)
         {QStringLiteral("trash"), QStringLiteral("trash")},
         {QStringLiteral("doc.on.doc"), QStringLiteral("copies")},
         {QStringLiteral("slider.horizontal.3"), QStringLiteral("sliders")},
+        {QStringLiteral("speaker.slash"), QStringLiteral("speaker-muted")},
+        {QStringLiteral("speaker.wave.2"), QStringLiteral("speaker-high")},
         {QStringLiteral("arrow.up"), QStringLiteral("arrow-up")},
         {QStringLiteral("arrow.down"), QStringLiteral("arrow-down")},
     };

@@ -27,6 +27,9 @@ ThemeColours dark()
     c.selection = tint(c.accent, 0.16);
     c.hover = tint(Qt::white, 0.035);
     c.pressed = tint(Qt::white, 0.09);
+    c.groove = QColor(0x3A3E49);
+    c.coverVeil = tint(Qt::black, 0.48);
+    c.coverGlyph = QColor(0xFFFFFF);
     c.shadow = tint(Qt::black, 0.5);
     return c;
 }
@@ -50,6 +53,9 @@ ThemeColours light()
     c.selection = tint(c.accent, 0.11);
     c.hover = tint(Qt::black, 0.03);
     c.pressed = tint(Qt::black, 0.07);
+    c.groove = QColor(0xD3D8E0);
+    c.coverVeil = tint(Qt::black, 0.48);
+    c.coverGlyph = QColor(0xFFFFFF);
     c.shadow = tint(Qt::black, 0.18);
     return c;
 }

@@ -23,7 +23,10 @@ struct ThemeColours {
     QColor selection; ///< tint laid over what is selected
     QColor hover;     ///< tint laid over what the pointer is on
     QColor pressed;
+    QColor groove; ///< of sliders, the part that is not filled
     QColor shadow;
+    QColor coverVeil;  ///< over a cover that shows a button
+    QColor coverGlyph; ///< on the veil
 
     static const ThemeColours& of(Appearance appearance);
 };

@@ -14,7 +14,7 @@ struct Spec {
 };
 
 constexpr Spec kSpecs[]{
-    {TrackColumn::Cover, 72, 0, 0},   {TrackColumn::Title, 200, 5, 0},  {TrackColumn::Album, 120, 2, 1},
+    {TrackColumn::Cover, 92, 0, 0},   {TrackColumn::Title, 184, 5, 0},  {TrackColumn::Album, 120, 2, 1},
     {TrackColumn::Genre, 120, 2, 5},  {TrackColumn::BPM, 68, 0, 0},     {TrackColumn::Key, 76, 0, 6},
     {TrackColumn::Format, 72, 0, 3},  {TrackColumn::BitRate, 92, 0, 2}, {TrackColumn::Length, 72, 0, 4},
     {TrackColumn::Status, 160, 1, 0}, {TrackColumn::Heart, 60, 0, 0},

@@ -46,9 +46,9 @@ TrackDelegate::TrackDelegate(const WindowContext& context, StateOf stateOf, QObj
 
 void TrackDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    const auto& model = static_cast<const TrackListModel&>(*index.model());
-    paintRow(*painter, option, m_stateOf(index));
-    paintCell(*painter, option.rect, model, index);
+    const RowState state = m_stateOf(index);
+    paintRow(*painter, option, state);
+    paintCell(*painter, option.rect, index, state);
 }
 
 void TrackDelegate::paintRow(QPainter& painter, const QStyleOptionViewItem& option, const RowState& state) const
@@ -73,9 +73,10 @@ void TrackDelegate::paintRow(QPainter& painter, const QStyleOptionViewItem& opti
         painter.fillRect(rect.right(), rect.top(), Metrics::kHairline, rect.height(), c.accent);
 }
 
-void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const TrackListModel& model,
-                              const QModelIndex& index) const
+void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const QModelIndex& index,
+                              const RowState& state) const
 {
+    const auto& model = static_cast<const TrackListModel&>(*index.model());
     const Track& track = model.track(index.row());
     const TrackColumn column = model.columnAt(index.column());
     const ThemeColours& c = m_context.theme.colours();
@@ -83,7 +84,7 @@ void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const TrackL
     const QRect text = textRect(rect);
     switch (column) {
     case TrackColumn::Cover:
-        paintCover(painter, rect, track);
+        paintCover(painter, rect, track, state);
         break;
     case TrackColumn::Title:
         paintTitle(painter, text, track);
@@ -116,11 +117,21 @@ void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const TrackL
     }
 }
 
-void TrackDelegate::paintCover(QPainter& painter, const QRect& rect, const Track& track) const
+QRect TrackDelegate::coverRect(const QRect& cell)
 {
-    const QRect square(rect.left() + Metrics::kSpace6, rect.top() + (rect.height() - Metrics::kThumbnail) / 2,
-                       Metrics::kThumbnail, Metrics::kThumbnail);
+    return {cell.left() + Metrics::kRowGutter, cell.top() + (cell.height() - Metrics::kThumbnail) / 2,
+            Metrics::kThumbnail, Metrics::kThumbnail};
+}
+
+void TrackDelegate::paintCover(QPainter& painter, const QRect& rect, const Track& track, const RowState& state) const
+{
+    const QRect square = coverRect(rect);
     CoverPaint::paint(painter, m_context, square, Metrics::kRadiusSmall, &track);
+    if (state.isHovered)
+        PlayingMark::paintButton(painter, square, Metrics::kRadiusSmall, state.mark, m_context.theme);
+    // Its middle stands a little right of the gutter's, below the icons of the folder headers.
+    const int left = rect.left() + Metrics::kSpace2;
+    PlayingMark::paint(painter, {left, rect.top(), square.left() - left, rect.height()}, state.mark, m_context.theme);
 }
 
 void TrackDelegate::paintTitle(QPainter& painter, const QRect& rect, const Track& track) const

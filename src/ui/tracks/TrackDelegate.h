@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/WindowContext.h"
+#include "ui/tracks/PlayingMark.h"
 #include "ui/tracks/TrackColumns.h"
 
 #include <QStyledItemDelegate>
@@ -13,6 +14,7 @@ struct RowState {
     bool hasFocusRing = false;
     bool isFirstColumn = false;
     bool isLastColumn = false;
+    PlayingMark::State mark = PlayingMark::State::None;
 };
 
 /// Draws the cells of a TrackListModel.
@@ -29,11 +31,13 @@ public:
                    const QModelIndex& index) override;
     /// The full text of a cell where \p cell is too narrow for it or where it is shown in other words; else empty.
     QString tooltip(const QModelIndex& index, const QRect& cell) const;
+    /// Where the cover stands in its cell.
+    static QRect coverRect(const QRect& cell);
 
 private:
     void paintRow(QPainter& painter, const QStyleOptionViewItem& option, const RowState& state) const;
-    void paintCell(QPainter& painter, const QRect& rect, const TrackListModel& model, const QModelIndex& index) const;
-    void paintCover(QPainter& painter, const QRect& rect, const Track& track) const;
+    void paintCell(QPainter& painter, const QRect& rect, const QModelIndex& index, const RowState& state) const;
+    void paintCover(QPainter& painter, const QRect& rect, const Track& track, const RowState& state) const;
     void paintTitle(QPainter& painter, const QRect& rect, const Track& track) const;
     void paintKey(QPainter& painter, const QRect& rect, const QString& text) const;
     void paintHeart(QPainter& painter, const QRect& rect, bool isFavorite) const;

@@ -1,5 +1,7 @@
 #include "ui/tracks/TrackTable.h"
 
+#include "core/library/LibraryStore.h"
+#include "platform/Notifications.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/tracks/ColumnHeader.h"
@@ -16,6 +18,7 @@ TrackTable::TrackTable(const WindowContext& context, TrackListModel& model, QWid
     , m_context(context)
     , m_model(model)
     , m_folderHeader(context, model)
+    , m_mark(context.player)
 {
     setModel(&model);
     setItemDelegate(new TrackDelegate(
@@ -38,6 +41,8 @@ TrackTable::TrackTable(const WindowContext& context, TrackListModel& model, QWid
     setMouseTracking(true);
     connect(&context.thumbnails, &ThumbnailCache::ready, viewport(), qOverload<>(&QWidget::update));
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
+    connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
+            &TrackTable::playbackChanged);
 }
 
 void TrackTable::setDensity(double density)
@@ -108,6 +113,8 @@ RowState TrackTable::stateOf(const QModelIndex& index) const
     state.isHovered = index.row() == m_hoveredRow;
     state.isFirstColumn = index.column() == m_firstColumn;
     state.isLastColumn = index.column() == m_lastColumn;
+    if (m_model.columnAt(index.column()) == TrackColumn::Cover)
+        state.mark = m_mark.of(m_model.track(index.row()));
     if (!hasFocus() || currentIndex().row() != index.row())
         return state;
     // One selected row is its own mark; among several, or away from them, the focus needs one.
@@ -123,37 +130,72 @@ QModelIndex TrackTable::heartAt(const QPoint& position) const
     return index.isValid() && m_model.columnAt(index.column()) == TrackColumn::Heart ? index : QModelIndex();
 }
 
+QModelIndex TrackTable::coverAt(const QPoint& position) const
+{
+    const QModelIndex index = indexAt(position);
+    const bool isCover = index.isValid() && m_model.columnAt(index.column()) == TrackColumn::Cover &&
+                         TrackDelegate::coverRect(visualRect(index)).contains(position);
+    return isCover ? index : QModelIndex();
+}
+
+/// Only the rows in view are looked at, and of these only those repainted that win or lose the mark.
+void TrackTable::playbackChanged()
+{
+    const int first = m_layout.nearestRow(verticalOffset());
+    const int last = m_layout.nearestRow(verticalOffset() + viewport()->height());
+    for (int row = std::max(0, first); row <= last && row < m_model.rowCount(); ++row) {
+        if (m_mark.isAffected(m_model.track(row)))
+            updateRow(row);
+    }
+    m_mark.remember();
+}
+
 void TrackTable::mousePressEvent(QMouseEvent* event)
 {
     m_isKeyboardUsed = false;
-    m_pressedHeart = event->button() == Qt::LeftButton ? heartAt(event->position().toPoint()) : QModelIndex();
-    if (!m_pressedHeart.isValid())
+    const QPoint place = event->position().toPoint();
+    const bool isLeft = event->button() == Qt::LeftButton;
+    m_pressedHeart = isLeft ? heartAt(place) : QModelIndex();
+    m_pressedCover = isLeft && event->modifiers() == Qt::NoModifier ? coverAt(place) : QModelIndex();
+    if (!m_pressedHeart.isValid() && !m_pressedCover.isValid())
         QTableView::mousePressEvent(event);
 }
 
 void TrackTable::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (!m_pressedHeart.isValid()) {
+    const QPoint place = event->position().toPoint();
+    const QModelIndex heart = std::exchange(m_pressedHeart, QPersistentModelIndex());
+    const QModelIndex cover = std::exchange(m_pressedCover, QPersistentModelIndex());
+    if (heart.isValid()) {
+        if (heartAt(place) == heart)
+            emit heartClicked(m_model.track(heart.row()).id());
+    } else if (cover.isValid()) {
+        if (coverAt(place) == cover)
+            emit playWanted(m_model.track(cover.row()));
+    } else {
         QTableView::mouseReleaseEvent(event);
-        return;
     }
-    const QModelIndex pressed = std::exchange(m_pressedHeart, QPersistentModelIndex());
-    if (heartAt(event->position().toPoint()) == pressed)
-        emit heartClicked(m_model.track(pressed.row()).id());
 }
 
 void TrackTable::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (heartAt(event->position().toPoint()).isValid())
+    const QPoint place = event->position().toPoint();
+    if (heartAt(place).isValid()) {
         mousePressEvent(event); // two quick clicks are two toggles
-    else
+        return;
+    }
+    const QModelIndex index = indexAt(place);
+    const bool isPlain = event->button() == Qt::LeftButton && event->modifiers() == Qt::NoModifier;
+    if (!isPlain || !index.isValid())
         QTableView::mouseDoubleClickEvent(event);
+    else if (!coverAt(place).isValid()) // there the first click did it
+        emit playWanted(m_model.track(index.row()));
 }
 
 void TrackTable::mouseMoveEvent(QMouseEvent* event)
 {
     setHoveredRow(rowAtViewport(event->position().y()));
-    if (!m_pressedHeart.isValid())
+    if (!m_pressedHeart.isValid() && !m_pressedCover.isValid())
         QTableView::mouseMoveEvent(event);
 }
 
@@ -173,7 +215,11 @@ void TrackTable::keyPressEvent(QKeyEvent* event)
 {
     m_isKeyboardUsed = true;
     updateRow(currentIndex().row());
-    QTableView::keyPressEvent(event);
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn)
+        QTableView::keyPressEvent(event);
+    else if (currentIndex().isValid() && !event->isAutoRepeat())
+        emit playWanted(m_model.track(currentIndex().row()));
 }
 
 void TrackTable::focusInEvent(QFocusEvent* event)

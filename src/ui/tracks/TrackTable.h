@@ -3,6 +3,7 @@
 #include "core/model/Track.h"
 #include "ui/WindowContext.h"
 #include "ui/tracks/FolderHeader.h"
+#include "ui/tracks/PlayingMark.h"
 #include "ui/tracks/RowLayout.h"
 #include "ui/tracks/TrackDelegate.h"
 
@@ -39,6 +40,8 @@ public:
 
 Q_SIGNALS:
     void heartClicked(const QUuid& trackID);
+    /// A double click, Return, or a click on the button that the cover shows under the pointer.
+    void playWanted(const Track& track);
     void contextMenuWanted(const QPoint& globalPosition);
 
 protected:
@@ -71,6 +74,8 @@ private:
     void applyWidths();
     RowState stateOf(const QModelIndex& index) const;
     QModelIndex heartAt(const QPoint& position) const;
+    QModelIndex coverAt(const QPoint& position) const;
+    void playbackChanged();
     void setHoveredRow(int row);
     void updateRow(int row);
 
@@ -79,7 +84,9 @@ private:
     RowLayout m_layout;
     FolderHeader m_folderHeader;
     int m_hoveredRow = -1;
+    PlayingMark m_mark;
     QPersistentModelIndex m_pressedHeart;
+    QPersistentModelIndex m_pressedCover;
     QPersistentModelIndex m_anchor; ///< row at the top of the view while rows change
     int m_anchorOffset = 0;         ///< its place in the viewport, pixels
     bool m_isTakingFocus = false;

@@ -11,6 +11,7 @@ namespace {
 constexpr int kPadding = 14;
 constexpr int kIconGap = 8;
 constexpr int kIconSide = 16;
+constexpr int kRoundIcon = 22;
 constexpr double kLighter = 0.10; // of the text's colour laid over a hovered accent
 } // namespace
 
@@ -55,6 +56,8 @@ const QFont& ThemeButton::labelFont() const
 QSize ThemeButton::sizeHint() const
 {
     const int textWidth = QFontMetrics(labelFont()).horizontalAdvance(text());
+    if (m_kind == Kind::Round)
+        return {Metrics::kPlayButton, Metrics::kPlayButton};
     if (m_kind == Kind::Link)
         return {textWidth + 2 * Metrics::kStep, Metrics::kStatusHeight - Metrics::kStep};
     if (text().isEmpty())
@@ -69,6 +72,8 @@ QColor ThemeButton::textColour() const
     if (!isEnabled())
         return c.text3;
     switch (m_kind) {
+    case Kind::Round:
+        return c.surface;
     case Kind::Accent:
         return c.accentText;
     case Kind::Link:
@@ -81,10 +86,22 @@ QColor ThemeButton::textColour() const
     return c.text;
 }
 
+double ThemeButton::cornerRadius() const
+{
+    return m_kind == Kind::Round ? width() / 2.0 : Metrics::kRadius;
+}
+
 void ThemeButton::paintBackground(QPainter& painter) const
 {
     const ThemeColours& c = m_theme.colours();
     const bool isHot = isEnabled() && underMouse();
+    if (m_kind == Kind::Round) {
+        QColor disc = isEnabled() ? c.text : c.line;
+        if (isEnabled() && (isHot || isDown()))
+            disc.setAlphaF(isDown() ? 0.75F : 0.88F);
+        Paint::roundedFill(painter, rect(), cornerRadius(), disc);
+        return;
+    }
     if (m_kind == Kind::Accent) {
         Paint::roundedFill(painter, rect(), Metrics::kRadius, isEnabled() ? c.accent : c.raised);
         QColor veil = c.accentText;
@@ -108,7 +125,8 @@ void ThemeButton::paintEvent(QPaintEvent*)
     const int gap = hasIcon && textWidth > 0 ? kIconGap : 0;
     int x = (width() - textWidth - gap - (hasIcon ? kIconSide : 0)) / 2;
     if (hasIcon) {
-        const int side = textWidth > 0 ? kIconSide : Metrics::kIcon;
+        const int alone = m_kind == Kind::Round ? kRoundIcon : Metrics::kIcon;
+        const int side = textWidth > 0 ? kIconSide : alone;
         x = textWidth > 0 ? x : (width() - side) / 2;
         Icons::paint(painter, {x, (height() - side) / 2, side, side}, m_iconName,
                      m_iconColour.isValid() && isEnabled() ? m_iconColour : colour);
@@ -121,7 +139,7 @@ void ThemeButton::paintEvent(QPaintEvent*)
     if (m_kind == Kind::Link && underMouse())
         painter.fillRect(x, height() / 2 + Metrics::kSpace2, textWidth, Metrics::kHairline, colour);
     if (hasFocus())
-        Paint::focusRing(painter, rect(), Metrics::kRadius,
+        Paint::focusRing(painter, rect(), cornerRadius() - Metrics::kFocusWidth / 2.0,
                          m_kind == Kind::Accent ? m_theme.colours().text : m_theme.colours().accent);
 }
 

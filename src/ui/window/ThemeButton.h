@@ -4,12 +4,12 @@
 
 class Theme;
 
-/// The window's button: accented, plain, quiet (icon only) or a link in a line of text.
+/// The window's button: accented, plain, quiet (icon only), a link in a line of text, or the player's round one.
 class ThemeButton : public QAbstractButton {
     Q_OBJECT
 
 public:
-    enum class Kind { Accent, Plain, Quiet, Link };
+    enum class Kind { Accent, Plain, Quiet, Link, Round };
 
     ThemeButton(const Theme& theme, Kind kind, QWidget* parent = nullptr);
 
@@ -31,6 +31,7 @@ protected:
 private:
     QColor textColour() const;
     const QFont& labelFont() const;
+    double cornerRadius() const;
     void paintBackground(QPainter& painter) const;
 
     const Theme& m_theme;

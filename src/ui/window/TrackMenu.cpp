@@ -3,6 +3,7 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/workspace/Workspace.h"
+#include "playback/AudioPlayer.h"
 #include "ui/DashboardActions.h"
 #include "ui/sections/SectionRows.h"
 #include "ui/text/Texts.h"
@@ -116,14 +117,27 @@ void addMembership(QMenu& menu, const WindowContext& context, LibraryTab tab, co
                        [&actions, ids] { actions.removeFromCovers(ids); });
 }
 
+void addPlayback(QMenu& menu, const WindowContext& context, const Track& track)
+{
+    const AudioPlayer& player = context.player;
+    const bool isPlaying = player.isPlaying() && player.matchesCurrentTrack(track);
+    const QString text = Texts::localized(isPlaying ? QStringLiteral("Пауза") : QStringLiteral("Воспроизвести"));
+    menu.addAction(text + u'\t' + Texts::localized(QStringLiteral("Пробел")),
+                   [&actions = context.actions, track] { actions.playTrack(track); });
+    menu.addSeparator();
+}
+
 } // namespace
 
 namespace TrackMenu {
 
-void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
+void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids,
+           const std::optional<Track>& focused)
 {
     DashboardActions& actions = context.actions;
     menu.setToolTipsVisible(true);
+    if (focused)
+        addPlayback(menu, context, *focused);
     if (SectionRows::holdsLibraryTracks(tab)) {
         addMembership(menu, context, tab, ids);
         menu.addSeparator();

@@ -57,12 +57,17 @@ TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
 TEST_F(FavoritesTest, LeavingFavoritesLeavesCoversAndMovesPlaybackOn)
 {
     fill({star, plain});
+    player.current = star.id();
     favorites().removeFromFavorites(ids({star, plain}), &undo, true);
     EXPECT_FALSE(now(star).isInCoverWorkspace());
-    EXPECT_EQ(playbackMovedFrom, ids({star})) << "only favourites count";
+    EXPECT_EQ(player.played, QList<TrackID>({plain.id()})) << "only favourites count";
     EXPECT_EQ(statusText(), QStringLiteral("Убрано из избранного: 1"));
     favorites().removeFromFavorites(ids({plain}), &undo, true);
-    EXPECT_EQ(playbackMovedFrom, ids({star})) << "nothing happened";
+    EXPECT_EQ(player.current, plain.id()) << "nothing happened";
+    player.current = star.id();
+    fill({star, plain});
+    favorites().removeFromFavorites(ids({star}), &undo, false);
+    EXPECT_EQ(player.current, star.id()) << "only when asked to";
 }
 
 TEST_F(FavoritesTest, FavoritesRefuseToLeaveCovers)

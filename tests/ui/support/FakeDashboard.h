@@ -5,9 +5,11 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
+#include "playback/AudioPlayer.h"
 #include "ui/DashboardActions.h"
 
-/// Records what the window asks for. Selection, sections and favourites reach the store, the rest is only noted.
+/// Records what the window asks for. Selection, sections and favourites reach the store, played tracks the player, the
+/// rest is only noted.
 class FakeDashboard final : public DashboardActions {
 public:
     struct Call {
@@ -20,9 +22,10 @@ public:
         LibraryTab tab;
     };
 
-    FakeDashboard(LibraryStore& store, UndoManager& undo)
+    FakeDashboard(LibraryStore& store, UndoManager& undo, AudioPlayer& player)
         : m_store(store)
         , m_undo(undo)
+        , m_player(player)
     {
     }
 
@@ -42,6 +45,15 @@ public:
         note("select", ids);
         m_store.selection().select(ids, focused);
     }
+    std::optional<TrackID> playlistReturnPlaybackID() const override { return returnID; }
+    void playTrack(const Track& track) override
+    {
+        note("playTrack", {track.id()});
+        m_player.play(track);
+    }
+    void toggleSelectedTrack() override { note("toggleSelectedTrack"); }
+    void selectAdjacent(int offset) override { note("selectAdjacent", {}, QString::number(offset)); }
+    void seekSteps(int steps) override { note("seekSteps", {}, QString::number(steps)); }
     void toggleFavorites(const QSet<TrackID>& ids) override
     {
         note("toggleFavorites", ids);
@@ -80,6 +92,7 @@ public:
     QList<Call> calls;
     QList<Drop> drops;
     QList<bool> scrollStates;
+    std::optional<TrackID> returnID;
 
 private:
     void note(const char* name, const QSet<TrackID>& ids = {}, const QString& text = {})
@@ -89,4 +102,5 @@ private:
 
     LibraryStore& m_store;
     UndoManager& m_undo;
+    AudioPlayer& m_player;
 };

@@ -24,12 +24,13 @@ WindowFixture::WindowFixture()
 {
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
     window = std::make_unique<MainWindow>(
-        WindowServices{*store, dashboard, executor, clock, [](const QUrl&) { return QByteArray(); }});
+        WindowServices{*store, dashboard, player, audio, executor, clock, [](const QUrl&) { return QByteArray(); }});
 }
 
 WindowFixture::~WindowFixture()
 {
     window.reset();
+    player.stopAndClear();
     settle();
     clock.advance(async::seconds(60));
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
@@ -93,6 +94,12 @@ QByteArray WindowFixture::picture(QRgb colour, QSize size)
     QBuffer buffer(&bytes);
     image.save(&buffer, "PNG");
     return bytes;
+}
+
+void WindowFixture::play(const Track& track)
+{
+    player.play(track);
+    turn();
 }
 
 TrackTable& WindowFixture::table(LibraryTab tab)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/FakeAudio.h"
 #include "support/FakeDashboard.h"
 #include "support/StoreFixture.h"
 
@@ -25,7 +26,11 @@ protected:
     /// A PNG of one colour.
     static QByteArray picture(QRgb colour, QSize size = {40, 40});
     TrackTable& table(LibraryTab tab = LibraryTab::Playlist);
+    /// Plays a track and lets its file be opened.
+    void play(const Track& track);
 
-    FakeDashboard dashboard{*store, undo};
+    FakeAudioSystem audio{clock};
+    AudioPlayer player{AudioPlayer::Services{clock, executor, preferences, notifications, audio}};
+    FakeDashboard dashboard{*store, undo, player};
     std::unique_ptr<MainWindow> window;
 };

@@ -9,7 +9,7 @@
 StoreFixture::StoreFixture()
 {
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
-    LibraryServices services{clock, executor, preferences, notifications, writer, {}, {}, {}, {}, {}};
+    LibraryServices services{clock, executor, preferences, notifications, writer, {}, {}, {}, {}};
     services.readMetadata = [this](const QUrl& url, const AudioTags& fallback) {
         readURLs.append(url);
         return reader ? reader(url, fallback) : std::nullopt;
@@ -20,10 +20,8 @@ StoreFixture::StoreFixture()
     };
     services.preloadWaveforms = [this](const QList<QUrl>& urls) { waveformURLs.append(urls); };
     services.analyzeQuality = [this](const QSet<TrackID>& asked) { qualityAsked.unite(asked); };
-    services.continuePlaybackAfterRemoving = [this](const QSet<TrackID>& removed, const QList<Track>&) {
-        playbackMovedFrom = removed;
-    };
     store = std::make_unique<LibraryStore>(services);
+    store->playback().setPlayer(&player);
 }
 
 StoreFixture::~StoreFixture()

@@ -5,6 +5,7 @@
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/order/Order.h"
+#include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
@@ -29,6 +30,25 @@ public:
     bool writesFiles() const override { return true; }
     void writeBatch(const QList<Item>& items) override { batches.append(items); }
     QList<QList<Item>> batches;
+};
+
+/// Remembers what it was asked to play.
+class RecordingPlayer final : public PlayerControl {
+public:
+    std::optional<TrackID> currentID() const override { return current; }
+    void play(const Track& track) override
+    {
+        current = track.id();
+        played.append(track.id());
+    }
+    void stopAndClear() override
+    {
+        current.reset();
+        ++stops;
+    }
+    std::optional<TrackID> current;
+    QList<TrackID> played;
+    int stops = 0;
 };
 
 /// A store on the manual clock and executor, with made-up reads.
@@ -68,7 +88,7 @@ protected:
     int tempoCalls = 0;
     QList<QUrl> waveformURLs;
     QSet<TrackID> qualityAsked;
-    QSet<TrackID> playbackMovedFrom;
+    RecordingPlayer player;
 
     /// What a read gives; nothing for files that cannot be read.
     std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)> reader;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+#include "ui/window/Panel.h"
+
+#include <optional>
+
+class NowPlaying;
+class PositionBar;
+class ThemeButton;
+class TransportControls;
+class VolumeControl;
+
+/// The player: the current track, or the focused one while nothing was started; transport, position, volume, output.
+/// In a narrow window the choice of the output goes first, then the volume's slider.
+class PlayerBar : public Panel {
+    Q_OBJECT
+
+public:
+    explicit PlayerBar(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// Looks at the current and the focused track again.
+    void refresh();
+    void retranslate();
+    /// Whether the bar stands above the sections or below them.
+    void setOnTop(bool onTop);
+    VolumeControl& volume() const { return *m_volume; }
+    /// The menu of the output devices, at its button.
+    void openOutputs();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    std::optional<Track> shownTrack() const;
+    void place();
+
+    WindowContext m_context;
+    NowPlaying* m_nowPlaying;
+    TransportControls* m_transport;
+    PositionBar* m_position;
+    VolumeControl* m_volume;
+    ThemeButton* m_output;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "ui/WindowContext.h"
+
+#include <QWidget>
+
+class EnvelopeArea;
+class TimeLabel;
+
+/// Elapsed time, the area to seek in, remaining time.
+class PositionBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PositionBar(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// \param seconds length of the track that would be played, shown while none is loaded; 0 if not known.
+    void setAwaitedLength(double seconds);
+    void retranslate();
+    EnvelopeArea& envelope() const { return *m_envelope; }
+    QString elapsedText() const;
+    QString remainingText() const;
+    /// Pixels beside the area that the two times take.
+    int timesWidth() const;
+
+private:
+    void refreshTimes();
+
+    WindowContext m_context;
+    TimeLabel* m_elapsed;
+    EnvelopeArea* m_envelope;
+    TimeLabel* m_remaining;
+    double m_awaitedLength = 0;
+};

@@ -1,0 +1,49 @@
+#include "ui/player/TransportControls.h"
+
+#include "playback/AudioPlayer.h"
+#include "ui/DashboardActions.h"
+#include "ui/text/Texts.h"
+#include "ui/theme/Theme.h"
+#include "ui/window/ThemeButton.h"
+
+#include <QHBoxLayout>
+
+TransportControls::TransportControls(const WindowContext& context, QWidget* parent)
+    : QWidget(parent)
+    , m_context(context)
+    , m_previous(new ThemeButton(context.theme, ThemeButton::Kind::Quiet, this))
+    , m_play(new ThemeButton(context.theme, ThemeButton::Kind::Round, this))
+    , m_next(new ThemeButton(context.theme, ThemeButton::Kind::Quiet, this))
+{
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Metrics::kSpace2);
+    for (ThemeButton* each : {m_previous, m_play, m_next})
+        layout->addWidget(each);
+    connect(m_previous, &QAbstractButton::clicked, this, [this] { m_context.actions.selectAdjacent(-1); });
+    connect(m_play, &QAbstractButton::clicked, this, &TransportControls::playOrPause);
+    connect(m_next, &QAbstractButton::clicked, this, [this] { m_context.actions.selectAdjacent(1); });
+}
+
+/// The button belongs to the track that the bar shows, the play key to the focused row.
+void TransportControls::playOrPause()
+{
+    if (const std::optional<Track> requested = m_context.player.requestedTrack())
+        m_context.actions.playTrack(*requested);
+    else
+        m_context.actions.toggleSelectedTrack();
+}
+
+void TransportControls::refresh(bool hasTrack)
+{
+    const bool isPlaying = m_context.player.isPlaying();
+    m_previous->setIconOnly(QStringLiteral("previous"), Texts::localized(QStringLiteral("Предыдущий трек")),
+                            QStringLiteral("Ctrl+←"));
+    m_play->setIconOnly(isPlaying ? QStringLiteral("pause") : QStringLiteral("play"),
+                        Texts::localized(isPlaying ? QStringLiteral("Пауза") : QStringLiteral("Воспроизвести")),
+                        Texts::localized(QStringLiteral("Пробел")));
+    m_next->setIconOnly(QStringLiteral("next"), Texts::localized(QStringLiteral("Следующий трек")),
+                        QStringLiteral("Ctrl+→"));
+    for (ThemeButton* each : {m_previous, m_play, m_next})
+        each->setEnabled(hasTrack);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ui/WindowContext.h"
+
+#include <QWidget>
+
+class ThemeButton;
+
+/// Previous track, play or pause, next track.
+class TransportControls : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit TransportControls(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// \param hasTrack whether there is one that could be played, loaded or focused.
+    void refresh(bool hasTrack);
+
+private:
+    void playOrPause();
+
+    WindowContext m_context;
+    ThemeButton* m_previous;
+    ThemeButton* m_play;
+    ThemeButton* m_next;
+};

@@ -1,0 +1,47 @@
+#include "ui/window/KeyPrecedence.h"
+
+#include "ui/player/VolumeSlider.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+namespace {
+
+bool isArrow(int key)
+{
+    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+}
+
+bool isEditing(const QWidget& focused)
+{
+    return qobject_cast<const QLineEdit*>(&focused) || qobject_cast<const QTextEdit*>(&focused) ||
+           qobject_cast<const QPlainTextEdit*>(&focused) || qobject_cast<const QAbstractSpinBox*>(&focused) ||
+           qobject_cast<const QComboBox*>(&focused) || qobject_cast<const QMenu*>(&focused);
+}
+
+} // namespace
+
+namespace KeyPrecedence {
+
+bool focusKeeps(const QWidget* focused, const QKeyEvent& event)
+{
+    const int key = event.key();
+    const bool isContested = isArrow(key) || key == Qt::Key_Space || key == Qt::Key_M;
+    if (!focused || !isContested)
+        return false;
+    if (isEditing(*focused))
+        return true;
+    if (event.modifiers().testFlag(Qt::ControlModifier))
+        return false;
+    if (qobject_cast<const QAbstractButton*>(focused))
+        return key == Qt::Key_Space;
+    return isArrow(key) && qobject_cast<const VolumeSlider*>(focused);
+}
+
+} // namespace KeyPrecedence

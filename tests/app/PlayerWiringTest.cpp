@@ -1,0 +1,109 @@
+// How the program connects its player: to the library, the alert, the status line and the preferences.
+
+#include "app/VelmoraApp.h"
+#include "async/TaskSlot.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/favorites/Favorites.h"
+#include "core/library/playback/Playback.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Preferences.h"
+#include "playback/AudioPlayer.h"
+#include "support/FakeAudio.h"
+#include "support/ManualClock.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <gtest/gtest.h>
+
+namespace {
+
+class PlayerWiringTest : public testing::Test {
+protected:
+    PlayerWiringTest()
+    {
+        auto preferences = std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>());
+        preferences->defaultsMigrated.set(true);
+        preferences->audioOutputDevice.set(QStringLiteral("mixer"));
+        auto system = std::make_unique<FakeAudioSystem>(audioClock);
+        audio = system.get();
+        app = std::make_unique<VelmoraApp>(std::move(preferences), std::move(system));
+        app->open({});
+    }
+    ~PlayerWiringTest() override
+    {
+        app.reset();
+        EXPECT_EQ(async::liveTaskCount(), 0);
+    }
+
+    static Track track(const char* name)
+    {
+        Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/") + QLatin1StringView(name)));
+        track.setIsInPlaylist(true);
+        return track;
+    }
+    Workspace& workspace() { return app->library().workspace(); }
+    static bool waitFor(const std::function<bool()>& isDone)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!isDone() && timer.elapsed() < 30'000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+        return isDone();
+    }
+    bool waitForStatus(const char* icon, WorkspaceStatus::Tone tone)
+    {
+        return waitFor([&] {
+            const auto& status = workspace().workspaceStatus();
+            return status && status->icon == QLatin1StringView(icon) && status->tone == tone;
+        });
+    }
+
+    ManualClock audioClock;
+    FakeAudioSystem* audio = nullptr;
+    std::unique_ptr<VelmoraApp> app;
+};
+
+} // namespace
+
+TEST_F(PlayerWiringTest, TheOutputFollowsItsPreference)
+{
+    EXPECT_EQ(audio->device(), QStringLiteral("mixer"));
+    app->preferences().audioOutputDevice.set(QStringLiteral("headphones"));
+    EXPECT_EQ(audio->device(), QStringLiteral("headphones"));
+}
+
+TEST_F(PlayerWiringTest, LibraryAndPlayerKnowEachOther)
+{
+    const Track a = track("a.mp3");
+    const Track b = track("b.mp3");
+    workspace().setTracks({a, b});
+    app->player().play(a);
+    ASSERT_TRUE(waitFor([&] { return app->library().playback().isPlaying(); }));
+    EXPECT_EQ(app->library().playback().currentTrackID(), a.id());
+    app->library().playback().continuePlaybackAfterRemoving({a.id()}, {a, b});
+    EXPECT_TRUE(waitFor([&] { return app->player().currentID() == b.id(); }));
+}
+
+TEST_F(PlayerWiringTest, FailuresAndTheOutputAreShown)
+{
+    audio->setFailure(QStringLiteral("/music/a.mp3"), AudioFileError::Case::NoAudio);
+    app->player().play(track("a.mp3"));
+    ASSERT_TRUE(waitFor([&] { return workspace().lastError().has_value(); }));
+    EXPECT_EQ(*workspace().lastError(), QStringLiteral("Не удалось открыть аудиофайл."));
+
+    app->player().play(track("b.mp3"));
+    ASSERT_TRUE(waitFor([&] { return app->player().isPlaying(); }));
+    audio->loseDevice();
+    EXPECT_TRUE(waitForStatus("speaker.slash", WorkspaceStatus::Tone::Warning));
+    EXPECT_FALSE(app->library().playback().isPlaying());
+    audio->tell(AudioOutputEvent::Sounding);
+    EXPECT_TRUE(waitForStatus("speaker.wave.2", WorkspaceStatus::Tone::Neutral));
+}
+
+TEST_F(PlayerWiringTest, TheProgramEndsWhileAFileIsOpened)
+{
+    app->player().play(track("a.mp3"));
+    app.reset();
+    EXPECT_EQ(async::liveTaskCount(), 0);
+}

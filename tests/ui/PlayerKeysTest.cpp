@@ -1,0 +1,169 @@
+#include "support/WindowFixture.h"
+
+#include "ui/player/EnvelopeArea.h"
+#include "ui/player/PlayerBar.h"
+#include "ui/player/VolumeSlider.h"
+#include "ui/window/ThemeButton.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTest>
+
+class PlayerKeysTest : public WindowFixture {
+protected:
+    /// What the keys asked of the dashboard, e.g. "seekSteps -1".
+    QStringList asked()
+    {
+        QStringList names;
+        for (const FakeDashboard::Call& call : std::exchange(dashboard.calls, {})) {
+            if (call.name != QLatin1StringView("select"))
+                names += call.text.isEmpty() ? call.name : call.name + u' ' + call.text;
+        }
+        return names;
+    }
+    QStringList press(QWidget& focused, int key, Qt::KeyboardModifiers modifiers = {})
+    {
+        focused.setFocus(Qt::TabFocusReason);
+        turn();
+        dashboard.calls.clear();
+        QTest::keyClick(&focused, static_cast<Qt::Key>(key), modifiers);
+        return asked();
+    }
+};
+
+TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
+{
+    const QList<Track> tracks = rows(4);
+    fill(tracks);
+    show();
+    const struct {
+        int key;
+        Qt::KeyboardModifiers modifiers;
+        const char* asked;
+    } kCases[]{
+        {Qt::Key_Space, {}, "toggleSelectedTrack"},
+        {Qt::Key_Left, {}, "seekSteps -1"},
+        {Qt::Key_Right, {}, "seekSteps 1"},
+        {Qt::Key_Up, {}, "selectAdjacent -1"},
+        {Qt::Key_Down, {}, "selectAdjacent 1"},
+        {Qt::Key_Left, Qt::ControlModifier, "selectAdjacent -1"},
+        {Qt::Key_Right, Qt::ControlModifier, "selectAdjacent 1"},
+        {Qt::Key_Space, Qt::ShiftModifier, nullptr},
+        {Qt::Key_Down, Qt::ShiftModifier, nullptr},
+        {Qt::Key_Left, Qt::AltModifier, nullptr},
+    };
+    for (const auto& each : kCases) {
+        const QStringList expected = each.asked ? QStringList{QString::fromLatin1(each.asked)} : QStringList();
+        EXPECT_EQ(press(table(), each.key, each.modifiers), expected) << each.key;
+    }
+    for (LibraryTab tab : {LibraryTab::Covers, LibraryTab::Analysis}) {
+        dashboard.activateTab(tab);
+        turn();
+        QWidget& list = window->section(tab).list();
+        EXPECT_EQ(press(tab == LibraryTab::Covers ? list : *window, Qt::Key_Left),
+                  QStringList{QStringLiteral("seekSteps -1")});
+    }
+}
+
+TEST_F(PlayerKeysTest, TheFocusKeepsWhatItNeeds)
+{
+    fill(rows(3));
+    show();
+    QLineEdit line(window.get());
+    QPlainTextEdit text(window.get());
+    QSpinBox number(window.get());
+    QComboBox choice(window.get());
+    choice.addItems({QStringLiteral("a"), QStringLiteral("b")});
+    for (QWidget* each : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&text), static_cast<QWidget*>(&number),
+                          static_cast<QWidget*>(&choice)})
+        each->show();
+    for (QWidget* each : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&text), static_cast<QWidget*>(&number),
+                          static_cast<QWidget*>(&choice)}) {
+        for (int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_M})
+            EXPECT_EQ(press(*each, key), QStringList()) << each->metaObject()->className() << " " << key;
+        if (each != &choice) {
+            EXPECT_EQ(press(*each, Qt::Key_Space), QStringList()) << each->metaObject()->className();
+        }
+    }
+    EXPECT_EQ(line.text(), QStringLiteral("m "));
+    auto& volume = *window->findChild<VolumeSlider*>();
+    player.setVolume(0.5);
+    EXPECT_EQ(press(volume, Qt::Key_Left), QStringList());
+    EXPECT_EQ(press(volume, Qt::Key_Up), QStringList());
+    EXPECT_EQ(press(volume, Qt::Key_Up), QStringList());
+    EXPECT_NEAR(player.volumeState().value(), 0.55, 1e-4);
+    EXPECT_EQ(press(volume, Qt::Key_Space), QStringList{QStringLiteral("toggleSelectedTrack")});
+}
+
+TEST_F(PlayerKeysTest, SpaceOnAButtonPressesItOnce)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    show();
+    play(tracks[0]);
+    auto* bar = window->findChild<PlayerBar*>();
+    int clicked = 0;
+    for (ThemeButton* each : bar->findChildren<ThemeButton*>()) {
+        if (each->accessibleName() != QStringLiteral("Пауза"))
+            continue;
+        ++clicked;
+        EXPECT_EQ(press(*each, Qt::Key_Space), QStringList{QStringLiteral("playTrack")});
+        EXPECT_FALSE(player.isPlaying());
+    }
+    EXPECT_EQ(clicked, 1);
+}
+
+TEST_F(PlayerKeysTest, MutingByKeyRemembersTheVolume)
+{
+    fill(rows(3));
+    show();
+    player.setVolume(0.4);
+    press(table(), Qt::Key_M);
+    EXPECT_EQ(player.volumeState().value(), 0.0F);
+    press(table(), Qt::Key_M);
+    EXPECT_NEAR(player.volumeState().value(), 0.4, 1e-4);
+}
+
+TEST_F(PlayerKeysTest, ARowThatTheKeysReachedIsSeenAndExtendsFromThere)
+{
+    const QList<Track> tracks = rows(200);
+    fill(tracks);
+    show();
+    const QList<Track>& shown = table().tracks().rows();
+    for (int row : {150, 3, 199}) {
+        const TrackID id = shown[row].id();
+        workspace().setSelection({id}, id); // as the dashboard does
+        turn();
+        EXPECT_TRUE(table().viewport()->rect().contains(table().visualRect(table().model()->index(row, 0)))) << row;
+    }
+    const TrackID id = shown[20].id();
+    workspace().setSelection({id}, id);
+    turn();
+    press(table(), Qt::Key_Down, Qt::ShiftModifier);
+    press(table(), Qt::Key_Down, Qt::ShiftModifier);
+    turn();
+    EXPECT_EQ(workspace().selectedIDs(), ids({shown[20], shown[21], shown[22]}));
+}
+
+TEST_F(PlayerKeysTest, SectionsWithAnOwnSelectionFollowTheProgramsEvents)
+{
+    using Direction = Notifications::Direction;
+    fill(rows(2));
+    QList<ConversionItem> jobs;
+    for (int i = 0; i < 3; ++i)
+        jobs.append(ConversionItem{QUuid::createUuid(), rows(3)[i].url(), {}, {}});
+    workspace().setConversionItems(jobs);
+    show();
+    dashboard.activateTab(LibraryTab::Converter);
+    turn();
+    const auto row = [&] { return table(LibraryTab::Converter).currentIndex().row(); };
+    for (const auto& [direction, expected] :
+         {std::pair{Direction::Down, 0}, {Direction::Down, 1}, {Direction::Up, 0}, {Direction::Up, 0}}) {
+        emit notifications.velmoraNavigateConversionItems(direction);
+        EXPECT_EQ(row(), expected);
+    }
+    emit notifications.velmoraNavigateDuplicateItems(Direction::Down);
+    EXPECT_EQ(row(), 0) << "not its event";
+}
