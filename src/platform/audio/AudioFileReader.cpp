@@ -160,6 +160,11 @@ qint64 AudioFileReader::position() const
     return m_state->position;
 }
 
+bool AudioFileReader::hasFailed() const
+{
+    return m_state->hasFailed;
+}
+
 qint64 AudioFileReader::read(std::span<float> into)
 {
     const auto channels = static_cast<size_t>(channelCount());

@@ -42,6 +42,8 @@ public:
     /// \param into room for whole frames. \return frames written; fewer than asked for only at the end, then 0. A file
     /// that can no longer be read ends there.
     qint64 read(std::span<float> into);
+    /// Whether the end came early because the file could no longer be read.
+    bool hasFailed() const;
     /// Goes to a frame, exact to the sample in every format; beyond the end means the end.
     void seek(qint64 frame);
 

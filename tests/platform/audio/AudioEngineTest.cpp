@@ -220,6 +220,26 @@ TEST_F(AudioEngineTest, AnotherDeviceIsTakenInTheMiddle)
     EXPECT_TRUE(player->isPlaying());
 }
 
+TEST_F(AudioEngineTest, ADeviceThatRanDryGetsALongerBufferWithTheNextFile)
+{
+    const QString path = makeFile("tone.wav", 2);
+    double before = 0;
+    for (int underruns : {0, 3, 1, 1, 1, 0}) {
+        SCOPED_TRACE(underruns);
+        auto player = engine.open(path, {});
+        player->play();
+        output.pullSound(500);
+        EXPECT_GE(output.wantedLatency, before);
+        EXPECT_LE(output.wantedLatency, 0.2);
+        before = output.wantedLatency;
+        output.underruns = underruns;
+        player->stop();
+        output.pull(512);
+    }
+    EXPECT_GT(before, 0.1);
+    EXPECT_EQ(output.opened, 3) << "the first and two longer ones";
+}
+
 TEST_F(AudioEngineTest, AFileThatIsReplacedCutShortOrRemovedPlaysOn)
 {
     for (const char* how : {"removed", "cut", "overwritten"}) {

@@ -42,6 +42,7 @@ private:
     Events m_events;
     QString m_device;
     int m_askedRate = 0;
+    double m_wantedLatency;
     bool m_wantsRescan = false;
     bool m_isSilenceTold = false;
     SteadyClock::time_point m_lastAttempt;

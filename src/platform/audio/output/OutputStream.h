@@ -29,6 +29,8 @@ public:
     virtual int sampleRate() const = 0; ///< hertz
     /// Seconds between a call of the source and the sound of its first frame.
     virtual double latency() const = 0;
+    /// How often the device ran out of sound since the opening, because the source was asked too late.
+    virtual int underruns() const { return 0; }
     /// Whether it stands in for a device that is not there.
     virtual bool isSilent() const { return false; }
 };
@@ -41,7 +43,12 @@ public:
     /// Looks for devices again. Only while no stream is open.
     virtual void rescan() = 0;
     virtual QList<AudioDevice> devices() const = 0;
-    /// A stream on a device, or on the default one where \p deviceID is empty or unknown. \param sampleRate what is
-    /// wished for; the stream tells what it got. Null if there is none to be had.
-    virtual std::unique_ptr<OutputStream> open(const QString& deviceID, int sampleRate, SoundSource& source) = 0;
+    /// What is wished for; the stream tells what it got.
+    struct Wish {
+        QString deviceID; ///< empty or unknown: the default one
+        int sampleRate;   ///< hertz
+        double latency;   ///< seconds
+    };
+    /// A stream on a device. Null if there is none to be had.
+    virtual std::unique_ptr<OutputStream> open(const Wish& wish, SoundSource& source) = 0;
 };

@@ -81,13 +81,13 @@ std::optional<int> PortAudioBackend::indexOf(const QString& deviceID) const
     return standard == paNoDevice ? std::nullopt : std::optional(standard);
 }
 
-std::unique_ptr<OutputStream> PortAudioBackend::open(const QString& deviceID, int sampleRate, SoundSource& source)
+std::unique_ptr<OutputStream> PortAudioBackend::open(const Wish& wish, SoundSource& source)
 {
-    const std::optional<int> device = indexOf(deviceID);
+    const std::optional<int> device = indexOf(wish.deviceID);
     if (!device)
         return nullptr;
-    if (auto stream = PortAudioStream::open(*device, sampleRate, source))
+    if (auto stream = PortAudioStream::open(*device, wish.sampleRate, wish.latency, source))
         return stream;
     const PaDeviceInfo* const info = Pa_GetDeviceInfo(*device);
-    return info ? PortAudioStream::open(*device, info->defaultSampleRate, source) : nullptr;
+    return info ? PortAudioStream::open(*device, info->defaultSampleRate, wish.latency, source) : nullptr;
 }

@@ -12,7 +12,7 @@ public:
 
     void rescan() override;
     QList<AudioDevice> devices() const override;
-    std::unique_ptr<OutputStream> open(const QString& deviceID, int sampleRate, SoundSource& source) override;
+    std::unique_ptr<OutputStream> open(const Wish& wish, SoundSource& source) override;
 
 private:
     void initialize();

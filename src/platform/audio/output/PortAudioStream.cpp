@@ -8,14 +8,12 @@
 #include <cmath>
 
 namespace {
-// Chosen by measuring through a sound server on a loaded machine: half of it skips now and then, and a seek is still
-// heard within 60 ms.
-constexpr double kWantedLatencySeconds = 0.035;
 // A device that has not asked for sound for that long is gone, whatever it says.
 constexpr double kSilenceOfDeadDevice = 2.0;
 } // namespace
 
-std::unique_ptr<PortAudioStream> PortAudioStream::open(PaDeviceIndex device, double sampleRate, SoundSource& source)
+std::unique_ptr<PortAudioStream> PortAudioStream::open(PaDeviceIndex device, double sampleRate, double latency,
+                                                       SoundSource& source)
 {
     const PaDeviceInfo* const info = Pa_GetDeviceInfo(device);
     if (!info || info->maxOutputChannels < SampleRing::kChannels)
@@ -24,7 +22,7 @@ std::unique_ptr<PortAudioStream> PortAudioStream::open(PaDeviceIndex device, dou
     parameters.device = device;
     parameters.channelCount = SampleRing::kChannels;
     parameters.sampleFormat = paFloat32;
-    parameters.suggestedLatency = std::max(info->defaultLowOutputLatency, kWantedLatencySeconds);
+    parameters.suggestedLatency = std::max(info->defaultLowOutputLatency, latency);
     std::unique_ptr<PortAudioStream> stream(new PortAudioStream(source));
     const RealtimeThread::Scope urgent;
     // No dither: a device that takes floats gets what was decoded, bit by bit. Clipping stays on, because lossy formats
@@ -85,13 +83,15 @@ double PortAudioStream::latency() const
 }
 
 int PortAudioStream::callback(const void*, void* output, unsigned long frames, const PaStreamCallbackTimeInfo*,
-                              PaStreamCallbackFlags, void* self)
+                              PaStreamCallbackFlags flags, void* self)
 {
     auto* const stream = static_cast<PortAudioStream*>(self);
     if (!stream->m_isRaised) {
         stream->m_isRaised = true;
         RealtimeThread::raise();
     }
+    if (flags & paOutputUnderflow)
+        stream->m_underruns.fetch_add(1, std::memory_order_relaxed);
     stream->m_lastTurn.store(DeviceClock::systemSeconds(), std::memory_order_relaxed);
     stream->m_source.render({static_cast<float*>(output), frames * SampleRing::kChannels}, stream->m_sampleRate);
     return paContinue;

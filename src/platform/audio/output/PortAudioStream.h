@@ -9,8 +9,9 @@
 /// A stream of two channels of 32-bit floats on one of PortAudio's devices.
 class PortAudioStream final : public OutputStream {
 public:
-    /// Opens a device at a rate. Null where it refuses.
-    static std::unique_ptr<PortAudioStream> open(PaDeviceIndex device, double sampleRate, SoundSource& source);
+    /// Opens a device at a rate, with a buffer for about \p latency seconds. Null where it refuses.
+    static std::unique_ptr<PortAudioStream> open(PaDeviceIndex device, double sampleRate, double latency,
+                                                 SoundSource& source);
     ~PortAudioStream() override;
 
     bool start() override;
@@ -19,6 +20,7 @@ public:
     bool isAlive() const override;
     int sampleRate() const override { return m_sampleRate; }
     double latency() const override;
+    int underruns() const override { return m_underruns.load(std::memory_order_relaxed); }
 
 private:
     explicit PortAudioStream(SoundSource& source)
@@ -35,4 +37,5 @@ private:
     bool m_isRaised = false;             ///< the callback's thread asked for its priority
     std::atomic<double> m_startedAt = 0; ///< on DeviceClock::systemSeconds()
     std::atomic<double> m_lastTurn = 0;
+    std::atomic<int> m_underruns = 0;
 };

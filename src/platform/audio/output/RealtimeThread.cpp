@@ -35,9 +35,7 @@ RealtimeThread::Scope::~Scope()
     setPriority(SCHED_OTHER, 0, 0);
 }
 #else
-void RealtimeThread::raise()
-{
-}
+void RealtimeThread::raise() {}
 
 RealtimeThread::Scope::Scope() = default;
 RealtimeThread::Scope::~Scope() = default;

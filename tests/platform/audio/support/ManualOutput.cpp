@@ -43,6 +43,7 @@ public:
     bool isAlive() const override { return m_output.isAlive; }
     int sampleRate() const override { return m_sampleRate; }
     double latency() const override { return m_output.latency; }
+    int underruns() const override { return m_output.underruns; }
 
 private:
     ManualOutput& m_output;
@@ -62,18 +63,20 @@ public:
         return {{QStringLiteral("test/one"), QStringLiteral("One")},
                 {QStringLiteral("test/two"), QStringLiteral("Two")}};
     }
-    std::unique_ptr<OutputStream> open(const QString& deviceID, int sampleRate, SoundSource& source) override
+    std::unique_ptr<OutputStream> open(const Wish& wish, SoundSource& source) override
     {
         if (!m_output.isThere)
             return nullptr;
         m_output.isAlive = true;
+        m_output.underruns = 0;
+        m_output.wantedLatency = wish.latency;
         ++m_output.opened;
         {
             const std::lock_guard lock(m_output.m_mutex);
-            m_output.m_lastDevice = deviceID;
+            m_output.m_lastDevice = wish.deviceID;
         }
-        return std::make_unique<ManualStream>(m_output, sampleRate == m_output.refusedRate ? 48000 : sampleRate,
-                                              source);
+        const int rate = wish.sampleRate == m_output.refusedRate ? 48000 : wish.sampleRate;
+        return std::make_unique<ManualStream>(m_output, rate, source);
     }
 
 private:

@@ -20,7 +20,9 @@ public:
     std::atomic<bool> isAlive = true; ///< false: the device was pulled out
     std::atomic<int> refusedRate = 0; ///< a rate that the device does not do; it gives 48000 then
     std::atomic<double> latency = 0;
-    std::atomic<int> opened = 0; ///< streams so far
+    std::atomic<int> underruns = 0;        ///< what the stream tells
+    std::atomic<double> wantedLatency = 0; ///< of the last opening
+    std::atomic<int> opened = 0;           ///< streams so far
     std::atomic<int> scans = 0;
     QString lastDevice() const;
 
