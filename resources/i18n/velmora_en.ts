@@ -72,6 +72,10 @@
     <translation>Quality analysis</translation>
   </message>
   <message>
+    <source>Аудиофайл временно недоступен для waveform.</source>
+    <translation>The audio file is temporarily unavailable for the waveform.</translation>
+  </message>
+  <message>
     <source>Аудиофайлы и папки</source>
     <translation>Audio files and folders</translation>
   </message>

@@ -12,5 +12,7 @@ ExitStatus tags(const QStringList& arguments);
 ExitStatus fallback(const QStringList& arguments);
 ExitStatus import(const QStringList& arguments);
 ExitStatus pcm(const QStringList& arguments);
+ExitStatus waveform(const QStringList& arguments);
+ExitStatus resample(const QStringList& arguments);
 
 } // namespace Commands

@@ -18,6 +18,8 @@ constexpr Command kCommands[] = {
     {QLatin1StringView("fallback"), QLatin1StringView("fallback < NAMES"), &Commands::fallback},
     {QLatin1StringView("import"), QLatin1StringView("import FOLDER..."), &Commands::import},
     {QLatin1StringView("pcm"), QLatin1StringView("pcm FILE --rate R [--max S] --out RAW"), &Commands::pcm},
+    {QLatin1StringView("waveform"), QLatin1StringView("waveform FILE... [--direct]"), &Commands::waveform},
+    {QLatin1StringView("resample"), QLatin1StringView("resample < REQUESTS"), &Commands::resample},
 };
 
 /// Takes "--language ru|en" out of the arguments. \return whether it made sense.

@@ -1,0 +1,16 @@
+#include "WaveformScrubber/decoding/AudioProcessingError.h"
+
+QLatin1StringView AudioProcessingError::caseName() const
+{
+    switch (m_case) {
+    case Case::BufferCreationFailed:
+        return QLatin1StringView("bufferCreationFailed");
+    case Case::ChannelDataMissing:
+        return QLatin1StringView("channelDataMissing");
+    case Case::DecodingFailed:
+        return QLatin1StringView("decodingFailed");
+    case Case::TimedOut:
+        return QLatin1StringView("timedOut");
+    }
+    return {};
+}

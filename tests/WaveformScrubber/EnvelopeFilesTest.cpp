@@ -1,0 +1,182 @@
+#include "WaveformScrubber/Envelope.h"
+#include "WaveformScrubber/cache/EnvelopeFile.h"
+#include "WaveformScrubber/cache/EnvelopeFolder.h"
+#include "WaveformScrubber/cache/EnvelopeKey.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace {
+
+const QString kName = QString(64, u'a') + QStringLiteral(".waveform");
+
+class EnvelopeFilesTest : public testing::Test {
+protected:
+    QString path(const QString& name) const { return m_folder.filePath(name); }
+
+    void put(const QString& name, const QByteArray& bytes) const
+    {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    /// Makes a file look as if nobody had used it for some days.
+    void age(const QString& name, int readDays, int writtenDays) const
+    {
+        const time_t now = time(nullptr);
+        const timespec times[2] = {{now - readDays * 86400, 0}, {now - writtenDays * 86400, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path(name)).constData(), times, 0), 0);
+    }
+
+    qint64 secondsSinceWritten(const QString& name) const
+    {
+        return QFileInfo(path(name)).lastModified().secsTo(QDateTime::currentDateTime());
+    }
+
+    QStringList entries() const { return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden); }
+
+    QTemporaryDir m_folder;
+};
+
+} // namespace
+
+TEST(EnvelopeKey, HashesTheLocationAndTheStamp)
+{
+    // Digests by sha256sum of the text on the right.
+    const struct {
+        const char* path;
+        FileStamp stamp;
+        const char* text;
+    } cases[] = {
+        {"/music/a.mp3", {123, 1700000000.5}, "/music/a.mp3|123|1700000000.5|4096|2"},
+        {"/music/./b/../a.mp3", {0, 1700000000.0}, "/music/a.mp3|0|1700000000.0|4096|2"},
+        {"/m/Ночь.flac", {-1, std::nullopt}, "/m/Ночь.flac|-1|-1.0|4096|2"},
+        {"/a", {5, 1700000000.1234567}, "/a|5|1700000000.1234567|4096|2"},
+    };
+    const QStringList digests{QStringLiteral("1eda0d9ca591a22e3b72d8dd8d28286c15a98fd5e43f1f9077e45a3dece293b9"),
+                              QStringLiteral("bd6081f7d859520a0c05103760d23f7bf77a944dab5696725575acdb810b935a"),
+                              QStringLiteral("4763f7b4ec7abed9c4119c4f701ac7bc810aa3320d387f0738e7cc502288f3af"),
+                              QStringLiteral("6b20fbeefae19739589f4cee2202b62a059bd0edf75168a991e9097d1b938bcd")};
+    for (std::size_t index = 0; index < std::size(cases); ++index) {
+        const auto& [path, stamp, text] = cases[index];
+        EXPECT_EQ(envelopeKey(QUrl::fromLocalFile(QString::fromUtf8(path)), stamp), digests[qsizetype(index)]) << text;
+    }
+}
+
+TEST_F(EnvelopeFilesTest, StampsChangeWithTheFile)
+{
+    const QUrl url = QUrl::fromLocalFile(path(QStringLiteral("a.mp3")));
+    EXPECT_EQ(fileStamp(url), std::nullopt);
+    put(QStringLiteral("a.mp3"), "123");
+    const timespec times[2] = {{0, UTIME_OMIT}, {1700000000, 250000000}};
+    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(url.toLocalFile()).constData(), times, 0), 0);
+    EXPECT_EQ(fileStamp(url), (FileStamp{3, 1700000000.25}));
+}
+
+TEST_F(EnvelopeFilesTest, AnEntryIsFloatsOfTheSmallerEndAndNothingElse)
+{
+    std::vector<float> samples(kEnvelopeSampleCount, 0.25F);
+    samples.front() = 1;
+    const QString entry = path(QStringLiteral("new/folders/") + kName);
+    EXPECT_TRUE(EnvelopeFile::write(entry, samples));
+    QFile file(entry);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.size(), 16384);
+    EXPECT_EQ(file.read(8), QByteArray::fromHex("0000803f0000803e"));
+    EXPECT_EQ(EnvelopeFile::read(entry), samples);
+
+    samples.pop_back();
+    EXPECT_FALSE(EnvelopeFile::write(path(kName), samples));
+    EXPECT_FALSE(QFile::exists(path(kName)));
+}
+
+TEST_F(EnvelopeFilesTest, AnyOtherLengthCountsAsAbsent)
+{
+    EXPECT_EQ(EnvelopeFile::read(path(kName)), std::nullopt);
+    EXPECT_EQ(EnvelopeFile::read(m_folder.path()), std::nullopt);
+    for (const int size : {0, 16383, 16385, 32768}) {
+        put(kName, QByteArray(size, '\0'));
+        EXPECT_EQ(EnvelopeFile::read(path(kName)), std::nullopt) << size;
+        EXPECT_TRUE(QFile::exists(path(kName)));
+    }
+    EXPECT_TRUE(EnvelopeFile::write(path(kName), std::vector<float>(kEnvelopeSampleCount)));
+    EXPECT_TRUE(EnvelopeFile::read(path(kName)));
+}
+
+TEST_F(EnvelopeFilesTest, AWriteThatFailsLeavesWhatWasThere)
+{
+    const std::vector<float> before(kEnvelopeSampleCount, 0.5F);
+    ASSERT_TRUE(EnvelopeFile::write(path(kName), before));
+    const std::vector<float> after(kEnvelopeSampleCount, 1.0F);
+    // The disk is full behind the first 8 KB.
+    rlimit old{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{8192, old.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    EXPECT_FALSE(EnvelopeFile::write(path(kName), after));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
+    signal(SIGXFSZ, handler);
+    EXPECT_EQ(EnvelopeFile::read(path(kName)), before);
+    EXPECT_EQ(entries(), QStringList{kName});
+
+    // A folder that takes no files, whoever asks.
+    EXPECT_FALSE(EnvelopeFile::write(QStringLiteral("/proc/") + kName, after));
+    put(QStringLiteral("file"), "");
+    EXPECT_FALSE(EnvelopeFile::write(path(QStringLiteral("file/") + kName), after));
+}
+
+TEST_F(EnvelopeFilesTest, AReadMarksTheEntryAsUsedOnceADay)
+{
+    ASSERT_TRUE(EnvelopeFile::write(path(kName), std::vector<float>(kEnvelopeSampleCount)));
+    age(kName, 0, 100);
+    EXPECT_TRUE(EnvelopeFile::read(path(kName)));
+    EXPECT_LT(secondsSinceWritten(kName), 60);
+
+    const time_t anHourAgo = time(nullptr) - 3600;
+    const timespec times[2] = {{anHourAgo, 0}, {anHourAgo, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path(kName)).constData(), times, 0), 0);
+    EXPECT_TRUE(EnvelopeFile::read(path(kName)));
+    EXPECT_GE(secondsSinceWritten(kName), 3600);
+}
+
+TEST_F(EnvelopeFilesTest, OnlyEntriesAreCountedSweptAndEmptied)
+{
+    const QString unfinished = kName + QStringLiteral(".QzbTfA");
+    const QString old = QString(64, u'0') + QStringLiteral(".waveform");
+    const QString readLately = QString(64, u'1') + QStringLiteral(".waveform");
+    const QString usedLately = QString(64, u'2') + QStringLiteral(".waveform");
+    const QStringList foreign{QStringLiteral("notes.txt"), QString(63, u'a') + QStringLiteral(".waveform"),
+                              QString(64, u'A') + QStringLiteral(".waveform"), kName + QStringLiteral(".tar.gz"),
+                              u'x' + kName};
+    for (const QString& name : foreign + QStringList{kName, unfinished, old, readLately, usedLately})
+        put(name, QByteArray(10, 'x'));
+    ASSERT_TRUE(QFile::link(path(foreign.first()), path(QString(64, u'3') + QStringLiteral(".waveform"))));
+    for (const QString& name : foreign + QStringList{unfinished, old})
+        age(name, 200, 200);
+    age(readLately, 179, 200);
+    age(usedLately, 200, 179);
+
+    EXPECT_EQ(EnvelopeFolder::size(m_folder.path(), {}), (EnvelopeCacheSize{50, 5}));
+    std::stop_source stop;
+    stop.request_stop();
+    const QDateTime limit = QDateTime::currentDateTimeUtc().addDays(-180);
+    EnvelopeFolder::sweep(m_folder.path(), limit, stop.get_token());
+    EXPECT_TRUE(QFile::exists(path(old))) << "stopped";
+    EnvelopeFolder::sweep(m_folder.path(), limit, {});
+    EXPECT_FALSE(QFile::exists(path(old)));
+    EXPECT_FALSE(QFile::exists(path(unfinished)));
+    EXPECT_EQ(EnvelopeFolder::size(m_folder.path(), {}), (EnvelopeCacheSize{30, 3}));
+    EnvelopeFolder::empty(m_folder.path(), {});
+    EXPECT_EQ(EnvelopeFolder::size(m_folder.path(), {}), EnvelopeCacheSize());
+    for (const QString& name : foreign)
+        EXPECT_TRUE(QFile::exists(path(name))) << qPrintable(name);
+    EXPECT_EQ(EnvelopeFolder::size(path(QStringLiteral("none")), {}), EnvelopeCacheSize());
+}

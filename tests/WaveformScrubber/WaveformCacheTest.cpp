@@ -1,0 +1,332 @@
+#include "support/CacheFixture.h"
+
+#include "WaveformScrubber/cache/EnvelopeFile.h"
+#include "WaveformScrubber/cache/WaveformCacheError.h"
+#include "WaveformScrubber/decoding/AudioProcessingError.h"
+#include "async/MainQueue.h"
+#include "async/TaskGroup.h"
+#include "async/ThreadExecutor.h"
+#include "platform/Localization.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <atomic>
+
+namespace {
+
+const QString kHalf = QStringLiteral("envelope 0.5");
+const QString kOne = QStringLiteral("envelope 1");
+const QString kUnavailable = QStringLiteral("WaveformCache 2");
+const QString kCancelled = QStringLiteral("cancelled");
+
+void failDecoding(const std::stop_token&)
+{
+    throw AudioProcessingError(AudioProcessingError::Case::DecodingFailed);
+}
+
+using WaveformCacheTest = CacheFixture;
+
+} // namespace
+
+TEST_F(WaveformCacheTest, IsComputedOnceThenComesFromMemoryThenFromDisk)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    EXPECT_EQ(m_cache->cached(url), std::nullopt);
+    EXPECT_EQ(answerFor(url), kHalf);
+    EXPECT_EQ(m_cache->cached(url).value()->size(), 4096U);
+    EXPECT_EQ(EnvelopeFile::read(entryPath(url)), std::vector<float>(4096, 0.5F));
+
+    m_level = 1;
+    ASSERT_TRUE(QFile::remove(entryPath(url)));
+    EXPECT_EQ(answerFor(url), kHalf) << "memory needs no entry";
+    ASSERT_TRUE(EnvelopeFile::write(entryPath(url), std::vector<float>(4096, 0.25F)));
+    restart();
+    EXPECT_EQ(answerFor(url), QStringLiteral("envelope 0.25"));
+    EXPECT_TRUE(m_cache->cached(url));
+    EXPECT_EQ(m_computed, QStringList{QStringLiteral("a.mp3")});
+}
+
+TEST_F(WaveformCacheTest, AnEntryOfAnotherLengthIsComputedAnewAndOverwritten)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    ASSERT_TRUE(QDir().mkpath(folder()));
+    for (const int size : {0, 16383, 16385}) {
+        QFile entry(entryPath(url));
+        ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
+        entry.write(QByteArray(size, '\0'));
+        entry.close();
+        restart();
+        EXPECT_EQ(answerFor(url), kHalf) << size;
+        EXPECT_EQ(EnvelopeFile::read(entryPath(url)), std::vector<float>(4096, 0.5F)) << size;
+    }
+}
+
+TEST_F(WaveformCacheTest, AChangedFileGetsItsNewShape)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    EXPECT_EQ(answerFor(url), kHalf);
+    m_level = 1;
+    put(QStringLiteral("a.mp3"), 100); // another time
+    EXPECT_EQ(storedAnswerFor(url), QStringLiteral("nothing"));
+    EXPECT_EQ(answerFor(url), kOne);
+    EXPECT_EQ(answerFor(url), kOne);
+    EXPECT_EQ(m_computed.size(), 2);
+
+    ASSERT_TRUE(QFile::remove(url.toLocalFile()));
+    EXPECT_EQ(answerFor(url), kOne) << "a file that is gone keeps its shape";
+}
+
+TEST_F(WaveformCacheTest, RequestsForOneFileShareOneComputation)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    const Answer& first = ask(url);
+    const Answer& second = ask(url, LowImpact::Yes);
+    while (m_executor.pendingCount() > 0 && m_executor.jobs().front() == async::Priority::UserInitiated)
+        m_executor.runOne();
+    EXPECT_EQ(m_executor.jobs(), std::vector{async::Priority::Utility});
+    const Answer& late = ask(url);
+    EXPECT_EQ(first.text + second.text, QString());
+    m_executor.runAll();
+    EXPECT_EQ(first.text, kHalf);
+    EXPECT_EQ(second.text, kHalf);
+    EXPECT_EQ(late.text, kHalf);
+    EXPECT_EQ(m_computed, QStringList{QStringLiteral("a.mp3")});
+}
+
+TEST_F(WaveformCacheTest, LowImpactRunsInTheBackgroundOneAtATime)
+{
+    const QUrl urls[] = {put(QStringLiteral("a"), 1), put(QStringLiteral("b"), 1)};
+    ask(urls[0], LowImpact::Yes);
+    ask(urls[1], LowImpact::Yes);
+    while (m_executor.jobs().front() == async::Priority::UserInitiated)
+        m_executor.runOne();
+    EXPECT_EQ(m_executor.jobs(), std::vector{async::Priority::Background});
+    // A view that asks meanwhile joins.
+    const Answer& view = ask(urls[0]);
+    m_executor.runAll();
+    EXPECT_EQ(view.text, kHalf);
+    EXPECT_EQ(m_computed, (QStringList{QStringLiteral("a low"), QStringLiteral("b low")}));
+}
+
+TEST_F(WaveformCacheTest, AfterAFailureTheFileIsLeftAloneForThirtySeconds)
+{
+    const QUrl broken = put(QStringLiteral("a.mp3"), 100);
+    const QUrl missing = file(QStringLiteral("missing.mp3"));
+    const QUrl remote(QStringLiteral("https://example.org/a.mp3"));
+    m_during = &failDecoding;
+    EXPECT_EQ(answerFor(broken), QStringLiteral("decodingFailed"));
+    EXPECT_EQ(answerFor(missing), QStringLiteral("no such file"));
+    EXPECT_EQ(answerFor(remote), QStringLiteral("no such file"));
+    EXPECT_FALSE(QFile::exists(entryPath(broken)));
+
+    m_during = nullptr;
+    m_clock.advance(async::seconds(29.999));
+    put(QStringLiteral("missing.mp3"), 1);
+    for (const QUrl& url : {broken, missing, remote}) {
+        const Answer& answer = ask(url);
+        async::MainQueue::drain();
+        EXPECT_EQ(answer.text, kUnavailable) << "at once, with no look at the disk";
+    }
+    m_clock.advance(async::seconds(0.001));
+    EXPECT_EQ(answerFor(broken), kHalf);
+    EXPECT_EQ(answerFor(missing), kHalf);
+    EXPECT_EQ(answerFor(remote), QStringLiteral("no such file"));
+    EXPECT_EQ(answerFor(remote), kUnavailable);
+}
+
+TEST_F(WaveformCacheTest, TheErrorSpeaksTheLanguageOfTheProgram)
+{
+    const WaveformCacheError error(WaveformCacheError::Case::TemporarilyUnavailable);
+    EXPECT_EQ(error.message(), QStringLiteral("Аудиофайл временно недоступен для waveform."));
+    VelmoraLocalization::setLanguage(AppLanguage::English);
+    EXPECT_EQ(error.message(), QStringLiteral("The audio file is temporarily unavailable for the waveform."));
+    VelmoraLocalization::setLanguage(AppLanguage::Russian);
+}
+
+TEST_F(WaveformCacheTest, CancelledAndAskedAgainBeginsAnew)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    // While the first computation runs, it is cancelled and another one begins; then the first ends with a result.
+    const Answer* second = nullptr;
+    const Answer& first = ask(url);
+    m_during = [&](const std::stop_token& stop) {
+        m_during = nullptr;
+        m_cache->cancelLoading(url);
+        EXPECT_TRUE(stop.stop_requested());
+        m_level = 1;
+        second = &ask(url);
+    };
+    EXPECT_TRUE(m_executor.runOne());
+    EXPECT_TRUE(m_executor.runOne());
+    EXPECT_EQ(first.text, kCancelled);
+    EXPECT_EQ(m_cache->cached(url), std::nullopt);
+    EXPECT_FALSE(QFile::exists(entryPath(url)));
+    m_executor.runAll();
+    EXPECT_EQ(second->text, kOne);
+    EXPECT_EQ(m_cache->cached(url).value()->front(), 1.0F);
+    EXPECT_EQ(EnvelopeFile::read(entryPath(url)).value().front(), 1.0F);
+}
+
+TEST_F(WaveformCacheTest, CancellingSetsNoRetryDateAndKeepsAnOldOne)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    const Answer& cancelled = ask(url);
+    m_executor.runOne();
+    m_cache->cancelLoading(url);
+    m_executor.runAll();
+    EXPECT_EQ(cancelled.text, kCancelled);
+    EXPECT_EQ(m_computed, QStringList()) << "it had not begun";
+
+    m_during = &failDecoding;
+    EXPECT_EQ(answerFor(url), QStringLiteral("decodingFailed"));
+    m_cache->cancelLoading(url);
+    EXPECT_EQ(answerFor(url), kUnavailable);
+}
+
+TEST_F(WaveformCacheTest, AComputationThatNobodyWaitsForIsCancelled)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    Answer& first = ask(url);
+    Answer& second = ask(url);
+    m_during = [&](const std::stop_token& stop) {
+        first.task.cancel();
+        async::MainQueue::drain();
+        EXPECT_FALSE(stop.stop_requested()) << "one still waits";
+        second.task.cancel();
+        async::MainQueue::drain();
+        EXPECT_TRUE(stop.stop_requested());
+    };
+    m_executor.runAll();
+    EXPECT_EQ(first.text, kCancelled);
+    EXPECT_EQ(second.text, kCancelled);
+    m_during = nullptr;
+    EXPECT_EQ(answerFor(url), kHalf) << "no failure is remembered";
+    EXPECT_EQ(m_computed.size(), 2);
+}
+
+TEST_F(WaveformCacheTest, TheEndOfTheCacheEndsWhoWaits)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    const Answer& computing = ask(url);
+    m_executor.runOne();
+    const Answer& looking = ask(file(QStringLiteral("b")));
+    m_during = [this](const std::stop_token& stop) {
+        m_cache.reset();
+        EXPECT_TRUE(stop.stop_requested());
+    };
+    // The computation runs first, then the look-up is dropped.
+    m_executor.runAll();
+    EXPECT_EQ(computing.text, kCancelled);
+    EXPECT_EQ(looking.text, kCancelled);
+}
+
+TEST_F(WaveformCacheTest, WhatCannotBeSavedIsComputedAllTheSame)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    QFile inTheWay(folder());
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    EXPECT_EQ(answerFor(url), kHalf);
+    EXPECT_EQ(answerFor(url), kHalf);
+    EXPECT_EQ(m_computed.size(), 1);
+    EXPECT_EQ(m_executor.pendingCount(), 0);
+}
+
+TEST_F(WaveformCacheTest, StoredNeverComputes)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    EXPECT_EQ(storedAnswerFor(url), QStringLiteral("nothing"));
+    EXPECT_EQ(storedAnswerFor(file(QStringLiteral("missing"))), QStringLiteral("nothing"));
+    EXPECT_EQ(m_computed, QStringList());
+    answerFor(url);
+    restart();
+    EXPECT_EQ(m_cache->cached(url), std::nullopt);
+    EXPECT_EQ(storedAnswerFor(url), kHalf);
+    EXPECT_TRUE(m_cache->cached(url));
+}
+
+TEST_F(WaveformCacheTest, MemoryHoldsTheLast250)
+{
+    const QUrl first = put(QStringLiteral("0"), 1);
+    answerFor(first);
+    const QUrl second = put(QStringLiteral("1"), 1);
+    answerFor(second);
+    for (int number = 2; number < 251; ++number) {
+        answerFor(put(QString::number(number), 1));
+        m_cache->cached(first); // in use
+    }
+    EXPECT_TRUE(m_cache->cached(first));
+    EXPECT_FALSE(m_cache->cached(second));
+}
+
+TEST_F(WaveformCacheTest, TheFolderIsMeasuredEmptiedAndSweptAtStart)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    answerFor(url);
+    EnvelopeCacheSize size;
+    async::TaskSlot slot;
+    const auto measure = [&](std::stop_token stop) -> async::Task<> {
+        return [](EnvelopeCacheSize* into, async::Task<EnvelopeCacheSize> task) -> async::Task<> {
+            *into = co_await task;
+        }(&size, m_cache->cacheSize(std::move(stop)));
+    };
+    slot.start(measure);
+    m_executor.runAll();
+    EXPECT_EQ(size, (EnvelopeCacheSize{16384, 1}));
+
+    const QString orphan =
+        QDir::tempPath() + QStringLiteral("/velmora-waveform-0F8FAD5B-D9CB-469F-A165-70867728950E.pcm");
+    for (const QString& path : {entryPath(url), orphan}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        const QDateTime longAgo = QDateTime::currentDateTime().addDays(-181);
+        file.setFileTime(longAgo, QFileDevice::FileAccessTime);
+        ASSERT_TRUE(file.setFileTime(longAgo, QFileDevice::FileModificationTime));
+    }
+    restart();
+    EXPECT_FALSE(QFile::exists(entryPath(url)));
+    EXPECT_FALSE(QFile::exists(orphan));
+
+    answerFor(url);
+    slot.start([this](std::stop_token stop) { return m_cache->emptyCache(std::move(stop)); });
+    m_executor.runAll();
+    EXPECT_FALSE(QFile::exists(entryPath(url)));
+    EXPECT_EQ(m_cache->cached(url), std::nullopt);
+}
+
+TEST_F(WaveformCacheTest, OnRealThreadsManyAskAtOnceAndSomeLeave)
+{
+    async::ThreadExecutor executor;
+    std::atomic<int> computations = 0;
+    WaveformCache cache(m_clock, executor, folder(), [&](const QUrl&, LowImpact, const std::stop_token& stop) {
+        ++computations;
+        return stop.stop_requested() ? std::vector<float>() : std::vector<float>(kEnvelopeSampleCount, 0.5F);
+    });
+    m_cache.reset();
+    int answers = 0;
+    const auto count = [](int* answers, async::Task<Envelope> task) -> async::Task<> {
+        if ((co_await task)->size() == 4096)
+            ++*answers;
+    };
+    async::TaskGroup group(1000);
+    std::deque<async::TaskSlot> leaving(20);
+    for (int number = 0; number < 20; ++number) {
+        const QUrl url = put(QString::number(number), 1);
+        const auto ask = [&answers, &cache, count, url, number](std::stop_token stop) {
+            return count(&answers, cache.samples(url, number % 2 ? LowImpact::Yes : LowImpact::No, std::move(stop)));
+        };
+        for (int times = 0; times < 10; ++times)
+            group.add(ask);
+        leaving[std::size_t(number)].start(ask);
+    }
+    for (async::TaskSlot& slot : leaving)
+        slot.cancel();
+    QElapsedTimer limit;
+    limit.start();
+    while (group.count() > 0 && limit.elapsed() < 30000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_EQ(answers, 200);
+    EXPECT_EQ(computations, 20);
+}
