@@ -69,7 +69,7 @@ qsizetype import(const QString& root)
     Preferences preferences(std::make_unique<MemoryPreferenceStore>());
     Notifications notifications;
     NoTagWriter writer;
-    LibraryServices services{clock, executor, preferences, notifications, writer, {}, {}, {}, {}};
+    LibraryServices services{clock, executor, preferences, notifications, writer, {}, {}, {}, {}, {}};
     services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
     LibraryStore store(services);
     bool isDone = false;

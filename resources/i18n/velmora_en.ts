@@ -48,6 +48,10 @@
     </translation>
   </message>
   <message>
+    <source>Акцентный</source>
+    <translation>Accent</translation>
+  </message>
+  <message>
     <source>Альбом</source>
     <translation>Album</translation>
   </message>
@@ -108,8 +112,16 @@
     <translation>Waiting</translation>
   </message>
   <message>
+    <source>Вид волны</source>
+    <translation>Waveform shape</translation>
+  </message>
+  <message>
     <source>Включить звук</source>
     <translation>Unmute</translation>
+  </message>
+  <message>
+    <source>Волна</source>
+    <translation>Waveform</translation>
   </message>
   <message>
     <source>Воспроизвести</source>
@@ -142,6 +154,14 @@
   <message>
     <source>Выключить или включить звук</source>
     <translation>Mute or unmute</translation>
+  </message>
+  <message>
+    <source>Высокая</source>
+    <translation>High</translation>
+  </message>
+  <message>
+    <source>Высота волны</source>
+    <translation>Waveform height</translation>
   </message>
   <message>
     <source>Готово</source>
@@ -268,6 +288,10 @@
     <translation>Key</translation>
   </message>
   <message>
+    <source>Колесо мыши над волной</source>
+    <translation>Wheel over the waveform</translation>
+  </message>
+  <message>
     <source>Команды</source>
     <translation>Commands</translation>
   </message>
@@ -294,6 +318,22 @@
   <message>
     <source>Конвертируется…</source>
     <translation>Converting…</translation>
+  </message>
+  <message>
+    <source>Кривая</source>
+    <translation>Curve</translation>
+  </message>
+  <message>
+    <source>Кэш волн: %@</source>
+    <translation>Waveform cache: %@</translation>
+  </message>
+  <message>
+    <source>Ломаная</source>
+    <translation>Straight lines</translation>
+  </message>
+  <message>
+    <source>Мятный</source>
+    <translation>Mint</translation>
   </message>
   <message>
     <source>Настройки</source>
@@ -332,6 +372,14 @@
     <translation>Unknown error</translation>
   </message>
   <message>
+    <source>Нейтральный</source>
+    <translation>Neutral</translation>
+  </message>
+  <message>
+    <source>Низкая</source>
+    <translation>Low</translation>
+  </message>
+  <message>
     <source>Обложка</source>
     <translation>Cover</translation>
   </message>
@@ -342,6 +390,10 @@
   <message>
     <source>Определение тональности</source>
     <translation>Key detection</translation>
+  </message>
+  <message>
+    <source>Оранжевый</source>
+    <translation>Orange</translation>
   </message>
   <message>
     <source>Осталось</source>
@@ -392,6 +444,10 @@
     <translation>Clear Comment</translation>
   </message>
   <message>
+    <source>Очистить кэш волн</source>
+    <translation>Empty the waveform cache</translation>
+  </message>
+  <message>
     <source>Пауза</source>
     <translation>Pause</translation>
   </message>
@@ -406,6 +462,10 @@
   <message>
     <source>Перемотать назад</source>
     <translation>Seek back</translation>
+  </message>
+  <message>
+    <source>Перемотка</source>
+    <translation>Seek</translation>
   </message>
   <message>
     <source>Плеер сверху</source>
@@ -492,6 +552,10 @@
     <translation>Expand the sidebar</translation>
   </message>
   <message>
+    <source>Розовый</source>
+    <translation>Rose</translation>
+  </message>
+  <message>
     <source>Русский</source>
     <translation>Русский</translation>
   </message>
@@ -504,6 +568,10 @@
     <translation>Light</translation>
   </message>
   <message>
+    <source>Свой…</source>
+    <translation>Custom…</translation>
+  </message>
+  <message>
     <source>Системное устройство</source>
     <translation>System default</translation>
   </message>
@@ -514,6 +582,18 @@
   <message>
     <source>Состояние</source>
     <translation>Status</translation>
+  </message>
+  <message>
+    <source>Средняя</source>
+    <translation>Medium</translation>
+  </message>
+  <message>
+    <source>Столбики</source>
+    <translation>Bars</translation>
+  </message>
+  <message>
+    <source>Столбики в децибелах</source>
+    <translation>Bars in decibels</translation>
   </message>
   <message>
     <source>Строка состояния</source>
@@ -538,6 +618,10 @@
   <message>
     <source>Тональность</source>
     <translation>Key</translation>
+  </message>
+  <message>
+    <source>Точки</source>
+    <translation>Dots</translation>
   </message>
   <message>
     <source>Трек</source>
@@ -592,8 +676,16 @@
     <translation type="vanished">The files will be moved to the macOS Trash. Count: %d.</translation>
   </message>
   <message>
+    <source>Фиолетовый</source>
+    <translation>Violet</translation>
+  </message>
+  <message>
     <source>Формат</source>
     <translation>Format</translation>
+  </message>
+  <message>
+    <source>Цвет волны</source>
+    <translation>Waveform colour</translation>
   </message>
   <message>
     <source>Чтение тегов: %d из %d</source>

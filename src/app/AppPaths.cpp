@@ -1,5 +1,6 @@
 #include "app/AppPaths.h"
 
+#include <QDir>
 #include <QStandardPaths>
 
 namespace AppPaths {
@@ -21,6 +22,12 @@ QString preferencesFile()
 QString legacyPreferencesFile()
 {
     return configFolder() + QStringLiteral("/com.nimbrel.app.ini");
+}
+
+QString waveformFolder()
+{
+    const QString caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    return (caches.isEmpty() ? QDir::tempPath() : caches) + QStringLiteral("/Velmora/Waveforms");
 }
 
 } // namespace AppPaths

@@ -9,5 +9,7 @@ namespace AppPaths {
 QString preferencesFile();
 /// The preferences that the program had under its former name.
 QString legacyPreferencesFile();
+/// Where waveforms are kept: "Velmora/Waveforms" in the user's cache folder, or in the temporary one without such.
+QString waveformFolder();
 
 } // namespace AppPaths

@@ -1,11 +1,12 @@
 #include "app/VelmoraApp.h"
 
+#include "WaveformScrubber/WaveformPreloadQueue.h"
+#include "analysis/decoding/TemporarySweep.h"
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/DefaultsMigration.h"
 #include "app/LibraryPlayer.h"
 #include "app/Lifecycle.h"
-#include "analysis/decoding/TemporarySweep.h"
 #include "async/MainQueue.h"
 #include "async/SystemClock.h"
 #include "async/ThreadExecutor.h"
@@ -14,6 +15,7 @@
 #include "core/library/playback/Playback.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriter.h"
+#include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
@@ -24,6 +26,7 @@
 #include "tags/AudioMetadataLoader.h"
 #include "ui/MainWindow.h"
 #include "ui/dialogs/OpenPanel.h"
+#include "ui/waveform/RowWaveforms.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -67,6 +70,8 @@ VelmoraApp::~VelmoraApp()
     if (m_lifecycle)
         m_lifecycle->terminate();
     m_sweep.cancel();
+    if (m_waveformQueue)
+        m_waveformQueue->setPreloadedHandler({});
     m_window.reset();
     m_contentView.reset();
     if (m_library)
@@ -74,6 +79,8 @@ VelmoraApp::~VelmoraApp()
     m_libraryPlayer.reset();
     m_player.reset(); // before the library, which it tells its state
     m_library.reset();
+    m_waveformQueue.reset();
+    m_waveforms.reset();
     async::MainQueue::drain(); // tasks that were stopped just now come to their end while the clock is there
 }
 
@@ -101,7 +108,7 @@ void VelmoraApp::buildStore()
     m_clock = std::make_unique<async::SystemClock>();
     m_executor = std::make_unique<async::ThreadExecutor>();
     m_tagWriter = std::make_unique<NoTagWriter>();
-    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagWriter, {}, {}, {}, {}};
+    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagWriter, {}, {}, {}, {}, {}};
     // Read on worker threads, which must not ask the preferences.
     const auto readsWindows1251 = std::make_shared<std::atomic_bool>(m_preferences->readsWindows1251Tags.get());
     connect(m_preferences.get(), &Preferences::changed, this, [this, readsWindows1251](const QString& key) {
@@ -110,6 +117,12 @@ void VelmoraApp::buildStore()
     });
     services.readMetadata = [readsWindows1251](const QUrl& url, const AudioTags& fallbackTags) {
         return AudioMetadataLoader::loadIfReadable(url, fallbackTags, *readsWindows1251);
+    };
+    m_waveforms = std::make_unique<WaveformCache>(*m_clock, *m_executor, AppPaths::waveformFolder());
+    m_waveformQueue = std::make_unique<WaveformPreloadQueue>(*m_clock, *m_waveforms);
+    services.preloadWaveforms = [this](const QList<QUrl>& urls) { m_waveformQueue->enqueue(urls); };
+    services.prioritizeWaveforms = [this](const QUrl& currentURL, const QList<QUrl>& followingURLs) {
+        m_waveformQueue->prioritizePlayback(currentURL, followingURLs);
     };
     m_library = std::make_unique<LibraryStore>(services);
 }
@@ -135,6 +148,10 @@ void VelmoraApp::buildPlayer()
     listeners.playbackStateDidChange = [this](bool isPlaying, const std::optional<TrackID>& currentTrackID) {
         m_library->playback().playbackStateDidChange(isPlaying, currentTrackID);
     };
+    listeners.waveformPlaybackDidChange = [this](bool isPlaying, const QUrl& currentURL) {
+        m_waveformQueue->setPlaybackActive(isPlaying, currentURL.isEmpty() ? std::nullopt : std::optional(currentURL));
+        prioritizeWaveforms(isPlaying, m_player->currentID());
+    };
     listeners.fail = [this](const QString& message) { m_library->workspace().setLastError(message); };
     listeners.report = [this](const QString& message, bool isWarning) {
         if (isWarning)
@@ -146,6 +163,14 @@ void VelmoraApp::buildPlayer()
     m_player->setListeners(std::move(listeners));
     m_libraryPlayer = std::make_unique<LibraryPlayer>(*m_player);
     m_library->playback().setPlayer(m_libraryPlayer.get());
+}
+
+/// Once for each beginning: the end of playing takes the preference back.
+void VelmoraApp::prioritizeWaveforms(bool isPlaying, const std::optional<QUuid>& currentTrackID)
+{
+    const std::optional<QUuid> played = isPlaying ? currentTrackID : std::nullopt;
+    if (std::exchange(m_prioritizedID, played) != played && played)
+        m_library->waveforms().prioritizeWaveformsForPlayback(*played);
 }
 
 void VelmoraApp::buildWindow()
@@ -160,7 +185,8 @@ void VelmoraApp::buildWindow()
     connect(m_notifications.get(), &Notifications::velmoraLanguageDidChange, this,
             [this] { m_toolkitTexts.setLanguage(VelmoraLocalization::language()); });
     m_window = std::make_unique<MainWindow>(WindowServices{*m_library, *m_contentView, *m_player, *m_audio, *m_executor,
-                                                           *m_clock, &AudioMetadataLoader::artwork});
+                                                           *m_clock, *m_waveforms, &AudioMetadataLoader::artwork});
+    m_waveformQueue->setPreloadedHandler([this](const QUrl& url) { m_window->rowWaveforms().arrived(url); });
 }
 
 void VelmoraApp::watchLifecycle()

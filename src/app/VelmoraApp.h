@@ -6,8 +6,10 @@
 #include <QList>
 #include <QObject>
 #include <QUrl>
+#include <QUuid>
 
 #include <memory>
+#include <optional>
 
 class AudioPlayer;
 class AudioSystem;
@@ -20,6 +22,8 @@ class Notifications;
 class Preferences;
 class TagWriter;
 class TerminationSignals;
+class WaveformCache;
+class WaveformPreloadQueue;
 
 namespace async {
 class Clock;
@@ -49,6 +53,7 @@ public:
 private:
     void buildStore();
     void buildPlayer();
+    void prioritizeWaveforms(bool isPlaying, const std::optional<QUuid>& currentTrackID);
     void buildWindow();
     void watchLifecycle();
     void loadIcon();
@@ -60,6 +65,9 @@ private:
     std::unique_ptr<Notifications> m_notifications;
     std::unique_ptr<async::Clock> m_clock;
     std::unique_ptr<async::Executor> m_executor;
+    std::unique_ptr<WaveformCache> m_waveforms;
+    std::unique_ptr<WaveformPreloadQueue> m_waveformQueue;
+    std::optional<QUuid> m_prioritizedID; ///< track whose waveforms were preferred last
     std::unique_ptr<TagWriter> m_tagWriter;
     std::unique_ptr<LibraryStore> m_library;
     std::unique_ptr<AudioPlayer> m_player;

@@ -84,6 +84,7 @@ public:
     Preference<QString> audioOutputDevice{*m_store, QStringLiteral("velmora.audioOutputDevice.v1"), QString()};
     Preference<double> seekStep{*m_store, QStringLiteral("seekStep"), 15.0};             ///< seconds
     Preference<double> waveformHeight{*m_store, QStringLiteral("waveformHeight"), 42.0}; ///< points
+    Preference<QString> waveformDrawer{*m_store, QStringLiteral("velmora.waveformDrawer.v1"), QStringLiteral("bars")};
     Preference<QString> waveformColorPreset{*m_store, QStringLiteral("waveformColorPreset"), QStringLiteral("white")};
     Preference<double> waveformCustomRed{*m_store, QStringLiteral("waveformCustomRed"), 1.0};
     Preference<double> waveformCustomGreen{*m_store, QStringLiteral("waveformCustomGreen"), 1.0};

@@ -14,6 +14,7 @@
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
+#include "ui/waveform/RowWaveforms.h"
 #include "ui/window/Banner.h"
 #include "ui/window/KeyPrecedence.h"
 #include "ui/window/PlayerCommands.h"
@@ -48,8 +49,9 @@ bool isCompact(const Preferences& preferences)
 MainWindow::MainWindow(const WindowServices& services)
     : m_theme(std::make_unique<Theme>(appearanceOf(services.library.preferences())))
     , m_thumbnails(std::make_unique<ThumbnailCache>(services.executor, services.readArtwork))
+    , m_rowWaveforms(std::make_unique<RowWaveforms>(services.waveforms))
     , m_context(new WindowContext{services.library, services.actions, services.player, services.audio, *m_theme,
-                                  *m_thumbnails})
+                                  *m_thumbnails, services.waveforms, *m_rowWaveforms, services.clock})
 {
     m_theme->install();
     setWindowTitle(QStringLiteral("Velmora"));
@@ -236,7 +238,7 @@ void MainWindow::openSettings(const QPoint& globalPosition)
 {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    SettingsMenu::build(*menu, m_context->library.preferences());
+    SettingsMenu::build(*menu, *m_context);
     menu->popup(globalPosition);
 }
 

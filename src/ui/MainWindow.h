@@ -16,6 +16,7 @@ class DashboardActions;
 class LibraryStore;
 class PlayerBar;
 class PlayerCommands;
+class RowWaveforms;
 class QStackedWidget;
 class QVBoxLayout;
 class SectionView;
@@ -23,6 +24,7 @@ class Sidebar;
 class StatusStrip;
 class Theme;
 class ThumbnailCache;
+class WaveformCache;
 class WindowCommands;
 class WorkspaceWindowSizer;
 struct ListChange;
@@ -41,6 +43,7 @@ struct WindowServices {
     AudioSystem& audio;
     async::Executor& executor;
     async::Clock& clock;
+    WaveformCache& waveforms;
     /// Reads the picture of an audio file again; called on worker threads. Null if there is none.
     std::function<QByteArray(const QUrl&)> readArtwork;
 };
@@ -58,6 +61,7 @@ public:
     SectionView& activeSection() const;
     Sidebar& sidebar() const { return *m_sidebar; }
     Theme& theme() const { return *m_theme; }
+    RowWaveforms& rowWaveforms() const { return *m_rowWaveforms; }
 
 protected:
     void hideEvent(QHideEvent* event) override;
@@ -80,6 +84,7 @@ private:
 
     std::unique_ptr<Theme> m_theme;
     std::unique_ptr<ThumbnailCache> m_thumbnails;
+    std::unique_ptr<RowWaveforms> m_rowWaveforms;
     std::unique_ptr<WindowContext> m_context;
     std::array<SectionView*, kAllLibraryTabs.size()> m_sections{};
     Sidebar* m_sidebar = nullptr;

@@ -4,8 +4,14 @@ class AudioPlayer;
 class AudioSystem;
 class DashboardActions;
 class LibraryStore;
+class RowWaveforms;
 class Theme;
 class ThumbnailCache;
+class WaveformCache;
+
+namespace async {
+class Clock;
+}
 
 /// What the pieces of the window share. The references outlive them.
 struct WindowContext {
@@ -15,4 +21,7 @@ struct WindowContext {
     AudioSystem& audio;
     Theme& theme;
     ThumbnailCache& thumbnails;
+    WaveformCache& waveforms;
+    RowWaveforms& rowWaveforms;
+    async::Clock& clock;
 };

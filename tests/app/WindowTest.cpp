@@ -1,5 +1,6 @@
 // The real program from end to end: a folder of real files is dropped on the window and worked with by mouse and keys.
 
+#include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/VelmoraApp.h"
 #include "async/TaskSlot.h"
@@ -13,6 +14,8 @@
 #include "support/ManualClock.h"
 #include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
+#include "ui/theme/Theme.h"
+#include "ui/tracks/TrackDelegate.h"
 #include "ui/tracks/TrackListModel.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
@@ -41,6 +44,8 @@ constexpr int kLimitMilliseconds = 30'000;
 
 [[maybe_unused]] const bool kUsesWidgets = [] {
     makeTestApplication = [](int& argc, char** argv) -> std::unique_ptr<QCoreApplication> {
+        static const QTemporaryDir caches; // nothing is put among the user's
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(caches.path()));
         return std::make_unique<QApplication>(argc, argv);
     };
     return true;
@@ -250,4 +255,34 @@ TEST_F(ProgramTest, LanguageThemeAndLayoutSwitchWhileItRuns)
     EXPECT_EQ(window.minimumSize(), QSize(900, 620));
     EXPECT_LT(window.width(), 1280) << "the window follows its layout";
     preferences.appLanguage.set(QStringLiteral("ru"));
+}
+
+TEST_F(ProgramTest, DroppedFilesGetTheirWaveformsWithoutBeingPlayed)
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("ffmpeg")).isEmpty())
+        GTEST_SKIP() << "no encoder";
+    ASSERT_TRUE(makeFiles());
+    app->open({});
+    app->window().resize(1440, 900);
+    app->contentView().receiveDroppedTracks({QUrl::fromLocalFile(folder.path())}, LibraryTab::Playlist);
+    SectionView& playlist = app->window().section(LibraryTab::Playlist);
+    const int column = *playlist.model().columnOf(TrackColumn::Waveform);
+    const QColor grey = app->window().theme().colours().text3;
+    const auto isDrawn = [&](int row) {
+        const QRect cell = playlist.list().visualRect(playlist.model().index(row, column));
+        const QImage image = playlist.list().viewport()->grab(TrackDelegate::waveformRect(cell)).toImage();
+        int count = 0;
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, image.height() / 2) == grey;
+        return count > image.width() / 2;
+    };
+    const auto drawn = [&] {
+        int count = 0;
+        for (int row = 0; row < playlist.model().rowCount(); ++row)
+            count += isDrawn(row);
+        return count;
+    };
+    EXPECT_TRUE(waitFor([&] { return drawn() == 3; })) << "three can be read, one is no music: " << drawn();
+    const QDir kept(AppPaths::waveformFolder());
+    EXPECT_GE(kept.entryList(QDir::Files).size(), 3);
 }

@@ -6,7 +6,9 @@
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/window/SettingsMenu.h"
 #include "ui/window/TrackMenu.h"
+#include "ui/window/WaveformMenu.h"
 
+#include <QDir>
 #include <QMenu>
 #include <QTest>
 
@@ -26,7 +28,8 @@ protected:
     }
 
     ThumbnailCache thumbnails{executor, {}};
-    WindowContext context{*store, dashboard, player, audio, window->theme(), thumbnails};
+    WindowContext context{
+        *store, dashboard, player, audio, window->theme(), thumbnails, waveforms, window->rowWaveforms(), clock};
 };
 
 TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
@@ -128,7 +131,7 @@ TEST_F(MenusTest, TheOutputIsChosenFromTheDevicesThereAre)
 TEST_F(MenusTest, SettingsAreWrittenAndTakeEffect)
 {
     QMenu menu;
-    SettingsMenu::build(menu, preferences);
+    SettingsMenu::build(menu, context);
     const auto choose = [&](const QString& submenu, const QString& choice) {
         action(*action(menu, submenu)->menu(), choice)->trigger();
     };
@@ -140,4 +143,51 @@ TEST_F(MenusTest, SettingsAreWrittenAndTakeEffect)
     EXPECT_EQ(preferences.appLanguage.get(), QStringLiteral("en"));
     action(menu, QStringLiteral("Плеер сверху"))->trigger();
     EXPECT_TRUE(preferences.dashboardPlayerOnTop.get());
+}
+
+TEST_F(MenusTest, TheWaveformsHaveAMenuOfTheirOwn)
+{
+    QMenu menu;
+    SettingsMenu::build(menu, context);
+    QMenu* waveform = action(menu, QStringLiteral("Волна"))->menu();
+    const struct {
+        const char* submenu;
+        const char* choice;
+        QString key, value;
+    } kCases[]{
+        {"Вид волны", "Точки", preferences.waveformDrawer.key(), QStringLiteral("dots")},
+        {"Цвет волны", "Мятный", preferences.waveformColorPreset.key(), QStringLiteral("mint")},
+        {"Высота волны", "Высокая", preferences.waveformHeight.key(), QStringLiteral("60")},
+        {"Колесо мыши над волной", "Перемотка", preferences.waveformScrollAction.key(), QStringLiteral("seek")},
+    };
+    for (const auto& each : kCases) {
+        QMenu* choices = action(*waveform, QString::fromUtf8(each.submenu))->menu();
+        const auto checked = std::ranges::count_if(choices->actions(), &QAction::isChecked);
+        EXPECT_EQ(checked, 1) << each.submenu;
+        action(*choices, QString::fromUtf8(each.choice))->trigger();
+        EXPECT_EQ(preferences.store().value(each.key).toString(), each.value);
+    }
+}
+
+TEST_F(MenusTest, TheWaveformCacheIsMeasuredAndEmptied)
+{
+    const QDir kept(folder.filePath(QStringLiteral("waveforms")));
+    ASSERT_TRUE(QDir().mkpath(kept.path()));
+    QFile entry(kept.filePath(QString(64, u'a') + QStringLiteral(".waveform")));
+    ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
+    entry.write(QByteArray(16384, '\0'));
+    entry.close();
+    {
+        WaveformMenu menu(context, nullptr);
+        QAction* size = menu.actions()[menu.actions().size() - 2];
+        EXPECT_EQ(size->text(), WaveformMenu::cacheText(std::nullopt));
+        turn();
+        EXPECT_EQ(size->text(), WaveformMenu::cacheText(EnvelopeCacheSize{16384, 1}));
+        menu.actions().last()->trigger();
+    }
+    turn(); // the menu is gone by now
+    EXPECT_FALSE(QFile::exists(entry.fileName()));
+    WaveformMenu menu(context, nullptr);
+    turn();
+    EXPECT_FALSE(menu.actions().last()->isEnabled()) << "nothing to empty";
 }

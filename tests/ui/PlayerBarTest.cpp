@@ -1,3 +1,4 @@
+#include "support/PaintMeter.h"
 #include "support/WindowFixture.h"
 
 #include "ui/player/EnvelopeArea.h"
@@ -15,22 +16,6 @@
 #include <QWheelEvent>
 
 namespace {
-
-/// Adds up what a widget repaints.
-class PaintMeter : public QObject {
-public:
-    explicit PaintMeter(QWidget& widget) { widget.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            ++count;
-            region += static_cast<QPaintEvent*>(event)->region();
-        }
-        return false;
-    }
-    int count = 0;
-    QRegion region;
-};
 
 void wheel(QWidget& widget, QPoint pixels, QPoint angle, bool inverted = false)
 {

@@ -4,7 +4,7 @@
 
 TEST(TrackColumnsTest, ColumnsLeaveOneAfterTheOtherAndTheAlbumFirst)
 {
-    const std::vector<TrackColumn>& columns = TrackColumns::full();
+    const std::vector<TrackColumn>& columns = TrackColumns::playlist();
     const auto hidden = [&](int width) {
         const std::vector<int> widths = TrackColumns::widths(columns, width);
         std::vector<TrackColumn> gone;
@@ -15,7 +15,8 @@ TEST(TrackColumnsTest, ColumnsLeaveOneAfterTheOtherAndTheAlbumFirst)
         return gone;
     };
     EXPECT_TRUE(hidden(1224).empty());
-    EXPECT_EQ(hidden(840), std::vector{TrackColumn::Album});
+    EXPECT_EQ(hidden(980), std::vector{TrackColumn::Album});
+    EXPECT_EQ(hidden(840), (std::vector{TrackColumn::Waveform, TrackColumn::Album, TrackColumn::BitRate}));
     size_t before = 0;
     for (int width = 1300; width > 0; width -= 10) {
         const std::vector<TrackColumn> gone = hidden(width);
@@ -29,7 +30,8 @@ TEST(TrackColumnsTest, ColumnsLeaveOneAfterTheOtherAndTheAlbumFirst)
 
 TEST(TrackColumnsTest, TheRoomIsUsedToTheLastPixel)
 {
-    for (const auto* columns : {&TrackColumns::full(), &TrackColumns::brief(), &TrackColumns::conversion()}) {
+    for (const auto* columns :
+         {&TrackColumns::playlist(), &TrackColumns::full(), &TrackColumns::brief(), &TrackColumns::conversion()}) {
         for (int width : {840, 1064, 1217, 1224, 2560}) {
             const std::vector<int> widths = TrackColumns::widths(*columns, width);
             EXPECT_EQ(std::accumulate(widths.begin(), widths.end(), 0), width);

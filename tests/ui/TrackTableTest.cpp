@@ -8,7 +8,7 @@ class TrackTableTest : public WindowFixture {
 protected:
     QPoint cell(int row, TrackColumn column)
     {
-        const auto& columns = TrackColumns::full();
+        const auto& columns = TrackColumns::playlist();
         const auto place = std::find(columns.begin(), columns.end(), column) - columns.begin();
         return table().visualRect(table().model()->index(row, static_cast<int>(place))).center();
     }
@@ -43,7 +43,7 @@ TEST_F(TrackTableTest, WhatIsCutOffIsInTheTooltip)
     fill({fullTrack(QStringLiteral("A title that takes a good deal of room in any list of tracks"))});
     show();
     const auto at = [&](TrackColumn column) {
-        const auto& columns = TrackColumns::full();
+        const auto& columns = TrackColumns::playlist();
         return table().model()->index(
             0, static_cast<int>(std::find(columns.begin(), columns.end(), column) - columns.begin()));
     };

@@ -68,7 +68,7 @@ TEST_F(WindowTest, ItsPlaceIsRemembered)
     show();
     window->setGeometry(20, 30, 1300, 770);
     window->hide();
-    MainWindow second(WindowServices{*store, dashboard, player, audio, executor, clock, {}});
+    MainWindow second(WindowServices{*store, dashboard, player, audio, executor, clock, waveforms, {}});
     EXPECT_EQ(second.size(), QSize(1300, 770));
 }
 

@@ -62,11 +62,11 @@ ArtworkData cover(int hue)
     return ArtworkData::intern(bytes);
 }
 
-Track makeTrack(const Row& row, int place, const ArtworkData& picture)
+Track makeTrack(const Row& row, int place, const ArtworkData& picture, const QString& music)
 {
     const QString folder = place < 8 ? QStringLiteral("Pool 2026-11") : QStringLiteral("Pool 2026-12");
-    Track track = Track::unread(FileURL::fromPath(QStringLiteral("/Music/%1/%2 %3.%4")
-                                                      .arg(folder)
+    Track track = Track::unread(FileURL::fromPath(QStringLiteral("%1/%2/%3 %4.%5")
+                                                      .arg(music, folder)
                                                       .arg(place, 5, 10, QChar(u'0'))
                                                       .arg(row.title, row.format.toLower())));
     LoadedTrackMetadata metadata;
@@ -84,7 +84,7 @@ Track makeTrack(const Row& row, int place, const ArtworkData& picture)
 
 } // namespace
 
-QList<Track> DemoLibrary::tracks(int repeats)
+QList<Track> DemoLibrary::tracks(int repeats, const QString& music)
 {
     const QList<Row> rows = dozen();
     QList<ArtworkData> covers;
@@ -92,6 +92,6 @@ QList<Track> DemoLibrary::tracks(int repeats)
         covers.append(cover(row.hue));
     QList<Track> tracks;
     for (int place = 0; place < repeats * rows.size(); ++place)
-        tracks.append(makeTrack(rows[place % rows.size()], place, covers[place % rows.size()]));
+        tracks.append(makeTrack(rows[place % rows.size()], place, covers[place % rows.size()], music));
     return tracks;
 }

@@ -1,8 +1,10 @@
 // Draws the window into a picture, for looking at it and for the documentation.
 
 #include "DemoAudio.h"
+#include "DemoEnvelopes.h"
 #include "DemoLibrary.h"
 
+#include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/VelmoraApp.h"
 #include "core/library/LibraryStore.h"
@@ -18,14 +20,18 @@
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionView.h"
+#include "ui/window/Sidebar.h"
 #include "ui/window/ThemeButton.h"
+#include "ui/window/WaveformMenu.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -45,7 +51,7 @@ const QHash<QString, LibraryTab>& sections()
 }
 
 struct Options {
-    QString out, section, theme, language, layout, size, state;
+    QString out, section, theme, language, layout, size, state, drawer, colour, height;
     QStringList folders;
 };
 
@@ -62,17 +68,30 @@ Options parse(const QStringList& arguments)
     option("language", "ru or en", "ru");
     option("layout", "full or compact", "full");
     option("size", "WxH in device-independent pixels", "");
+    option("drawer", "bars, logarithmicBars, line, curve or dots", "bars");
+    option("colour", "preset of the waveform's colours", "white");
+    option("height", "of the waveform", "42");
     option("scale", "scale factor of the screen", "1");
-    option("state",
-           "rows, empty, notice, error, ontop, playing, paused, outputs, hover, volume, or menu for the menu of a row "
-           "alone",
-           "rows");
+    option(
+        "state",
+        "rows, empty, notice, error, ontop, playing, paused, loading, outputs, hover, volume, or menu for the menu of "
+        "a row alone, settings for that of the waveforms",
+        "rows");
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("folders to show instead of made-up rows"));
     parser.addHelpOption();
     parser.process(arguments);
     const auto value = [&](const char* name) { return parser.value(QString::fromLatin1(name)); };
-    return {value("out"),    value("section"), value("theme"), value("language"),
-            value("layout"), value("size"),    value("state"), parser.positionalArguments()};
+    return {value("out"),
+            value("section"),
+            value("theme"),
+            value("language"),
+            value("layout"),
+            value("size"),
+            value("state"),
+            value("drawer"),
+            value("colour"),
+            value("height"),
+            parser.positionalArguments()};
 }
 
 void pump(
@@ -91,6 +110,9 @@ std::unique_ptr<VelmoraApp> makeApp(const Options& options)
     preferences->appAppearance.set(options.theme);
     preferences->workspaceLayout.set(options.layout);
     preferences->dashboardPlayerOnTop.set(options.state == QLatin1StringView("ontop"));
+    preferences->waveformDrawer.set(options.drawer);
+    preferences->waveformColorPreset.set(options.colour);
+    preferences->waveformHeight.set(options.height.toDouble());
     preferences->defaultsMigrated.set(true); // nothing of the user's own settings in a picture
     auto app = std::make_unique<VelmoraApp>(std::move(preferences), std::make_unique<DemoAudio>());
     app->open({});
@@ -123,10 +145,12 @@ void importFolders(VelmoraApp& app, const QStringList& folders, LibraryTab tab)
 
 void inventRows(LibraryStore& library)
 {
+    const QString music = QDir::homePath() + QStringLiteral("/Music");
     Workspace& workspace = library.workspace();
-    workspace.setTracks(DemoLibrary::tracks(40));
-    workspace.setList(Track::MetadataDestination::Analysis, DemoLibrary::tracks(2));
-    workspace.setList(Track::MetadataDestination::MusicalKey, DemoLibrary::tracks(1));
+    workspace.setTracks(DemoLibrary::tracks(40, music));
+    DemoEnvelopes::write(workspace.tracks().rows(), AppPaths::waveformFolder());
+    workspace.setList(Track::MetadataDestination::Analysis, DemoLibrary::tracks(2, music));
+    workspace.setList(Track::MetadataDestination::MusicalKey, DemoLibrary::tracks(1, music));
     QList<ConversionItem> jobs;
     for (int i = 0; i < 9; ++i) {
         ConversionItem job;
@@ -144,12 +168,12 @@ void selectSome(LibraryStore& library, LibraryTab tab)
 }
 
 /// The focused row plays, or stands in its midst.
-void playSome(VelmoraApp& app, bool plays)
+void playSome(VelmoraApp& app, bool plays, int row)
 {
     const QList<Track> rows = app.library().selection().visibleTracks();
-    if (rows.size() <= 2)
+    if (rows.size() <= row)
         return;
-    app.player().play(rows[2]);
+    app.player().play(rows[row]);
     pump(kReadLimitMilliseconds, [&] { return app.player().isPlaying(); });
     app.player().scheduleSeek(134, false);
     pump(kSettleMilliseconds);
@@ -169,6 +193,17 @@ void hoverRow(MainWindow& window, int row)
     QApplication::sendEvent(envelope, &over);
 }
 
+void openWaveformMenu(MainWindow& window)
+{
+    emit window.sidebar().settingsWanted(window.geometry().center());
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    for (QAction* each : menu->actions()) {
+        if (auto* waveforms = qobject_cast<WaveformMenu*>(each->menu()))
+            waveforms->popup(window.geometry().center());
+    }
+    pump(kSettleMilliseconds);
+}
+
 /// The window, or the menu that the state asks for.
 QWidget* prepare(VelmoraApp& app, const QString& state)
 {
@@ -177,8 +212,8 @@ QWidget* prepare(VelmoraApp& app, const QString& state)
         app.library().favorites().removeFromCoverWorkspace(app.library().workspace().selectedIDs());
     if (is("error"))
         app.library().workspace().setLastError(QString());
-    if (is("playing") || is("paused") || is("hover") || is("ontop"))
-        playSome(app, !is("paused"));
+    if (is("playing") || is("paused") || is("hover") || is("ontop") || is("loading"))
+        playSome(app, !is("paused"), is("loading") ? DemoEnvelopes::endlessRow() : 2);
     pump(kSettleMilliseconds);
     if (is("hover"))
         hoverRow(app.window(), 5);
@@ -188,7 +223,9 @@ QWidget* prepare(VelmoraApp& app, const QString& state)
         emit app.window().activeSection().contextMenuWanted(app.window().geometry().center());
     if (is("outputs"))
         app.window().findChild<PlayerBar*>()->openOutputs();
-    return is("menu") || is("outputs") ? QApplication::activePopupWidget() : &app.window();
+    if (is("settings"))
+        openWaveformMenu(app.window());
+    return is("menu") || is("outputs") || is("settings") ? QApplication::activePopupWidget() : &app.window();
 }
 
 } // namespace
@@ -199,6 +236,10 @@ int main(int argc, char** argv)
         if (qstrcmp(argv[i], "--scale") == 0)
             qputenv("QT_SCALE_FACTOR", argv[i + 1]);
     }
+    // Made-up files and what the program keeps of them stand in a home of their own.
+    const QTemporaryDir home;
+    qputenv("HOME", QFile::encodeName(home.path()));
+    qputenv("XDG_CACHE_HOME", QFile::encodeName(home.filePath(QStringLiteral("cache"))));
     QApplication application(argc, argv);
     const Options options = parse(QApplication::arguments());
     const LibraryTab tab = sections().value(options.section, LibraryTab::Playlist);

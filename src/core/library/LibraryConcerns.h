@@ -11,6 +11,7 @@
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 
 /// The workspace and the concerns of one store, in the order in which they are built. How they call each other stands
@@ -26,6 +27,7 @@ struct LibraryConcerns {
     Order order;
     Selection selection;
     Playback playback;
+    Waveforms waveforms;
     Favorites favorites;
     TagWriting tagWriting;
     MetadataLoads loads;

@@ -33,4 +33,5 @@ struct LibraryServices {
     std::function<void(const QSet<TrackID>& ids)> detectBPM;
     std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
     std::function<void(const QList<QUrl>& urls)> preloadWaveforms;
+    std::function<void(const QUrl& currentURL, const QList<QUrl>& followingURLs)> prioritizeWaveforms;
 };

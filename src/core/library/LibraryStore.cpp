@@ -43,6 +43,10 @@ Playback& LibraryStore::playback() const
 {
     return m_concerns->playback;
 }
+Waveforms& LibraryStore::waveforms() const
+{
+    return m_concerns->waveforms;
+}
 QuickLists& LibraryStore::quickLists() const
 {
     return m_concerns->quickLists;

@@ -13,6 +13,7 @@ class Selection;
 class Sending;
 class StatusLine;
 class TagWriting;
+class Waveforms;
 class Workspace;
 struct LibraryConcerns;
 struct LibraryServices;
@@ -35,6 +36,7 @@ public:
     TagWriting& tagWriting() const;
     Sending& sending() const;
     Playback& playback() const;
+    Waveforms& waveforms() const;
     QuickLists& quickLists() const;
     StatusLine& status() const;
     Preferences& preferences() const;

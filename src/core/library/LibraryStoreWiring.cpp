@@ -9,6 +9,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , order(workspace, services.preferences, services.notifications)
     , selection(workspace, order)
     , playback({selection})
+    , waveforms({selection, services.preloadWaveforms, services.prioritizeWaveforms})
     , favorites(favoritesDependencies())
     , tagWriting(tagWritingDependencies())
     , loads(loadsDependencies())
@@ -72,6 +73,6 @@ Imports::Dependencies LibraryConcerns::importsDependencies()
             services.executor,
             loads,
             services.detectBPM,
-            services.preloadWaveforms,
+            [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); },
             services.analyzeQuality};
 }

@@ -20,8 +20,10 @@ constexpr int kHeight = 72;
 constexpr int kPreferredWidth = 320;
 constexpr int kBubbleHeight = 18;
 constexpr int kBubblePadding = 6;
-constexpr int kPixelsPerStep = 8;   // of a touchpad; one step of seeking
-constexpr double kWheelSeconds = 3; // sought by a step of the wheel
+constexpr int kPixelsPerStep = 8; // of a touchpad; one step of the volume
+constexpr int kMargin = Metrics::kKnob / 2;
+constexpr int kCursorWidth = 2;
+constexpr int kCursorReach = 2;     // beyond the waveform, above and below
 constexpr double kSlowestRate = 30; // frames a second, for screens that tell nonsense
 constexpr double kFastestRate = 240;
 } // namespace
@@ -29,6 +31,7 @@ constexpr double kFastestRate = 240;
 EnvelopeArea::EnvelopeArea(const WindowContext& context, QWidget* parent)
     : ThemeSlider(context.theme, parent)
     , m_context(context)
+    , m_waveform(new BarWaveform(context, *this))
     , m_wheel(kPixelsPerStep)
 {
     setMouseTracking(true);
@@ -89,14 +92,14 @@ void EnvelopeArea::follow()
     }
     if (length <= 0)
         hover(std::nullopt);
-    if (!m_isHeld)
+    if (!m_isHeld && !m_context.player.isOpening())
         moveCursor(length > 0 ? m_context.player.synchronizedWaveformProgress() : 0);
     animate();
 }
 
 void EnvelopeArea::animate()
 {
-    const bool isNeeded = m_context.player.isPlaying() && isVisible();
+    const bool isNeeded = m_context.player.isPlaying() && isVisible() && !window()->isMinimized();
     if (isNeeded == m_frames.isActive())
         return;
     if (!isNeeded) {
@@ -111,8 +114,10 @@ void EnvelopeArea::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() != m_frames.timerId())
         ThemeSlider::timerEvent(event);
-    else if (!m_isHeld)
+    else if (!m_isHeld && !m_context.player.isOpening()) // until then the former track's cursor stays
         moveCursor(m_context.player.synchronizedWaveformProgress());
+    if (window()->isMinimized())
+        animate();
 }
 
 void EnvelopeArea::moveCursor(double fraction)
@@ -187,13 +192,27 @@ void EnvelopeArea::leaveEvent(QEvent* event)
 void EnvelopeArea::wheelEvent(QWheelEvent* event)
 {
     event->accept();
-    const int steps = m_wheel.consume(*event);
-    if (steps == 0)
+    const auto action = waveformScrollActionFromRawValue(m_context.library.preferences().waveformScrollAction.get());
+    if (action != WaveformScrollAction::Seek) {
+        if (const int steps = m_wheel.consume(*event); steps != 0)
+            VolumeSlider::change(m_context.player, steps);
         return;
-    if (m_context.library.preferences().waveformScrollAction.get() != QLatin1StringView("seek"))
-        VolumeSlider::change(m_context.player, steps);
-    else if (!m_isHeld)
-        m_context.player.seek(steps * kWheelSeconds);
+    }
+    if (const double seconds = soughtBy(*event); seconds != 0 && !m_isHeld)
+        m_context.player.seek(seconds);
+}
+
+double EnvelopeArea::soughtBy(const QWheelEvent& event)
+{
+    using Source = WaveformScrollSeekStepper::Source;
+    if (const int pixels = WheelSteps::pixels(event); pixels != 0)
+        return m_seekStepper.consume(pixels, Source::Precise).value_or(0);
+    // Fine wheels give many events for a click, quick ones many clicks in an event.
+    const int clicks = m_wheel.consume(event);
+    double seconds = 0;
+    for (int click = 0; click < std::abs(clicks); ++click)
+        seconds += m_seekStepper.consume(clicks, Source::Wheel).value_or(0);
+    return seconds;
 }
 
 void EnvelopeArea::hover(std::optional<double> fraction)
@@ -240,17 +259,34 @@ void EnvelopeArea::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     const ThemeColours& c = theme().colours();
     painter.fillRect(event->rect(), c.surface);
-    paintGroove(painter, m_fraction, c.accent);
+    const QRect waveform = m_waveform->rect(kMargin);
+    if (m_waveform->isReady())
+        m_waveform->paint(painter, waveform, m_fraction);
+    else
+        paintGroove(painter, m_fraction, m_waveform->colours().played, m_waveform->lineColour());
     if (m_hovered) {
-        constexpr int kTick = Metrics::kSpace2;
         const double place = placeOf(*m_hovered);
-        painter.fillRect(QRectF(place - 0.5, height() / 2.0 - kTick, Metrics::kHairline, 2 * kTick), c.text3);
+        const int reach = m_waveform->isReady() ? waveform.height() / 2 : Metrics::kSpace2;
+        painter.fillRect(QRectF(place - 0.5, height() / 2.0 - reach, Metrics::kHairline, 2 * reach), c.text2);
     }
     if (duration() > 0)
-        paintKnob(painter, m_fraction);
+        paintPosition(painter);
     if (m_hovered)
         paintBubble(painter);
     paintFocus(painter);
+}
+
+/// A line over the waveform, a knob on the thin line.
+void EnvelopeArea::paintPosition(QPainter& painter) const
+{
+    if (!m_waveform->isReady()) {
+        paintKnob(painter, m_fraction);
+        return;
+    }
+    const QRect waveform = m_waveform->rect(kMargin);
+    const QRectF cursor(placeOf(m_fraction) - kCursorWidth / 2.0, waveform.top() - kCursorReach, kCursorWidth,
+                        waveform.height() + 2 * kCursorReach);
+    Paint::roundedFill(painter, cursor, kCursorWidth / 2.0, theme().colours().text);
 }
 
 QRect EnvelopeArea::bubbleRect(double fraction) const
@@ -260,7 +296,8 @@ QRect EnvelopeArea::bubbleRect(double fraction) const
     const int breadth = textWidth + 2 * kBubblePadding;
     const int left =
         std::clamp(static_cast<int>(std::lround(placeOf(fraction))) - breadth / 2, 0, std::max(0, width() - breadth));
-    return {left, height() / 2 - Metrics::kSpace2 - Metrics::kStep - kBubbleHeight, breadth, kBubbleHeight};
+    const int top = m_waveform->isReady() ? m_waveform->rect(kMargin).top() : height() / 2 - Metrics::kSpace2;
+    return {left, std::max(0, top - kCursorReach - kBubbleHeight), breadth, kBubbleHeight};
 }
 
 void EnvelopeArea::paintBubble(QPainter& painter) const

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "WaveformScrubber/WaveformScrollSeekStepper.h"
+#include "ui/player/BarWaveform.h"
 #include "ui/player/ThemeSlider.h"
 #include "ui/player/WheelSteps.h"
 
@@ -8,10 +9,10 @@
 
 #include <optional>
 
-/// The length of the current track as an area to look at and to seek in: a click or drag moves the position, the wheel
-/// does what the preference says, the pointer shows the time it stands on. The cursor follows what is heard at the
-/// screen's rate while something plays and the area is seen; each step repaints only the strip that it crossed. The
-/// slider's value is the position in whole seconds.
+/// The waveform of the current track, or a thin line as long as there is none, to look at and to seek in: a click or
+/// drag moves the position, the wheel does what the preference says, the pointer shows the time it stands on. The
+/// cursor follows what is heard at the screen's rate while something plays and the area is seen; each step repaints
+/// only the strip that it crossed. The slider's value is the position in whole seconds.
 class EnvelopeArea : public ThemeSlider {
     Q_OBJECT
 
@@ -25,6 +26,7 @@ public:
     double shownTime() const;
     bool isHeld() const { return m_isHeld; }
     bool isAnimating() const { return m_frames.isActive(); }
+    BarWaveform& waveform() const { return *m_waveform; }
     QString spokenValue() const override;
     QSize sizeHint() const override;
 
@@ -52,12 +54,16 @@ private:
     void hold(double fraction);
     void letGo();
     void hover(std::optional<double> fraction);
+    double soughtBy(const QWheelEvent& event);
+    void paintPosition(QPainter& painter) const;
     QRect cursorStrip(double fraction) const;
     QRect bubbleRect(double fraction) const;
     void paintBubble(QPainter& painter) const;
 
     WindowContext m_context;
+    BarWaveform* m_waveform;
     WheelSteps m_wheel;
+    WaveformScrollSeekStepper m_seekStepper;
     QBasicTimer m_frames;
     double m_fraction = 0;
     std::optional<double> m_hovered; ///< fraction under the pointer

@@ -4,6 +4,7 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
+#include "ui/player/EnvelopeArea.h"
 #include "ui/player/NowPlaying.h"
 #include "ui/player/OutputMenu.h"
 #include "ui/player/PositionBar.h"
@@ -55,7 +56,16 @@ void PlayerBar::refresh()
     m_nowPlaying->setTrack(track);
     m_transport->refresh(track.has_value());
     m_position->setAwaitedLength(track ? track->duration() : 0);
+    showWaveform(track);
     setAccessibleName(m_nowPlaying->accessibleName());
+}
+
+void PlayerBar::showWaveform(const std::optional<Track>& track)
+{
+    const bool isPlayed = m_context.player.requestedTrack().has_value();
+    const auto url = track ? std::optional(track->url()) : std::nullopt;
+    m_position->envelope().waveform().source().setFile(url, isPlayed ? BarEnvelope::Interest::Played
+                                                                     : BarEnvelope::Interest::Focused);
 }
 
 void PlayerBar::retranslate()

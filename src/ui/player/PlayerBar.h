@@ -34,6 +34,7 @@ protected:
 
 private:
     std::optional<Track> shownTrack() const;
+    void showWaveform(const std::optional<Track>& track);
     void place();
 
     WindowContext m_context;

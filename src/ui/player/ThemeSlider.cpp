@@ -78,7 +78,7 @@ double ThemeSlider::placeOf(double fraction) const
     return kMargin + (isUpright ? 1 - fraction : fraction) * length;
 }
 
-void ThemeSlider::paintGroove(QPainter& painter, double fraction, const QColor& filled) const
+void ThemeSlider::paintGroove(QPainter& painter, double fraction, const QColor& filled, const QColor& ground) const
 {
     constexpr double kThick = Metrics::kProgressThickness;
     const double place = placeOf(fraction);
@@ -88,7 +88,7 @@ void ThemeSlider::paintGroove(QPainter& painter, double fraction, const QColor& 
     };
     Paint::roundedFill(
         painter, bar(placeOf(orientation() == Qt::Vertical ? 1 : 0), placeOf(orientation() == Qt::Vertical ? 0 : 1)),
-        kThick / 2, m_theme.colours().groove);
+        kThick / 2, ground);
     if (fraction > 0)
         Paint::roundedFill(painter, orientation() == Qt::Vertical ? bar(place, placeOf(0)) : bar(placeOf(0), place),
                            kThick / 2, filled);

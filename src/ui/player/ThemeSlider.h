@@ -20,7 +20,8 @@ protected:
     double fractionAt(const QPointF& position) const;
     /// Where a fraction stands along the groove, in pixels from the left, or from the top of an upright slider.
     double placeOf(double fraction) const;
-    void paintGroove(QPainter& painter, double fraction, const QColor& filled) const;
+    /// \param ground of the part that is not filled.
+    void paintGroove(QPainter& painter, double fraction, const QColor& filled, const QColor& ground) const;
     void paintKnob(QPainter& painter, double fraction) const;
     void paintFocus(QPainter& painter) const;
     const Theme& theme() const { return m_theme; }

@@ -56,7 +56,7 @@ void VolumeSlider::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const double fraction = value() / 100.0;
-    paintGroove(painter, fraction, theme().colours().text2);
+    paintGroove(painter, fraction, theme().colours().text2, theme().colours().groove);
     paintKnob(painter, fraction);
     paintFocus(painter);
 }

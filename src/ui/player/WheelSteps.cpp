@@ -13,6 +13,11 @@ int longer(const QPoint& delta)
 
 } // namespace
 
+int WheelSteps::pixels(const QWheelEvent& event)
+{
+    return event.inverted() ? -longer(event.pixelDelta()) : longer(event.pixelDelta());
+}
+
 int WheelSteps::consume(const QWheelEvent& event)
 {
     const bool isPrecise = !event.pixelDelta().isNull();
@@ -21,7 +26,7 @@ int WheelSteps::consume(const QWheelEvent& event)
     m_isPrecise = isPrecise;
     const int sign = event.inverted() ? -1 : 1;
     if (isPrecise)
-        return take(sign * longer(event.pixelDelta()), m_pixelsPerStep, 1);
+        return take(pixels(event), m_pixelsPerStep, 1);
     const int angle = sign * longer(event.angleDelta());
     return take(angle, kNotch, std::max(1, std::abs(angle) / kNotch));
 }

@@ -14,6 +14,8 @@ public:
 
     /// \return steps, positive for turning away from the user whatever the desktop calls natural.
     int consume(const QWheelEvent& event);
+    /// What a touchpad gave, positive for away from the user; 0 for a wheel.
+    static int pixels(const QWheelEvent& event);
 
 private:
     int take(int delta, int perStep, int limit);

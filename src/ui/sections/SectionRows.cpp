@@ -79,6 +79,7 @@ const std::vector<TrackColumn>& columns(LibraryTab tab)
 {
     switch (tab) {
     case LibraryTab::Playlist:
+        return TrackColumns::playlist();
     case LibraryTab::Favorites:
         return TrackColumns::full();
     case LibraryTab::Covers:

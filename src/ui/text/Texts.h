@@ -21,8 +21,8 @@ QString length(double seconds);
 /// A place in a track, "0:00" to its length, in whole seconds that have passed. \param duration seconds; 0 if not
 /// known.
 QString position(double seconds, double duration);
-/// What is left of a track, "−3:41" with a real minus sign; an em dash while the length is not known. Changes together with
-/// position(), and both together give the length.
+/// What is left of a track, "−3:41" with a real minus sign; an em dash while the length is not known. Changes together
+/// with position(), and both together give the length.
 QString remaining(double seconds, double duration);
 /// A total such as "96 ч 12 мин"; empty for nothing.
 QString totalLength(double seconds);

@@ -14,10 +14,10 @@ struct Spec {
 };
 
 constexpr Spec kSpecs[]{
-    {TrackColumn::Cover, 92, 0, 0},   {TrackColumn::Title, 184, 5, 0},  {TrackColumn::Album, 120, 2, 1},
-    {TrackColumn::Genre, 120, 2, 5},  {TrackColumn::BPM, 68, 0, 0},     {TrackColumn::Key, 76, 0, 6},
-    {TrackColumn::Format, 72, 0, 3},  {TrackColumn::BitRate, 92, 0, 2}, {TrackColumn::Length, 72, 0, 4},
-    {TrackColumn::Status, 160, 1, 0}, {TrackColumn::Heart, 60, 0, 0},
+    {TrackColumn::Cover, 92, 0, 0},  {TrackColumn::Title, 184, 5, 0},  {TrackColumn::Waveform, 136, 0, 3},
+    {TrackColumn::Album, 120, 2, 1}, {TrackColumn::Genre, 120, 2, 6},  {TrackColumn::BPM, 68, 0, 0},
+    {TrackColumn::Key, 76, 0, 7},    {TrackColumn::Format, 72, 0, 4},  {TrackColumn::BitRate, 92, 0, 2},
+    {TrackColumn::Length, 72, 0, 5}, {TrackColumn::Status, 160, 1, 0}, {TrackColumn::Heart, 60, 0, 0},
 };
 
 const Spec& specOf(TrackColumn column)
@@ -33,6 +33,16 @@ QString orUnset(const QString& text)
 } // namespace
 
 namespace TrackColumns {
+
+const std::vector<TrackColumn>& playlist()
+{
+    static const std::vector<TrackColumn> kColumns = [] {
+        std::vector<TrackColumn> columns = full();
+        columns.insert(std::ranges::find(columns, TrackColumn::Album), TrackColumn::Waveform);
+        return columns;
+    }();
+    return kColumns;
+}
 
 const std::vector<TrackColumn>& full()
 {
@@ -71,6 +81,8 @@ QString heading(TrackColumn column)
         return {};
     case TrackColumn::Title:
         return Texts::localized(QStringLiteral("Трек"));
+    case TrackColumn::Waveform:
+        return Texts::localized(QStringLiteral("Волна"));
     case TrackColumn::Album:
         return Texts::localized(QStringLiteral("Альбом"));
     case TrackColumn::Genre:
@@ -125,6 +137,7 @@ QString text(TrackColumn column, const Track& track)
     case TrackColumn::Length:
         return track.duration() > 0 ? Texts::length(track.duration()) : QString();
     case TrackColumn::Cover:
+    case TrackColumn::Waveform:
     case TrackColumn::Status:
     case TrackColumn::Heart:
         return {};
@@ -141,6 +154,8 @@ QString spokenText(TrackColumn column, const Track& track)
                                                              : QStringLiteral("Есть обложка"));
     if (column == TrackColumn::Heart)
         return Texts::localized(track.isFavorite() ? QStringLiteral("В избранном") : QStringLiteral("Не в избранном"));
+    if (column == TrackColumn::Waveform) // a picture that says nothing in words
+        return heading(column);
     return orUnset(text(column, track));
 }
 

@@ -7,11 +7,13 @@
 #include <vector>
 
 /// What a list of tracks can show, left to right.
-enum class TrackColumn { Cover, Title, Album, Genre, BPM, Key, Format, BitRate, Length, Status, Heart };
+enum class TrackColumn { Cover, Title, Waveform, Album, Genre, BPM, Key, Format, BitRate, Length, Status, Heart };
 
 namespace TrackColumns {
 
-/// The columns of the playlist and of Favorites.
+/// The columns of the playlist.
+const std::vector<TrackColumn>& playlist();
+/// The same without the waveform, of Favorites.
 const std::vector<TrackColumn>& full();
 /// The fewer ones of sections that keep a list of files.
 const std::vector<TrackColumn>& brief();

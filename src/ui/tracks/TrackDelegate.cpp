@@ -1,5 +1,6 @@
 #include "ui/tracks/TrackDelegate.h"
 
+#include "core/library/LibraryStore.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"
@@ -7,6 +8,7 @@
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/CoverPaint.h"
 #include "ui/tracks/TrackListModel.h"
+#include "ui/waveform/RowWaveforms.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -89,6 +91,9 @@ void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const QModel
     case TrackColumn::Title:
         paintTitle(painter, text, track);
         break;
+    case TrackColumn::Waveform:
+        paintWaveform(painter, rect, track, state.played);
+        break;
     case TrackColumn::Album:
     case TrackColumn::Genre:
         Paint::line(painter, text, TrackColumns::text(column, track), font, c.text2);
@@ -146,6 +151,28 @@ void TrackDelegate::paintTitle(QPainter& painter, const QRect& rect, const Track
     Paint::line(painter, {rect.left(), top, rect.width(), kTitleLine}, track.displayTitle(), strong, c.text);
     Paint::line(painter, {rect.left(), top + kTitleLine, rect.width(), kArtistLine}, track.tags().artist,
                 m_context.theme.font(TextRole::Secondary), c.text2);
+}
+
+QRect TrackDelegate::waveformRect(const QRect& cell)
+{
+    return {cell.left(), cell.top() + (cell.height() - Metrics::kRowWaveformHeight) / 2, Metrics::kRowWaveformWidth,
+            Metrics::kRowWaveformHeight};
+}
+
+/// Always bars: other shapes cannot be told apart at this size.
+void TrackDelegate::paintWaveform(QPainter& painter, const QRect& rect, const Track& track, double played) const
+{
+    const QRect place = waveformRect(rect);
+    const Theme& theme = m_context.theme;
+    // Asked for the one row that has such a part: preferences are texts in a table.
+    const QColor playedColour = played > 0
+                                    ? WaveformColours::of(m_context.library.preferences(), theme.appearance()).played
+                                    : theme.colours().accent;
+    const WaveformPicture::Look look{WaveformDrawer::Bars,
+                                     place.size(),
+                                     painter.device()->devicePixelRatioF(),
+                                     {playedColour, theme.colours().text3}};
+    m_context.rowWaveforms.paint(painter, place.topLeft(), track.url(), look, played * place.width());
 }
 
 void TrackDelegate::paintKey(QPainter& painter, const QRect& rect, const QString& text) const

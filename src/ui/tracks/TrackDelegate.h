@@ -15,6 +15,7 @@ struct RowState {
     bool isFirstColumn = false;
     bool isLastColumn = false;
     PlayingMark::State mark = PlayingMark::State::None;
+    double played = 0; ///< fraction of the track, for the waveform
 };
 
 /// Draws the cells of a TrackListModel.
@@ -33,12 +34,15 @@ public:
     QString tooltip(const QModelIndex& index, const QRect& cell) const;
     /// Where the cover stands in its cell.
     static QRect coverRect(const QRect& cell);
+    /// Where the waveform stands in its cell.
+    static QRect waveformRect(const QRect& cell);
 
 private:
     void paintRow(QPainter& painter, const QStyleOptionViewItem& option, const RowState& state) const;
     void paintCell(QPainter& painter, const QRect& rect, const QModelIndex& index, const RowState& state) const;
     void paintCover(QPainter& painter, const QRect& rect, const Track& track, const RowState& state) const;
     void paintTitle(QPainter& painter, const QRect& rect, const Track& track) const;
+    void paintWaveform(QPainter& painter, const QRect& rect, const Track& track, double played) const;
     void paintKey(QPainter& painter, const QRect& rect, const QString& text) const;
     void paintHeart(QPainter& painter, const QRect& rect, bool isFavorite) const;
 

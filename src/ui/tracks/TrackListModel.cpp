@@ -270,6 +270,12 @@ void TrackListModel::setStatusTexts(const QHash<TrackID, QString>& texts)
     emit dataChanged(index(0, place), index(rowCount() - 1, place));
 }
 
+std::optional<int> TrackListModel::columnOf(TrackColumn column) const
+{
+    const auto found = std::ranges::find(m_columns, column);
+    return found == m_columns.end() ? std::nullopt : std::optional(static_cast<int>(found - m_columns.begin()));
+}
+
 void TrackListModel::retranslate()
 {
     emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);

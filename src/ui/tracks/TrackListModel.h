@@ -29,6 +29,8 @@ public:
 
     const std::vector<TrackColumn>& columns() const { return m_columns; }
     TrackColumn columnAt(int column) const { return m_columns[static_cast<size_t>(column)]; }
+    /// Where a column stands; nothing if it is not shown here.
+    std::optional<int> columnOf(TrackColumn column) const;
     /// The texts changed their language.
     void retranslate();
 

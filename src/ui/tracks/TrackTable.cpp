@@ -43,6 +43,7 @@ TrackTable::TrackTable(const WindowContext& context, TrackListModel& model, QWid
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
     connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
             &TrackTable::playbackChanged);
+    connectWaveforms();
 }
 
 void TrackTable::setDensity(double density)
@@ -74,6 +75,7 @@ void TrackTable::resizeEvent(QResizeEvent* event)
 {
     QTableView::resizeEvent(event);
     applyWidths();
+    dropWaveformsOutOfView();
 }
 
 void TrackTable::applyWidths()
@@ -105,6 +107,7 @@ void TrackTable::endRows()
     updateGeometries();
     if (anchor.isValid())
         verticalScrollBar()->setValue(m_layout.rowTop(anchor.row()) - m_anchorOffset);
+    dropWaveformsOutOfView();
 }
 
 RowState TrackTable::stateOf(const QModelIndex& index) const
@@ -113,8 +116,11 @@ RowState TrackTable::stateOf(const QModelIndex& index) const
     state.isHovered = index.row() == m_hoveredRow;
     state.isFirstColumn = index.column() == m_firstColumn;
     state.isLastColumn = index.column() == m_lastColumn;
-    if (m_model.columnAt(index.column()) == TrackColumn::Cover)
+    const TrackColumn column = m_model.columnAt(index.column());
+    if (column == TrackColumn::Cover)
         state.mark = m_mark.of(m_model.track(index.row()));
+    if (column == TrackColumn::Waveform)
+        state.played = playedOf(m_model.track(index.row()));
     if (!hasFocus() || currentIndex().row() != index.row())
         return state;
     // One selected row is its own mark; among several, or away from them, the focus needs one.
@@ -141,9 +147,8 @@ QModelIndex TrackTable::coverAt(const QPoint& position) const
 /// Only the rows in view are looked at, and of these only those repainted that win or lose the mark.
 void TrackTable::playbackChanged()
 {
-    const int first = m_layout.nearestRow(verticalOffset());
-    const int last = m_layout.nearestRow(verticalOffset() + viewport()->height());
-    for (int row = std::max(0, first); row <= last && row < m_model.rowCount(); ++row) {
+    const RowRange range = rowsInView();
+    for (int row = range.first; row < range.end; ++row) {
         if (m_mark.isAffected(m_model.track(row)))
             updateRow(row);
     }

@@ -76,6 +76,18 @@ private:
     QModelIndex heartAt(const QPoint& position) const;
     QModelIndex coverAt(const QPoint& position) const;
     void playbackChanged();
+    /// Rows from first to before end.
+    struct RowRange {
+        int first = 0;
+        int end = 0;
+    };
+    RowRange rowsInView() const;
+    void connectWaveforms();
+    bool showsWaveforms() const;
+    void dropWaveformsOutOfView();
+    void updateWaveforms(const QUrl& url);
+    double playedOf(const Track& track) const;
+    void movePlayed();
     void setHoveredRow(int row);
     void updateRow(int row);
 
@@ -93,4 +105,6 @@ private:
     bool m_isKeyboardUsed = false; ///< the last step came from the keyboard
     int m_firstColumn = 0;
     int m_lastColumn = 0;
+    std::optional<int> m_waveformColumn;
+    double m_playedPlace = 0; ///< end of the played part in the current row's waveform, pixels from its left edge
 };

@@ -72,6 +72,7 @@ void TrackTable::updateGeometries()
 void TrackTable::scrollContentsBy(int, int)
 {
     viewport()->update(); // the pinned header stays, so moving the picture would smear it
+    dropWaveformsOutOfView();
 }
 
 void TrackTable::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command)

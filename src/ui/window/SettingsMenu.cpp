@@ -1,46 +1,28 @@
 #include "ui/window/SettingsMenu.h"
 
+#include "core/library/LibraryStore.h"
 #include "core/model/WorkspaceLayout.h"
 #include "platform/Preferences.h"
 #include "ui/text/Texts.h"
-
-#include <QActionGroup>
-#include <QMenu>
-
-namespace {
-
-struct Choice {
-    QString title; // localised
-    QString raw;
-};
-
-void addChoices(QMenu& menu, const QString& title, Preference<QString>& preference, const QList<Choice>& choices)
-{
-    QMenu* submenu = menu.addMenu(title);
-    auto* group = new QActionGroup(submenu);
-    for (const Choice& choice : choices) {
-        QAction* action = submenu->addAction(choice.title, [&preference, raw = choice.raw] { preference.set(raw); });
-        action->setCheckable(true);
-        action->setChecked(preference.get() == choice.raw);
-        group->addAction(action);
-    }
-}
-
-} // namespace
+#include "ui/window/MenuChoices.h"
+#include "ui/window/WaveformMenu.h"
 
 namespace SettingsMenu {
 
-void build(QMenu& menu, Preferences& preferences)
+void build(QMenu& menu, const WindowContext& context)
 {
+    Preferences& preferences = context.library.preferences();
     // The languages call themselves by their own names, whatever the interface speaks.
-    addChoices(menu, Texts::localized(QStringLiteral("Язык")), preferences.appLanguage,
-               {{QStringLiteral("Русский"), QStringLiteral("ru")}, {QStringLiteral("English"), QStringLiteral("en")}});
-    addChoices(menu, Texts::localized(QStringLiteral("Тема")), preferences.appAppearance,
-               {{Texts::localized(QStringLiteral("Тёмная")), QStringLiteral("dark")},
-                {Texts::localized(QStringLiteral("Светлая")), QStringLiteral("light")}});
-    addChoices(menu, Texts::localized(QStringLiteral("Компоновка")), preferences.workspaceLayout,
-               {{Texts::localized(QStringLiteral("Полная")), rawValue(WorkspaceLayout::Full)},
-                {Texts::localized(QStringLiteral("Компактная")), rawValue(WorkspaceLayout::Compact)}});
+    MenuChoices::add<QString>(
+        menu, Texts::localized(QStringLiteral("Язык")), preferences.appLanguage,
+        {{QStringLiteral("Русский"), QStringLiteral("ru")}, {QStringLiteral("English"), QStringLiteral("en")}});
+    MenuChoices::add<QString>(menu, Texts::localized(QStringLiteral("Тема")), preferences.appAppearance,
+                              {{Texts::localized(QStringLiteral("Тёмная")), QStringLiteral("dark")},
+                               {Texts::localized(QStringLiteral("Светлая")), QStringLiteral("light")}});
+    MenuChoices::add<QString>(menu, Texts::localized(QStringLiteral("Компоновка")), preferences.workspaceLayout,
+                              {{Texts::localized(QStringLiteral("Полная")), rawValue(WorkspaceLayout::Full)},
+                               {Texts::localized(QStringLiteral("Компактная")), rawValue(WorkspaceLayout::Compact)}});
+    menu.addMenu(new WaveformMenu(context, &menu));
     menu.addSeparator();
     QAction* onTop = menu.addAction(Texts::localized(QStringLiteral("Плеер сверху")),
                                     [&preferences](bool isOn) { preferences.dashboardPlayerOnTop.set(isOn); });

@@ -1,12 +1,13 @@
 #pragma once
 
-class Preferences;
 class QMenu;
+struct WindowContext;
 
 /// The settings of the window, as a menu.
 namespace SettingsMenu {
 
-void build(QMenu& menu, Preferences& preferences);
+/// What the context refers to outlives the menu.
+void build(QMenu& menu, const WindowContext& context);
 
 /// Row scales of the lists: the ordinary one and the dense one.
 inline constexpr double kOrdinaryDensity = 1.0;

@@ -124,7 +124,7 @@ TEST_F(TagWritingTest, SaysWhatItDid)
 TEST_F(TagWritingTest, SaysSoWhileEditsStayInTheList)
 {
     NoTagWriter none;
-    LibraryServices services{clock, executor, preferences, notifications, none, {}, {}, {}, {}};
+    LibraryServices services{clock, executor, preferences, notifications, none, {}, {}, {}, {}, {}};
     services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
     LibraryStore listOnly(services);
     listOnly.workspace().setTracks({one});

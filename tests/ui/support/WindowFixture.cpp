@@ -21,10 +21,16 @@ std::unique_ptr<QCoreApplication> makeWidgetApplication(int& argc, char** argv)
 } // namespace
 
 WindowFixture::WindowFixture()
+    : waveforms(clock, executor, folder.filePath(QStringLiteral("waveforms")),
+                [this](const QUrl& url, LowImpact, const std::stop_token&) {
+                    extracted.append(url);
+                    return extract ? extract(url) : std::vector<float>(kEnvelopeSampleCount, 0.5F);
+                })
 {
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
-    window = std::make_unique<MainWindow>(
-        WindowServices{*store, dashboard, player, audio, executor, clock, [](const QUrl&) { return QByteArray(); }});
+    executor.runAll(); // the sweep of the cache, so that tests count their own jobs
+    window = std::make_unique<MainWindow>(WindowServices{*store, dashboard, player, audio, executor, clock, waveforms,
+                                                         [](const QUrl&) { return QByteArray(); }});
 }
 
 WindowFixture::~WindowFixture()

@@ -4,6 +4,7 @@
 #include "support/FakeDashboard.h"
 #include "support/StoreFixture.h"
 
+#include "WaveformScrubber/WaveformCache.h"
 #include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
 #include "ui/tracks/TrackListModel.h"
@@ -31,6 +32,10 @@ protected:
 
     FakeAudioSystem audio{clock};
     AudioPlayer player{AudioPlayer::Services{clock, executor, preferences, notifications, audio}};
+    /// What the computation of an envelope gives; called by a job of the executor.
+    std::function<std::vector<float>(const QUrl&)> extract;
+    QList<QUrl> extracted;
+    WaveformCache waveforms;
     FakeDashboard dashboard{*store, undo, player};
     std::unique_ptr<MainWindow> window;
 };

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QObject>
+#include <QPaintEvent>
+#include <QRegion>
+#include <QWidget>
+
+/// Adds up what a widget repaints.
+class PaintMeter : public QObject {
+public:
+    explicit PaintMeter(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            ++count;
+            region += static_cast<QPaintEvent*>(event)->region();
+        }
+        return false;
+    }
+    int count = 0;
+    QRegion region;
+};
