@@ -8,7 +8,7 @@ namespace {
 using namespace std::chrono_literals;
 // Chosen by measuring through a sound server: half of it skips now and then on a loaded machine, and a seek is still
 // heard within 60 ms. Where that proves too short, the next stream gets twice as much, up to the limit.
-constexpr double kWantedLatencySeconds = 0.035;
+constexpr double kWantedLatencySeconds = 0.04;
 constexpr double kLongestWantedSeconds = 0.14;
 constexpr double kMostLatencySeconds = 0.25; // more is a driver's fancy
 constexpr auto kIdleTime = 10s;              // chosen: a pause to think does not cost the device
