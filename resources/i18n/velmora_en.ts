@@ -48,6 +48,10 @@
     </translation>
   </message>
   <message>
+    <source>macOS не может безопасно перезаписать теги в формате .%@.</source>
+    <translation>macOS cannot safely rewrite tags in the .%@ format.</translation>
+  </message>
+  <message>
     <source>Акцентный</source>
     <translation>Accent</translation>
   </message>
@@ -356,12 +360,20 @@
     <translation>The audio track could not be decoded for BPM analysis.</translation>
   </message>
   <message>
+    <source>Не удалось записать файл %@.</source>
+    <translation>The file %@ could not be written.</translation>
+  </message>
+  <message>
     <source>Не удалось открыть аудиофайл.</source>
     <translation>The audio file could not be opened.</translation>
   </message>
   <message>
     <source>Не удалось сохранить теги</source>
     <translation>Could not save the tags</translation>
+  </message>
+  <message>
+    <source>Не удалось сохранить теги в формате .%@. Для MP3 используется прямое ID3‑сохранение; другие контейнеры могут быть доступны только для чтения.</source>
+    <translation>The tags could not be saved in the .%@ format. MP3 files are saved directly as ID3; other containers may be read-only.</translation>
   </message>
   <message>
     <source>Не указано</source>
@@ -374,6 +386,14 @@
   <message>
     <source>Нейтральный</source>
     <translation>Neutral</translation>
+  </message>
+  <message>
+    <source>Нет прав на запись файла %@ или его папки.</source>
+    <translation>You are not permitted to write the file %@ or its folder.</translation>
+  </message>
+  <message>
+    <source>Нет прав на чтение файла %@.</source>
+    <translation>You are not permitted to read the file %@.</translation>
   </message>
   <message>
     <source>Низкая</source>
@@ -670,6 +690,26 @@
   <message>
     <source>Устройство вывода</source>
     <translation>Output device</translation>
+  </message>
+  <message>
+    <source>Файл %@ был перезаписан, но новая обложка не прошла проверку.</source>
+    <translation>The file %@ was rewritten, but its new artwork did not pass verification.</translation>
+  </message>
+  <message>
+    <source>Файл %@ не найден.</source>
+    <translation>The file %@ was not found.</translation>
+  </message>
+  <message>
+    <source>Файл %@ не сохранён: недостаточно места.</source>
+    <translation>The file %@ was not saved: there is not enough space.</translation>
+  </message>
+  <message>
+    <source>Файл %@ не сохранён: том доступен только для чтения.</source>
+    <translation>The file %@ was not saved: the volume is read-only.</translation>
+  </message>
+  <message>
+    <source>Файл %@ повреждён или прочитан не полностью.</source>
+    <translation>The file %@ is damaged or could not be read completely.</translation>
   </message>
   <message>
     <source>Файлы будут перемещены в Корзину macOS. Количество: %d.</source>

@@ -4,6 +4,10 @@
 <context>
   <name>Velmora</name>
   <message>
+    <source>macOS не может безопасно перезаписать теги в формате .%@.</source>
+    <translation>Tags in the .%@ format cannot be rewritten safely.</translation>
+  </message>
+  <message>
     <source>Открыть в Finder</source>
     <translation>Show in file manager</translation>
   </message>

@@ -4,6 +4,10 @@
 <context>
   <name>Velmora</name>
   <message>
+    <source>macOS не может безопасно перезаписать теги в формате .%@.</source>
+    <translation>Теги в формате .%@ нельзя безопасно перезаписать.</translation>
+  </message>
+  <message>
     <source>Открыть в Finder</source>
     <translation>Открыть в файловом менеджере</translation>
   </message>

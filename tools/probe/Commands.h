@@ -14,5 +14,9 @@ ExitStatus import(const QStringList& arguments);
 ExitStatus pcm(const QStringList& arguments);
 ExitStatus waveform(const QStringList& arguments);
 ExitStatus resample(const QStringList& arguments);
+ExitStatus write(const QStringList& arguments);
+ExitStatus artwork(const QStringList& arguments);
+ExitStatus clean(const QStringList& arguments);
+ExitStatus id3(const QStringList& arguments);
 
 } // namespace Commands

@@ -62,7 +62,7 @@ std::vector<float> decode(const Request& request)
                                         {});
 }
 
-bool write(const std::vector<float>& samples, const QString& path)
+bool writeSamples(const std::vector<float>& samples, const QString& path)
 {
     std::vector<float> bytes(samples.size());
     qToLittleEndian<float>(samples.data(), qsizetype(samples.size()), bytes.data());
@@ -87,7 +87,7 @@ ExitStatus Commands::pcm(const QStringList& arguments)
         return ExitStatus::Usage;
     try {
         const std::vector<float> samples = decode(*request);
-        if (!write(samples, request->output)) {
+        if (!writeSamples(samples, request->output)) {
             Output::diagnose(QStringLiteral("cannot write ") + request->output);
             return ExitStatus::Usage;
         }

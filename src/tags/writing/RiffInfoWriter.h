@@ -1,0 +1,22 @@
+#pragma once
+
+#include "tags/writing/ChunkForm.h"
+#include "tags/writing/TagEdits.h"
+
+struct AudioTags;
+
+/// The LIST chunk of INFO in a WAV file.
+namespace RiffInfoWriter {
+
+/// The body with the fields that are not empty, in their fixed order; nothing if all are. The album artist has no
+/// place here.
+QByteArray list(const AudioTags& tags);
+/// Whether the chunk is a list of INFO.
+bool isInfo(const FileChunk& chunk, const RewriteSource& source);
+/// Adds the list without the chosen fields and with the new title and album behind the others, which stay byte for
+/// byte.
+void addFiltered(RewritePlan& plan, const FileChunk& list, const RewriteSource& source, const TagEdits& edits);
+/// The body of a list of the new title and album alone.
+QByteArray added(const TagEdits& edits);
+
+} // namespace RiffInfoWriter

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tags/writing/TagEdits.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <optional>
+
+struct AudioTags;
+
+/// Bodies of a FLAC file's comment and picture blocks. Source: RFC 9639, sections 8.6 and 8.8.
+namespace VorbisCommentWriter {
+
+/// The comments of the fields that are not empty, in their fixed order; nothing if all are.
+QByteArray comments(const AudioTags& tags);
+/// The block without the comments of the chosen fields and with the new title and album behind the others; the
+/// vendor, every other comment and what follows them stay byte for byte. \return nothing if the block is broken.
+std::optional<QByteArray> filtered(QByteArrayView block, const TagEdits& edits);
+/// A block of the new title and album alone.
+QByteArray added(const TagEdits& edits);
+/// A front cover.
+QByteArray picture(const QByteArray& artwork);
+
+} // namespace VorbisCommentWriter

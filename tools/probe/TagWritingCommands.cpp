@@ -1,0 +1,146 @@
+#include "Commands.h"
+#include "Output.h"
+
+#include "core/model/AudioTags.h"
+#include "platform/FileURL.h"
+#include "tags/writing/MetadataWriter.h"
+#include "tags/writing/WriteErrors.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+
+#include <functional>
+
+namespace {
+
+/// Takes an option with its value out of the arguments; nothing if it is not there.
+std::optional<QString> takeOption(QStringList& arguments, const QString& name)
+{
+    const qsizetype index = arguments.indexOf(name);
+    if (index < 0 || index + 1 >= arguments.size())
+        return std::nullopt;
+    const QString value = arguments.at(index + 1);
+    arguments.remove(index, 2);
+    return value;
+}
+
+/// Fields that the text does not name are empty; nothing if it is no JSON object of texts under names of fields.
+std::optional<AudioTags> tagsFrom(const std::optional<QString>& text)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(text.value_or(QString()).toUtf8());
+    if (!document.isObject())
+        return std::nullopt;
+    QJsonObject object = AudioTags().toJson();
+    const QStringList names = object.keys();
+    const QJsonObject given = document.object();
+    for (auto field = given.begin(); field != given.end(); ++field) {
+        if (!names.contains(field.key()))
+            return std::nullopt;
+        object.insert(field.key(), field.value());
+    }
+    return AudioTags::fromJson(object);
+}
+
+std::optional<QByteArray> contentsOf(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        Output::diagnose(QStringLiteral("cannot read ") + path);
+        return std::nullopt;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        Output::diagnose(QStringLiteral("cannot read ") + path);
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+QJsonObject described(const FileError& error)
+{
+    QJsonObject object{{QStringLiteral("case"), QString(error.caseName())},
+                       {QStringLiteral("message"), error.message()}};
+    if (error.systemError() != 0) {
+        object.insert(QStringLiteral("domain"), QStringLiteral("errno"));
+        object.insert(QStringLiteral("code"), error.systemError());
+    }
+    return object;
+}
+
+QJsonObject described(const WriteError& error)
+{
+    return {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}};
+}
+
+/// Makes one call for a file and prints how it ended.
+ExitStatus change(const QString& path, const std::function<void(const QUrl&)>& call)
+{
+    const QString pathKey = QStringLiteral("path");
+    const QString errorKey = QStringLiteral("error");
+    try {
+        call(FileURL::fromPath(QDir::current().absoluteFilePath(path)));
+    } catch (const FileError& error) {
+        Output::line({{pathKey, path}, {errorKey, described(error)}});
+        return ExitStatus::ItemFailed;
+    } catch (const WriteError& error) {
+        Output::line({{pathKey, path}, {errorKey, described(error)}});
+        return ExitStatus::ItemFailed;
+    }
+    Output::line({{pathKey, path}, {QStringLiteral("ok"), true}});
+    return ExitStatus::Success;
+}
+
+} // namespace
+
+ExitStatus Commands::write(const QStringList& given)
+{
+    QStringList arguments = given;
+    const std::optional<AudioTags> tags = tagsFrom(takeOption(arguments, QStringLiteral("--tags")));
+    if (!tags || arguments.size() != 1)
+        return ExitStatus::Usage;
+    return change(arguments.first(), [&](const QUrl& url) { MetadataWriter::write(*tags, false, url); });
+}
+
+ExitStatus Commands::artwork(const QStringList& given)
+{
+    QStringList arguments = given;
+    const std::optional<AudioTags> tags = tagsFrom(takeOption(arguments, QStringLiteral("--tags")));
+    if (!tags || arguments.size() != 2)
+        return ExitStatus::Usage;
+    const std::optional<QByteArray> picture = contentsOf(arguments.last());
+    if (!picture)
+        return ExitStatus::Usage;
+    return change(arguments.first(), [&](const QUrl& url) { MetadataWriter::assignArtwork(*picture, *tags, url); });
+}
+
+ExitStatus Commands::clean(const QStringList& given)
+{
+    QStringList arguments = given;
+    const std::optional<QString> title = takeOption(arguments, QStringLiteral("--title"));
+    const std::optional<QString> album = takeOption(arguments, QStringLiteral("--album"));
+    bool isNumber = false;
+    const int fields = takeOption(arguments, QStringLiteral("--fields")).value_or(QString()).toInt(&isNumber);
+    if (!isNumber || fields < 0 || arguments.size() != 1)
+        return ExitStatus::Usage;
+    return change(arguments.first(),
+                  [&](const QUrl& url) { MetadataWriter::clean(CleanerFields(fields), title, album, url); });
+}
+
+ExitStatus Commands::id3(const QStringList& given)
+{
+    QStringList arguments = given;
+    const std::optional<AudioTags> tags = tagsFrom(takeOption(arguments, QStringLiteral("--tags")));
+    const std::optional<QString> picturePath = takeOption(arguments, QStringLiteral("--artwork"));
+    if (!tags || !arguments.isEmpty())
+        return ExitStatus::Usage;
+    std::optional<QByteArray> picture;
+    if (picturePath) {
+        picture = contentsOf(*picturePath);
+        if (!picture)
+            return ExitStatus::Usage;
+    }
+    const QByteArray tag = MetadataWriter::id3Tag(*tags, picture);
+    Output::line({{QStringLiteral("base64"), QString::fromLatin1(tag.toBase64())}});
+    return ExitStatus::Success;
+}
