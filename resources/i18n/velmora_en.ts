@@ -324,6 +324,10 @@
     <translation>Converting…</translation>
   </message>
   <message>
+    <source>Корзина недоступна на томе с файлом %@.</source>
+    <translation>The Trash is not available on the volume of %@.</translation>
+  </message>
+  <message>
     <source>Кривая</source>
     <translation>Curve</translation>
   </message>
@@ -338,6 +342,10 @@
   <message>
     <source>Мятный</source>
     <translation>Mint</translation>
+  </message>
+  <message>
+    <source>На месте файла %@ уже стоит другой файл.</source>
+    <translation>Another file already stands in the place of %@.</translation>
   </message>
   <message>
     <source>Настройки</source>
@@ -368,6 +376,10 @@
     <translation>The audio file could not be opened.</translation>
   </message>
   <message>
+    <source>Не удалось переместить файл %@.</source>
+    <translation>Could not move the file %@.</translation>
+  </message>
+  <message>
     <source>Не удалось сохранить теги</source>
     <translation>Could not save the tags</translation>
   </message>
@@ -390,6 +402,10 @@
   <message>
     <source>Нет прав на запись файла %@ или его папки.</source>
     <translation>You are not permitted to write the file %@ or its folder.</translation>
+  </message>
+  <message>
+    <source>Нет прав на перемещение файла %@.</source>
+    <translation>You are not permitted to move the file %@.</translation>
   </message>
   <message>
     <source>Нет прав на чтение файла %@.</source>
@@ -698,6 +714,14 @@
   <message>
     <source>Файл %@ не найден.</source>
     <translation>The file %@ was not found.</translation>
+  </message>
+  <message>
+    <source>Файл %@ не перемещён: недостаточно места.</source>
+    <translation>The file %@ was not moved: there is not enough space.</translation>
+  </message>
+  <message>
+    <source>Файл %@ не перемещён: том доступен только для чтения.</source>
+    <translation>The file %@ was not moved: the volume is read-only.</translation>
   </message>
   <message>
     <source>Файл %@ не сохранён: недостаточно места.</source>

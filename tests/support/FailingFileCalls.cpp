@@ -100,6 +100,25 @@ int FailingFileCalls::rename(const QByteArray& from, const QByteArray& to)
     return passes("rename") ? SystemFileCalls::rename(from, to) : -1;
 }
 
+int FailingFileCalls::renameToFree(const QByteArray& from, const QByteArray& to)
+{
+    return passes("renameToFree") ? SystemFileCalls::renameToFree(from, to) : -1;
+}
+
+int FailingFileCalls::facts(const QByteArray& path, int flags, struct statx* target)
+{
+    if (!passes("facts") || SystemFileCalls::facts(path, flags, target) != 0)
+        return -1;
+    if (!otherVolume.isEmpty() && (path + '/').startsWith(otherVolume + '/'))
+        ++target->stx_dev_minor;
+    return 0;
+}
+
+int FailingFileCalls::makeFolder(const QByteArray& path, mode_t mode)
+{
+    return passes("makeFolder") ? SystemFileCalls::makeFolder(path, mode) : -1;
+}
+
 int FailingFileCalls::remove(const QByteArray& path)
 {
     return passes("remove") ? SystemFileCalls::remove(path) : -1;

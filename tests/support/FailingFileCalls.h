@@ -24,6 +24,8 @@ public:
     int error = EIO;
     /// The most bytes that one call moves.
     size_t transferLimit = kNoLimit;
+    /// A folder that counts as the top of another volume; empty for none.
+    QByteArray otherVolume;
 
     int stepCount() const { return static_cast<int>(m_names.size()); }
     /// The names of the calls made, in order.
@@ -45,6 +47,9 @@ public:
     int setInodeFlags(int file, int flags) override;
     int sync(int file) override;
     int rename(const QByteArray& from, const QByteArray& to) override;
+    int renameToFree(const QByteArray& from, const QByteArray& to) override;
+    int facts(const QByteArray& path, int flags, struct statx* target) override;
+    int makeFolder(const QByteArray& path, mode_t mode) override;
     int remove(const QByteArray& path) override;
 
 private:

@@ -117,9 +117,14 @@ void copyOwner(const struct stat& source, int to)
 
 void copyMode(const struct stat& source, int to)
 {
-    const mode_t mode = source.st_mode & kPermissionBits;
+    const struct stat target = statusOf(to);
+    mode_t mode = source.st_mode & kPermissionBits;
+    if (target.st_uid != source.st_uid) // a program of one user must not become one of another
+        mode &= ~mode_t(S_ISUID);
+    if (target.st_gid != source.st_gid)
+        mode &= ~mode_t(S_ISGID);
     // File systems without modes give the same one to every file, and may refuse even that.
-    if ((statusOf(to).st_mode & kPermissionBits) != mode)
+    if ((target.st_mode & kPermissionBits) != mode)
         check(FileCalls::current().changeMode(to, mode));
 }
 

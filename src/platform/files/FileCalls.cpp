@@ -124,6 +124,21 @@ int SystemFileCalls::rename(const QByteArray& from, const QByteArray& to)
     return ::rename(from.constData(), to.constData());
 }
 
+int SystemFileCalls::renameToFree(const QByteArray& from, const QByteArray& to)
+{
+    return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE);
+}
+
+int SystemFileCalls::facts(const QByteArray& path, int flags, struct statx* target)
+{
+    return ::statx(AT_FDCWD, path.constData(), flags | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_MNT_ID, target);
+}
+
+int SystemFileCalls::makeFolder(const QByteArray& path, mode_t mode)
+{
+    return ::mkdir(path.constData(), mode);
+}
+
 int SystemFileCalls::remove(const QByteArray& path)
 {
     return ::unlink(path.constData());

@@ -30,6 +30,11 @@ public:
     virtual int setInodeFlags(int file, int flags) = 0;
     virtual int sync(int file) = 0;
     virtual int rename(const QByteArray& from, const QByteArray& to) = 0;
+    /// Fails with EEXIST where the new name is taken, and with EINVAL where the file system cannot promise that.
+    virtual int renameToFree(const QByteArray& from, const QByteArray& to) = 0;
+    /// What stands at a path, with the mount it is on. \param flags AT_SYMLINK_NOFOLLOW for a link itself, or 0.
+    virtual int facts(const QByteArray& path, int flags, struct statx* target) = 0;
+    virtual int makeFolder(const QByteArray& path, mode_t mode) = 0;
     virtual int remove(const QByteArray& path) = 0;
 
     /// The calls of the process: those of the system unless others are installed.
@@ -57,6 +62,9 @@ public:
     int setInodeFlags(int file, int flags) override;
     int sync(int file) override;
     int rename(const QByteArray& from, const QByteArray& to) override;
+    int renameToFree(const QByteArray& from, const QByteArray& to) override;
+    int facts(const QByteArray& path, int flags, struct statx* target) override;
+    int makeFolder(const QByteArray& path, mode_t mode) override;
     int remove(const QByteArray& path) override;
 
     /// Leaves sync() out in the whole process: for measurements of everything else. On at the start.
