@@ -1,4 +1,6 @@
 #include "core/model/AudioTags.h"
+#include "tags/keeping/Inventories.h"
+#include "tags/keeping/KeepingPlanners.h"
 #include "tags/writing/AiffWriter.h"
 #include "tags/writing/ChunkTagWriter.h"
 #include "tags/writing/FlacWriter.h"
@@ -68,6 +70,8 @@ AudioTags someTags()
 struct Writer {
     std::function<RewritePlan(const RewriteSource&, const AudioTags&)> write;
     std::function<RewritePlan(const RewriteSource&, const TagEdits&)> clean;
+    RewritePlan (*keep)(const RewriteSource& source, const KeepEdits& edits);
+    void (*takeInventory)(const RewriteSource& source, TagInventory& inventory);
 };
 
 /// By the file's begin, so that the seeds are files as they are.
@@ -76,14 +80,46 @@ Writer writerOf(const QByteArray& bytes)
     const std::optional<QByteArray> artwork("picture");
     if (bytes.startsWith('f'))
         return {[=](const auto& source, const auto& tags) { return FlacWriter::planWrite(source, tags, artwork); },
-                &FlacWriter::planClean};
+                &FlacWriter::planClean, &KeepingPlanners::planFlac, &Inventories::takeFlac};
     if (bytes.startsWith('R'))
         return {[=](const auto& source, const auto& tags) { return WavWriter::planWrite(source, tags, artwork); },
-                &WavWriter::planClean};
+                &WavWriter::planClean, &KeepingPlanners::planWav, &Inventories::takeWav};
     if (bytes.startsWith('F'))
         return {[=](const auto& source, const auto& tags) { return AiffWriter::planWrite(source, tags, artwork); },
-                &AiffWriter::planClean};
-    return {&M4aWriter::planWrite, &M4aWriter::planClean};
+                &AiffWriter::planClean, &KeepingPlanners::planAiff, &Inventories::takeAiff};
+    return {&M4aWriter::planWrite, &M4aWriter::planClean, &KeepingPlanners::planM4a, &Inventories::takeM4a};
+}
+
+TagInventory inventoryOf(const Writer& writer, const QByteArray& bytes)
+{
+    TagInventory inventory;
+    try {
+        withSource(bytes, [&](const RewriteSource& source) { writer.takeInventory(source, inventory); });
+    } catch (const FileError&) {
+    } catch (const WriteError&) {
+    }
+    return inventory;
+}
+
+/// A save that keeps drops nothing that is no chosen field.
+void checkKeeping(const Writer& writer, TagFields fields, const QByteArray& bytes)
+{
+    const KeepEdits edits{someTags(), fields};
+    const Planner planner = [&](const RewriteSource& source) { return writer.keep(source, edits); };
+    check(planner, bytes);
+    check([&](const RewriteSource& source) { return writer.keep(source, {{}, fields}); }, bytes);
+    check([&](const RewriteSource& source) { return writer.keep(source, {{}, fields, "picture"}); }, bytes);
+    try {
+        const TagFields noFields;
+        const QByteArray kept = applied(
+            [&](const RewriteSource& source) {
+                return writer.keep(source, {{}, noFields});
+            },
+            bytes);
+        require(inventoryOf(writer, kept) == inventoryOf(writer, bytes));
+    } catch (const FileError&) {
+    } catch (const WriteError&) {
+    }
 }
 
 } // namespace
@@ -101,5 +137,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const TagEdits edits{fields, QStringLiteral("New"), QStringLiteral("Album")};
     check([&](const RewriteSource& source) { return writer.clean(source, edits); }, bytes);
     check([&](const RewriteSource& source) { return writer.clean(source, edits.withoutTexts()); }, bytes);
+    const auto kept = TagFields::fromInt(fields.toInt());
+    checkKeeping(writer, kept, bytes);
+    const Writer mp3{writer.write, writer.clean, &KeepingPlanners::planMp3, &Inventories::takeMp3};
+    checkKeeping(mp3, kept, bytes);
     return 0;
 }

@@ -288,6 +288,14 @@
     <translation>Change Favorites</translation>
   </message>
   <message>
+    <source>Исходные теги не подходят к файлу %@: его звук с тех пор изменился.</source>
+    <translation>The original tags do not fit the file %@: its sound has changed since then.</translation>
+  </message>
+  <message>
+    <source>Исходные теги файла %@ не удалось сохранить в копию, поэтому файл не изменён.</source>
+    <translation>The original tags of the file %@ could not be backed up, so the file was not changed.</translation>
+  </message>
+  <message>
     <source>Ключ</source>
     <translation>Key</translation>
   </message>
@@ -324,6 +332,10 @@
     <translation>Converting…</translation>
   </message>
   <message>
+    <source>Копия исходных тегов файла %@ повреждена.</source>
+    <translation>The backup of the original tags of the file %@ is damaged.</translation>
+  </message>
+  <message>
     <source>Корзина недоступна на томе с файлом %@.</source>
     <translation>The Trash is not available on the volume of %@.</translation>
   </message>
@@ -342,6 +354,10 @@
   <message>
     <source>Мятный</source>
     <translation>Mint</translation>
+  </message>
+  <message>
+    <source>На диске с данными программы недостаточно места.</source>
+    <translation>There is not enough space on the disk with the program’s data.</translation>
   </message>
   <message>
     <source>На месте файла %@ уже стоит другой файл.</source>
@@ -400,6 +416,10 @@
     <translation>Neutral</translation>
   </message>
   <message>
+    <source>Нет прав на запись в папку данных программы.</source>
+    <translation>There is no permission to write to the program’s data folder.</translation>
+  </message>
+  <message>
     <source>Нет прав на запись файла %@ или его папки.</source>
     <translation>You are not permitted to write the file %@ or its folder.</translation>
   </message>
@@ -422,6 +442,10 @@
   <message>
     <source>Обложки</source>
     <translation>Covers</translation>
+  </message>
+  <message>
+    <source>Они больше, чем хранилище копий вмещает.</source>
+    <translation>They are larger than the backup storage can hold.</translation>
   </message>
   <message>
     <source>Определение тональности</source>

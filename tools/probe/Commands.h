@@ -17,6 +17,7 @@ ExitStatus resample(const QStringList& arguments);
 ExitStatus write(const QStringList& arguments);
 ExitStatus artwork(const QStringList& arguments);
 ExitStatus clean(const QStringList& arguments);
+ExitStatus restore(const QStringList& arguments);
 ExitStatus id3(const QStringList& arguments);
 
 } // namespace Commands

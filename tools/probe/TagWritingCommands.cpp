@@ -3,6 +3,9 @@
 
 #include "core/model/AudioTags.h"
 #include "platform/FileURL.h"
+#include "tags/keeping/KeepingWriter.h"
+#include "tags/vault/TagVault.h"
+#include "tags/vault/VaultError.h"
 #include "tags/writing/MetadataWriter.h"
 #include "tags/writing/WriteErrors.h"
 
@@ -73,6 +76,11 @@ QJsonObject described(const WriteError& error)
     return {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}};
 }
 
+QJsonObject described(const VaultError& error)
+{
+    return {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}};
+}
+
 /// Makes one call for a file and prints how it ended.
 ExitStatus change(const QString& path, const std::function<void(const QUrl&)>& call)
 {
@@ -86,9 +94,28 @@ ExitStatus change(const QString& path, const std::function<void(const QUrl&)>& c
     } catch (const WriteError& error) {
         Output::line({{pathKey, path}, {errorKey, described(error)}});
         return ExitStatus::ItemFailed;
+    } catch (const VaultError& error) {
+        Output::line({{pathKey, path}, {errorKey, described(error)}});
+        return ExitStatus::ItemFailed;
     }
     Output::line({{pathKey, path}, {QStringLiteral("ok"), true}});
     return ExitStatus::Success;
+}
+
+/// The same, with the file's tags kept in a vault before if one is named.
+ExitStatus keepAndChange(const QString& path, const std::optional<QString>& vault,
+                         const std::function<void(const QUrl&)>& call)
+{
+    return change(path, [&](const QUrl& url) {
+        if (vault)
+            TagVault(QDir::current().absoluteFilePath(*vault)).keep(url);
+        call(url);
+    });
+}
+
+std::optional<QString> takeVault(QStringList& arguments)
+{
+    return takeOption(arguments, QStringLiteral("--vault"));
 }
 
 } // namespace
@@ -96,35 +123,55 @@ ExitStatus change(const QString& path, const std::function<void(const QUrl&)>& c
 ExitStatus Commands::write(const QStringList& given)
 {
     QStringList arguments = given;
+    const std::optional<QString> vault = takeVault(arguments);
     const std::optional<AudioTags> tags = tagsFrom(takeOption(arguments, QStringLiteral("--tags")));
+    const bool keeps = arguments.removeAll(QStringLiteral("--keep")) > 0;
     if (!tags || arguments.size() != 1)
         return ExitStatus::Usage;
-    return change(arguments.first(), [&](const QUrl& url) { MetadataWriter::write(*tags, false, url); });
+    if (!keeps)
+        return keepAndChange(arguments.first(), vault,
+                             [&](const QUrl& url) { MetadataWriter::write(*tags, false, url); });
+    // Nobody can have seen the others in the file, so an empty one is no wish to take it out.
+    const TagFields fields = TagFieldSet::kAll & ~(TagFieldSet::kNeverRead & ~TagFieldSet::filled(*tags));
+    return keepAndChange(arguments.first(), vault, [&](const QUrl& url) { KeepingWriter::write(*tags, fields, url); });
 }
 
 ExitStatus Commands::artwork(const QStringList& given)
 {
     QStringList arguments = given;
+    const std::optional<QString> vault = takeVault(arguments);
     const std::optional<AudioTags> tags = tagsFrom(takeOption(arguments, QStringLiteral("--tags")));
     if (!tags || arguments.size() != 2)
         return ExitStatus::Usage;
     const std::optional<QByteArray> picture = contentsOf(arguments.last());
     if (!picture)
         return ExitStatus::Usage;
-    return change(arguments.first(), [&](const QUrl& url) { MetadataWriter::assignArtwork(*picture, *tags, url); });
+    return keepAndChange(arguments.first(), vault,
+                         [&](const QUrl& url) { MetadataWriter::assignArtwork(*picture, *tags, url); });
 }
 
 ExitStatus Commands::clean(const QStringList& given)
 {
     QStringList arguments = given;
+    const std::optional<QString> vault = takeVault(arguments);
     const std::optional<QString> title = takeOption(arguments, QStringLiteral("--title"));
     const std::optional<QString> album = takeOption(arguments, QStringLiteral("--album"));
     bool isNumber = false;
     const int fields = takeOption(arguments, QStringLiteral("--fields")).value_or(QString()).toInt(&isNumber);
     if (!isNumber || fields < 0 || arguments.size() != 1)
         return ExitStatus::Usage;
-    return change(arguments.first(),
-                  [&](const QUrl& url) { MetadataWriter::clean(CleanerFields(fields), title, album, url); });
+    return keepAndChange(arguments.first(), vault,
+                         [&](const QUrl& url) { MetadataWriter::clean(CleanerFields(fields), title, album, url); });
+}
+
+ExitStatus Commands::restore(const QStringList& given)
+{
+    QStringList arguments = given;
+    const QString folder = takeVault(arguments).value_or(TagVault::defaultFolder());
+    if (arguments.size() != 1)
+        return ExitStatus::Usage;
+    TagVault vault(QDir::current().absoluteFilePath(folder));
+    return change(arguments.first(), [&](const QUrl& url) { vault.restore(url); });
 }
 
 ExitStatus Commands::id3(const QStringList& given)

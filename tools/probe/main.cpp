@@ -20,9 +20,13 @@ constexpr Command kCommands[] = {
     {QLatin1StringView("pcm"), QLatin1StringView("pcm FILE --rate R [--max S] --out RAW"), &Commands::pcm},
     {QLatin1StringView("waveform"), QLatin1StringView("waveform FILE... [--direct]"), &Commands::waveform},
     {QLatin1StringView("resample"), QLatin1StringView("resample < REQUESTS"), &Commands::resample},
-    {QLatin1StringView("write"), QLatin1StringView("write FILE --tags JSON"), &Commands::write},
-    {QLatin1StringView("artwork"), QLatin1StringView("artwork FILE IMAGE --tags JSON"), &Commands::artwork},
-    {QLatin1StringView("clean"), QLatin1StringView("clean FILE --fields N [--title T] [--album A]"), &Commands::clean},
+    {QLatin1StringView("write"), QLatin1StringView("write FILE --tags JSON [--keep] [--vault FOLDER]"),
+     &Commands::write},
+    {QLatin1StringView("artwork"), QLatin1StringView("artwork FILE IMAGE --tags JSON [--vault FOLDER]"),
+     &Commands::artwork},
+    {QLatin1StringView("clean"), QLatin1StringView("clean FILE --fields N [--title T] [--album A] [--vault FOLDER]"),
+     &Commands::clean},
+    {QLatin1StringView("restore"), QLatin1StringView("restore FILE [--vault FOLDER]"), &Commands::restore},
     {QLatin1StringView("id3"), QLatin1StringView("id3 --tags JSON [--artwork IMAGE]"), &Commands::id3},
 };
 

@@ -23,6 +23,7 @@ struct Track::Data : QSharedData {
     bool isFavorite = false;
     bool isInPlaylist = false;
     bool isInCoverWorkspace = false;
+    bool isRead = false;
 };
 
 namespace {
@@ -177,6 +178,10 @@ bool Track::isInCoverWorkspace() const
 {
     return d->isInCoverWorkspace;
 }
+bool Track::isRead() const
+{
+    return d->isRead;
+}
 
 Track Track::withID(const TrackID& id) const
 {
@@ -209,6 +214,10 @@ void Track::setIsInCoverWorkspace(bool value)
 {
     d->isInCoverWorkspace = value;
 }
+void Track::setIsRead(bool value)
+{
+    d->isRead = value;
+}
 
 void Track::replaceTags(const AudioTags& tags)
 {
@@ -228,13 +237,16 @@ bool Track::apply(const LoadedTrackMetadata& metadata, const QUrl& sourceURL, co
     const Data& old = *std::as_const(d);
     if (old.url != sourceURL)
         return false;
-    const bool tagsMove = old.metadataVersion.tags == version.tags && old.tags != metadata.tags;
+    const bool tagsFit = old.metadataVersion.tags == version.tags;
+    const bool becomesRead = tagsFit && !old.isRead;
+    const bool tagsMove = tagsFit && old.tags != metadata.tags;
     const bool artworkMoves = old.metadataVersion.artwork == version.artwork && old.artwork.isNull() &&
                               !(old.artworkData == metadata.artworkData);
     const bool factsMove = old.duration != metadata.duration || old.bitRate != metadata.bitRate ||
                            old.bitDepth != metadata.bitDepth || old.format != metadata.format;
-    if (!tagsMove && !artworkMoves && !factsMove)
+    if (!tagsMove && !artworkMoves && !factsMove && !becomesRead)
         return false;
+    d->isRead |= becomesRead;
     if (tagsMove)
         replaceTags(metadata.tags);
     if (artworkMoves)

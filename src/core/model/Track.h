@@ -57,6 +57,8 @@ public:
     bool isFavorite() const;
     bool isInPlaylist() const;
     bool isInCoverWorkspace() const;
+    /// Whether the tags come from the file, at least once: else they are guessed from its name, perhaps edited.
+    bool isRead() const;
 
     /// The same values under another identity.
     Track withID(const TrackID& id) const;
@@ -70,6 +72,7 @@ public:
     void setIsFavorite(bool value);
     void setIsInPlaylist(bool value);
     void setIsInCoverWorkspace(bool value);
+    void setIsRead(bool value);
 
     /// Takes a finished read over by the rule for late results. Of a read of another file nothing is taken. Tags are
     /// taken only if their stamp still is that of \p version, artwork only if its own stamp still is and no decoded

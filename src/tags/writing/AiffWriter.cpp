@@ -16,12 +16,6 @@ const ChunkForm& form()
     return ChunkForm::aiff();
 }
 
-bool isText(const FileChunk& chunk)
-{
-    static constexpr const char* kTexts[] = {"NAME", "AUTH", "ANNO", "COMT"};
-    return std::ranges::any_of(kTexts, [&](const char* id) { return chunk.id == id; });
-}
-
 bool isChosen(const FileChunk& chunk, CleanerFields fields)
 {
     return (chunk.id == "NAME" && fields.testFlag(CleanerField::Title)) ||
@@ -29,6 +23,12 @@ bool isChosen(const FileChunk& chunk, CleanerFields fields)
 }
 
 } // namespace
+
+bool isText(const FileChunk& chunk)
+{
+    static constexpr const char* kTexts[] = {"NAME", "AUTH", "ANNO", "COMT"};
+    return std::ranges::any_of(kTexts, [&](const char* id) { return chunk.id == id; });
+}
 
 RewritePlan planWrite(const RewriteSource& source, const AudioTags& tags, const std::optional<QByteArray>& artwork)
 {

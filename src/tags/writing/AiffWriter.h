@@ -6,6 +6,7 @@
 #include <optional>
 
 class RewriteSource;
+struct FileChunk;
 struct AudioTags;
 
 /// New AIFF files made of old ones. Each throws WriteError (unsupportedFormat) for what does not begin as such a file,
@@ -18,5 +19,7 @@ RewritePlan planWrite(const RewriteSource& source, const AudioTags& tags, const 
 /// Chunks stay in their places, ID3v2 chunks filtered, the name and the comments dropped with their fields; the new
 /// title and album stand in the first ID3v2 chunk, which comes last if there is none.
 RewritePlan planClean(const RewriteSource& source, const TagEdits& edits);
+/// Whether the chunk is one of the texts that a save drops.
+bool isText(const FileChunk& chunk);
 
 } // namespace AiffWriter

@@ -17,7 +17,7 @@ struct Items {
     quint32 count = 0;
 };
 
-std::optional<Items> keptItems(QByteArrayView area, quint32 count, CleanerFields fields)
+std::optional<Items> keptItems(QByteArrayView area, quint32 count, const IsDropped& isDropped)
 {
     Items kept;
     ByteReader reader(area);
@@ -35,9 +35,10 @@ std::optional<Items> keptItems(QByteArrayView area, quint32 count, CleanerFields
         reader.skip(size);
         if (reader.hasFailed())
             return std::nullopt;
-        if (FieldNames::isCommentKey(QString::fromUtf8(key), fields))
+        const QByteArrayView whole = area.sliced(begin, reader.position() - begin);
+        if (isDropped(QString::fromUtf8(key), whole))
             continue;
-        kept.bytes += area.sliced(begin, reader.position() - begin);
+        kept.bytes += whole;
         ++kept.count;
     }
     return reader.remaining() == 0 ? std::optional(kept) : std::nullopt;
@@ -67,6 +68,12 @@ std::optional<Block> block(QByteArrayView bytes)
 
 std::optional<QByteArray> filtered(QByteArrayView tag, CleanerFields fields)
 {
+    return filtered(tag,
+                    [&](const QString& key, QByteArrayView /*item*/) { return FieldNames::isCommentKey(key, fields); });
+}
+
+std::optional<QByteArray> filtered(QByteArrayView tag, const IsDropped& isDropped)
+{
     if (tag.size() < kBlockSize)
         return std::nullopt;
     const std::optional<Block> footer = block(tag.last(kBlockSize));
@@ -76,7 +83,7 @@ std::optional<QByteArray> filtered(QByteArrayView tag, CleanerFields fields)
     if (hasHeader ? !block(tag.first(kBlockSize)) : tag.size() != footer->size)
         return std::nullopt;
     const QByteArrayView area = tag.chopped(kBlockSize).sliced(hasHeader ? kBlockSize : 0);
-    const std::optional<Items> kept = keptItems(area, footer->itemCount, fields);
+    const std::optional<Items> kept = keptItems(area, footer->itemCount, isDropped);
     if (!kept)
         return std::nullopt;
     const QByteArray header = hasHeader ? patched(tag.first(kBlockSize), *kept) : QByteArray();

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "tags/writing/CleanerFields.h"
+#include "core/model/CleanerFields.h"
 
 #include <QByteArray>
 
+#include <functional>
 #include <optional>
 
 /// Takes items out of an APEv2 tag that otherwise stays as it is.
@@ -24,5 +25,10 @@ std::optional<Block> block(QByteArrayView bytes);
 /// \param tag one whole tag with or without a header.
 /// \return the tag without the items of the fields, an empty tag if it was the last; nothing if the tag is broken.
 std::optional<QByteArray> filtered(QByteArrayView tag, CleanerFields fields);
+
+/// Told a key and its whole item, size and flags included: whether it goes.
+using IsDropped = std::function<bool(const QString& key, QByteArrayView item)>;
+/// The same for items that are chosen otherwise.
+std::optional<QByteArray> filtered(QByteArrayView tag, const IsDropped& isDropped);
 
 } // namespace ApeFilter

@@ -1,105 +1,84 @@
 #include "tags/writing/ContainerWriters.h"
 
-#include "platform/FileURL.h"
 #include "tags/writing/AiffWriter.h"
 #include "tags/writing/ChunkTagWriter.h"
-#include "tags/writing/FileRewrite.h"
 #include "tags/writing/FlacWriter.h"
 #include "tags/writing/M4aWriter.h"
-#include "tags/writing/RewriteSource.h"
-#include "tags/writing/SourceFile.h"
+#include "tags/writing/PlannedRewrite.h"
 #include "tags/writing/WavWriter.h"
 
 namespace ContainerWriters {
 
 namespace {
 
-/// Plans the new file, writes it and swaps it in. \param makePlan from the source to a RewritePlan.
-template <typename MakePlan>
-void rewrite(const QString& path, const QString& format, const MakePlan& makePlan)
-{
-    FileRewrite rewrite(path, FileURL::pathExtension(FileURL::fromPath(path)));
-    SourceBytes bytes(rewrite.sourceSize(), [&](qint64 offset, qint64 count) { return rewrite.read(offset, count); });
-    const RewritePlan plan = makePlan(RewriteSource(bytes, path));
-    plan.writeTo(rewrite);
-    rewrite.commit(plan.sound(), format);
-}
-
-template <typename Contains>
-bool look(const QString& path, const Contains& contains)
-{
-    const SourceFile file(path);
-    SourceBytes bytes(file.size(), [&](qint64 offset, qint64 count) { return file.read(offset, count); });
-    return contains(RewriteSource(bytes, path));
-}
-
 bool containsInChunk(const ChunkForm& form, const QByteArray& artwork, const QString& path)
 {
-    return look(path,
-                [&](const RewriteSource& source) { return ChunkTagWriter::containsArtwork(form, source, artwork); });
+    return PlannedRewrite::look(
+        path, [&](const RewriteSource& source) { return ChunkTagWriter::containsArtwork(form, source, artwork); });
 }
 
 } // namespace
 
 void writeFLAC(const AudioTags& tags, const std::optional<QByteArray>& artwork, const QString& path)
 {
-    rewrite(path, QStringLiteral("flac"),
-            [&](const RewriteSource& source) { return FlacWriter::planWrite(source, tags, artwork); });
+    PlannedRewrite::rewrite(path, QStringLiteral("flac"),
+                            [&](const RewriteSource& source) { return FlacWriter::planWrite(source, tags, artwork); });
 }
 
 void writeWAV(const AudioTags& tags, const std::optional<QByteArray>& artwork, const QString& path)
 {
-    rewrite(path, QStringLiteral("wav"),
-            [&](const RewriteSource& source) { return WavWriter::planWrite(source, tags, artwork); });
+    PlannedRewrite::rewrite(path, QStringLiteral("wav"),
+                            [&](const RewriteSource& source) { return WavWriter::planWrite(source, tags, artwork); });
 }
 
 void writeAIFF(const AudioTags& tags, const std::optional<QByteArray>& artwork, const QString& path)
 {
-    rewrite(path, QStringLiteral("aiff"),
-            [&](const RewriteSource& source) { return AiffWriter::planWrite(source, tags, artwork); });
+    PlannedRewrite::rewrite(path, QStringLiteral("aiff"),
+                            [&](const RewriteSource& source) { return AiffWriter::planWrite(source, tags, artwork); });
 }
 
 void writeM4A(const AudioTags& tags, const QString& path)
 {
-    rewrite(path, QStringLiteral("m4a"),
-            [&](const RewriteSource& source) { return M4aWriter::planWrite(source, tags); });
+    PlannedRewrite::rewrite(path, QStringLiteral("m4a"),
+                            [&](const RewriteSource& source) { return M4aWriter::planWrite(source, tags); });
 }
 
 void cleanFLAC(CleanerFields fields, const std::optional<QString>& title, const std::optional<QString>& album,
                const QString& path)
 {
     const TagEdits edits{fields, title, album};
-    rewrite(path, QStringLiteral("flac"),
-            [&](const RewriteSource& source) { return FlacWriter::planClean(source, edits); });
+    PlannedRewrite::rewrite(path, QStringLiteral("flac"),
+                            [&](const RewriteSource& source) { return FlacWriter::planClean(source, edits); });
 }
 
 void cleanWAV(CleanerFields fields, const std::optional<QString>& title, const std::optional<QString>& album,
               const QString& path)
 {
     const TagEdits edits{fields, title, album};
-    rewrite(path, QStringLiteral("wav"),
-            [&](const RewriteSource& source) { return WavWriter::planClean(source, edits); });
+    PlannedRewrite::rewrite(path, QStringLiteral("wav"),
+                            [&](const RewriteSource& source) { return WavWriter::planClean(source, edits); });
 }
 
 void cleanAIFF(CleanerFields fields, const std::optional<QString>& title, const std::optional<QString>& album,
                const QString& path)
 {
     const TagEdits edits{fields, title, album};
-    rewrite(path, QStringLiteral("aiff"),
-            [&](const RewriteSource& source) { return AiffWriter::planClean(source, edits); });
+    PlannedRewrite::rewrite(path, QStringLiteral("aiff"),
+                            [&](const RewriteSource& source) { return AiffWriter::planClean(source, edits); });
 }
 
 void cleanM4A(CleanerFields fields, const std::optional<QString>& title, const std::optional<QString>& album,
               const QString& path)
 {
     const TagEdits edits{fields, title, album};
-    rewrite(path, QStringLiteral("m4a"),
-            [&](const RewriteSource& source) { return M4aWriter::planClean(source, edits); });
+    PlannedRewrite::rewrite(path, QStringLiteral("m4a"),
+                            [&](const RewriteSource& source) { return M4aWriter::planClean(source, edits); });
 }
 
 bool containsInFLAC(const QByteArray& artwork, const QString& path)
 {
-    return look(path, [&](const RewriteSource& source) { return FlacWriter::containsArtwork(source, artwork); });
+    return PlannedRewrite::look(
+        path, [&](const RewriteSource& source) { return FlacWriter::containsArtwork(source, artwork); });
 }
 
 bool containsInWAV(const QByteArray& artwork, const QString& path)

@@ -16,9 +16,9 @@
 
 namespace {
 
-constexpr qint64 kBlockSize = 1024 * 1024;
-/// One call of the kernel's copy; chosen: below every limit of the systems' calls.
-constexpr qint64 kKernelBlockSize = 1024 * kBlockSize;
+/// What is copied and compared at once. Chosen: a block of both files stays in the processor's cache, so that reading
+/// it again costs a fraction of reading it first.
+constexpr qint64 kBlockSize = 256 * 1024;
 
 FileCalls& calls()
 {
@@ -28,12 +28,6 @@ FileCalls& calls()
 QByteArray folderOf(const QByteArray& path)
 {
     return path.first(path.lastIndexOf('/') + 1);
-}
-
-/// Whether the kernel's copy does not know such a pair of files, which reading and writing can do all the same.
-bool cannotCopyInKernel(int error)
-{
-    return error == ENOSYS || error == EXDEV || error == EINVAL || error == ENOTSUP || error == EPERM;
 }
 
 } // namespace
@@ -52,7 +46,11 @@ struct FileRewrite::State {
     void create();
     void writeAt(qint64 offset, QByteArrayView bytes);
     qint64 copyInKernel(qint64 offset, qint64 length);
-    bool isEqual(const SoundSpan& span) const;
+    void copyBlock(qint64 offset, qint64 length);
+    bool isEqual(const SoundSpan& span);
+    void noteEqual(const SoundSpan& block);
+    void forgetEqual(qint64 offset, qint64 length);
+    bool isNotedAsEqual(const SoundSpan& span) const;
     void finish();
     void swap();
 
@@ -62,6 +60,10 @@ struct FileRewrite::State {
     int descriptor = -1;
     qint64 written = 0;
     bool exists = false; ///< the new file, under its temporary name
+    bool kernelCopies = true;
+    std::vector<SoundSpan> equal; ///< compared since they were written, neighbours in one piece
+    QByteArray oldBlock;
+    QByteArray newBlock;
 };
 
 FileRewrite::State::~State()
@@ -78,7 +80,7 @@ void FileRewrite::State::create()
         return;
     descriptor = calls().open(temporary, O_RDWR | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
     if (descriptor < 0)
-        failWriting();
+        throw FileError(FileError::Case::fileWriteUnknown, source.path(), errno);
     exists = true;
 }
 
@@ -100,29 +102,43 @@ void FileRewrite::State::writeAt(qint64 offset, QByteArrayView bytes)
 qint64 FileRewrite::State::copyInKernel(qint64 offset, qint64 length)
 {
     qint64 done = 0;
-    while (done < length) {
-        const auto count = static_cast<size_t>(std::min(length - done, kKernelBlockSize));
+    while (kernelCopies && done < length) {
+        const auto count = static_cast<size_t>(length - done);
         const ssize_t copied = calls().copyRange(source.descriptor(), offset + done, descriptor, written + done, count);
-        if (copied < 0 && !cannotCopyInKernel(errno))
-            failWriting();
-        if (copied <= 0) // 0 is the end of the source, or a file system that only reads by itself
-            break;
-        done += copied;
+        // Not every pair of files can do it, and 0 is the end of the source or a file system that only reads by itself.
+        // What is really wrong, reading and writing will meet as well.
+        kernelCopies = copied > 0;
+        done += std::max<ssize_t>(copied, 0);
     }
     return done;
 }
 
-bool FileRewrite::State::isEqual(const SoundSpan& span) const
+void FileRewrite::State::copyBlock(qint64 offset, qint64 length)
 {
-    QByteArray oldBytes(kBlockSize, Qt::Uninitialized);
-    QByteArray newBytes(kBlockSize, Qt::Uninitialized);
+    const qint64 start = written;
+    const qint64 copied = copyInKernel(offset, length);
+    if (copied < length) {
+        oldBlock.resize(length - copied);
+        source.readInto(offset + copied, {oldBlock.data(), static_cast<size_t>(oldBlock.size())});
+        writeAt(start + copied, oldBlock);
+    }
+    written += length;
+    const SoundSpan block{offset, start, length};
+    if (isEqual(block))
+        noteEqual(block);
+}
+
+bool FileRewrite::State::isEqual(const SoundSpan& span)
+{
     if (span.length < 0 || span.newOffset < 0 || span.length > written - span.newOffset)
         return false;
     for (qint64 done = 0; done < span.length;) {
         const qint64 count = std::min(kBlockSize, span.length - done);
-        source.readInto(span.oldOffset + done, {oldBytes.data(), static_cast<size_t>(count)});
+        oldBlock.resize(count);
+        newBlock.resize(count);
+        source.readInto(span.oldOffset + done, {oldBlock.data(), static_cast<size_t>(count)});
         for (qint64 filled = 0; filled < count;) {
-            const ssize_t more = calls().read(descriptor, newBytes.data() + filled, static_cast<size_t>(count - filled),
+            const ssize_t more = calls().read(descriptor, newBlock.data() + filled, static_cast<size_t>(count - filled),
                                               span.newOffset + done + filled);
             if (more < 0)
                 failWriting();
@@ -130,11 +146,46 @@ bool FileRewrite::State::isEqual(const SoundSpan& span) const
                 return false;
             filled += more;
         }
-        if (QByteArrayView(oldBytes).first(count) != QByteArrayView(newBytes).first(count))
+        if (oldBlock != newBlock)
             return false;
         done += count;
     }
     return true;
+}
+
+void FileRewrite::State::noteEqual(const SoundSpan& block)
+{
+    if (!equal.empty()) {
+        SoundSpan& last = equal.back();
+        if (last.oldOffset + last.length == block.oldOffset && last.newOffset + last.length == block.newOffset) {
+            last.length += block.length;
+            return;
+        }
+    }
+    equal.push_back(block);
+}
+
+/// What was compared there is no longer what stands there.
+void FileRewrite::State::forgetEqual(qint64 offset, qint64 length)
+{
+    std::vector<SoundSpan> rest;
+    for (const SoundSpan& noted : equal) {
+        const qint64 before = std::clamp<qint64>(offset - noted.newOffset, 0, noted.length);
+        const qint64 behind = std::clamp<qint64>(offset + length - noted.newOffset, 0, noted.length);
+        if (before > 0)
+            rest.push_back({noted.oldOffset, noted.newOffset, before});
+        if (behind < noted.length)
+            rest.push_back({noted.oldOffset + behind, noted.newOffset + behind, noted.length - behind});
+    }
+    equal = std::move(rest);
+}
+
+bool FileRewrite::State::isNotedAsEqual(const SoundSpan& span) const
+{
+    return std::ranges::any_of(equal, [&](const SoundSpan& noted) {
+        const qint64 into = span.newOffset - noted.newOffset;
+        return into >= 0 && span.oldOffset - noted.oldOffset == into && span.length <= noted.length - into;
+    });
 }
 
 /// The new file is complete and durable afterwards.
@@ -199,27 +250,22 @@ void FileRewrite::copy(qint64 offset, qint64 length)
     if (offset < 0 || length < 0 || length > state.source.size() - offset)
         throw FileError(FileError::Case::fileReadCorruptFile, state.source.path());
     state.create();
-    const qint64 copied = state.copyInKernel(offset, length);
-    state.written += copied;
-    QByteArray block;
-    for (qint64 done = copied; done < length; done += block.size()) {
-        block.resize(std::min(kBlockSize, length - done));
-        state.source.readInto(offset + done, {block.data(), static_cast<size_t>(block.size())});
-        write(block);
-    }
+    for (qint64 done = 0; done < length; done += kBlockSize)
+        state.copyBlock(offset + done, std::min(kBlockSize, length - done));
 }
 
 void FileRewrite::patch(qint64 offset, QByteArrayView bytes)
 {
     Q_ASSERT(offset >= 0 && bytes.size() <= m_state->written - offset);
     m_state->writeAt(offset, bytes);
+    m_state->forgetEqual(offset, bytes.size());
 }
 
 void FileRewrite::commit(const std::vector<SoundSpan>& sound, const QString& format)
 {
     m_state->create();
     for (const SoundSpan& span : sound) {
-        if (!m_state->isEqual(span))
+        if (!m_state->isNotedAsEqual(span) && !m_state->isEqual(span))
             throw WriteError(WriteError::Case::rewriteFailed, format);
     }
     m_state->finish();

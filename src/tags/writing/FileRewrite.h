@@ -37,8 +37,8 @@ public:
     /// Bytes written so far: where the next ones go.
     qint64 written() const;
     void write(QByteArrayView bytes);
-    /// Brings a stretch of the source over, in blocks of at most 1 MiB or by the kernel itself. A source that ends
-    /// early is FileError (fileReadCorruptFile).
+    /// Brings a stretch of the source over, in blocks of at most 1 MiB, by the kernel itself where it can, and compares
+    /// what has come over. A source that ends early is FileError (fileReadCorruptFile).
     void copy(qint64 offset, qint64 length);
     /// Overwrites bytes that were written before.
     void patch(qint64 offset, QByteArrayView bytes);

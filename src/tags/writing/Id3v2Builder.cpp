@@ -50,14 +50,6 @@ void appendFrame(const char* id, const QByteArray& payload, QByteArray& frames)
     frames += payload;
 }
 
-QByteArray picturePayload(const QByteArray& picture)
-{
-    QByteArray payload(1, '\0');
-    payload += picture.startsWith(kPngStart) ? "image/png" : "image/jpeg";
-    payload += kPictureStart;
-    return payload + picture;
-}
-
 } // namespace
 
 QByteArray tag(const AudioTags& tags, const std::optional<QByteArray>& artwork)
@@ -85,6 +77,14 @@ bool fits(const QByteArray& tag)
 QByteArray textPayload(const QString& text)
 {
     return QByteArray(1, kUtf16) + utf16(text);
+}
+
+QByteArray picturePayload(const QByteArray& picture)
+{
+    QByteArray payload(1, '\0');
+    payload += picture.startsWith(kPngStart) ? "image/png" : "image/jpeg";
+    payload += kPictureStart;
+    return payload + picture;
 }
 
 } // namespace Id3v2Builder

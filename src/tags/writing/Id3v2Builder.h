@@ -16,5 +16,7 @@ QByteArray tag(const AudioTags& tags, const std::optional<QByteArray>& artwork);
 bool fits(const QByteArray& tag);
 /// What stands in a text frame: the encoding's byte, then UTF-16 with its mark and without an end.
 QByteArray textPayload(const QString& text);
+/// What stands in a picture frame of a front cover.
+QByteArray picturePayload(const QByteArray& picture);
 
 } // namespace Id3v2Builder

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tags/writing/CleanerFields.h"
+#include "core/model/CleanerFields.h"
 
 #include <QByteArray>
 #include <QString>

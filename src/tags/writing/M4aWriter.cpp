@@ -9,7 +9,6 @@
 #include "tags/writing/WriteErrors.h"
 
 #include <algorithm>
-#include <functional>
 #include <limits>
 
 namespace M4aWriter {
@@ -60,6 +59,7 @@ void requireBegin(const RewriteSource& source)
 /// The one movie atom. The walk leaves what is too short for an atom at the file's end.
 FileAtom findMovie(const RewriteSource& source)
 {
+    requireBegin(source);
     std::optional<FileAtom> movie;
     for (qint64 offset = 0; source.size() - offset >= 8;) {
         const FileAtom atom = atomAt(source, offset);
@@ -89,15 +89,34 @@ void keepUntil(RewritePlan& plan, const RewriteSource& source, qint64 begin, qin
     plan.keep(begin, end - begin);
 }
 
-using Change = std::function<std::optional<QByteArray>(QByteArrayView movie)>;
+QByteArray bodyOf(const FileAtom& movie, const RewriteSource& source)
+{
+    if (movie.bodySize() > kMaximumMovieBytes)
+        fail(WriteError::Case::rewriteFailed);
+    return source.read(movie.bodyOffset(), movie.bodySize());
+}
+
+} // namespace
+
+RewritePlan planWrite(const RewriteSource& source, const AudioTags& tags)
+{
+    const QByteArray items = Mp4Tags::items(tags);
+    return planWith(source, [&](QByteArrayView movie) { return Mp4Tags::replaced(movie, items); });
+}
+
+RewritePlan planClean(const RewriteSource& source, const TagEdits& edits)
+{
+    return planWith(source, [&](QByteArrayView movie) {
+        if (Mp4Tags::hasNumberedKeys(movie))
+            fail(WriteError::Case::rewriteFailed);
+        return Mp4Tags::filtered(movie, edits);
+    });
+}
 
 RewritePlan planWith(const RewriteSource& source, const Change& change)
 {
-    requireBegin(source);
     const FileAtom movie = findMovie(source);
-    if (movie.bodySize() > kMaximumMovieBytes)
-        fail(WriteError::Case::rewriteFailed);
-    const QByteArray oldBody = source.read(movie.bodyOffset(), movie.bodySize());
+    const QByteArray oldBody = bodyOf(movie, source);
     const auto children = Mp4Atoms::children(oldBody);
     if (children && children->find("mvex"))
         fail(WriteError::Case::rewriteFailed);
@@ -120,21 +139,9 @@ RewritePlan planWith(const RewriteSource& source, const Change& change)
     return plan;
 }
 
-} // namespace
-
-RewritePlan planWrite(const RewriteSource& source, const AudioTags& tags)
+QByteArray movie(const RewriteSource& source)
 {
-    const QByteArray items = Mp4Tags::items(tags);
-    return planWith(source, [&](QByteArrayView movie) { return Mp4Tags::replaced(movie, items); });
-}
-
-RewritePlan planClean(const RewriteSource& source, const TagEdits& edits)
-{
-    return planWith(source, [&](QByteArrayView movie) {
-        if (Mp4Tags::hasNumberedKeys(movie))
-            fail(WriteError::Case::rewriteFailed);
-        return Mp4Tags::filtered(movie, edits);
-    });
+    return bodyOf(findMovie(source), source);
 }
 
 } // namespace M4aWriter

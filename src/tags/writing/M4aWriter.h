@@ -3,6 +3,8 @@
 #include "tags/writing/RewritePlan.h"
 #include "tags/writing/TagEdits.h"
 
+#include <functional>
+
 class RewriteSource;
 struct AudioTags;
 
@@ -15,5 +17,12 @@ namespace M4aWriter {
 RewritePlan planWrite(const RewriteSource& source, const AudioTags& tags);
 /// Tags in the form of numbered keys are refused as rewriteFailed.
 RewritePlan planClean(const RewriteSource& source, const TagEdits& edits);
+
+/// From the body of the movie atom to the new one; nothing if it is broken.
+using Change = std::function<std::optional<QByteArray>(QByteArrayView movie)>;
+/// Any other change of the movie atom.
+RewritePlan planWith(const RewriteSource& source, const Change& change);
+/// The body of the movie atom. Throws what the planners throw.
+QByteArray movie(const RewriteSource& source);
 
 } // namespace M4aWriter

@@ -6,41 +6,12 @@
 
 namespace Mp3Trailer {
 
-namespace {
-
-/// Offset behind an APEv2 tag -> offset before it. \p footer is its last block.
-qint64 beforeApeTag(const Read& read, const ApeFilter::Block& footer, qint64 end, qint64 lowerBound)
-{
-    const qint64 begin = end - footer.size;
-    if (begin < lowerBound + ApeFilter::kBlockSize)
-        return begin;
-    const auto header = ApeFilter::block(read(begin - ApeFilter::kBlockSize, ApeFilter::kBlockSize));
-    return header && header->size == footer.size ? begin - ApeFilter::kBlockSize : begin;
-}
-
-} // namespace
-
 qint64 audioEnd(const Read& read, qint64 fileSize, qint64 lowerBound, const QString& path)
 {
     qint64 end = fileSize;
-    for (;;) {
-        bool hasRemoved = false;
-        if (end >= lowerBound + Id3v1Filter::kTagSize && read(end - Id3v1Filter::kTagSize, 3) == "TAG") {
-            end -= Id3v1Filter::kTagSize;
-            hasRemoved = true;
-        }
-        if (end < lowerBound + ApeFilter::kBlockSize)
-            return end;
-        const auto footer = ApeFilter::block(read(end - ApeFilter::kBlockSize, ApeFilter::kBlockSize));
-        if (!footer || footer->isHeader) {
-            if (!hasRemoved)
-                return end;
-            continue;
-        }
-        if (footer->size < ApeFilter::kBlockSize || footer->size > end - lowerBound)
-            throw FileError(FileError::Case::fileReadCorruptFile, path);
-        end = beforeApeTag(read, *footer, end, lowerBound);
-    }
+    while (const std::optional<TrailerPart> tag = TrailerParts::tagBefore(read, end, lowerBound, path))
+        end = tag->offset;
+    return end;
 }
 
 QByteArray filtered(QByteArrayView trailer, CleanerFields fields, const std::optional<QString>& title,
@@ -48,7 +19,9 @@ QByteArray filtered(QByteArrayView trailer, CleanerFields fields, const std::opt
 {
     QByteArrayView front = trailer;
     QByteArray id3v1;
-    if (trailer.size() >= Id3v1Filter::kTagSize && trailer.last(Id3v1Filter::kTagSize).startsWith("TAG")) {
+    const Read read = [&](qint64 offset, qint64 count) { return trailer.sliced(offset, count).toByteArray(); };
+    const std::optional<TrailerPart> last = TrailerParts::tagBefore(read, trailer.size(), 0, path);
+    if (last && last->kind == TrailerPart::Kind::Id3v1) {
         id3v1 = Id3v1Filter::filtered(trailer.last(Id3v1Filter::kTagSize), fields, title);
         front = trailer.chopped(Id3v1Filter::kTagSize);
     }

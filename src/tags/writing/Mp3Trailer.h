@@ -1,18 +1,18 @@
 #pragma once
 
-#include "tags/writing/CleanerFields.h"
+#include "core/model/CleanerFields.h"
+
+#include "tags/writing/TrailerParts.h"
 
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
 /// The ID3v1 and APEv2 tags behind the sound of an MP3 file. Errors: FileError (fileReadCorruptFile).
 namespace Mp3Trailer {
 
-/// Gives exactly so many bytes at an offset, or throws.
-using Read = std::function<QByteArray(qint64 offset, qint64 count)>;
+using TrailerParts::Read;
 
 /// The offset behind which only such tags lie, in any number and order. Other trailers count as sound, and so does an
 /// APEv2 block whose flags call it a header: what it belongs to would have to stand behind it.

@@ -19,9 +19,6 @@ constexpr qint64 kLargestTrailer = qint64(1) << 28;
 
 using TagSizes::kId3HeaderSize;
 
-/// Source: ID3v2.4.0, section 3.1: a footer of the header's size follows the tag.
-constexpr quint8 kHasFooter = 0x10;
-
 const QString& format()
 {
     static const QString kFormat = QStringLiteral("mp3");
@@ -37,24 +34,20 @@ QByteArray id3HeaderAt(const FileRewrite& rewrite, qint64 offset)
     return TagSizes::isId3Header(header) ? header : QByteArray();
 }
 
+/// Calls of the file's own reading.
+Mp3Trailer::Read readerOf(const FileRewrite& rewrite)
+{
+    return [&rewrite](qint64 offset, qint64 count) { return rewrite.read(offset, count); };
+}
+
 qint64 audioStart(const FileRewrite& rewrite, const QString& path)
 {
-    qint64 start = 0;
-    for (QByteArray header = id3HeaderAt(rewrite, 0); !header.isEmpty(); header = id3HeaderAt(rewrite, start)) {
-        qint64 size = kId3HeaderSize + TagSizes::folded(header.sliced(6));
-        if (static_cast<quint8>(header.at(5)) & kHasFooter)
-            size += kId3HeaderSize;
-        if (size > rewrite.sourceSize() - start)
-            throw FileError(FileError::Case::fileReadCorruptFile, path);
-        start += size;
-    }
-    return start;
+    return TagSizes::behindId3Tags(readerOf(rewrite), rewrite.sourceSize(), path);
 }
 
 qint64 audioEnd(const FileRewrite& rewrite, qint64 start, const QString& path)
 {
-    const Mp3Trailer::Read read = [&rewrite](qint64 offset, qint64 count) { return rewrite.read(offset, count); };
-    return Mp3Trailer::audioEnd(read, rewrite.sourceSize(), start, path);
+    return Mp3Trailer::audioEnd(readerOf(rewrite), rewrite.sourceSize(), start, path);
 }
 
 /// \return the stretch for the comparison.

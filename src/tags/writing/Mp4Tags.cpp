@@ -37,35 +37,6 @@ constexpr CleanedItem kCleanedItems[] = {
     {CleanerField::Tempo, "tmpo"},       {CleanerField::Title, "\251nam"},
 };
 
-/// Texts that QuickTime ("©...") and 3GPP files keep beside the list. Source: 3GPP TS 26.244, section 8.
-bool isOldText(QByteArrayView type)
-{
-    static constexpr const char* kTexts[] = {"titl", "auth", "perf", "gnre", "albm", "yrrc", "dscp", "kywd"};
-    return type.startsWith('\251') ||
-           std::ranges::any_of(kTexts, [&](const char* text) { return type == QByteArrayView(text); });
-}
-
-QByteArray item(QByteArrayView type, const QString& text)
-{
-    constexpr quint32 kUtf8 = 1;
-    return text.isEmpty() ? QByteArray()
-                          : atom(type, atom("data", big32(kUtf8) + big32(0) /* locale */ + text.toUtf8()));
-}
-
-/// Version, flags and a handler in front of the list. Source: QuickTime File Format, "Metadata Handler Atom".
-QByteArray metaAtom(const QByteArray& items)
-{
-    const QByteArray handler = big32(0) + big32(0) + "mdirappl" + QByteArray(9, '\0');
-    return items.isEmpty() ? QByteArray() : atom("meta", big32(0) + atom("hdlr", handler) + atom("ilst", items));
-}
-
-/// Where the children begin: some writers leave version and flags out.
-qsizetype metaHeaderSize(QByteArrayView meta)
-{
-    const bool isBare = meta.size() >= 8 && meta.sliced(4, 4) == QByteArrayView("hdlr");
-    return std::min<qsizetype>(isBare ? 0 : 4, meta.size());
-}
-
 QByteArray nameOf(const Atom& item)
 {
     constexpr qsizetype kVersionAndFlags = 4;
@@ -86,8 +57,8 @@ bool isChosen(const Atom& item, CleanerFields fields)
 
 QByteArray texts(const TagEdits& edits)
 {
-    return item("\251nam", edits.newTitle().value_or(QString())) +
-           item("\251alb", edits.newAlbum().value_or(QString()));
+    return textItem("\251nam", edits.newTitle().value_or(QString())) +
+           textItem("\251alb", edits.newAlbum().value_or(QString()));
 }
 
 /// Where cleaning stands: the texts are added once, to the first list.
@@ -178,7 +149,7 @@ QByteArray items(const AudioTags& tags)
 {
     QByteArray list;
     for (const Field& field : kFields)
-        list += item(field.type, tags.*field.value);
+        list += textItem(field.type, tags.*field.value);
     return list;
 }
 
@@ -227,6 +198,34 @@ std::optional<QByteArray> filtered(QByteArrayView movie, const TagEdits& edits)
     if (!body || !cleaning.isTextPending || !edits.addsText())
         return body;
     return withFirstList(*body, metaAtom(texts(edits)));
+}
+
+QByteArray textItem(QByteArrayView type, const QString& text)
+{
+    constexpr quint32 kUtf8 = 1;
+    return text.isEmpty() ? QByteArray()
+                          : atom(type, atom("data", big32(kUtf8) + big32(0) /* locale */ + text.toUtf8()));
+}
+
+// Version, flags and a handler in front of the list. Source: QuickTime File Format, "Metadata Handler Atom".
+QByteArray metaAtom(const QByteArray& items)
+{
+    const QByteArray handler = big32(0) + big32(0) + "mdirappl" + QByteArray(9, '\0');
+    return items.isEmpty() ? QByteArray() : atom("meta", big32(0) + atom("hdlr", handler) + atom("ilst", items));
+}
+
+qsizetype metaHeaderSize(QByteArrayView meta)
+{
+    const bool isBare = meta.size() >= 8 && meta.sliced(4, 4) == QByteArrayView("hdlr");
+    return std::min<qsizetype>(isBare ? 0 : 4, meta.size());
+}
+
+// Source: 3GPP TS 26.244, section 8.
+bool isOldText(QByteArrayView type)
+{
+    static constexpr const char* kTexts[] = {"titl", "auth", "perf", "gnre", "albm", "yrrc", "dscp", "kywd"};
+    return type.startsWith('\251') ||
+           std::ranges::any_of(kTexts, [&](const char* text) { return type == QByteArrayView(text); });
 }
 
 } // namespace Mp4Tags

@@ -24,4 +24,13 @@ bool hasNumberedKeys(QByteArrayView movie);
 /// else stays byte for byte. \return nothing if an atom passes its parent's end.
 std::optional<QByteArray> filtered(QByteArrayView movie, const TagEdits& edits);
 
+/// One item of text; nothing for an empty one.
+QByteArray textItem(QByteArrayView type, const QString& text);
+/// The atom "meta" around a list of items; nothing without items.
+QByteArray metaAtom(const QByteArray& items);
+/// Where the children of "meta" begin: some writers leave version and flags out.
+qsizetype metaHeaderSize(QByteArrayView meta);
+/// Texts that QuickTime and 3GPP files keep beside the list.
+bool isOldText(QByteArrayView type);
+
 } // namespace Mp4Tags

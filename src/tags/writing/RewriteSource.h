@@ -15,6 +15,8 @@ public:
     qint64 size() const { return m_size; }
     /// Exactly \p count bytes; fewer is FileError (fileReadCorruptFile). Never allocates more than the file holds.
     QByteArray read(qint64 offset, qint64 count) const;
+    /// The stretch as the tag formats' readers take it; it lies within the file.
+    ByteRange range(qint64 offset, qint64 length) const { return {&m_bytes, offset, offset + length}; }
     /// Whether \p needle occurs within the stretch, which is read in pieces. An empty one occurs nowhere.
     bool contains(const QByteArray& needle, qint64 offset, qint64 length) const;
     /// Throws unless a stretch that begins at \p offset and has \p length bytes lies before \p end.

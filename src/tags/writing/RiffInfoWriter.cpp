@@ -52,17 +52,17 @@ QByteArray texts(const TagEdits& edits)
 }
 
 /// The sub-chunks that stay.
-RewritePlan kept(const FileChunk& list, const RewriteSource& source, const TagEdits& edits)
+RewritePlan kept(const FileChunk& list, const RewriteSource& source, const IsDropped& isDropped, bool isAddedTo)
 {
     RewritePlan plan;
     const qint64 end = list.bodyOffset() + list.bodySize;
     FileChunkWalker walker(ChunkForm::riff(), source, list.bodyOffset() + kKindSize, end,
                            FileChunkWalker::LastPadding::Optional);
     while (const std::optional<FileChunk> chunk = walker.next()) {
-        if (!isChosen(chunk->id, edits.fields))
+        if (!isDropped(*chunk))
             plan.keep(chunk->offset, chunk->size());
     }
-    if (!edits.addsText()) // else it would stand between the chunks
+    if (!isAddedTo) // else it would stand between the chunks
         plan.keep(walker.position(), end - walker.position());
     return plan;
 }
@@ -86,10 +86,17 @@ bool isInfo(const FileChunk& chunk, const RewriteSource& source)
 
 void addFiltered(RewritePlan& plan, const FileChunk& list, const RewriteSource& source, const TagEdits& edits)
 {
-    RewritePlan body = kept(list, source, edits);
-    if (const QByteArray chunks = texts(edits); !chunks.isEmpty()) {
+    const IsDropped isDropped = [&](const FileChunk& chunk) { return isChosen(chunk.id, edits.fields); };
+    addFiltered(plan, list, source, isDropped, texts(edits));
+}
+
+void addFiltered(RewritePlan& plan, const FileChunk& list, const RewriteSource& source, const IsDropped& isDropped,
+                 const QByteArray& added)
+{
+    RewritePlan body = kept(list, source, isDropped, !added.isEmpty());
+    if (!added.isEmpty()) {
         body.add(QByteArray(body.size() % 2, '\0')); // a padding that was left out
-        body.add(chunks);
+        body.add(added);
     }
     const qint64 size = kKindSize + body.size();
     if (!ChunkForm::fits(size))

@@ -3,6 +3,8 @@
 #include "tags/writing/ChunkForm.h"
 #include "tags/writing/TagEdits.h"
 
+#include <functional>
+
 struct AudioTags;
 
 /// The LIST chunk of INFO in a WAV file.
@@ -16,6 +18,11 @@ bool isInfo(const FileChunk& chunk, const RewriteSource& source);
 /// Adds the list without the chosen fields and with the new title and album behind the others, which stay byte for
 /// byte.
 void addFiltered(RewritePlan& plan, const FileChunk& list, const RewriteSource& source, const TagEdits& edits);
+/// The same for chunks that are chosen otherwise.
+using IsDropped = std::function<bool(const FileChunk& chunk)>;
+/// \param added whole chunks behind the others.
+void addFiltered(RewritePlan& plan, const FileChunk& list, const RewriteSource& source, const IsDropped& isDropped,
+                 const QByteArray& added);
 /// The body of a list of the new title and album alone.
 QByteArray added(const TagEdits& edits);
 

@@ -5,8 +5,6 @@
 #include "tags/writing/ByteOrder.h"
 #include "tags/writing/FieldNames.h"
 
-#include <QByteArrayList>
-
 namespace VorbisCommentWriter {
 
 using ByteOrder::big32;
@@ -40,18 +38,24 @@ struct List {
         ++count;
         bytes += withLength(comment);
     }
-    void addTexts(const TagEdits& edits)
+    void add(const QByteArrayList& comments)
     {
-        if (const auto title = edits.newTitle())
-            add("TITLE=" + title->toUtf8());
-        if (const auto album = edits.newAlbum())
-            add("ALBUM=" + album->toUtf8());
+        for (const QByteArray& comment : comments)
+            add(comment);
     }
     QByteArray asOwnBlock() const
     {
         return count == 0 ? QByteArray() : withLength(QByteArrayLiteral("Velmora")) + little32(count) + bytes;
     }
 };
+
+QByteArrayList newTexts(const TagEdits& edits)
+{
+    AudioTags tags;
+    tags.title = edits.newTitle().value_or(QString());
+    tags.album = edits.newAlbum().value_or(QString());
+    return texts(tags);
+}
 
 bool isChosen(QByteArrayView comment, CleanerFields fields)
 {
@@ -61,17 +65,30 @@ bool isChosen(QByteArrayView comment, CleanerFields fields)
 
 } // namespace
 
+QByteArrayList texts(const AudioTags& tags)
+{
+    QByteArrayList list;
+    for (const Key& key : kKeys) {
+        if (const QString& value = tags.*key.value; !value.isEmpty())
+            list.append(QByteArray(key.name) + '=' + value.toUtf8());
+    }
+    return list;
+}
+
 QByteArray comments(const AudioTags& tags)
 {
     List list;
-    for (const Key& key : kKeys) {
-        if (const QString& value = tags.*key.value; !value.isEmpty())
-            list.add(QByteArray(key.name) + '=' + value.toUtf8());
-    }
+    list.add(texts(tags));
     return list.asOwnBlock();
 }
 
 std::optional<QByteArray> filtered(QByteArrayView block, const TagEdits& edits)
+{
+    const IsDropped isDropped = [&](QByteArrayView comment) { return isChosen(comment, edits.fields); };
+    return filtered(block, isDropped, newTexts(edits));
+}
+
+std::optional<QByteArray> filtered(QByteArrayView block, const IsDropped& isDropped, const QByteArrayList& added)
 {
     ByteReader reader(block);
     reader.skip(reader.u32le()); // the writing program's name
@@ -80,19 +97,19 @@ std::optional<QByteArray> filtered(QByteArrayView block, const TagEdits& edits)
     List list;
     for (quint32 index = 0; index < count && !reader.hasFailed(); ++index) {
         const QByteArrayView comment = reader.bytes(reader.u32le());
-        if (!reader.hasFailed() && !isChosen(comment, edits.fields))
+        if (!reader.hasFailed() && !isDropped(comment))
             list.add(comment.toByteArray());
     }
     if (reader.hasFailed())
         return std::nullopt;
-    list.addTexts(edits);
+    list.add(added);
     return vendor.toByteArray() + little32(list.count) + list.bytes + reader.rest().toByteArray();
 }
 
 QByteArray added(const TagEdits& edits)
 {
     List list;
-    list.addTexts(edits);
+    list.add(newTexts(edits));
     return list.asOwnBlock();
 }
 

@@ -3,10 +3,9 @@
 #include "core/model/AudioTags.h"
 #include "tags/writing/ChunkTagWriter.h"
 #include "tags/writing/Id3v2Builder.h"
+#include "tags/writing/LostSound.h"
 #include "tags/writing/RewriteSource.h"
 #include "tags/writing/RiffInfoWriter.h"
-
-#include <algorithm>
 
 namespace WavWriter {
 
@@ -16,22 +15,6 @@ const ChunkForm& form()
 {
     return ChunkForm::riff();
 }
-
-/// Sound that an empty "data" chunk hides: recorders write its size at the end, and one that crashed never came to it.
-/// What follows is taken for chunks then, and a new one behind it would be played.
-class LostSound {
-public:
-    void rejectAt(const FileChunk& chunk, const RewriteSource& source)
-    {
-        const bool isPrintable = std::ranges::all_of(chunk.id, [](char c) { return c >= ' ' && c <= '~'; });
-        if (m_isBehindEmptyData && !isPrintable)
-            source.failCorrupt();
-        m_isBehindEmptyData = chunk.id == "data" && chunk.bodySize == 0;
-    }
-
-private:
-    bool m_isBehindEmptyData = false;
-};
 
 } // namespace
 

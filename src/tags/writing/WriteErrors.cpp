@@ -75,7 +75,9 @@ QLatin1StringView FileError::caseName() const
 
 QString FileError::message() const
 {
-    return VelmoraLocalization::format(textOf(m_case).text, {FileURL::lastPathComponent(FileURL::fromPath(m_path))});
+    // Of an unknown failure the system may know more.
+    const Case told = m_case == Case::fileWriteUnknown ? fromWriting(m_systemError, m_path).which() : m_case;
+    return VelmoraLocalization::format(textOf(told).text, {FileURL::lastPathComponent(FileURL::fromPath(m_path))});
 }
 
 WriteError::WriteError(Case what, const QString& payload)

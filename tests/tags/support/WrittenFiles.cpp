@@ -1,10 +1,13 @@
 #include "support/WrittenFiles.h"
 
 #include "core/model/AudioTags.h"
+#include "tags/keeping/KeepingWriter.h"
+#include "tags/vault/VaultError.h"
 #include "tags/writing/MetadataWriter.h"
 #include "tags/writing/WriteErrors.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -70,6 +73,15 @@ AudioTags readableTags()
     return tags;
 }
 
+QStringList filesBelow(const QString& folder)
+{
+    QStringList paths;
+    QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        paths += files.next();
+    return paths;
+}
+
 QByteArray contentOf(const QUrl& url)
 {
     QFile file(url.toLocalFile());
@@ -94,6 +106,16 @@ Change assigning(const QByteArray& artwork, const AudioTags& tags)
     return [=](const QUrl& url) { MetadataWriter::assignArtwork(artwork, tags, url); };
 }
 
+Change keeping(const AudioTags& tags, TagFields fields)
+{
+    return [=](const QUrl& url) { KeepingWriter::write(tags, fields, url); };
+}
+
+Change keepingWithPicture(const QByteArray& artwork, const AudioTags& tags, TagFields fields)
+{
+    return [=](const QUrl& url) { KeepingWriter::assignArtwork(artwork, tags, fields, url); };
+}
+
 Change cleaning(CleanerFields fields, const QString& title, const QString& album)
 {
     return [=](const QUrl& url) { MetadataWriter::clean(fields, title, album, url); };
@@ -107,6 +129,8 @@ QString failureOf(const Change& change, const QUrl& url)
         return nameOf(error);
     } catch (const WriteError& error) {
         return nameOf(error);
+    } catch (const VaultError& error) {
+        return error.caseName();
     }
     return QStringLiteral("none");
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "core/model/CleanerFields.h"
+#include "core/model/TagField.h"
 #include "support/TagsOf.h"
-#include "tags/writing/CleanerFields.h"
 
 #include <QByteArray>
 
@@ -20,12 +21,17 @@ AudioTags fullTags();
 /// Of those, what the program reads back into a row. Album artist, year, track and tempo are written alone.
 AudioTags readableTags();
 
+/// The paths of all files in a folder and below.
+QStringList filesBelow(const QString& folder);
 QByteArray contentOf(const QUrl& url);
 /// What \p change makes of a file of these bytes.
 QByteArray changed(const QString& name, const QByteArray& bytes, const Change& change);
 
 Change writing(const AudioTags& tags);
 Change assigning(const QByteArray& artwork, const AudioTags& tags);
+/// The save that leaves all else as it is.
+Change keeping(const AudioTags& tags, TagFields fields = TagFieldSet::kAll);
+Change keepingWithPicture(const QByteArray& artwork, const AudioTags& tags, TagFields fields = TagFieldSet::kAll);
 Change cleaning(CleanerFields fields, const QString& title = {}, const QString& album = {});
 
 /// The name of the error that \p change ends with, and what it carries; "none" without an error.

@@ -246,10 +246,28 @@ TEST(FileRewriteTest, namesTheFailuresOfWriting)
         const QString path = folder.write(kName, bytes);
         FailingFileCalls calls;
         calls.error = error;
-        calls.failingStep = 2; // the source's open and status, then the new file's open
+        calls.failingStep = 3; // the source's open and status, the new file's open, then its first bytes
         EXPECT_EQ(errorOf([&] { replaceHead(path); }), QLatin1StringView(name));
         EXPECT_EQ(folder.names(), QStringList{kName});
-        EXPECT_EQ(calls.names().at(2), "open");
+        EXPECT_EQ(calls.names().at(3), "write");
+    }
+}
+
+TEST(FileRewriteTest, saysWhyANewFileCannotBeMade)
+{
+    for (const int error : {EACCES, EROFS, ENOSPC, EMFILE}) {
+        const WriterFolder folder;
+        const QString path = folder.write(kName, noise(100));
+        FailingFileCalls calls;
+        calls.error = error;
+        calls.failingStep = 2;
+        try {
+            replaceHead(path);
+            ADD_FAILURE() << "nothing thrown";
+        } catch (const FileError& thrown) {
+            EXPECT_EQ(thrown.which(), FileError::Case::fileWriteUnknown);
+            EXPECT_EQ(thrown.message(), FileError::fromWriting(error, path).message());
+        }
     }
 }
 
@@ -441,7 +459,7 @@ TEST(FileRewriteTest, leavesAFolderWithoutRightsAsItWas)
     const QString path = folder.write(kName, bytes);
     const QByteArray parent = QFile::encodeName(QFileInfo(path).path());
     ASSERT_EQ(chmod(parent.constData(), 0500), 0);
-    EXPECT_EQ(errorOf([&] { replaceHead(path); }), QStringLiteral("fileWriteNoPermission"));
+    EXPECT_EQ(errorOf([&] { replaceHead(path); }), QStringLiteral("fileWriteUnknown"));
     EXPECT_EQ(folder.read(kName), bytes);
     ASSERT_EQ(chmod(parent.constData(), 0700), 0);
 }

@@ -61,6 +61,7 @@ TEST(Mp3TrailerTest, findsTheEndOfTheSound)
         {"lyrics in between", tag + lyrics + v1, tag.size() + lyrics.size()},
         {"a header at the end", tag.first(32), 32},
         {"a header, ID3v1", tag.first(32) + v1, 32},
+        {"APEv2 of 131 bytes, whose mark looks like ID3v1", ape({"T=" + QByteArray(131 - 64 - 10, 't')}), 0},
         {"sound, ID3v1 cut short", v1.chopped(1), 127},
     };
     const QByteArray sound = mpegFrames(2);

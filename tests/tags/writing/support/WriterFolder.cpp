@@ -75,7 +75,8 @@ void expectWholeAtEveryStep(const QString& name, const QByteArray& original, con
             calls.failingStep = step;
             hasFailed = !errorOf([&] { change(path); }).isEmpty();
         }
-        EXPECT_EQ(hasFailed, step <= swap);
+        // What the kernel cannot copy is read and written instead.
+        EXPECT_EQ(hasFailed, step <= swap && steps.at(step) != "copyRange");
         EXPECT_TRUE(folder.read(name) == (hasFailed ? original : changed));
         if (keepsTemporary)
             folder.removeTemporaries();

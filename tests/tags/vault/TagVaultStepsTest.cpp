@@ -1,0 +1,159 @@
+#include "tags/vault/TagVault.h"
+
+#include "platform/TemporaryName.h"
+#include "support/FailingFileCalls.h"
+#include "support/TagBytes.h"
+#include "support/WrittenFiles.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+using namespace TagBytes;
+
+namespace {
+
+/// A file in one folder, its vault in another.
+class TagVaultStepsTest : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(QDir().mkpath(vaultPath())); }
+
+    QString vaultPath() const { return m_folder.path(QStringLiteral("vault")); }
+    QStringList entries() const { return filesBelow(vaultPath()); }
+    QString failureOfKeeping(const QUrl& url) const
+    {
+        return failureOf([&](const QUrl& file) { TagVault(vaultPath()).keep(file); }, url);
+    }
+    QString failureOfRestoring(const QUrl& url) const
+    {
+        return failureOf([&](const QUrl& file) { TagVault(vaultPath()).restore(file); }, url);
+    }
+    void clearVault() const
+    {
+        for (const QString& name : entries())
+            QFile::remove(name);
+    }
+
+    const QByteArray m_original = id3v2(textFrame("TIT2", "old")) + mpegFrames(50) + id3v1({.title = "old"});
+    FileFolder m_folder;
+    QUrl m_url = m_folder.write(QStringLiteral("a.mp3"), m_original);
+};
+
+TEST_F(TagVaultStepsTest, aFailureOfKeepingIsToldAndLeavesNoEntry)
+{
+    QByteArrayList steps;
+    {
+        FailingFileCalls calls;
+        ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+        steps = calls.names();
+    }
+    const qsizetype swap = steps.indexOf("rename");
+    ASSERT_GT(swap, 0);
+    EXPECT_LT(steps.indexOf("sync"), swap) << "the entry is durable before it is seen";
+    EXPECT_GT(steps.lastIndexOf("sync"), swap) << "and its name is durable then";
+    const qsizetype lastNeeded = steps.lastIndexOf("sync");
+    for (int step = 0; step < steps.size(); ++step) {
+        for (const bool ends : {false, true}) {
+            SCOPED_TRACE(steps.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
+            clearVault();
+            QString failure;
+            {
+                FailingFileCalls calls;
+                (ends ? calls.stopStep : calls.failingStep) = step;
+                failure = failureOfKeeping(m_url);
+            }
+            // Behind the swap only folders are closed, whose names have been synced.
+            const bool isNeeded = step <= lastNeeded && (ends || step < swap || steps.at(step) != "close");
+            EXPECT_EQ(failure != QStringLiteral("none"), isNeeded);
+            if (!ends) {
+                EXPECT_EQ(entries().size(), isNeeded ? 0 : 1) << "an entry or nothing, and no part of one";
+            }
+            EXPECT_TRUE(contentOf(m_url) == m_original);
+            // Whatever stands there now, the next time all is well.
+            EXPECT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+            EXPECT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+        }
+    }
+}
+
+TEST_F(TagVaultStepsTest, aFolderThatCannotBeSyncedIsNoFailureWhereNoneCanBe)
+{
+    int lastSync = 0;
+    {
+        FailingFileCalls calls;
+        ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+        lastSync = static_cast<int>(calls.names().lastIndexOf("sync"));
+    }
+    for (const int error : {EINVAL, ENOTSUP, EIO, ENOSPC}) {
+        clearVault();
+        FailingFileCalls calls;
+        calls.failingStep = lastSync;
+        calls.error = error;
+        const bool isKept = failureOfKeeping(m_url) == QStringLiteral("none");
+        EXPECT_EQ(isKept, error == EINVAL || error == ENOTSUP) << error;
+        EXPECT_EQ(entries().size(), isKept ? 1 : 0);
+    }
+}
+
+TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
+{
+    ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+    ASSERT_EQ(failureOf(writing(fullTags()), m_url), QStringLiteral("none"));
+    const QByteArray present = contentOf(m_url);
+    QByteArrayList steps;
+    {
+        FailingFileCalls calls;
+        ASSERT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+        steps = calls.names();
+    }
+    const qsizetype swap = steps.indexOf("rename");
+    const qsizetype entryClosed = steps.indexOf("close"); // has been read whole
+    const QDir folder(m_folder.path(QString()));
+    for (int step = 0; step < steps.size(); ++step) {
+        for (const bool ends : {false, true}) {
+            SCOPED_TRACE(steps.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
+            m_folder.write(QStringLiteral("a.mp3"), present);
+            QString failure;
+            {
+                FailingFileCalls calls;
+                (ends ? calls.stopStep : calls.failingStep) = step;
+                failure = failureOfRestoring(m_url);
+            }
+            // What the kernel does not copy is read and written.
+            const bool isNeeded = step <= swap && step != entryClosed && steps.at(step) != "copyRange";
+            EXPECT_EQ(failure != QStringLiteral("none"), isNeeded || (ends && step <= swap));
+            EXPECT_TRUE(contentOf(m_url) == (failure == QStringLiteral("none") ? m_original : present));
+            for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden)) {
+                EXPECT_TRUE(name == QStringLiteral("a.mp3") || (ends && TemporaryName::matches(name.toUtf8())));
+                if (name != QStringLiteral("a.mp3"))
+                    QFile::remove(folder.filePath(name));
+            }
+        }
+    }
+    EXPECT_EQ(entries().size(), 1);
+    EXPECT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+}
+
+TEST_F(TagVaultStepsTest, writesAndReadsHoweverLittleACallMoves)
+{
+    FailingFileCalls calls;
+    calls.transferLimit = 7;
+    EXPECT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+    EXPECT_EQ(failureOf(writing({}), m_url), QStringLiteral("none"));
+    EXPECT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+    EXPECT_TRUE(contentOf(m_url) == m_original);
+}
+
+TEST_F(TagVaultStepsTest, anEntryThatIsThereIsNotWrittenAgain)
+{
+    ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+    ASSERT_EQ(failureOf(writing(fullTags()), m_url), QStringLiteral("none"));
+    FailingFileCalls calls;
+    EXPECT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+    EXPECT_FALSE(calls.names().contains("write"));
+    EXPECT_FALSE(calls.names().contains("sync"));
+}
+
+} // namespace

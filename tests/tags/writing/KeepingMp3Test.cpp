@@ -1,0 +1,239 @@
+#include "core/model/AudioTags.h"
+#include "support/TagBytes.h"
+#include "support/WrittenFiles.h"
+#include "tags/AudioMetadataLoader.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace TagBytes;
+
+const QString kName = QStringLiteral("sound.mp3");
+const QByteArray kSound = mpegFrames(5);
+
+QByteArray wideText(const QString& text)
+{
+    return '\1' + utf16(text);
+}
+
+QByteArray wideComment(const QString& text)
+{
+    return QByteArray("\1eng\xFF\xFE\0\0", 8) + utf16(text);
+}
+
+/// A frame of ID3v2.2.
+QByteArray shortFrame(const char* id, const QByteArray& body)
+{
+    return id + big(quint64(body.size()), 3) + body;
+}
+
+QByteArray picture(int type, const QByteArray& bytes, int version = 3)
+{
+    return frame("APIC", QByteArray("\0image/png\0", 11) + static_cast<char>(type) + '\0' + bytes, version);
+}
+
+QByteArray unsynchronised(const QByteArray& bytes)
+{
+    return QByteArray(bytes).replace(QByteArray("\xFF"), QByteArray("\xFF\0", 2));
+}
+
+const TagFields kTitle = TagField::Title;
+const AudioTags kNew = tagsWith({{&AudioTags::title, QStringLiteral("N")}});
+
+TEST(KeepingMp3Test, changesTheChosenFramesOfEachVersion)
+{
+    const AudioTags dated = tagsWith({{&AudioTags::year, QStringLiteral("2001")},
+                                      {&AudioTags::comment, QStringLiteral("C")},
+                                      {&AudioTags::genre, QStringLiteral("(17)")}});
+    const TagFields datedFields = TagField::Year | TagFields(TagField::Comment) | TagField::Genre;
+    const QByteArray others = picture(3, "\xFF\xD8\xFF cover") + frame("PRIV", "owner") +
+                              describedFrame("COMM", "iTunNORM", "0000") + textFrame("TPE1", "A");
+    const QByteArray others4 = picture(4, "\xFF\xD8\xFF back", 4) + frame("UFID", QByteArray(200, 'u'), 4);
+    const QByteArray title = frame("TIT2", wideText(QStringLiteral("N")));
+    const QByteArray title4 = frame("TIT2", wideText(QStringLiteral("N")), 4);
+    const QByteArray packed = frame("TPE1", QByteArray("\0\xFF\xE0z", 4), 4);
+    const struct {
+        const char* what;
+        AudioTags tags;
+        TagFields fields;
+        QByteArray before;
+        QByteArray after;
+    } cases[] = {
+        {"2.3", kNew, kTitle, id3v2(others + textFrame("TIT2", "O") + QByteArray(50, '\0')), id3v2(others + title)},
+        {"2.4", kNew, kTitle, id3v2(textFrame("TIT2", "O", 4) + others4, 4), id3v2(others4 + title4, 4)},
+        {"2.2", kNew, kTitle, id3v2(shortFrame("TT2", "\0O") + shortFrame("PIC", "any"), 2),
+         id3v2(shortFrame("PIC", "any") + shortFrame("TT2", wideText(QStringLiteral("N"))), 2)},
+        {"2.2, year, comment and genre", dated, datedFields,
+         id3v2(shortFrame("TYE", QByteArray("\0"
+                                            "1999",
+                                            5)) +
+                   shortFrame("TDA", QByteArray("\0"
+                                                "0102",
+                                                5)),
+               2),
+         id3v2(shortFrame("TCO", wideText(QStringLiteral("((17)"))) +
+                   shortFrame("TYE", wideText(QStringLiteral("2001"))) +
+                   shortFrame("COM", wideComment(QStringLiteral("C"))),
+               2)},
+        {"2.4, year and comment", dated, TagField::Year | TagFields(TagField::Comment),
+         id3v2(textFrame("TDRC", "1999", 4) + textFrame("TYER", "1999", 4), 4),
+         id3v2(frame("TDRC", wideText(QStringLiteral("2001")), 4) + frame("COMM", wideComment(QStringLiteral("C")), 4),
+               4)},
+        {"comments of the user go, of programs stay",
+         {},
+         TagField::Comment,
+         id3v2(describedFrame("COMM", "", "a") + others + describedFrame("COMM", "mood", "b")),
+         id3v2(others)},
+        {"all names of the key",
+         {},
+         TagField::MusicalKey,
+         id3v2(textFrame("TKEY", "Am") + describedFrame("TXXX", "Initial Key", "8A") +
+               describedFrame("TXXX", "energy", "7")),
+         id3v2(describedFrame("TXXX", "energy", "7"))},
+        {"several tags", kNew, kTitle, id3v2(textFrame("TIT2", "O")) + id3v2(textFrame("TIT2", "P", 4) + others4, 4),
+         id3v2(title) + id3v2(others4, 4)},
+        {"emptied", {}, kTitle, id3v2(textFrame("TIT2", "O")), id3v2({})},
+        {"2.3 unsynchronised as a whole", kNew, kTitle, id3v2(unsynchronised(others + textFrame("TIT2", "O")), 3, 0x80),
+         id3v2(others + title)},
+        {"2.4 unsynchronised frame by frame", kNew, kTitle,
+         id3v2(frame("TPE1", QByteArray("\0\xFF\0\xE0z", 5), 4) + packed, 4, 0x80),
+         id3v2(frame("TPE1", QByteArray("\0\xFF\0\xE0z", 5), 4, 2) + frame("TPE1", packed.sliced(10), 4, 2) + title4,
+               4)},
+        {"extended header, experimental", kNew, kTitle, id3v2(big(6, 4) + big(0, 6) + others, 3, 0x60),
+         id3v2(others + title, 3, 0x20)},
+        {"extended header of 2.4 and a footer", kNew, kTitle,
+         id3v2(syncsafe(6) + "\1" + QByteArray(1, '\0') + others4, 4, 0x50) + "3DI" + QByteArray(7, '\0'),
+         id3v2(others4 + title4, 4)},
+        {"sizes of the wrong kind are put right", kNew, kTitle,
+         id3v2("UFID" + big(200, 4) + big(0, 2) + QByteArray(200, 'u') + textFrame("TIT2", "O", 4), 4),
+         id3v2(frame("UFID", QByteArray(200, 'u'), 4) + title4, 4)},
+        {"no tag", kNew, TagFieldSet::kAll, {}, id3v2(title)},
+        {"no tag and nothing to say", {}, TagFieldSet::kAll, {}, {}},
+    };
+    for (const auto& c : cases) {
+        const QByteArray after = changed(kName, c.before + kSound, keeping(c.tags, c.fields));
+        EXPECT_EQ(after.chopped(kSound.size()).toHex(' '), c.after.toHex(' ')) << c.what;
+        EXPECT_TRUE(after.endsWith(kSound)) << c.what;
+        EXPECT_EQ(changed(kName, after, keeping(c.tags, c.fields)), after) << c.what;
+    }
+}
+
+/// An ID3v1 tag of all fields.
+QByteArray oldTag(const QByteArray& title, const QByteArray& year, const QByteArray& comment, quint8 genre)
+{
+    QByteArray tag = id3v1({.title = title, .artist = "A", .album = "L", .comment = comment, .genre = genre});
+    return tag.replace(93, 4, year.leftJustified(4, '\0'));
+}
+
+TEST(KeepingMp3Test, leavesNoOldValueBehindTheSound)
+{
+    const QByteArray fits = "\xC4rtist";
+    const QByteArray tracked = QByteArray("c").leftJustified(29, '\0') + '\5';
+    const QByteArray trackedAnew = QByteArray("c").leftJustified(29, '\0') + '\x0C';
+    const QByteArray longComment(30, 'l');
+    const QByteArray lyrics = "LYRICSBEGININD0000200000021LYRICS200";
+    const AudioTags track = tagsWith({{&AudioTags::track, QStringLiteral("12/20")}});
+    const struct {
+        const char* what;
+        AudioTags tags;
+        TagFields fields;
+        QByteArray before;
+        QByteArray after;
+    } cases[] = {
+        {"title that Latin-1 has", tagsWith({{&AudioTags::title, QStringLiteral("Ärtist")}}), kTitle,
+         oldTag("O", "1999", "c", 3), oldTag(fits, "1999", "c", 3)},
+        {"title that it has not", tagsWith({{&AudioTags::title, QStringLiteral("Название")}}), kTitle,
+         oldTag("O", "1999", "c", 3), oldTag({}, "1999", "c", 3)},
+        {"year and genre", tagsWith({{&AudioTags::year, QStringLiteral("2001-05")}}),
+         TagField::Year | TagFields(TagField::Genre), oldTag("O", "1999", "c", 3), oldTag("O", "2001", "c", 255)},
+        {"comment keeps the track",
+         {},
+         TagField::Comment,
+         oldTag("O", {}, tracked, 3),
+         oldTag("O", {}, QByteArray(29, '\0') + '\5', 3)},
+        {"track", track, TagField::Track, oldTag("O", {}, tracked, 3), oldTag("O", {}, trackedAnew, 3)},
+        {"no track", {}, TagField::Track, oldTag("O", {}, tracked, 3), oldTag("O", {}, "c", 3)},
+        {"no room for a track", track, TagField::Track, oldTag("O", {}, longComment, 3),
+         oldTag("O", {}, longComment, 3)},
+        {"items", kNew, kTitle, ape({"Title=O", "Mood=x", "Cover Art (Front)=p"}),
+         ape({"Mood=x", "Cover Art (Front)=p"})},
+        {"artist and key",
+         {},
+         TagField::Artist | TagFields(TagField::MusicalKey),
+         ape({"ARTIST=a", "Initial Key=8A", "Title=O"}),
+         ape({"Title=O"})},
+        {"items before lyrics before a tag", kNew, kTitle, ape({"Title=O", "X=y"}) + lyrics + oldTag("O", {}, {}, 3),
+         ape({"X=y"}) + lyrics + oldTag("N", {}, {}, 3)},
+        {"the other way round", kNew, kTitle, oldTag("O", {}, {}, 3) + ape({"Title=O"}) + oldTag("P", {}, {}, 3),
+         oldTag("N", {}, {}, 3) + ape({}) + oldTag("N", {}, {}, 3)},
+        {"a header at the end is sound", kNew, kTitle, ape({"Title=O"}).first(32), ape({"Title=O"}).first(32)},
+    };
+    for (const auto& c : cases) {
+        const QByteArray front = id3v2(textFrame("TPE1", "A"));
+        const QByteArray after = changed(kName, front + kSound + c.before, keeping(c.tags, c.fields));
+        EXPECT_EQ(after.last(c.after.size()).toHex(' '), c.after.toHex(' ')) << c.what;
+        EXPECT_TRUE(after.chopped(c.after.size()).endsWith(kSound)) << c.what;
+    }
+}
+
+TEST(KeepingMp3Test, putsTheNewCoverWhereItIsShown)
+{
+    const QByteArray cover = "\x89PNG new";
+    const QByteArray back = picture(4, "\xFF\xD8\xFF back");
+    const QByteArray before = id3v2(picture(3, "\xFF\xD8\xFF old") + picture(0, "\xFF\xD8\xFF any") + back) +
+                              id3v2(picture(3, "\xFF\xD8\xFF second")) + kSound;
+    const QByteArray after = changed(kName, before, keepingWithPicture(cover, {}, {}));
+    EXPECT_EQ(after, id3v2(back + pictureFrame(cover)) + id3v2({}) + kSound);
+
+    const QByteArray version2 = changed(kName, id3v2({}, 2) + kSound, keepingWithPicture(cover, kNew, kTitle));
+    const FileFolder folder;
+    for (const QByteArray& bytes : {after, version2}) {
+        const QUrl url = folder.write(kName, bytes);
+        EXPECT_EQ(AudioMetadataLoader::artwork(url), cover);
+    }
+    expectRefused(kName, before, keepingWithPicture({}, {}, {}), QStringLiteral("artworkVerificationFailed sound.mp3"),
+                  "empty picture");
+}
+
+TEST(KeepingMp3Test, leavesWhatItDoesNotUnderstand)
+{
+    const QString corrupt = QStringLiteral("fileReadCorruptFile");
+    const QString unknown = QStringLiteral("rewriteFailed ID3");
+    const QString other = QStringLiteral("unsupportedFormat mp3");
+    const QByteArray title = textFrame("TIT2", "O");
+    QByteArray highBit = id3v2(title);
+    highBit[9] = static_cast<char>(highBit[9] | 0x80);
+    QByteArray hugeCount = ape({"Title=O"});
+    hugeCount.replace(hugeCount.size() - 16, 4, little(9, 4));
+    QByteArray hugeSize = ape({"Title=O"});
+    hugeSize.replace(hugeSize.size() - 20, 4, little(1 << 30, 4));
+    const struct {
+        const char* what;
+        QByteArray bytes;
+        QString failure;
+    } cases[] = {
+        {"version 5", id3v2(title, 5) + kSound, unknown},
+        {"unknown flag", id3v2(title, 3, 1) + kSound, unknown},
+        {"footer flag of another version", id3v2(title, 3, 0x10) + kSound, unknown},
+        {"compressed as a whole", id3v2(title, 2, 0x40) + kSound, unknown},
+        {"second tag of version 9", id3v2(title) + id3v2(title, 9) + kSound, unknown},
+        {"high bit in the size", highBit + kSound, corrupt},
+        {"cut", id3v2(title).chopped(1), corrupt},
+        {"frame beyond the end", id3v2(title.first(4) + big(5000, 4) + title.sliced(8)) + kSound, corrupt},
+        {"no frame", id3v2(title + "tit2" + QByteArray(20, 'x')) + kSound, corrupt},
+        {"padding with something in it", id3v2(title + QByteArray(20, '\0') + "x") + kSound, corrupt},
+        {"extended header beyond the end", id3v2(big(500, 4) + title, 3, 0x40) + kSound, corrupt},
+        {"number of items", kSound + hugeCount, corrupt},
+        {"size of items", kSound + hugeSize, corrupt},
+        {"another stream", flac(100, {"TITLE=O"}), other},
+        {"another stream behind a tag", id3v2(title) + flac(100, {"TITLE=O"}), other},
+        {"another container", wave(10), other},
+    };
+    for (const auto& c : cases) {
+        expectRefused(kName, c.bytes, keeping(kNew, kTitle), c.failure, c.what);
+        expectRefused(kName, c.bytes, keepingWithPicture("\x89PNG", kNew), c.failure, c.what);
+    }
+}
+
+} // namespace
