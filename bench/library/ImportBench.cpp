@@ -8,12 +8,12 @@
 #include "core/library/imports/AudioFileList.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/order/Order.h"
-#include "core/library/tagwriting/TagWriter.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Collation.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
+#include "support/FakeTagFiles.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutor.h"
 
@@ -68,8 +68,8 @@ qsizetype import(const QString& root)
     ManualExecutor executor;
     Preferences preferences(std::make_unique<MemoryPreferenceStore>());
     Notifications notifications;
-    NoTagWriter writer;
-    LibraryServices services{clock, executor, preferences, notifications, writer, {}, {}, {}, {}, {}};
+    FakeTagFiles files;
+    LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
     services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
     LibraryStore store(services);
     bool isDone = false;

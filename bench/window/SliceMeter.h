@@ -16,6 +16,8 @@ public:
     void reset();
     /// Longest event since reset(), in milliseconds.
     double longestMilliseconds() const { return m_longest; }
+    /// The most processor time of one event, in milliseconds: what is left on a machine that other programs keep busy.
+    double longestCPUMilliseconds() const { return m_longestCPU; }
     /// What the longest event was, for finding it.
     QString longestEvent() const { return m_longestEvent; }
     int events() const { return m_events; }
@@ -24,5 +26,6 @@ private:
     int m_depth = 0;
     int m_events = 0;
     double m_longest = 0;
+    double m_longestCPU = 0;
     QString m_longestEvent;
 };

@@ -4,12 +4,20 @@
 <context>
   <name>Velmora</name>
   <message>
+    <source>%@ МБ</source>
+    <translation>%@ MB</translation>
+  </message>
+  <message>
     <source>%@ из %@</source>
     <translation>%@ of %@</translation>
   </message>
   <message>
-    <source>%@ — пока только в списке, в файлы не записано</source>
-    <translation>%@ — in the list only for now, not written to the files</translation>
+    <source>%@ — в файле</source>
+    <translation>%@ — in the file</translation>
+  </message>
+  <message>
+    <source>%d КБ</source>
+    <translation>%d KB</translation>
   </message>
   <message>
     <source>%d мин</source>
@@ -96,12 +104,32 @@
     <translation>Bit rate</translation>
   </message>
   <message>
+    <source>Больше не оставлять</source>
+    <translation>Stop keeping them</translation>
+  </message>
+  <message>
+    <source>Будет очищено</source>
+    <translation>Will be cleared</translation>
+  </message>
+  <message>
+    <source>Будет сохранена как JPEG</source>
+    <translation>Will be saved as JPEG</translation>
+  </message>
+  <message>
+    <source>Будет сохранена как PNG, без изменений</source>
+    <translation>Will be saved as PNG, unchanged</translation>
+  </message>
+  <message>
     <source>В Корзину</source>
     <translation type="vanished">Move to Trash</translation>
   </message>
   <message>
     <source>В аудиофайле нет данных для анализа BPM.</source>
     <translation>The audio file holds no data for BPM analysis.</translation>
+  </message>
+  <message>
+    <source>В буфере обмена нет изображения</source>
+    <translation>There is no image on the clipboard</translation>
   </message>
   <message>
     <source>В избранном</source>
@@ -114,6 +142,18 @@
   <message>
     <source>В очереди</source>
     <translation>Waiting</translation>
+  </message>
+  <message>
+    <source>В файле нет ничего лишнего</source>
+    <translation>The file holds nothing else</translation>
+  </message>
+  <message>
+    <source>В файлы этого формата обложка не записывается</source>
+    <translation>Files of this format take no cover</translation>
+  </message>
+  <message>
+    <source>Вернуть исходные теги</source>
+    <translation>Restore Original Tags</translation>
   </message>
   <message>
     <source>Вид волны</source>
@@ -136,6 +176,10 @@
     <translation>Play or pause</translation>
   </message>
   <message>
+    <source>Временные файлы в Корзину: %d</source>
+    <translation>Temporary files to Trash: %d</translation>
+  </message>
+  <message>
     <source>Время</source>
     <translation>Length</translation>
   </message>
@@ -144,8 +188,36 @@
     <translation>All genres</translation>
   </message>
   <message>
+    <source>Вставить изображение</source>
+    <translation>Paste Image</translation>
+  </message>
+  <message>
+    <source>Выберите обложку</source>
+    <translation>Choose a cover</translation>
+  </message>
+  <message>
     <source>Выберите трек в «Избранном»</source>
     <translation>Select a track in Favorites</translation>
+  </message>
+  <message>
+    <source>Выберите треки</source>
+    <translation>Select tracks</translation>
+  </message>
+  <message>
+    <source>Выберите треки, чтобы увидеть их теги</source>
+    <translation>Select tracks to see their tags</translation>
+  </message>
+  <message>
+    <source>Выбрано: %d</source>
+    <translation>%d selected</translation>
+  </message>
+  <message>
+    <source>Выбрать изображение</source>
+    <translation>Choose Image</translation>
+  </message>
+  <message>
+    <source>Выбрать изображение…</source>
+    <translation>Choose Image…</translation>
   </message>
   <message>
     <source>Выделить всё</source>
@@ -166,6 +238,10 @@
   <message>
     <source>Высота волны</source>
     <translation>Waveform height</translation>
+  </message>
+  <message>
+    <source>Год</source>
+    <translation>Year</translation>
   </message>
   <message>
     <source>Готово</source>
@@ -190,6 +266,10 @@
   <message>
     <source>Добавить папки…</source>
     <translation>Add folders…</translation>
+  </message>
+  <message>
+    <source>Добавить файлы в обложки…</source>
+    <translation>Add Files to Covers…</translation>
   </message>
   <message>
     <source>Добавить файлы…</source>
@@ -232,6 +312,10 @@
     <translation>Add files to check their sound quality.</translation>
   </message>
   <message>
+    <source>Дождитесь завершения текущей записи обложек</source>
+    <translation>Wait until the covers being written are done</translation>
+  </message>
+  <message>
     <source>Дубликаты</source>
     <translation>Duplicates</translation>
   </message>
@@ -254,6 +338,18 @@
   <message>
     <source>Закрыть</source>
     <translation>Close</translation>
+  </message>
+  <message>
+    <source>Заменить…</source>
+    <translation>Replace…</translation>
+  </message>
+  <message>
+    <source>Запись остановлена, в файлы не записано: %d</source>
+    <translation>Writing stopped, not written to files: %d</translation>
+  </message>
+  <message>
+    <source>Запись тегов: %d из %d</source>
+    <translation>Writing tags: %d of %d</translation>
   </message>
   <message>
     <source>Звук снова слышен.</source>
@@ -288,6 +384,26 @@
     <translation>Change Favorites</translation>
   </message>
   <message>
+    <source>Изменить теги</source>
+    <translation>Edit Tags</translation>
+  </message>
+  <message>
+    <source>Изображения</source>
+    <translation>Images</translation>
+  </message>
+  <message>
+    <source>Исполнитель</source>
+    <translation>Artist</translation>
+  </message>
+  <message>
+    <source>Исполнитель альбома</source>
+    <translation>Album artist</translation>
+  </message>
+  <message>
+    <source>Исходные теги возвращены: %d</source>
+    <translation>Original tags restored: %d</translation>
+  </message>
+  <message>
     <source>Исходные теги не подходят к файлу %@: его звук с тех пор изменился.</source>
     <translation>The original tags do not fit the file %@: its sound has changed since then.</translation>
   </message>
@@ -306,6 +422,10 @@
   <message>
     <source>Команды</source>
     <translation>Commands</translation>
+  </message>
+  <message>
+    <source>Комментарий</source>
+    <translation>Comment</translation>
   </message>
   <message>
     <source>Комментарий «%@» присвоен: %d</source>
@@ -352,6 +472,10 @@
     <translation>Straight lines</translation>
   </message>
   <message>
+    <source>Меньше 500 пикселей: на больших экранах будет нечётко</source>
+    <translation>Below 500 pixels: will look blurred on large screens</translation>
+  </message>
+  <message>
     <source>Мятный</source>
     <translation>Mint</translation>
   </message>
@@ -364,12 +488,24 @@
     <translation>Another file already stands in the place of %@.</translation>
   </message>
   <message>
+    <source>Название</source>
+    <translation>Title</translation>
+  </message>
+  <message>
+    <source>Найдены незавершённые временные файлы: %d</source>
+    <translation>Unfinished temporary files found: %d</translation>
+  </message>
+  <message>
     <source>Настройки</source>
     <translation>Settings</translation>
   </message>
   <message>
     <source>Не в избранном</source>
     <translation>Not in favorites</translation>
+  </message>
+  <message>
+    <source>Не квадратное: плееры могут обрезать края</source>
+    <translation>Not square: players may crop its edges</translation>
   </message>
   <message>
     <source>Не найден встроенный аудиодекодер.</source>
@@ -394,6 +530,14 @@
   <message>
     <source>Не удалось переместить файл %@.</source>
     <translation>Could not move the file %@.</translation>
+  </message>
+  <message>
+    <source>Не удалось подготовить выбранное изображение для обложки.</source>
+    <translation>The chosen image could not be prepared as a cover.</translation>
+  </message>
+  <message>
+    <source>Не удалось сохранить обложку в %d из %d файлов. Первый файл: %@. %@</source>
+    <translation>The cover could not be saved to %d of %d files. First file: %@. %@</translation>
   </message>
   <message>
     <source>Не удалось сохранить теги</source>
@@ -436,12 +580,32 @@
     <translation>Low</translation>
   </message>
   <message>
+    <source>Новая обложка</source>
+    <translation>New Cover</translation>
+  </message>
+  <message>
     <source>Обложка</source>
     <translation>Cover</translation>
   </message>
   <message>
+    <source>Обложка и прочие поля файла останутся</source>
+    <translation>The cover and other fields of the file stay</translation>
+  </message>
+  <message>
+    <source>Обложка сохранена: %d</source>
+    <translation>Cover saved: %d</translation>
+  </message>
+  <message>
+    <source>Обложка уже сохраняется</source>
+    <translation>The cover is being saved already</translation>
+  </message>
+  <message>
     <source>Обложки</source>
     <translation>Covers</translation>
+  </message>
+  <message>
+    <source>Обложки и прочие поля файлов останутся</source>
+    <translation>The covers and other fields of the files stay</translation>
   </message>
   <message>
     <source>Они больше, чем хранилище копий вмещает.</source>
@@ -456,8 +620,16 @@
     <translation>Orange</translation>
   </message>
   <message>
+    <source>Оставлять обложку и прочее</source>
+    <translation>Keep cover and other fields</translation>
+  </message>
+  <message>
     <source>Осталось</source>
     <translation>Remaining</translation>
+  </message>
+  <message>
+    <source>Остановить</source>
+    <translation>Stop</translation>
   </message>
   <message>
     <source>Открыть в Finder</source>
@@ -470,6 +642,14 @@
   <message>
     <source>Отменить</source>
     <translation>Undo</translation>
+  </message>
+  <message>
+    <source>Отменить правки</source>
+    <translation>Discard Edits</translation>
+  </message>
+  <message>
+    <source>Отменить правку</source>
+    <translation>Undo this edit</translation>
   </message>
   <message>
     <source>Отмечайте треки сердцем, и они соберутся здесь.</source>
@@ -516,6 +696,10 @@
     <translation type="vanished">Move duplicates to Trash?</translation>
   </message>
   <message>
+    <source>Перемещено в Корзину: %d</source>
+    <translation>Moved to the Trash: %d</translation>
+  </message>
+  <message>
     <source>Перемотать вперёд</source>
     <translation>Seek forward</translation>
   </message>
@@ -526,6 +710,10 @@
   <message>
     <source>Перемотка</source>
     <translation>Seek</translation>
+  </message>
+  <message>
+    <source>Перетащите или вставьте изображение</source>
+    <translation>Drop or paste an image</translation>
   </message>
   <message>
     <source>Плеер сверху</source>
@@ -572,6 +760,10 @@
     <translation>Redo</translation>
   </message>
   <message>
+    <source>Подождите: обложка ещё сохраняется в файл</source>
+    <translation>Please wait: the cover is still being saved to the file</translation>
+  </message>
+  <message>
     <source>Подтвердить очистку?</source>
     <translation type="vanished">Confirm cleanup?</translation>
   </message>
@@ -584,12 +776,32 @@
     <translation>Duplicate search</translation>
   </message>
   <message>
+    <source>Показать теги</source>
+    <translation>Show tags</translation>
+  </message>
+  <message>
     <source>Полная</source>
     <translation>Full</translation>
   </message>
   <message>
+    <source>Правки для: %@ — не сохранены</source>
+    <translation>Edits for %@ are not saved</translation>
+  </message>
+  <message>
+    <source>Правки тегов не сохранены. Чтобы выйти без них, закройте окно ещё раз</source>
+    <translation>Edits of tags are not saved. Close the window again to leave without them</translation>
+  </message>
+  <message>
     <source>Предыдущий трек</source>
     <translation>Previous track</translation>
+  </message>
+  <message>
+    <source>Присвоить выбранным</source>
+    <translation>Assign to Selected</translation>
+  </message>
+  <message>
+    <source>Присвоить выбранным: %d</source>
+    <translation>Assign to Selected: %d</translation>
   </message>
   <message>
     <source>Присвоить жанр</source>
@@ -598,6 +810,10 @@
   <message>
     <source>Присвоить комментарий</source>
     <translation>Assign Comment</translation>
+  </message>
+  <message>
+    <source>Присвоить обложку…</source>
+    <translation>Assign Cover…</translation>
   </message>
   <message>
     <source>Пробел</source>
@@ -610,6 +826,10 @@
   <message>
     <source>Развернуть боковую панель</source>
     <translation>Expand the sidebar</translation>
+  </message>
+  <message>
+    <source>Разные значения</source>
+    <translation>Different values</translation>
   </message>
   <message>
     <source>Розовый</source>
@@ -636,12 +856,78 @@
     <translation>System default</translation>
   </message>
   <message>
+    <source>Скрыть теги</source>
+    <translation>Hide tags</translation>
+  </message>
+  <message>
     <source>Следующий трек</source>
     <translation>Next track</translation>
   </message>
   <message>
+    <source>Сначала выберите изображение</source>
+    <translation>Choose an image first</translation>
+  </message>
+  <message>
     <source>Состояние</source>
     <translation>Status</translation>
+  </message>
+  <message>
+    <source>Сохранение уберёт из файла обложку или поля, которых нет среди десяти полей Velmora. Выбор действует для всех следующих сохранений, изменить его можно в настройках.</source>
+    <translation>Saving would remove the file’s cover or fields that are not among Velmora’s ten. Your choice holds for all later saves and can be changed in the settings.</translation>
+  </message>
+  <message numerus="yes">
+    <source>Сохранение удалит %n других полей</source>
+    <translation>
+      <numerusform>Saving removes %n other field</numerusform>
+      <numerusform>Saving removes %n other fields</numerusform>
+    </translation>
+  </message>
+  <message>
+    <source>Сохранение удалит обложки и прочие поля</source>
+    <translation>Saving removes covers and other fields</translation>
+  </message>
+  <message>
+    <source>Сохранение удалит обложку</source>
+    <translation>Saving removes the cover</translation>
+  </message>
+  <message numerus="yes">
+    <source>Сохранение удалит обложку и %n других полей</source>
+    <translation>
+      <numerusform>Saving removes the cover and %n other field</numerusform>
+      <numerusform>Saving removes the cover and %n other fields</numerusform>
+    </translation>
+  </message>
+  <message>
+    <source>Сохранено %d, ошибок: %d</source>
+    <translation>Saved %d, errors: %d</translation>
+  </message>
+  <message>
+    <source>Сохранить</source>
+    <translation>Save</translation>
+  </message>
+  <message>
+    <source>Сохраняем обложку: %d</source>
+    <translation>Saving cover: %d</translation>
+  </message>
+  <message>
+    <source>Сохраняем обложку: %d из %d</source>
+    <translation>Saving cover: %d of %d</translation>
+  </message>
+  <message>
+    <source>Сохраняем обложку…</source>
+    <translation>Saving the cover…</translation>
+  </message>
+  <message>
+    <source>Сохраняется…</source>
+    <translation>Saving…</translation>
+  </message>
+  <message>
+    <source>Сохранять обложку и прочие поля</source>
+    <translation>Keep the Cover and Other Fields</translation>
+  </message>
+  <message>
+    <source>Сохранять обложку и прочие поля файла</source>
+    <translation>Keep the File’s Cover and Other Fields</translation>
   </message>
   <message>
     <source>Средняя</source>
@@ -672,8 +958,36 @@
     <translation>Drop files and folders here: MP3, FLAC, WAV, AIFF, M4A, OGG</translation>
   </message>
   <message>
+    <source>Теги</source>
+    <translation>Tags</translation>
+  </message>
+  <message>
+    <source>Теги в файлах этого формата изменить нельзя</source>
+    <translation>Tags in files of this format cannot be changed</translation>
+  </message>
+  <message>
+    <source>Теги изменены: %d</source>
+    <translation>Tags changed: %d</translation>
+  </message>
+  <message>
+    <source>Теги можно записать в %d из %d файлов</source>
+    <translation>Tags can be written to %d of %d files</translation>
+  </message>
+  <message>
+    <source>Теги файла %@ не удалось прочитать, поэтому они не перезаписаны.</source>
+    <translation>The tags of %@ could not be read, so they were not overwritten.</translation>
+  </message>
+  <message>
+    <source>Теги файла прочитаны не полностью: сохранение перезапишет их</source>
+    <translation>The file’s tags were not read completely: saving overwrites them</translation>
+  </message>
+  <message>
     <source>Тема</source>
     <translation>Theme</translation>
+  </message>
+  <message>
+    <source>Только десять полей</source>
+    <translation>Only the Ten Fields</translation>
   </message>
   <message>
     <source>Тональность</source>
@@ -696,6 +1010,10 @@
     <translation>No track selected</translation>
   </message>
   <message>
+    <source>Трека больше нет в списке.</source>
+    <translation>The track is no longer in the list.</translation>
+  </message>
+  <message>
     <source>Тёмная</source>
     <translation>Dark</translation>
   </message>
@@ -710,6 +1028,10 @@
   <message>
     <source>Убрано из избранного: %d</source>
     <translation>Removed from favorites: %d</translation>
+  </message>
+  <message>
+    <source>Убрать</source>
+    <translation>Remove</translation>
   </message>
   <message>
     <source>Убрать выбранные треки?</source>
@@ -780,6 +1102,10 @@
     <translation>Reading tags: %d of %d</translation>
   </message>
   <message>
+    <source>Что оставить в файлах при сохранении?</source>
+    <translation>What should saving keep in files?</translation>
+  </message>
+  <message>
     <source>Эти треки нельзя удалить из «Обложек», пока они находятся в «Избранном». Сначала уберите их из «Избранного».</source>
     <translation>These tracks cannot be removed from Covers while they are in Favorites. Remove them from Favorites first.</translation>
   </message>
@@ -794,6 +1120,10 @@
   <message>
     <source>без обложки %d</source>
     <translation>without a cover %d</translation>
+  </message>
+  <message>
+    <source>не записывается</source>
+    <translation>not written</translation>
   </message>
 </context>
 </TS>

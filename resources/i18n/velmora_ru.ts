@@ -35,5 +35,21 @@
       <numerusform>%n файлов</numerusform>
     </translation>
   </message>
+  <message numerus="yes">
+    <source>Сохранение удалит %n других полей</source>
+    <translation>
+      <numerusform>Сохранение удалит %n другое поле</numerusform>
+      <numerusform>Сохранение удалит %n других поля</numerusform>
+      <numerusform>Сохранение удалит %n других полей</numerusform>
+    </translation>
+  </message>
+  <message numerus="yes">
+    <source>Сохранение удалит обложку и %n других полей</source>
+    <translation>
+      <numerusform>Сохранение удалит обложку и %n другое поле</numerusform>
+      <numerusform>Сохранение удалит обложку и %n других поля</numerusform>
+      <numerusform>Сохранение удалит обложку и %n других полей</numerusform>
+    </translation>
+  </message>
 </context>
 </TS>

@@ -30,4 +30,9 @@ QString waveformFolder()
     return (caches.isEmpty() ? QDir::tempPath() : caches) + QStringLiteral("/Velmora/Waveforms");
 }
 
+QString tagVaultFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Velmora/TagVault");
+}
+
 } // namespace AppPaths

@@ -11,5 +11,8 @@ QString preferencesFile();
 QString legacyPreferencesFile();
 /// Where waveforms are kept: "Velmora/Waveforms" in the user's cache folder, or in the temporary one without such.
 QString waveformFolder();
+/// Where the tags are kept that files had before the program first changed them: "Velmora/TagVault" in the user's data
+/// folder.
+QString tagVaultFolder();
 
 } // namespace AppPaths

@@ -2,8 +2,10 @@
 
 #include "async/MainQueue.h"
 #include "core/library/LibraryStore.h"
+#include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
+#include "core/library/imports/StrayTemporaries.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
@@ -118,7 +120,7 @@ void ContentView::addImportedToFavorites(const Imports::Outcome& outcome)
 {
     const int joined =
         m_library.favorites().addToFavorites(QSet<TrackID>(outcome.ids.cbegin(), outcome.ids.cend()), &m_undoManager);
-    m_library.imports().announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.notTaken,
+    m_library.imports().announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
                                       QStringLiteral("heart.fill"));
 }
 
@@ -190,6 +192,46 @@ void ContentView::clearGenres(const QSet<TrackID>& ids)
 void ContentView::clearComments(const QSet<TrackID>& ids)
 {
     m_library.tagWriting().clearComments(ids, &m_undoManager);
+}
+
+void ContentView::saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().saveFields(tags, fields, ids, &m_undoManager);
+}
+
+void ContentView::assignArtwork(const QByteArray& image, const QSet<TrackID>& ids)
+{
+    if (m_library.workspace().artworkWritingIDs().intersects(ids))
+        m_library.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"),
+                                      QStringLiteral("photo.badge.plus"), WorkspaceStatus::Tone::Warning);
+    else
+        m_library.artwork().assignArtwork(image, ids);
+}
+
+void ContentView::chooseArtwork(std::function<void(const QByteArray& image)> chosen)
+{
+    if (m_surroundings.chooseImage)
+        m_surroundings.chooseImage(std::move(chosen));
+}
+
+void ContentView::restoreOriginalTags(const QSet<TrackID>& ids)
+{
+    m_library.tagWriting().restoreOriginalTags(ids);
+}
+
+void ContentView::cancelTagWrites()
+{
+    m_library.tagWriting().saver().cancelBatches();
+}
+
+void ContentView::trashStrayTemporaries()
+{
+    m_library.strayTemporaries().moveToTrash();
+}
+
+void ContentView::answerWhatSavesKeep(bool keepsOthers)
+{
+    m_library.tagWriting().saver().answerWhatSavesKeep(keepsOthers);
 }
 
 void ContentView::revealInFileManager(const QSet<TrackID>& ids)

@@ -26,6 +26,8 @@ public:
         std::function<void(LibraryTab tab, std::function<void(const QList<QUrl>&)> chosen)> chooseFiles;
         /// Shows a folder in the system's file manager.
         std::function<void(const QUrl& folder)> openFolder;
+        /// Opens the file dialog for a picture; \p chosen gets the file's bytes, on confirmation only.
+        std::function<void(std::function<void(const QByteArray& image)> chosen)> chooseImage = {};
     };
 
     ContentView(LibraryStore& library, AudioPlayer& player, Surroundings surroundings);
@@ -51,6 +53,13 @@ public:
     void assignAlbum(const QString& album, const QSet<TrackID>& ids) override;
     void clearGenres(const QSet<TrackID>& ids) override;
     void clearComments(const QSet<TrackID>& ids) override;
+    void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) override;
+    void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids) override;
+    void chooseArtwork(std::function<void(const QByteArray& image)> chosen) override;
+    void restoreOriginalTags(const QSet<TrackID>& ids) override;
+    void cancelTagWrites() override;
+    void trashStrayTemporaries() override;
+    void answerWhatSavesKeep(bool keepsOthers) override;
     void revealInFileManager(const QSet<TrackID>& ids) override;
     void setPlaylistScrolling(bool scrolling) override;
     void dismissNotice() override;

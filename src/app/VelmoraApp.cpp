@@ -6,15 +6,16 @@
 #include "app/ContentView.h"
 #include "app/DefaultsMigration.h"
 #include "app/LibraryPlayer.h"
+#include "app/LibraryTagFiles.h"
 #include "app/Lifecycle.h"
 #include "async/MainQueue.h"
 #include "async/SystemClock.h"
 #include "async/ThreadExecutor.h"
 #include "core/library/LibraryServices.h"
 #include "core/library/LibraryStore.h"
+#include "core/library/artwork/ArtworkImage.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/tagwriting/TagWriter.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Localization.h"
@@ -22,8 +23,10 @@
 #include "platform/Preferences.h"
 #include "platform/TerminationSignals.h"
 #include "platform/audio/AudioFilePlayer.h"
+#include "platform/files/Trash.h"
 #include "playback/AudioPlayer.h"
 #include "tags/AudioMetadataLoader.h"
+#include "tags/keeping/TagInventoryReader.h"
 #include "ui/MainWindow.h"
 #include "ui/dialogs/OpenPanel.h"
 #include "ui/waveform/RowWaveforms.h"
@@ -31,6 +34,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFile>
 #include <QIcon>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -70,6 +74,7 @@ VelmoraApp::~VelmoraApp()
     if (m_lifecycle)
         m_lifecycle->terminate();
     m_sweep.cancel();
+    m_imageRead.cancel();
     if (m_waveformQueue)
         m_waveformQueue->setPreloadedHandler({});
     m_window.reset();
@@ -82,6 +87,8 @@ VelmoraApp::~VelmoraApp()
     m_waveformQueue.reset();
     m_waveforms.reset();
     async::MainQueue::drain(); // tasks that were stopped just now come to their end while the clock is there
+    m_executor.reset();        // waits for the file that is being written
+    async::MainQueue::drain();
 }
 
 void VelmoraApp::loadIcon()
@@ -107,8 +114,9 @@ void VelmoraApp::buildStore()
     m_notifications = std::make_unique<Notifications>();
     m_clock = std::make_unique<async::SystemClock>();
     m_executor = std::make_unique<async::ThreadExecutor>();
-    m_tagWriter = std::make_unique<NoTagWriter>();
-    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagWriter, {}, {}, {}, {}, {}};
+    m_tagFiles = std::make_unique<LibraryTagFiles>(AppPaths::tagVaultFolder());
+    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagFiles, {}, {}, {}, {},
+                             {},       {}};
     // Read on worker threads, which must not ask the preferences.
     const auto readsWindows1251 = std::make_shared<std::atomic_bool>(m_preferences->readsWindows1251Tags.get());
     connect(m_preferences.get(), &Preferences::changed, this, [this, readsWindows1251](const QString& key) {
@@ -118,6 +126,7 @@ void VelmoraApp::buildStore()
     services.readMetadata = [readsWindows1251](const QUrl& url, const AudioTags& fallbackTags) {
         return AudioMetadataLoader::loadIfReadable(url, fallbackTags, *readsWindows1251);
     };
+    services.moveToTrash = [](const QUrl& url) { Trash().moveToTrash(url.toLocalFile()); };
     m_waveforms = std::make_unique<WaveformCache>(*m_clock, *m_executor, AppPaths::waveformFolder());
     m_waveformQueue = std::make_unique<WaveformPreloadQueue>(*m_clock, *m_waveforms);
     services.preloadWaveforms = [this](const QList<QUrl>& urls) { m_waveformQueue->enqueue(urls); };
@@ -132,6 +141,25 @@ async::Task<> VelmoraApp::sweepTemporaryFiles(std::stop_token stop)
 {
     const auto sweep = [](const std::stop_token&) { TemporarySweep::removeStale(); };
     co_await m_executor->run(async::Priority::Background, std::move(stop), sweep);
+}
+
+void VelmoraApp::chooseImage(std::function<void(const QByteArray&)> chosen)
+{
+    OpenPanel::openImage(m_window.get(), [this, chosen = std::move(chosen)](const QUrl& url) {
+        m_imageRead.start(
+            [this, url, chosen](std::stop_token stop) { return readImage(url, chosen, std::move(stop)); });
+    });
+}
+
+/// A picture may lie on a slow disk. One byte more than is taken, so that what is too large shows as that.
+async::Task<> VelmoraApp::readImage(QUrl url, std::function<void(const QByteArray&)> chosen, std::stop_token stop)
+{
+    const auto read = [url](const std::stop_token&) {
+        QFile file(url.toLocalFile());
+        return file.open(QIODevice::ReadOnly) ? file.read(ArtworkImage::kMaximumBytes + 1) : QByteArray();
+    };
+    const QByteArray bytes = co_await m_executor->run(async::Priority::UserInitiated, std::move(stop), read);
+    chosen(bytes);
 }
 
 /// Gives player and library to each other.
@@ -180,12 +208,16 @@ void VelmoraApp::buildWindow()
     surroundings.chooseFiles = [this](LibraryTab tab, std::function<void(const QList<QUrl>&)> chosen) {
         OpenPanel::open(m_window.get(), tab, std::move(chosen));
     };
+    surroundings.chooseImage = [this](std::function<void(const QByteArray&)> chosen) {
+        chooseImage(std::move(chosen));
+    };
     surroundings.openFolder = [](const QUrl& folder) { QDesktopServices::openUrl(folder); };
     m_contentView = std::make_unique<ContentView>(*m_library, *m_player, std::move(surroundings));
     connect(m_notifications.get(), &Notifications::velmoraLanguageDidChange, this,
             [this] { m_toolkitTexts.setLanguage(VelmoraLocalization::language()); });
     m_window = std::make_unique<MainWindow>(WindowServices{*m_library, *m_contentView, *m_player, *m_audio, *m_executor,
-                                                           *m_clock, *m_waveforms, &AudioMetadataLoader::artwork});
+                                                           *m_clock, *m_waveforms, &AudioMetadataLoader::artwork,
+                                                           &TagInventoryReader::read});
     m_waveformQueue->setPreloadedHandler([this](const QUrl& url) { m_window->rowWaveforms().arrived(url); });
 }
 

@@ -8,6 +8,7 @@
 #include <QUrl>
 #include <QUuid>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,7 +21,7 @@ class Lifecycle;
 class MainWindow;
 class Notifications;
 class Preferences;
-class TagWriter;
+class TagFiles;
 class TerminationSignals;
 class WaveformCache;
 class WaveformPreloadQueue;
@@ -58,17 +59,19 @@ private:
     void watchLifecycle();
     void loadIcon();
     async::Task<> sweepTemporaryFiles(std::stop_token stop);
+    void chooseImage(std::function<void(const QByteArray&)> chosen);
+    async::Task<> readImage(QUrl url, std::function<void(const QByteArray&)> chosen, std::stop_token stop);
 
     std::unique_ptr<Preferences> m_preferences;
     ToolkitTexts m_toolkitTexts;
     std::unique_ptr<AudioSystem> m_audio; // before the executor, whose last jobs may be opening a file
     std::unique_ptr<Notifications> m_notifications;
     std::unique_ptr<async::Clock> m_clock;
+    std::unique_ptr<TagFiles> m_tagFiles; // before the executor, whose last job may be writing a file
     std::unique_ptr<async::Executor> m_executor;
     std::unique_ptr<WaveformCache> m_waveforms;
     std::unique_ptr<WaveformPreloadQueue> m_waveformQueue;
     std::optional<QUuid> m_prioritizedID; ///< track whose waveforms were preferred last
-    std::unique_ptr<TagWriter> m_tagWriter;
     std::unique_ptr<LibraryStore> m_library;
     std::unique_ptr<AudioPlayer> m_player;
     std::unique_ptr<LibraryPlayer> m_libraryPlayer;
@@ -77,4 +80,5 @@ private:
     std::unique_ptr<TerminationSignals> m_terminationSignals;
     std::unique_ptr<MainWindow> m_window;
     async::TaskSlot m_sweep;
+    async::TaskSlot m_imageRead;
 };

@@ -1,5 +1,6 @@
 #include "app/AppPaths.h"
 #include "app/VelmoraApp.h"
+#include "core/library/artwork/ArtworkImage.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
 #include "platform/audio/AudioFilePlayer.h"
@@ -13,6 +14,8 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("Velmora"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VELMORA_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("velmora"));
+
+    ArtworkImage::allowLargePictures();
 
     auto preferences = std::make_unique<Preferences>(std::make_unique<SettingsFile>(AppPaths::preferencesFile()));
     auto audio = makeAudioSystem(preferences->audioOutputDevice.get());

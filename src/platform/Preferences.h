@@ -104,6 +104,10 @@ public:
     Preference<double> lastUpdatePromptDate{*m_store, QStringLiteral("lastUpdatePromptDate"),
                                             0.0}; ///< seconds since 1970
     Preference<bool> readsWindows1251Tags{*m_store, QStringLiteral("velmora.readsWindows1251Tags.v1"), true};
+    /// Whether a save keeps the picture and all other entries of a file's tags; and whether the user was asked.
+    Preference<bool> keepsOtherTagEntries{*m_store, QStringLiteral("velmora.keepsOtherTagEntries.v1"), false};
+    Preference<bool> keepsOtherTagEntriesAsked{*m_store, QStringLiteral("velmora.keepsOtherTagEntriesAsked.v1"), false};
+    Preference<bool> inspectorVisible{*m_store, QStringLiteral("velmora.inspectorVisible.v1"), false};
 
     // Quick lists, as raw texts; QuickLists parses them.
     Preference<QString> genreList{*m_store, QStringLiteral("genreList"), defaultGenreList()};

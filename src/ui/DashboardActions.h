@@ -1,12 +1,14 @@
 #pragma once
 
 #include "core/model/LibraryTab.h"
+#include "core/model/TagField.h"
 #include "core/model/Track.h"
 
 #include <QList>
 #include <QSet>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 class UndoManager;
@@ -45,6 +47,20 @@ public:
     virtual void assignAlbum(const QString& album, const QSet<TrackID>& ids) = 0;
     virtual void clearGenres(const QSet<TrackID>& ids) = 0;
     virtual void clearComments(const QSet<TrackID>& ids) = 0;
+    /// Writes the chosen fields of \p tags into the rows and their files, as one step of undo.
+    virtual void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) = 0;
+    /// Writes a picture into the files. \param image the bytes of any picture.
+    virtual void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids) = 0;
+    /// The file dialog for a picture; \p chosen gets the bytes of the file, on confirmation only.
+    virtual void chooseArtwork(std::function<void(const QByteArray& image)> chosen) = 0;
+    /// Puts the tags back that the files had before the program first changed them.
+    virtual void restoreOriginalTags(const QSet<TrackID>& ids) = 0;
+    /// Stops the writing of a batch before its next file.
+    virtual void cancelTagWrites() = 0;
+    /// Moves what interrupted writes left behind to the Trash.
+    virtual void trashStrayTemporaries() = 0;
+    /// The answer to Workspace::isAskingWhatSavesKeep().
+    virtual void answerWhatSavesKeep(bool keepsOthers) = 0;
     /// Shows the files in the system's file manager.
     virtual void revealInFileManager(const QSet<TrackID>& ids) = 0;
     virtual void setPlaylistScrolling(bool scrolling) = 0;

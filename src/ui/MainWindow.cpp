@@ -7,9 +7,11 @@
 #include "platform/Preferences.h"
 #include "ui/DashboardActions.h"
 #include "ui/WindowContext.h"
+#include "ui/inspector/Inspector.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionHeader.h"
+#include "ui/sections/SectionRows.h"
 #include "ui/sections/SectionView.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
@@ -27,6 +29,7 @@
 #include "ui/window/WorkspaceWindowSizer.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QStackedWidget>
@@ -51,7 +54,8 @@ MainWindow::MainWindow(const WindowServices& services)
     , m_thumbnails(std::make_unique<ThumbnailCache>(services.executor, services.readArtwork))
     , m_rowWaveforms(std::make_unique<RowWaveforms>(services.waveforms))
     , m_context(new WindowContext{services.library, services.actions, services.player, services.audio, *m_theme,
-                                  *m_thumbnails, services.waveforms, *m_rowWaveforms, services.clock})
+                                  *m_thumbnails, services.waveforms, *m_rowWaveforms, services.clock,
+                                  services.executor})
 {
     m_theme->install();
     setWindowTitle(QStringLiteral("Velmora"));
@@ -61,6 +65,7 @@ MainWindow::MainWindow(const WindowServices& services)
     m_player = new PlayerBar(*m_context, this);
     m_status = new StatusStrip(*m_context, this);
     buildSections();
+    m_inspector = new Inspector(*m_context, Inspector::Services{services.executor, services.readTagInventory}, this);
     buildLayout();
     m_banner = new Banner(*m_context, *m_stack);
     m_commands = std::make_unique<WindowCommands>(*m_context, *this);
@@ -110,6 +115,7 @@ void MainWindow::buildLayout()
     all->addLayout(upper, 1);
     all->addWidget(m_status);
     connect(m_sidebar, &Sidebar::collapseToggled, this, &MainWindow::toggleSidebar);
+    connect(m_inspector, &Inspector::leaveWanted, this, [this] { activeSection().focusList(); });
     connect(m_sidebar, &Sidebar::settingsWanted, this, &MainWindow::openSettings);
     connect(m_sidebar, &Sidebar::filesDropped, this,
             [this](const QList<QUrl>& urls, LibraryTab tab) { m_context->actions.receiveDroppedTracks(urls, tab); });
@@ -190,6 +196,8 @@ void MainWindow::showTab(LibraryTab tab)
     }
     SectionView& shown = section(tab);
     shown.setShown(true);
+    if (SectionRows::holdsLibraryTracks(tab))
+        shown.setPanel(m_inspector);
     m_stack->setCurrentWidget(&shown);
     if (const auto played = m_context->actions.playlistReturnPlaybackID(); played && tab == LibraryTab::Playlist)
         shown.scrollTo(*played);
@@ -249,6 +257,7 @@ void MainWindow::retranslate()
     m_sidebar->retranslate();
     m_player->retranslate();
     m_status->retranslate();
+    m_inspector->retranslate();
     m_banner->retranslate();
     m_commands->retranslate();
     m_playerCommands->retranslate();
@@ -264,6 +273,11 @@ bool MainWindow::event(QEvent* event)
         return true;
     }
     return QWidget::event(event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(m_inspector->mayClose());
 }
 
 void MainWindow::hideEvent(QHideEvent* event)

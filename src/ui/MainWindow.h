@@ -13,6 +13,7 @@ class AudioPlayer;
 class AudioSystem;
 class Banner;
 class DashboardActions;
+class Inspector;
 class LibraryStore;
 class PlayerBar;
 class PlayerCommands;
@@ -28,6 +29,7 @@ class WaveformCache;
 class WindowCommands;
 class WorkspaceWindowSizer;
 struct ListChange;
+struct TagInventory;
 struct WindowContext;
 
 namespace async {
@@ -45,7 +47,9 @@ struct WindowServices {
     async::Clock& clock;
     WaveformCache& waveforms;
     /// Reads the picture of an audio file again; called on worker threads. Null if there is none.
-    std::function<QByteArray(const QUrl&)> readArtwork;
+    std::function<QByteArray(const QUrl&)> readArtwork = {};
+    /// Looks through an audio file for what a save may take away; called on worker threads. Null if nothing can.
+    std::function<TagInventory(const QUrl&)> readTagInventory = {};
 };
 
 /// The one window: sidebar, the seven sections, the player and the status line. Draws what the store
@@ -60,10 +64,12 @@ public:
     SectionView& section(LibraryTab tab) const { return *m_sections[static_cast<size_t>(tab)]; }
     SectionView& activeSection() const;
     Sidebar& sidebar() const { return *m_sidebar; }
+    Inspector& inspector() const { return *m_inspector; }
     Theme& theme() const { return *m_theme; }
     RowWaveforms& rowWaveforms() const { return *m_rowWaveforms; }
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     bool event(QEvent* event) override;
 
@@ -88,6 +94,7 @@ private:
     std::unique_ptr<WindowContext> m_context;
     std::array<SectionView*, kAllLibraryTabs.size()> m_sections{};
     Sidebar* m_sidebar = nullptr;
+    Inspector* m_inspector = nullptr;
     QStackedWidget* m_stack = nullptr;
     QVBoxLayout* m_column = nullptr; ///< sections and player
     PlayerBar* m_player = nullptr;

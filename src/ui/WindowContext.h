@@ -11,7 +11,8 @@ class WaveformCache;
 
 namespace async {
 class Clock;
-}
+class Executor;
+} // namespace async
 
 /// What the pieces of the window share. The references outlive them.
 struct WindowContext {
@@ -24,4 +25,5 @@ struct WindowContext {
     WaveformCache& waveforms;
     RowWaveforms& rowWaveforms;
     async::Clock& clock;
+    async::Executor& executor;
 };

@@ -28,8 +28,9 @@ protected:
     }
 
     ThumbnailCache thumbnails{executor, {}};
-    WindowContext context{
-        *store, dashboard, player, audio, window->theme(), thumbnails, waveforms, window->rowWaveforms(), clock};
+    WindowContext context{*store,          dashboard,  player,    audio,
+                          window->theme(), thumbnails, waveforms, window->rowWaveforms(),
+                          clock,           executor};
 };
 
 TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
@@ -61,6 +62,59 @@ TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
         const QAction* tagging = action(menu, genre);
         EXPECT_EQ(tagging && tagging->isEnabled(), each.tags);
         EXPECT_TRUE(action(menu, VelmoraLocalization::string(QStringLiteral("Открыть в Finder"))));
+    }
+}
+
+TEST_F(MenusTest, FilesOfLibraryRowsGetCoversAndTheirFirstTagsBack)
+{
+    const Track kept = track(QStringLiteral("a.mp3"));
+    const Track other = track(QStringLiteral("b.mp3"));
+    fill({kept, other});
+    files.originals = {kept.url()};
+    const QString cover = QStringLiteral("Присвоить обложку…");
+    const QString restore = QStringLiteral("Вернуть исходные теги");
+    const struct {
+        LibraryTab tab;
+        QList<Track> rows;
+        QSet<TrackID> written;
+        bool covers, restores;
+    } kCases[]{
+        {LibraryTab::Playlist, {kept, other}, {}, true, true},
+        {LibraryTab::Favorites, {other}, {}, true, false},
+        {LibraryTab::Covers, {kept}, {other.id()}, true, true},
+        {LibraryTab::Covers, {kept, other}, {other.id()}, false, false},
+        {LibraryTab::Converter, {kept}, {}, false, false},
+    };
+    for (const auto& each : kCases) {
+        workspace().setArtworkWritingIDs(each.written);
+        QMenu menu;
+        build(menu, each.tab, ids(each.rows));
+        QAction* covers = action(menu, cover);
+        QAction* restores = action(menu, restore);
+        EXPECT_EQ(covers && covers->isEnabled(), each.covers);
+        EXPECT_EQ(restores && restores->isEnabled(), each.restores);
+        if (!each.restores)
+            continue;
+        covers->trigger();
+        dashboard.imageChosen("picture");
+        EXPECT_EQ(dashboard.assignedImage, "picture");
+        EXPECT_EQ(dashboard.last("assignArtwork").ids, ids(each.rows));
+        restores->trigger();
+        EXPECT_EQ(dashboard.last("restoreOriginalTags").ids, ids(each.rows));
+    }
+}
+
+TEST_F(MenusTest, WhatSavesKeepIsASetting)
+{
+    for (const bool isOn : {true, false}) {
+        QMenu menu;
+        SettingsMenu::build(menu, context);
+        QAction* keep = action(menu, QStringLiteral("Сохранять обложку и прочие поля файла"));
+        EXPECT_EQ(keep->isChecked(), !isOn);
+        preferences.keepsOtherTagEntriesAsked.set(false);
+        keep->trigger();
+        EXPECT_EQ(preferences.keepsOtherTagEntries.get(), isOn);
+        EXPECT_TRUE(preferences.keepsOtherTagEntriesAsked.get()) << "who has chosen is not asked";
     }
 }
 

@@ -1,5 +1,6 @@
 #include "support/WindowFixture.h"
 
+#include <QPaintEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -166,4 +167,38 @@ TEST(RowLayoutTest, PlacesAndRowsAgree)
         EXPECT_EQ(layout.nearestRow(1 << 20), 19);
     }
     EXPECT_EQ(RowLayout().nearestRow(0), -1);
+}
+
+TEST_F(TrackTableTest, ARowThatChangesIsPaintedWholeBelowFolderHeaders)
+{
+    class Painted : public QObject {
+    public:
+        QRegion region;
+
+    protected:
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            if (event->type() == QEvent::Paint)
+                region += static_cast<QPaintEvent*>(event)->region();
+            return false;
+        }
+    };
+    const QList<Track> tracks = rows(6);
+    fill(tracks);
+    show();
+    turn();
+    Painted painted;
+    table().viewport()->installEventFilter(&painted);
+    QList<Track> changed = tracks;
+    AudioTags tags = tracks[2].tags();
+    tags.title = QStringLiteral("Another title");
+    for (Track& track : changed) {
+        if (track.id() == tracks[2].id())
+            track.replaceTags(tags);
+    }
+    fill(changed);
+    turn();
+    const int row = *static_cast<TrackListModel*>(table().model())->rowOf(tracks[2].id());
+    const QRect whole = table().visualRect(table().model()->index(row, 0));
+    EXPECT_TRUE(QRegion(whole).subtracted(painted.region).isEmpty());
 }

@@ -7,15 +7,22 @@
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/VelmoraApp.h"
+#include "async/SystemClock.h"
+#include "async/TaskSlot.h"
 #include "core/library/LibraryStore.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/selection/Selection.h"
+#include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
 #include "playback/AudioPlayer.h"
 #include "ui/MainWindow.h"
+#include "ui/covers/CoverAssignment.h"
+#include "ui/inspector/Inspector.h"
+#include "ui/inspector/InspectorField.h"
+#include "ui/inspector/InspectorFields.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeControl.h"
@@ -30,6 +37,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QTemporaryDir>
 
@@ -51,7 +59,8 @@ const QHash<QString, LibraryTab>& sections()
 }
 
 struct Options {
-    QString out, section, theme, language, layout, size, state, drawer, colour, height;
+    QString out, section, theme, language, layout, size, state, drawer, colour, height, coverImage, inspector, select;
+    bool asks;
     QStringList folders;
 };
 
@@ -71,12 +80,16 @@ Options parse(const QStringList& arguments)
     option("drawer", "bars, logarithmicBars, line, curve or dots", "bars");
     option("colour", "preset of the waveform's colours", "white");
     option("height", "of the waveform", "42");
+    option("cover-image", "picture file to choose in Covers", "");
+    parser.addOption({QStringLiteral("ask"), QStringLiteral("the question of what saves keep")});
+    option("inspector", "closed, open, edited, pinned or writing", "closed");
+    option("select", "FIRST+COUNT of the rows", "2+2");
     option("scale", "scale factor of the screen", "1");
-    option(
-        "state",
-        "rows, empty, notice, error, ontop, playing, paused, loading, outputs, hover, volume, or menu for the menu of "
-        "a row alone, settings for that of the waveforms",
-        "rows");
+    option("state",
+           "rows, empty, notice, error, ontop, playing, paused, loading, writing, outputs, hover, volume, or menu for "
+           "the menu of "
+           "a row alone, settings for that of the waveforms",
+           "rows");
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("folders to show instead of made-up rows"));
     parser.addHelpOption();
     parser.process(arguments);
@@ -91,6 +104,10 @@ Options parse(const QStringList& arguments)
             value("drawer"),
             value("colour"),
             value("height"),
+            value("cover-image"),
+            value("inspector"),
+            value("select"),
+            parser.isSet(QStringLiteral("ask")),
             parser.positionalArguments()};
 }
 
@@ -113,6 +130,7 @@ std::unique_ptr<VelmoraApp> makeApp(const Options& options)
     preferences->waveformDrawer.set(options.drawer);
     preferences->waveformColorPreset.set(options.colour);
     preferences->waveformHeight.set(options.height.toDouble());
+    preferences->inspectorVisible.set(options.inspector != QLatin1StringView("closed"));
     preferences->defaultsMigrated.set(true); // nothing of the user's own settings in a picture
     auto app = std::make_unique<VelmoraApp>(std::move(preferences), std::make_unique<DemoAudio>());
     app->open({});
@@ -160,11 +178,35 @@ void inventRows(LibraryStore& library)
     workspace.setConversionItems(jobs);
 }
 
-void selectSome(LibraryStore& library, LibraryTab tab)
+void selectSome(LibraryStore& library, LibraryTab tab, const QString& range)
 {
     const QList<Track> rows = library.selection().tracks(tab);
-    if (rows.size() > 4)
-        library.selection().select({rows[2].id(), rows[3].id()}, rows[2].id());
+    const int first = range.section(u'+', 0, 0).toInt();
+    const int count = range.section(u'+', 1, 1).toInt();
+    if (rows.size() < first + count || count == 0)
+        return;
+    QSet<TrackID> ids;
+    for (const Track& track : rows.mid(first, count))
+        ids.insert(track.id());
+    library.selection().select(ids, rows[first].id());
+}
+
+/// Puts the inspector into a state. \param tab the section shown.
+void prepareInspector(VelmoraApp& app, LibraryTab tab, const QString& state)
+{
+    LibraryStore& library = app.library();
+    const QList<Track> rows = library.selection().tracks(tab);
+    pump(kSettleMilliseconds);
+    const auto field = [&](TagField tag) -> InspectorField& { return app.window().inspector().fields().field(tag); };
+    if (state == QLatin1StringView("writing") && !rows.isEmpty())
+        library.workspace().setArtworkWritingIDs(library.workspace().activeSelection());
+    if (state != QLatin1StringView("edited") && state != QLatin1StringView("pinned"))
+        return;
+    emit field(TagField::Album).edited(QStringLiteral("#CLOSING"));
+    emit field(TagField::Comment).edited(QString());
+    field(TagField::Artist).editor().setFocus();
+    if (state == QLatin1StringView("pinned"))
+        library.selection().select({rows.first().id()}, rows.first().id());
 }
 
 /// The focused row plays, or stands in its midst.
@@ -191,6 +233,42 @@ void hoverRow(MainWindow& window, int row)
     const QPointF middle(envelope->width() * 0.7, envelope->height() / 2.0);
     QMouseEvent over(QEvent::MouseMove, middle, envelope->mapToGlobal(middle), Qt::NoButton, Qt::NoButton, {});
     QApplication::sendEvent(envelope, &over);
+}
+
+void chooseCover(MainWindow& window, const QString& path)
+{
+    CoverAssignment* covers = window.activeSection().coverAssignment();
+    if (!covers || path.isEmpty())
+        return;
+    QMimeData picture;
+    picture.setUrls({FileURL::fromPath(QFileInfo(path).absoluteFilePath())});
+    covers->take(picture);
+    pump(kReadLimitMilliseconds, [&] { return covers->choice().picture().has_value(); });
+}
+
+async::Task<> holdFile(MetadataWriteCoordinator& coordinator, QUrl url, async::Clock& clock, std::stop_token stop)
+{
+    const MetadataWriteCoordinator::HeldPath held = co_await coordinator.hold(url, stop);
+    co_await clock.sleep(async::seconds(kReadLimitMilliseconds), stop);
+}
+
+/// A batch of writes that waits for one of its files, which another writer holds, and covers under way.
+void writeWithoutEnd(LibraryStore& library, async::Clock& clock, async::TaskSlot& holder)
+{
+    constexpr int kHeldRow = 12;
+    library.preferences().keepsOtherTagEntriesAsked.set(true);
+    Workspace& workspace = library.workspace();
+    TagSaver& saver = library.tagWriting().saver();
+    const QUrl heldURL = workspace.tracks().at(kHeldRow).url();
+    holder.start([&saver, heldURL, &clock](std::stop_token stop) {
+        return holdFile(saver.coordinator(), heldURL, clock, std::move(stop));
+    });
+    QList<TagSaver::Item> items;
+    for (const Track& track : workspace.tracks().rows())
+        items.append(TagSaver::Item{track, TagField::Genre});
+    saver.writeBatch(items);
+    workspace.setArtworkWritingIDs({workspace.tracks().at(0).id(), workspace.tracks().at(4).id()});
+    pump(kSettleMilliseconds);
 }
 
 void openWaveformMenu(MainWindow& window)
@@ -249,7 +327,15 @@ int main(int argc, char** argv)
         importFolders(*app, options.folders, tab);
     else if (options.state != QLatin1StringView("empty"))
         inventRows(app->library());
-    selectSome(app->library(), tab);
+    selectSome(app->library(), tab, options.select);
+    prepareInspector(*app, tab, options.inspector);
+    chooseCover(app->window(), options.coverImage);
+    async::SystemClock clock;
+    async::TaskSlot holder;
+    if (options.state == QLatin1StringView("writing"))
+        writeWithoutEnd(app->library(), clock, holder);
+    if (options.asks)
+        app->library().workspace().setAskingWhatSavesKeep(true);
     QWidget* shown = prepare(*app, options.state);
     return shown && shown->grab().save(options.out) ? 0 : 1;
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "core/library/LibraryServices.h"
+#include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/MetadataLoads.h"
+#include "core/library/imports/StrayTemporaries.h"
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
@@ -29,16 +31,22 @@ struct LibraryConcerns {
     Playback playback;
     Waveforms waveforms;
     Favorites favorites;
+    TagSaver tagSaver;
     TagWriting tagWriting;
+    Artwork artwork;
     MetadataLoads loads;
     Sending sending;
+    StrayTemporaries strayTemporaries;
     Imports imports;
 
 private:
     void wireUpkeep();
+    void wireStoppedWrites();
 
     Favorites::Dependencies favoritesDependencies();
+    TagSaver::Dependencies tagSaverDependencies();
     TagWriting::Dependencies tagWritingDependencies();
+    Artwork::Dependencies artworkDependencies();
     MetadataLoads::Dependencies loadsDependencies();
     Sending::Dependencies sendingDependencies();
     Imports::Dependencies importsDependencies();

@@ -12,7 +12,7 @@
 
 class Notifications;
 class Preferences;
-class TagWriter;
+class TagFiles;
 
 namespace async {
 class Clock;
@@ -25,9 +25,12 @@ struct LibraryServices {
     async::Executor& executor;
     Preferences& preferences;
     Notifications& notifications;
-    TagWriter& tagWriter;
+    TagFiles& tagFiles;
     /// Reads one audio file; called on worker threads. Gives nothing for a file that cannot be read.
     std::function<std::optional<LoadedTrackMetadata>(const QUrl& url, const AudioTags& fallbackTags)> readMetadata;
+
+    /// Moves a file to the Trash; called on worker threads, throws TrashError. Empty where there is none.
+    std::function<void(const QUrl& url)> moveToTrash;
 
     // Calls to the analysers; an empty one means that nobody listens.
     std::function<void(const QSet<TrackID>& ids)> detectBPM;

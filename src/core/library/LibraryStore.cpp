@@ -27,6 +27,10 @@ Imports& LibraryStore::imports() const
 {
     return m_concerns->imports;
 }
+StrayTemporaries& LibraryStore::strayTemporaries() const
+{
+    return m_concerns->strayTemporaries;
+}
 Order& LibraryStore::order() const
 {
     return m_concerns->order;
@@ -34,6 +38,10 @@ Order& LibraryStore::order() const
 TagWriting& LibraryStore::tagWriting() const
 {
     return m_concerns->tagWriting;
+}
+Artwork& LibraryStore::artwork() const
+{
+    return m_concerns->artwork;
 }
 Sending& LibraryStore::sending() const
 {

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+class Artwork;
 class Favorites;
 class Imports;
 class Notifications;
@@ -12,6 +13,7 @@ class QuickLists;
 class Selection;
 class Sending;
 class StatusLine;
+class StrayTemporaries;
 class TagWriting;
 class Waveforms;
 class Workspace;
@@ -32,8 +34,10 @@ public:
     Selection& selection() const;
     Favorites& favorites() const;
     Imports& imports() const;
+    StrayTemporaries& strayTemporaries() const;
     Order& order() const;
     TagWriting& tagWriting() const;
+    Artwork& artwork() const;
     Sending& sending() const;
     Playback& playback() const;
     Waveforms& waveforms() const;

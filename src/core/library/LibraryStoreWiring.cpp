@@ -11,12 +11,16 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , playback({selection})
     , waveforms({selection, services.preloadWaveforms, services.prioritizeWaveforms})
     , favorites(favoritesDependencies())
+    , tagSaver(tagSaverDependencies())
     , tagWriting(tagWritingDependencies())
+    , artwork(artworkDependencies())
     , loads(loadsDependencies())
     , sending(sendingDependencies())
+    , strayTemporaries({status, services.executor, services.moveToTrash})
     , imports(importsDependencies())
 {
     wireUpkeep();
+    wireStoppedWrites();
 }
 
 LibraryConcerns::~LibraryConcerns() = default;
@@ -30,6 +34,15 @@ void LibraryConcerns::wireUpkeep()
         if (!favorites.isPatchingMembership() && !loads.isApplyingBatch())
             workspace.raisePlaylistAnalysisRevision();
     };
+}
+
+/// A stopped batch leaves rows behind that differ from their files: nobody shall overlook that.
+void LibraryConcerns::wireStoppedWrites()
+{
+    QObject::connect(&tagSaver, &TagSaver::stopped, &workspace, [this](int notWritten) {
+        status.showCounted(QStringLiteral("Запись остановлена, в файлы не записано: %d"), {notWritten},
+                           QStringLiteral("exclamationmark.triangle"), WorkspaceStatus::Tone::Warning);
+    });
 }
 
 Favorites::Dependencies LibraryConcerns::favoritesDependencies()
@@ -46,7 +59,23 @@ Favorites::Dependencies LibraryConcerns::favoritesDependencies()
 
 TagWriting::Dependencies LibraryConcerns::tagWritingDependencies()
 {
-    return {workspace, status, services.notifications, quickLists, services.tagWriter};
+    return {workspace, status, services.notifications, quickLists, tagSaver};
+}
+
+/// What is written in the background comes back to the user through the edits' concern.
+TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
+{
+    return {workspace,
+            services.preferences,
+            services.executor,
+            services.tagFiles,
+            services.readMetadata,
+            [this](const TagFileError& error) { tagWriting.reportWriteError(error); }};
+}
+
+Artwork::Dependencies LibraryConcerns::artworkDependencies()
+{
+    return {workspace, status, services.notifications, services.clock, services.executor, tagSaver};
 }
 
 MetadataLoads::Dependencies LibraryConcerns::loadsDependencies()
@@ -74,5 +103,6 @@ Imports::Dependencies LibraryConcerns::importsDependencies()
             loads,
             services.detectBPM,
             [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); },
-            services.analyzeQuality};
+            services.analyzeQuality,
+            [this](const QList<QUrl>& urls) { strayTemporaries.add(urls); }};
 }

@@ -1,7 +1,10 @@
 #include "ui/covers/CoverGrid.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
+#include "ui/text/Texts.h"
+#include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/CoverPaint.h"
@@ -20,6 +23,7 @@ constexpr int kTitleLine = 18;
 constexpr int kArtistLine = 17;
 constexpr int kRingGap = 2; // between picture and ring
 constexpr int kButton = 44;
+constexpr int kWritingIcon = 28;
 } // namespace
 
 CoverGrid::CoverGrid(const WindowContext& context, TrackListModel& model, QWidget* parent)
@@ -37,6 +41,8 @@ CoverGrid::CoverGrid(const WindowContext& context, TrackListModel& model, QWidge
     setMouseTracking(true);
     connect(&context.thumbnails, &ThumbnailCache::ready, viewport(), qOverload<>(&QWidget::update));
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
+    connect(&context.library.workspace(), &Workspace::artworkWritingIDsChanged, viewport(),
+            qOverload<>(&QWidget::update));
     connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
             &CoverGrid::playbackChanged);
 }
@@ -247,8 +253,14 @@ void CoverGrid::paintCell(QPainter& painter, int row) const
     const bool isSelected = selectionModel()->isSelected(index);
     const bool isFocused = hasFocus() && currentIndex() == index && (m_isKeyboardUsed || !isSelected);
     CoverPaint::paint(painter, m_context, picture, Metrics::kRadiusLarge, &track);
-    if (row == m_hovered)
+    if (isWriting(track)) {
+        Paint::roundedFill(painter, picture, Metrics::kRadiusLarge, c.coverVeil);
+        QRect glyph(0, 0, kWritingIcon, kWritingIcon);
+        glyph.moveCenter(picture.center());
+        Icons::paint(painter, glyph, QStringLiteral("convert"), c.coverGlyph);
+    } else if (row == m_hovered) {
         PlayingMark::paintButton(painter, buttonRect(index), kButton / 2, m_mark.of(track), m_context.theme);
+    }
     const int reach = kRingGap + Metrics::kCoverRing;
     const QRect ring = picture.adjusted(-reach, -reach, reach, reach);
     if (isSelected)
@@ -267,8 +279,15 @@ void CoverGrid::paintCaption(QPainter& painter, const QRect& rect, const Track& 
     PlayingMark::paint(painter, {rect.left(), rect.top(), PlayingMark::kSide, kTitleLine}, mark, m_context.theme);
     Paint::line(painter, {rect.left() + indent, rect.top(), rect.width() - indent, kTitleLine}, track.displayTitle(),
                 m_context.theme.font(TextRole::BodyStrong), c.text);
-    Paint::line(painter, {rect.left(), rect.top() + kTitleLine, rect.width(), kArtistLine}, track.tags().artist,
+    const QString second =
+        isWriting(track) ? Texts::localized(QStringLiteral("Сохраняем обложку…")) : track.tags().artist;
+    Paint::line(painter, {rect.left(), rect.top() + kTitleLine, rect.width(), kArtistLine}, second,
                 m_context.theme.font(TextRole::Secondary), c.text2);
+}
+
+bool CoverGrid::isWriting(const Track& track) const
+{
+    return m_context.library.workspace().artworkWritingIDs().contains(track.id());
 }
 
 QRect CoverGrid::buttonRect(const QModelIndex& index) const

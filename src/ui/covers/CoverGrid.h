@@ -58,6 +58,7 @@ private:
     QList<int> rowsTouched(const QRect& area) const;
     void paintCell(QPainter& painter, int row) const;
     void paintCaption(QPainter& painter, const QRect& rect, const Track& track) const;
+    bool isWriting(const Track& track) const; ///< a picture is on its way into the file
     QRect buttonRect(const QModelIndex& index) const;
     QModelIndex buttonAt(const QPoint& position) const;
     void playbackChanged();

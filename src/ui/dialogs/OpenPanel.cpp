@@ -8,6 +8,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileSystemModel>
+#include <QImageReader>
 #include <QListView>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -19,6 +20,12 @@ constexpr QSize kSize{860, 560};
 
 /// Where the last choice was made in this run.
 QString& lastFolder()
+{
+    static QString folder;
+    return folder;
+}
+
+QString& lastImageFolder()
 {
     static QString folder;
     return folder;
@@ -96,6 +103,17 @@ QString audioFilter(LibraryTab tab)
            patterns.join(u' ') + u')';
 }
 
+QString imageFilter()
+{
+    QStringList patterns;
+    for (const QByteArray& format : QImageReader::supportedImageFormats()) {
+        patterns.append(QStringLiteral("*.") + QString::fromLatin1(format));
+        patterns.append(QStringLiteral("*.") + QString::fromLatin1(format).toUpper());
+    }
+    return VelmoraLocalization::string(QStringLiteral("Изображения")) + QStringLiteral(" (") + patterns.join(u' ') +
+           u')';
+}
+
 } // namespace
 
 void OpenPanel::open(QWidget* parent, LibraryTab tab, std::function<void(const QList<QUrl>&)> chosen)
@@ -122,5 +140,28 @@ void OpenPanel::open(QWidget* parent, LibraryTab tab, std::function<void(const Q
         if (!urls.isEmpty())
             chosen(urls);
     });
+    dialog->open();
+}
+
+void OpenPanel::openImage(QWidget* parent, std::function<void(const QUrl&)> chosen)
+{
+    auto* dialog = new QFileDialog(parent, VelmoraLocalization::string(QStringLiteral("Выберите обложку")));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilter(imageFilter());
+    dialog->setLabelText(QFileDialog::Accept, VelmoraLocalization::string(QStringLiteral("Выбрать изображение")));
+    dialog->setLabelText(QFileDialog::Reject, VelmoraLocalization::string(QStringLiteral("Отмена")));
+    dialog->setOption(QFileDialog::HideNameFilterDetails);
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString start = lastImageFolder().isEmpty() ? pictures : lastImageFolder();
+    if (QFileInfo(start).isDir())
+        dialog->setDirectory(start);
+    dialog->resize(kSize);
+    QObject::connect(dialog, &QFileDialog::fileSelected, parent,
+                     [dialog, chosen = std::move(chosen)](const QString& path) {
+                         lastImageFolder() = dialog->directory().absolutePath();
+                         chosen(FileURL::fromPath(path));
+                     });
     dialog->open();
 }

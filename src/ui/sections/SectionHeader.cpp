@@ -1,6 +1,9 @@
 #include "ui/sections/SectionHeader.h"
 
+#include "core/library/LibraryStore.h"
+#include "platform/Preferences.h"
 #include "ui/DashboardActions.h"
+#include "ui/sections/SectionRows.h"
 #include "ui/text/Texts.h"
 #include "ui/window/ThemeButton.h"
 #include "ui/window/ThemeLabel.h"
@@ -29,10 +32,17 @@ SectionHeader::SectionHeader(const WindowContext& context, LibraryTab tab, QWidg
     layout->setContentsMargins(Metrics::kSpace6, 0, Metrics::kSpace6, 0);
     layout->setSpacing(Metrics::kSpace3);
     layout->addLayout(words, 1);
-    layout->addLayout(m_actions);
-    layout->addWidget(m_menuButton);
+    if (addsFiles()) {
+        layout->addLayout(m_actions);
+        addTagsButton();
+        layout->addWidget(m_menuButton);
+        connect(m_mainButton, &QAbstractButton::clicked, this, [this] { m_context.actions.openSectionPanel(); });
+    } else { // the two actions are steps of one thing and stand together
+        addTagsButton();
+        layout->addWidget(m_menuButton);
+        layout->addLayout(m_actions);
+    }
     layout->addWidget(m_mainButton);
-    connect(m_mainButton, &QAbstractButton::clicked, this, [this] { m_context.actions.openSectionPanel(); });
     retranslate();
 }
 
@@ -54,10 +64,43 @@ ThemeButton* SectionHeader::addAction()
     return button;
 }
 
+/// Opens and closes the inspector, where there are rows for it.
+void SectionHeader::addTagsButton()
+{
+    if (!SectionRows::holdsLibraryTracks(m_tab))
+        return;
+    m_tagsButton = new ThemeButton(m_context.theme, ThemeButton::Kind::Quiet, this);
+    layout()->addWidget(m_tagsButton);
+    Preferences& preferences = m_context.library.preferences();
+    connect(m_tagsButton, &QAbstractButton::clicked, this,
+            [&preferences] { preferences.inspectorVisible.set(!preferences.inspectorVisible.get()); });
+    connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
+        if (key == preferences.inspectorVisible.key())
+            showTagsButton();
+    });
+    connect(&m_context.theme, &Theme::changed, this, &SectionHeader::showTagsButton);
+    showTagsButton();
+}
+
+void SectionHeader::showTagsButton()
+{
+    if (!m_tagsButton)
+        return;
+    const bool isOpen = m_context.library.preferences().inspectorVisible.get();
+    m_tagsButton->setIconColour(isOpen ? m_context.theme.colours().accent : QColor());
+    m_tagsButton->setIconOnly(
+        QStringLiteral("inspector"),
+        Texts::localized(isOpen ? QStringLiteral("Скрыть теги") : QStringLiteral("Показать теги")),
+        QStringLiteral("Ctrl+I"));
+}
+
 void SectionHeader::retranslate()
 {
+    showTagsButton();
     m_title->setText(Texts::pageTitle(m_tab));
-    m_mainButton->setContent(Texts::addFiles(m_tab), QStringLiteral("plus"));
-    m_mainButton->setToolTip(QStringLiteral("Ctrl+O"));
+    if (addsFiles()) {
+        m_mainButton->setContent(Texts::addFiles(m_tab), QStringLiteral("plus"));
+        m_mainButton->setToolTip(QStringLiteral("Ctrl+O"));
+    }
     m_menuButton->setIconOnly(QStringLiteral("more"), Texts::localized(QStringLiteral("Команды")));
 }

@@ -19,16 +19,23 @@ public:
     const QString& facts() const;
     /// Adds an action before the main button. Owned by the header.
     ThemeButton* addAction();
+    /// The accented button at the end: adds files, but in Covers, where the section says what it does.
+    ThemeButton& mainButton() const { return *m_mainButton; }
     /// Button of the menu that holds the commands.
     ThemeButton& menuButton() const { return *m_menuButton; }
     void retranslate();
 
 private:
+    bool addsFiles() const { return m_tab != LibraryTab::Covers; }
+    void addTagsButton();
+    void showTagsButton();
+
     WindowContext m_context;
     LibraryTab m_tab;
     ThemeLabel* m_title;
     ThemeLabel* m_facts;
     QHBoxLayout* m_actions;
+    ThemeButton* m_tagsButton = nullptr; ///< where the rows have tags to edit
     ThemeButton* m_menuButton;
     ThemeButton* m_mainButton;
 };

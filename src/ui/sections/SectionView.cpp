@@ -4,8 +4,11 @@
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
 #include "ui/DashboardActions.h"
+#include "ui/covers/CoverAssignment.h"
+#include "ui/covers/CoverChoiceCard.h"
 #include "ui/covers/CoverGrid.h"
 #include "ui/sections/EmptyState.h"
+#include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionRows.h"
 #include "ui/text/Texts.h"
@@ -31,6 +34,7 @@ SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* 
     , m_model(new TrackListModel(SectionRows::columns(tab), this))
     , m_header(new SectionHeader(context, tab, this))
     , m_empty(new EmptyState(context, tab, this))
+    , m_body(new SectionBody(this))
     , m_stack(new QStackedLayout)
 {
     buildList();
@@ -38,17 +42,20 @@ SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* 
     buildActions();
     m_stack->addWidget(m_empty);
     m_stack->addWidget(m_list);
-    auto* body = new QWidget(this);
-    body->setLayout(m_stack);
+    m_body->content().setLayout(m_stack);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_header);
-    layout->addWidget(body, 1);
+    if (m_covers)
+        layout->addWidget(&m_covers->card());
+    layout->addWidget(m_body, 1);
 
-    m_outline = new DropOutline(context.theme, *body);
+    m_outline = new DropOutline(context.theme, m_body->content());
     addDropTarget(*m_empty);
     addDropTarget(*m_list->viewport());
+    if (m_covers)
+        addDropTarget(m_covers->card());
     m_factsTimer.setSingleShot(true);
     m_factsTimer.setInterval(kFactsDelay);
     connect(&m_factsTimer, &QTimer::timeout, this, &SectionView::updateFacts);
@@ -96,6 +103,10 @@ void SectionView::followKeys()
 
 void SectionView::buildActions()
 {
+    if (m_tab == LibraryTab::Covers) {
+        m_covers = new CoverAssignment(m_context, *this);
+        m_retranslateActions = [this] { m_covers->retranslate(); };
+    }
     if (m_tab != LibraryTab::Favorites)
         return;
     ThemeButton* convert = m_header->addAction();
@@ -113,6 +124,10 @@ void SectionView::buildActions()
 void SectionView::addDropTarget(QWidget& area)
 {
     auto* target = new DropTarget(area, m_tab == LibraryTab::Converter);
+    if (m_covers) {
+        target->setTakesPictures(true);
+        connect(target, &DropTarget::pictureDropped, m_covers, &CoverAssignment::take);
+    }
     connect(target, &DropTarget::highlighted, m_outline, &QWidget::setVisible);
     connect(target, &DropTarget::dropped, this, &SectionView::filesDropped);
 }
@@ -246,6 +261,11 @@ void SectionView::moveFocus(int offset)
 void SectionView::selectAll()
 {
     m_list->selectAll();
+}
+
+void SectionView::setPanel(QWidget* panel)
+{
+    m_body->setPanel(panel);
 }
 
 void SectionView::focusList()

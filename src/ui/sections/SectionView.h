@@ -10,11 +10,13 @@
 
 #include <optional>
 
+class CoverAssignment;
 class DropTarget;
 class EmptyState;
 class QAbstractItemView;
 class QStackedLayout;
 class ScrollActivity;
+class SectionBody;
 class SectionHeader;
 class SelectionSync;
 
@@ -31,6 +33,8 @@ public:
     TrackListModel& model() const { return *m_model; }
     QAbstractItemView& list() const { return *m_list; }
     SectionHeader& header() const { return *m_header; }
+    /// Choosing and assigning pictures; null but in Covers.
+    CoverAssignment* coverAssignment() const { return m_covers; }
 
     /// Whether this is the page that the user sees.
     void setShown(bool shown);
@@ -47,6 +51,8 @@ public:
     void scrollTo(const TrackID& id);
     void selectAll();
     void focusList();
+    /// Shows a panel at the right of the list for as long as that is not hidden.
+    void setPanel(QWidget* panel);
 
 Q_SIGNALS:
     void contextMenuWanted(const QPoint& globalPosition);
@@ -72,10 +78,12 @@ private:
     SectionHeader* m_header;
     QAbstractItemView* m_list = nullptr;
     EmptyState* m_empty;
+    SectionBody* m_body;
     QStackedLayout* m_stack;
     QWidget* m_outline;
     SelectionSync* m_sync = nullptr; ///< null where the section keeps a selection of its own
     ScrollActivity* m_scrolling = nullptr;
+    CoverAssignment* m_covers = nullptr;
     std::function<void()> m_retranslateActions;
     QTimer m_factsTimer;
     bool m_isShown = false;

@@ -107,6 +107,16 @@ QString pageTitle(LibraryTab tab)
     }
 }
 
+QString byteCount(qint64 bytes)
+{
+    constexpr double kStep = 1024;
+    const auto kilobytes = static_cast<qint64>(std::ceil(bytes / kStep));
+    if (kilobytes < kStep)
+        return VelmoraLocalization::format(QStringLiteral("%d КБ"), {kilobytes});
+    const QString megabytes = VelmoraLocalization::locale().toString(bytes / kStep / kStep, 'f', 1);
+    return VelmoraLocalization::format(QStringLiteral("%@ МБ"), {megabytes});
+}
+
 QString addFiles(LibraryTab tab)
 {
     return localized(tab == LibraryTab::Duplicates ? QStringLiteral("Добавить папки…")

@@ -32,6 +32,8 @@ QString trackCount(qint64 count);
 QString number(qint64 value);
 /// The facts of a list in one line, empty parts left out.
 QString facts(const QStringList& parts);
+/// Size of a file, "412 КБ" or "1,5 МБ"; steps of 1,024.
+QString byteCount(qint64 bytes);
 /// Tempo for display: the tag's text rounded to a whole number if it is one, else as it is.
 QString tempo(const QString& tag);
 /// The heading of a section's page, e.g. "Анализ качества".

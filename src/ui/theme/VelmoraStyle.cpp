@@ -212,7 +212,7 @@ void VelmoraStyle::drawComplexControl(ComplexControl control, const QStyleOption
 
 void VelmoraStyle::drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const
 {
-    painter.fillRect(option.rect, m_colours.background);
+    painter.fillRect(option.rect, widget ? widget->palette().color(QPalette::Base) : m_colours.background);
     if (option.maximum <= option.minimum)
         return;
     QRect thumb = proxy()->subControlRect(CC_ScrollBar, &option, SC_ScrollBarSlider, widget).adjusted(2, 2, -2, -2);

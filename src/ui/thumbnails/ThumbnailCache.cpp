@@ -2,9 +2,19 @@
 
 #include "ui/thumbnails/ThumbnailDecoder.h"
 
+/// The picture's bytes, read again from the file where they have been let go.
+std::optional<QByteArray> ThumbnailCache::bytesOf(const Request& request, const ReadArtwork& readArtwork)
+{
+    QByteArray bytes = request.artwork.bytes();
+    if (bytes.isNull() && readArtwork)
+        bytes = readArtwork(request.url);
+    return bytes.isEmpty() ? std::nullopt : std::optional(bytes);
+}
+
 ThumbnailCache::ThumbnailCache(async::Executor& executor, ReadArtwork readArtwork, QObject* parent)
     : QObject(parent)
     , m_executor(executor)
+    , m_reduced(executor)
     , m_readArtwork(std::move(readArtwork))
     , m_entries(kLimit)
     , m_tasks(kJobs)
@@ -49,10 +59,25 @@ void ThumbnailCache::startWaiting()
 
 async::Task<> ThumbnailCache::load(Request request, std::stop_token stop)
 {
-    ThumbnailDecoder::Job job{request.artwork,       request.url,          request.format.side,
-                              request.format.radius, request.format.ratio, m_readArtwork};
-    const QImage image = co_await m_executor.run(async::Priority::UserInitiated, stop, job);
-    finish(request, image);
+    const int side = ThumbnailDecoder::pixels(request.format.side, request.format.ratio);
+    const double radius = request.format.radius * request.format.ratio;
+    const ArtworkThumbnailCache::SourceData source = [request, read = m_readArtwork] { return bytesOf(request, read); };
+    ThumbnailDecoder::Square square;
+    for (const int step : kSteps) {
+        if (step < side && step != kSteps.back())
+            continue;
+        const QByteArray key = request.artwork.contentID() + '/' + QByteArray::number(step);
+        const std::optional<QByteArray> reduced = co_await m_reduced.thumbnailData(key, source, step, stop);
+        if (!reduced)
+            break;
+        auto cut = [bytes = *reduced, step, side, radius](const std::stop_token&) {
+            return ThumbnailDecoder::square(bytes, step, side, radius);
+        };
+        square = co_await m_executor.run(async::Priority::UserInitiated, stop, std::move(cut));
+        if (!square.wantsLarger)
+            break;
+    }
+    finish(request, square.image);
 }
 
 void ThumbnailCache::finish(const Request& request, const QImage& image)

@@ -3,18 +3,20 @@
 #include "async/Executor.h"
 #include "async/TaskGroup.h"
 #include "core/model/Track.h"
+#include "ui/thumbnails/ArtworkThumbnailCache.h"
 
 #include <QCache>
 #include <QObject>
 #include <QPixmap>
 #include <QSet>
 
+#include <array>
 #include <functional>
 #include <vector>
 
-/// Small square pictures of covers. Decoding, scaling and rounding happen on worker threads; equal covers are decoded
-/// once per size. What was asked for last is made first, so that the rows in view come before those scrolled past.
-/// Thread: main.
+/// Small square pictures of covers, cut from the reduced pictures of an ArtworkThumbnailCache. Decoding, scaling and
+/// rounding happen on worker threads; equal covers are decoded once per step of size. What was asked for last is made
+/// first, so that the rows in view come before those scrolled past. Thread: main.
 class ThumbnailCache : public QObject {
     Q_OBJECT
 
@@ -25,6 +27,10 @@ public:
     static constexpr qsizetype kLimit = 64 * 1024 * 1024; ///< bytes of pixels
     static constexpr int kJobs = 2;
     static constexpr size_t kMaximumWaiting = 512; ///< chosen: some screens of covers; older requests are dropped
+
+    /// Longer sides of the reduced pictures, in pixels. Chosen: rows, the player and their 200 %; the grid's cells;
+    /// their 200 %; and what a long picture needs beyond.
+    static constexpr std::array kSteps{128, 256, 512, 1024};
 
     ThumbnailCache(async::Executor& executor, ReadArtwork readArtwork, QObject* parent = nullptr);
     ~ThumbnailCache() override;
@@ -51,12 +57,14 @@ private:
     struct Entry {
         QPixmap pixmap; // null: cannot be read
     };
+    static std::optional<QByteArray> bytesOf(const Request& request, const ReadArtwork& readArtwork);
     void enqueue(Request request);
     void startWaiting();
     async::Task<> load(Request request, std::stop_token stop);
     void finish(const Request& request, const QImage& image);
 
     async::Executor& m_executor;
+    ArtworkThumbnailCache m_reduced;
     ReadArtwork m_readArtwork;
     QCache<QByteArray, Entry> m_entries;
     std::vector<Request> m_waiting; // the last is the most urgent

@@ -1,5 +1,7 @@
 #include "ui/thumbnails/ThumbnailDecoder.h"
 
+#include "core/library/artwork/ArtworkImage.h"
+
 #include <QBuffer>
 #include <QImageReader>
 #include <QPainter>
@@ -8,19 +10,33 @@
 
 namespace {
 
-/// The decoded picture, no larger than it has to be: some formats scale while they decode.
-QImage readScaled(const QByteArray& bytes, int side)
+constexpr int kQuality = 84; // lossy quality 0.84
+
+/// The decoded picture, upright. Its size is asked for beforehand, because JPEG saves most of its work by that.
+QImage readUpright(const QByteArray& bytes, int side)
 {
-    QByteArray copy = bytes;
-    QBuffer buffer(&copy);
+    QBuffer buffer;
+    buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
     const QSize size = reader.size();
-    if (size.isValid() && size.width() > 4 * side && size.height() > 4 * side)
-        reader.setScaledSize(size.scaled(2 * side, 2 * side, Qt::KeepAspectRatioByExpanding));
+    if (size.isValid() && qint64(size.width()) * size.height() > ArtworkImage::kMaximumPixels)
+        return {};
+    if (size.isValid() && std::max(size.width(), size.height()) > side)
+        reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1}));
     return reader.read();
+}
+
+QImage onWhite(const QImage& image)
+{
+    if (!image.hasAlphaChannel())
+        return image;
+    QImage result(image.size(), QImage::Format_RGB32);
+    result.fill(Qt::white);
+    QPainter(&result).drawImage(0, 0, image);
+    return result;
 }
 
 } // namespace
@@ -32,14 +48,31 @@ int pixels(int side, double ratio)
     return static_cast<int>(std::lround(side * ratio));
 }
 
-QImage decode(const QByteArray& bytes, int side, double radius)
+std::optional<QByteArray> jpeg(const QByteArray& bytes, int maximumPixelSize)
 {
-    const QImage source = readScaled(bytes, side);
+    QImage image = onWhite(readUpright(bytes, maximumPixelSize));
+    if (image.isNull())
+        return std::nullopt;
+    if (std::max(image.width(), image.height()) > maximumPixelSize) { // a format that does not tell its size
+        const QSize size = image.size().scaled(maximumPixelSize, maximumPixelSize, Qt::KeepAspectRatio);
+        image = image.scaled(size.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, "JPEG", kQuality))
+        return std::nullopt;
+    return buffer.data();
+}
+
+Square square(const QByteArray& bytes, int reducedTo, int side, double radius)
+{
+    const QImage source = QImage::fromData(bytes);
     if (source.isNull())
         return {};
     const int edge = std::min(source.width(), source.height());
-    const QRect square((source.width() - edge) / 2, (source.height() - edge) / 2, edge, edge);
-    const QImage scaled = source.copy(square).scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const bool wasReduced = std::max(source.width(), source.height()) >= reducedTo;
+    const QRect middle((source.width() - edge) / 2, (source.height() - edge) / 2, edge, edge);
+    const QImage scaled = source.copy(middle).scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 
     QImage rounded(side, side, QImage::Format_ARGB32_Premultiplied);
     rounded.fill(Qt::transparent);
@@ -48,17 +81,7 @@ QImage decode(const QByteArray& bytes, int side, double radius)
     painter.setPen(Qt::NoPen);
     painter.setBrush(QBrush(scaled));
     painter.drawRoundedRect(rounded.rect(), radius, radius);
-    return rounded;
-}
-
-QImage Job::operator()(std::stop_token stop) const
-{
-    QByteArray bytes = artwork.bytes();
-    if (bytes.isNull() && readArtwork)
-        bytes = readArtwork(url);
-    if (bytes.isEmpty() || stop.stop_requested())
-        return {};
-    return decode(bytes, pixels(side, ratio), radius * ratio);
+    return {rounded, wasReduced && edge < side};
 }
 
 } // namespace ThumbnailDecoder

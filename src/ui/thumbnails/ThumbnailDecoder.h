@@ -1,33 +1,28 @@
 #pragma once
 
-#include "core/model/ArtworkData.h"
-
+#include <QByteArray>
 #include <QImage>
-#include <QUrl>
 
-#include <functional>
-#include <stop_token>
+#include <optional>
 
-/// Bytes of a cover become a small square picture with round corners. Thread: any.
+/// Bytes of a cover become a reduced JPEG, and that a small square picture with round corners. Thread: any.
 namespace ThumbnailDecoder {
 
 /// Device pixels of a side.
 int pixels(int side, double ratio);
 
-/// Cuts the middle square out and scales it. Null if the bytes are no picture.
-/// \param side, radius device pixels.
-QImage decode(const QByteArray& bytes, int side, double radius);
+/// The picture, upright, at most \p maximumPixelSize on its longer side and never enlarged, as JPEG of quality 84.
+/// Transparent parts become white. Nothing if the bytes are no picture, or one of more than 100 million pixels.
+std::optional<QByteArray> jpeg(const QByteArray& bytes, int maximumPixelSize);
 
-/// The work for one thumbnail; reads the file again where the bytes have been let go.
-struct Job {
-    ArtworkData artwork;
-    QUrl url;
-    int side = 0; ///< device-independent pixels, like radius
-    int radius = 0;
-    double ratio = 1;
-    std::function<QByteArray(const QUrl&)> readArtwork;
-
-    QImage operator()(std::stop_token stop) const;
+/// A picture for the screen.
+struct Square {
+    QImage image;             ///< null if the bytes are no picture
+    bool wantsLarger = false; ///< the reduced picture was too small for it: a long one, whose longer side set its size
 };
+
+/// Cuts the middle square out and scales it. \param bytes a picture that was reduced to \p reducedTo pixels on its
+/// longer side, or that is smaller. \param side, radius device pixels.
+Square square(const QByteArray& bytes, int reducedTo, int side, double radius);
 
 } // namespace ThumbnailDecoder

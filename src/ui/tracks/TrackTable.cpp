@@ -71,6 +71,17 @@ void TrackTable::rowsChanged()
     m_folderHeader.forget();
 }
 
+/// The base class repaints where rows would stand without folder headers.
+void TrackTable::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles)
+{
+    QTableView::dataChanged(topLeft, bottomRight, roles);
+    if (!topLeft.isValid() || !bottomRight.isValid())
+        return;
+    const int top = m_layout.rowTop(topLeft.row()) - verticalOffset();
+    const int bottom = m_layout.rowTop(bottomRight.row()) - verticalOffset() + m_layout.rowHeight();
+    viewport()->update(QRect(0, top, viewport()->width(), bottom - top).intersected(viewport()->rect()));
+}
+
 void TrackTable::resizeEvent(QResizeEvent* event)
 {
     QTableView::resizeEvent(event);

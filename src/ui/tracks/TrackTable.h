@@ -45,6 +45,7 @@ Q_SIGNALS:
     void contextMenuWanted(const QPoint& globalPosition);
 
 protected:
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) override;
     int verticalOffset() const override;
     void updateGeometries() override;
     void scrollContentsBy(int dx, int dy) override;

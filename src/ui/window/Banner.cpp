@@ -24,6 +24,8 @@ Banner::Banner(const WindowContext& context, QWidget& area)
     , m_area(area)
     , m_title(new ThemeLabel(context.theme, TextRole::BodyStrong, &ThemeColours::text, this))
     , m_text(new ThemeLabel(context.theme, TextRole::Body, &ThemeColours::text2, this))
+    , m_keep(new ThemeButton(context.theme, ThemeButton::Kind::Accent, this))
+    , m_drop(new ThemeButton(context.theme, ThemeButton::Kind::Plain, this))
     , m_close(new ThemeButton(context.theme, ThemeButton::Kind::Plain, this))
 {
     constexpr int kInner = kShadow + Metrics::kSpace6;
@@ -35,11 +37,16 @@ Banner::Banner(const WindowContext& context, QWidget& area)
     layout->addWidget(m_title, 0, Qt::AlignHCenter);
     layout->addWidget(m_text, 0, Qt::AlignHCenter);
     layout->addSpacing(Metrics::kSpace2);
-    layout->addWidget(m_close, 0, Qt::AlignHCenter);
-    m_close->setFocusPolicy(Qt::StrongFocus);
+    for (ThemeButton* button : {m_keep, m_drop, m_close}) {
+        layout->addWidget(button, 0, Qt::AlignHCenter);
+        button->setFocusPolicy(Qt::StrongFocus);
+    }
+    connect(m_keep, &QAbstractButton::clicked, this, [this] { answer(true); });
+    connect(m_drop, &QAbstractButton::clicked, this, [this] { answer(false); });
     connect(m_close, &QAbstractButton::clicked, this, &Banner::dismiss);
     Workspace& workspace = context.library.workspace();
     connect(&workspace, &Workspace::noticeChanged, this, &Banner::refresh);
+    connect(&workspace, &Workspace::askingWhatSavesKeepChanged, this, &Banner::refresh);
     connect(&workspace, &Workspace::lastErrorChanged, this, &Banner::refresh);
     connect(&context.theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     area.installEventFilter(this);
@@ -49,40 +56,91 @@ Banner::Banner(const WindowContext& context, QWidget& area)
 
 void Banner::retranslate()
 {
+    m_keep->setContent(Texts::localized(QStringLiteral("Сохранять обложку и прочие поля")));
+    m_drop->setContent(Texts::localized(QStringLiteral("Только десять полей")));
+    const int width = std::max(m_keep->sizeHint().width(), m_drop->sizeHint().width());
+    m_keep->setFixedWidth(width); // equal answers
+    m_drop->setFixedWidth(width);
     m_close->setContent(Texts::localized(QStringLiteral("Закрыть")));
     refresh();
 }
 
-void Banner::refresh()
+Banner::Subject Banner::subject() const
 {
     const Workspace& workspace = m_context.library.workspace();
-    m_isError = workspace.lastError().has_value();
-    if (!m_isError && !workspace.notice()) {
+    if (workspace.isAskingWhatSavesKeep())
+        return Subject::Question;
+    if (workspace.lastError())
+        return Subject::Error;
+    return workspace.notice() ? Subject::Notice : Subject::None;
+}
+
+void Banner::refresh()
+{
+    const Subject before = std::exchange(m_subject, subject());
+    if (m_subject == Subject::None) {
         hide();
         return;
     }
-    if (m_isError) {
+    fill();
+    setAccessibleName(m_title->text());
+    setAccessibleDescription(m_text->text());
+    const bool isQuestion = m_subject == Subject::Question;
+    m_keep->setVisible(isQuestion);
+    m_drop->setVisible(isQuestion);
+    m_close->setVisible(!isQuestion);
+    show();
+    place();
+    update();
+    if (m_subject != before)
+        focusFirst();
+}
+
+void Banner::fill()
+{
+    const Workspace& workspace = m_context.library.workspace();
+    switch (m_subject) {
+    case Subject::None:
+        break;
+    case Subject::Question:
+        m_title->setText(Texts::localized(QStringLiteral("Что оставить в файлах при сохранении?")));
+        m_text->setText(Texts::localized(QStringLiteral(
+            "Сохранение уберёт из файла обложку или поля, которых нет среди десяти полей Velmora. Выбор действует "
+            "для всех следующих сохранений, изменить его можно в настройках.")));
+        break;
+    case Subject::Error: {
         const QString& error = *workspace.lastError();
         m_title->setText(Texts::localized(QStringLiteral("Не удалось сохранить теги")));
         m_text->setText(error.isEmpty() ? Texts::localized(QStringLiteral("Неизвестная ошибка")) : error);
-    } else {
+        break;
+    }
+    case Subject::Notice:
         m_title->setText(Texts::localized(QStringLiteral("Трек находится в «Избранном»")));
         m_text->setText(*workspace.notice());
+        break;
     }
-    setAccessibleName(m_title->text());
-    setAccessibleDescription(m_text->text());
-    const bool wasHidden = isHidden();
-    show();
-    place();
-    if (wasHidden)
+}
+
+/// The question takes the focus itself: a Return or a space that was on its way to a field must not answer it.
+void Banner::focusFirst()
+{
+    setFocusPolicy(m_subject == Subject::Question ? Qt::StrongFocus : Qt::NoFocus);
+    if (m_subject == Subject::Question)
+        setFocus(Qt::OtherFocusReason);
+    else
         m_close->setFocus(Qt::OtherFocusReason);
+}
+
+void Banner::answer(bool keepsOthers)
+{
+    m_context.actions.answerWhatSavesKeep(keepsOthers);
 }
 
 void Banner::dismiss()
 {
-    if (m_isError)
+    if (m_subject == Subject::Error)
         m_context.actions.dismissLastError();
-    else
+    else if (m_subject == Subject::Notice)
         m_context.actions.dismissNotice();
 }
 
@@ -104,8 +162,10 @@ bool Banner::eventFilter(QObject* watched, QEvent* event)
 
 void Banner::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        dismiss();
+    const bool closes =
+        event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (closes)
+        dismiss(); // a question ignores it
     else
         QWidget::keyPressEvent(event);
 }
@@ -124,6 +184,10 @@ void Banner::paintEvent(QPaintEvent*)
     const QRect card = rect().adjusted(kShadow, kShadow, -kShadow, -kShadow);
     Paint::card(painter, card, Metrics::kRadiusLarge, c.raised, c.line);
     const QRect icon(width() / 2 - kIcon / 2, card.top() + Metrics::kSpace6 - Metrics::kStep, kIcon, kIcon);
-    Icons::paint(painter, icon, m_isError ? QStringLiteral("warning") : QStringLiteral("heart-filled"),
-                 m_isError ? c.warning : c.heart);
+    if (m_subject == Subject::Notice)
+        Icons::paint(painter, icon, QStringLiteral("heart-filled"), c.heart);
+    else if (m_subject == Subject::Error)
+        Icons::paint(painter, icon, QStringLiteral("warning"), c.warning);
+    else
+        Icons::paint(painter, icon, QStringLiteral("info"), c.accent);
 }

@@ -7,8 +7,9 @@
 class ThemeButton;
 class ThemeLabel;
 
-/// A calm sheet inside the window for what the user has to know: a failed save, or why something was refused. Stays
-/// until it is closed, by its button, Return or Escape.
+/// A calm sheet inside the window for what the user has to know or decide: what saves shall keep of a file, a failed
+/// save, or why something was refused. One at a time in this order. A question stays until one of its two answers is
+/// chosen; the others until they are closed, by their button, Return or Escape.
 class Banner : public QWidget {
     Q_OBJECT
 
@@ -24,7 +25,13 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    enum class Subject { None, Question, Error, Notice };
+
+    Subject subject() const;
     void refresh();
+    void fill();
+    void focusFirst();
+    void answer(bool keepsOthers);
     void dismiss();
     void place();
 
@@ -32,6 +39,8 @@ private:
     QWidget& m_area;
     ThemeLabel* m_title;
     ThemeLabel* m_text;
+    ThemeButton* m_keep; ///< the answers of the question
+    ThemeButton* m_drop;
     ThemeButton* m_close;
-    bool m_isError = false;
+    Subject m_subject = Subject::None;
 };

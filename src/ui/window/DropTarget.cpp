@@ -1,6 +1,7 @@
 #include "ui/window/DropTarget.h"
 
 #include "core/model/SupportedAudio.h"
+#include "ui/covers/PictureSource.h"
 
 #include <QDropEvent>
 #include <QFileInfo>
@@ -10,7 +11,7 @@ namespace {
 
 constexpr int kExamined = 64; // chosen: a drag of thousands of strange files must not stall the pointer
 
-bool isUsable(const QUrl& url, bool takesOgg)
+bool isAudioOrFolder(const QUrl& url, bool takesOgg)
 {
     const QString name = url.fileName();
     if (SupportedAudio::hasSupportedExtension(name))
@@ -39,8 +40,23 @@ QList<QUrl> DropTarget::usableURLs(const QMimeData& data, bool takesOgg)
             local.append(url);
     }
     const auto end = local.cbegin() + std::min<qsizetype>(local.size(), kExamined);
-    const bool any = std::any_of(local.cbegin(), end, [&](const QUrl& url) { return isUsable(url, takesOgg); });
+    const bool any = std::any_of(local.cbegin(), end, [&](const QUrl& url) { return isAudioOrFolder(url, takesOgg); });
     return any || local.size() > kExamined ? local : QList<QUrl>();
+}
+
+bool DropTarget::isUsable(const QMimeData& data) const
+{
+    return !usableURLs(data, m_takesOgg).isEmpty() || (m_takesPictures && PictureSources::hasPicture(data));
+}
+
+/// Music goes first: a folder of an album that is dragged together with its cover is an import.
+void DropTarget::take(const QMimeData& data)
+{
+    const QList<QUrl> urls = usableURLs(data, m_takesOgg);
+    if (!urls.isEmpty())
+        emit dropped(urls);
+    else
+        emit pictureDropped(data);
 }
 
 bool DropTarget::eventFilter(QObject* watched, QEvent* event)
@@ -48,7 +64,7 @@ bool DropTarget::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::DragEnter: {
         auto* drag = static_cast<QDragEnterEvent*>(event);
-        setHighlighted(!usableURLs(*drag->mimeData(), m_takesOgg).isEmpty());
+        setHighlighted(isUsable(*drag->mimeData()));
         [[fallthrough]];
     }
     case QEvent::DragMove: {
@@ -67,14 +83,13 @@ bool DropTarget::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Drop: {
         auto* drop = static_cast<QDropEvent*>(event);
         setHighlighted(false);
-        const QList<QUrl> urls = usableURLs(*drop->mimeData(), m_takesOgg);
-        if (urls.isEmpty()) {
+        if (!isUsable(*drop->mimeData())) {
             drop->ignore();
             return true;
         }
         drop->setDropAction(Qt::CopyAction);
         drop->accept();
-        emit dropped(urls);
+        take(*drop->mimeData());
         return true;
     }
     default:

@@ -16,6 +16,8 @@ public:
     /// \param takesOgg whether Ogg files are usable here as well.
     explicit DropTarget(QWidget& area, bool takesOgg = false);
 
+    /// Whether a picture is taken where there is nothing to import.
+    void setTakesPictures(bool takes) { m_takesPictures = takes; }
     bool isHighlighted() const { return m_isHighlighted; }
     /// The local files and folders of a drag; empty unless at least one is a folder or an audio file.
     static QList<QUrl> usableURLs(const QMimeData& data, bool takesOgg);
@@ -24,13 +26,18 @@ Q_SIGNALS:
     /// Something usable is held over the widget.
     void highlighted(bool isOn);
     void dropped(const QList<QUrl>& urls);
+    /// A picture without anything to import. \param data lives until the signal returns.
+    void pictureDropped(const QMimeData& data);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void setHighlighted(bool isOn);
+    bool isUsable(const QMimeData& data) const;
+    void take(const QMimeData& data);
 
     bool m_takesOgg;
+    bool m_takesPictures = false;
     bool m_isHighlighted = false;
 };

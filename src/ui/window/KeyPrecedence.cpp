@@ -1,5 +1,6 @@
 #include "ui/window/KeyPrecedence.h"
 
+#include "ui/inspector/Inspector.h"
 #include "ui/player/VolumeSlider.h"
 
 #include <QAbstractButton>
@@ -25,6 +26,14 @@ bool isEditing(const QWidget& focused)
            qobject_cast<const QComboBox*>(&focused) || qobject_cast<const QMenu*>(&focused);
 }
 
+/// Whether the widget lies in the panel that edits tags, which has a use of its own for a picture that is pasted.
+bool isInInspector(const QWidget* widget)
+{
+    while (widget && !qobject_cast<const Inspector*>(widget))
+        widget = widget->parentWidget();
+    return widget;
+}
+
 } // namespace
 
 namespace KeyPrecedence {
@@ -32,6 +41,8 @@ namespace KeyPrecedence {
 bool focusKeeps(const QWidget* focused, const QKeyEvent& event)
 {
     const int key = event.key();
+    if (key == Qt::Key_V && event.modifiers() == Qt::ControlModifier)
+        return isInInspector(focused);
     const bool isContested = isArrow(key) || key == Qt::Key_Space || key == Qt::Key_M;
     if (!focused || !isContested)
         return false;

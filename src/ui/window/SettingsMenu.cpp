@@ -33,6 +33,14 @@ void build(QMenu& menu, const WindowContext& context)
     });
     dense->setCheckable(true);
     dense->setChecked(preferences.tableDensity.get() < kOrdinaryDensity);
+    menu.addSeparator();
+    QAction* keep = menu.addAction(Texts::localized(QStringLiteral("Сохранять обложку и прочие поля файла")),
+                                   [&preferences](bool isOn) {
+                                       preferences.keepsOtherTagEntriesAsked.set(true); // nothing left to ask
+                                       preferences.keepsOtherTagEntries.set(isOn);
+                                   });
+    keep->setCheckable(true);
+    keep->setChecked(preferences.keepsOtherTagEntries.get());
 }
 
 } // namespace SettingsMenu

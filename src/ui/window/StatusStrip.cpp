@@ -2,6 +2,8 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/imports/Imports.h"
+#include "core/library/imports/StrayTemporaries.h"
+#include "core/library/tagwriting/TagWriting.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/DashboardActions.h"
@@ -15,6 +17,8 @@
 namespace {
 
 constexpr int kIconLeft = Metrics::kSpace4;
+constexpr int kProgressPause = 100; // milliseconds; the eye follows no more, and files may take less than one each
+constexpr int kNamedLeftovers = 12; // in the tooltip; more would not fit the screen
 constexpr int kTextLeft = kIconLeft + Metrics::kIconSmall + Metrics::kSpace2;
 
 QColor ThemeColours::*colourOf(WorkspaceStatus::Tone tone)
@@ -30,26 +34,43 @@ QColor ThemeColours::*colourOf(WorkspaceStatus::Tone tone)
     return &ThemeColours::text2;
 }
 
+/// One file is written before anyone could read of it.
+bool isWriting(const TagSaver::Progress& writes)
+{
+    return writes.total > 1 && writes.done < writes.total;
+}
+
 } // namespace
 
 StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     : Panel(context.theme, &ThemeColours::side, Qt::TopEdge, parent)
     , m_context(context)
     , m_undo(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
+    , m_offer(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
+    , m_stop(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
 {
     setFixedHeight(Metrics::kStatusHeight);
     UndoManager& undo = context.actions.undoManager();
     connect(m_undo, &QAbstractButton::clicked, &undo, &UndoManager::undo);
     connect(&undo, &UndoManager::changed, this, &StatusStrip::refreshUndo);
     connect(&context.library.workspace(), &Workspace::workspaceStatusChanged, this, &StatusStrip::refreshMessage);
-    connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::refreshProgress);
+    connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
+    connect(m_stop, &QAbstractButton::clicked, this, [this] { m_context.actions.cancelTagWrites(); });
+    connect(&context.library.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
+    connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(kProgressPause);
+    connect(&m_pause, &QTimer::timeout, this, &StatusStrip::refreshProgress);
     retranslate();
 }
 
 void StatusStrip::retranslate()
 {
+    m_stop->setContent(Texts::localized(QStringLiteral("Остановить")));
     refreshMessage();
     refreshUndo();
+    refreshOffer();
     refreshProgress();
 }
 
@@ -79,14 +100,50 @@ void StatusStrip::refreshUndo()
     place();
 }
 
+void StatusStrip::refreshOffer()
+{
+    const StrayTemporaries& strays = m_context.library.strayTemporaries();
+    const auto count = static_cast<int>(strays.list().size());
+    m_offer->setVisible(count > 0);
+    m_offer->setEnabled(!strays.isMoving());
+    m_offer->setContent(VelmoraLocalization::format(QStringLiteral("Временные файлы в Корзину: %d"), {count}));
+    QStringList names;
+    for (const QUrl& url : strays.list().first(std::min(count, kNamedLeftovers)))
+        names.append(url.toLocalFile());
+    m_offer->setToolTip(names.join(u'\n'));
+    place();
+}
+
+/// Shows the first step, the end and a change of what is done at once, and what comes between from time to time.
+void StatusStrip::progressMoved()
+{
+    const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
+    const Imports::Progress reads = m_context.library.imports().metadataProgress();
+    const bool isDone = writes.done >= writes.total && reads.done >= reads.total;
+    const bool isSwitching = isWriting(writes) == m_stop->isHidden();
+    if (isDone || isSwitching || !m_pause.isActive())
+        refreshProgress();
+    if (!isDone && !m_pause.isActive())
+        m_pause.start();
+}
+
 void StatusStrip::refreshProgress()
 {
-    const Imports::Progress progress = m_context.library.imports().metadataProgress();
-    const bool isRunning = progress.total > 0 && progress.done < progress.total;
-    m_progress = isRunning ? static_cast<double>(progress.done) / progress.total : 0;
-    m_progressText = isRunning ? VelmoraLocalization::format(QStringLiteral("Чтение тегов: %d из %d"),
-                                                             {progress.done, progress.total})
-                               : QString();
+    const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
+    m_stop->setVisible(isWriting(writes));
+    if (isWriting(writes)) {
+        takeProgress(QStringLiteral("Запись тегов: %d из %d"), writes.done, writes.total);
+        return;
+    }
+    const Imports::Progress reads = m_context.library.imports().metadataProgress();
+    takeProgress(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total);
+}
+
+void StatusStrip::takeProgress(const QString& text, int done, int total)
+{
+    const bool isRunning = done < total;
+    m_progress = isRunning ? static_cast<double>(done) / total : 0;
+    m_progressText = isRunning ? VelmoraLocalization::format(text, {done, total}) : QString();
     setAccessibleDescription(m_progressText);
     place();
     update();
@@ -97,20 +154,51 @@ int StatusStrip::messageWidth() const
     return QFontMetrics(m_context.theme.font(TextRole::Secondary)).horizontalAdvance(m_message);
 }
 
+/// Those shown, from the left.
+QList<ThemeButton*> StatusStrip::links() const
+{
+    QList<ThemeButton*> shown;
+    for (ThemeButton* link : {m_undo, m_offer}) {
+        if (!link->isHidden())
+            shown.append(link);
+    }
+    return shown;
+}
+
+int StatusStrip::linksWidth() const
+{
+    int width = 0;
+    for (const ThemeButton* link : links())
+        width += link->sizeHint().width() + Metrics::kStep;
+    return width;
+}
+
+int StatusStrip::barLeft() const
+{
+    const int right = m_stop->isHidden() ? Metrics::kSpace4 : Metrics::kSpace3 + m_stop->width() + Metrics::kSpace2;
+    return width() - right - Metrics::kProgressWidth;
+}
+
 int StatusStrip::progressLeft() const
 {
     if (m_progressText.isEmpty())
         return width() - Metrics::kSpace4;
     const int text = Paint::numberWidth(m_progressText, m_context.theme.font(TextRole::Secondary));
-    return width() - Metrics::kSpace4 - Metrics::kProgressWidth - Metrics::kSpace3 - text;
+    return barLeft() - Metrics::kSpace3 - text;
 }
 
 void StatusStrip::place()
 {
-    m_undo->resize(m_undo->sizeHint());
+    m_stop->resize(m_stop->sizeHint());
+    m_stop->move(width() - Metrics::kSpace3 - m_stop->width(), (height() - m_stop->height()) / 2);
     const int after = m_message.isEmpty() ? kIconLeft - Metrics::kStep : kTextLeft + messageWidth() + Metrics::kSpace2;
-    const int limit = progressLeft() - Metrics::kSpace4 - m_undo->width();
-    m_undo->move(std::max(kTextLeft, std::min(after, limit)), (height() - m_undo->height()) / 2);
+    const int limit = progressLeft() - Metrics::kSpace4 - linksWidth();
+    int left = std::max(kTextLeft, std::min(after, limit));
+    for (ThemeButton* link : links()) {
+        link->resize(link->sizeHint());
+        link->move(left, (height() - link->height()) / 2);
+        left += link->width() + Metrics::kStep;
+    }
 }
 
 void StatusStrip::resizeEvent(QResizeEvent* event)
@@ -134,7 +222,8 @@ void StatusStrip::paintMessage(QPainter& painter) const
     const ThemeColours& c = m_context.theme.colours();
     const int side = Metrics::kIconSmall;
     Icons::paint(painter, {kIconLeft, (height() - side) / 2, side, side}, m_iconName, c.*m_tone);
-    const int right = !m_undo->isHidden() ? m_undo->x() - Metrics::kStep : progressLeft() - Metrics::kSpace4;
+    const QList<ThemeButton*> shown = links();
+    const int right = shown.isEmpty() ? progressLeft() - Metrics::kSpace4 : shown.first()->x() - Metrics::kStep;
     Paint::line(painter, {kTextLeft, 0, right - kTextLeft, height()}, m_message,
                 m_context.theme.font(TextRole::Secondary), c.text2);
 }
@@ -142,8 +231,8 @@ void StatusStrip::paintMessage(QPainter& painter) const
 void StatusStrip::paintProgress(QPainter& painter) const
 {
     const ThemeColours& c = m_context.theme.colours();
-    QRectF bar(width() - Metrics::kSpace4 - Metrics::kProgressWidth, (height() - Metrics::kProgressThickness) / 2,
-               Metrics::kProgressWidth, Metrics::kProgressThickness);
+    QRectF bar(barLeft(), (height() - Metrics::kProgressThickness) / 2, Metrics::kProgressWidth,
+               Metrics::kProgressThickness);
     const QRect text(0, 0, static_cast<int>(bar.left()) - Metrics::kSpace3, height());
     Paint::number(painter, text, m_progressText, m_context.theme.font(TextRole::Secondary), c.text2);
     Paint::roundedFill(painter, bar, Metrics::kProgressThickness / 2.0, c.line);

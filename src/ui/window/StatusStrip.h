@@ -3,10 +3,12 @@
 #include "ui/WindowContext.h"
 #include "ui/window/Panel.h"
 
+#include <QTimer>
+
 class ThemeButton;
 
-/// The line at the bottom: a message with its icon in the colour of its tone, what can be undone, and the progress of
-/// reading tags.
+/// The line at the bottom: a message with its icon in the colour of its tone, what can be undone, leftovers that may go
+/// to the Trash, and the progress of writing tags, which can be stopped, or else of reading them.
 class StatusStrip : public Panel {
     Q_OBJECT
 
@@ -22,18 +24,27 @@ protected:
 private:
     void refreshMessage();
     void refreshUndo();
+    void refreshOffer();
+    void progressMoved();
     void refreshProgress();
+    void takeProgress(const QString& text, int done, int total);
     void place();
     void paintMessage(QPainter& painter) const;
     void paintProgress(QPainter& painter) const;
     int messageWidth() const;
+    QList<ThemeButton*> links() const;
+    int linksWidth() const;
     int progressLeft() const;
+    int barLeft() const;
 
     WindowContext m_context;
     ThemeButton* m_undo;
+    ThemeButton* m_offer; ///< moves what interrupted writes left behind to the Trash
+    ThemeButton* m_stop;  ///< stops the writing
     QString m_message;
     QString m_iconName;
     QColor ThemeColours::*m_tone = &ThemeColours::text3;
     QString m_progressText;
     double m_progress = 0; ///< 0 to 1
+    QTimer m_pause;        ///< runs after a step of the progress was shown
 };

@@ -103,7 +103,11 @@ void ThemeButton::paintBackground(QPainter& painter) const
         return;
     }
     if (m_kind == Kind::Accent) {
-        Paint::roundedFill(painter, rect(), Metrics::kRadius, isEnabled() ? c.accent : c.raised);
+        if (!isEnabled()) {
+            Paint::card(painter, rect(), Metrics::kRadius, c.raised, c.line);
+            return;
+        }
+        Paint::roundedFill(painter, rect(), Metrics::kRadius, c.accent);
         QColor veil = c.accentText;
         veil.setAlphaF(static_cast<float>(isDown() ? 2 * kLighter : isHot ? kLighter : 0));
         Paint::roundedFill(painter, rect(), Metrics::kRadius, veil);

@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/quicklists/QuickLists.h"
+#include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
 #include "ui/DashboardActions.h"
@@ -94,6 +95,24 @@ void addTagging(QMenu& menu, const WindowContext& context, const QSet<TrackID>& 
     }
 }
 
+/// The picture of the files and the tags that they had at first.
+void addFileEdits(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+{
+    DashboardActions& actions = context.actions;
+    QAction* cover = menu.addAction(Texts::localized(QStringLiteral("Присвоить обложку…")), [&actions, ids] {
+        actions.chooseArtwork([&actions, ids](const QByteArray& image) { actions.assignArtwork(image, ids); });
+    });
+    QAction* restore = menu.addAction(Texts::localized(QStringLiteral("Вернуть исходные теги")),
+                                      [&actions, ids] { actions.restoreOriginalTags(ids); });
+    restore->setEnabled(context.library.tagWriting().canRestoreOriginalTags(ids));
+    if (!context.library.workspace().artworkWritingIDs().intersects(ids))
+        return;
+    for (QAction* each : {cover, restore}) {
+        each->setEnabled(false);
+        each->setToolTip(Texts::localized(QStringLiteral("Подождите: обложка ещё сохраняется в файл")));
+    }
+}
+
 void addMembership(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
 {
     DashboardActions& actions = context.actions;
@@ -142,6 +161,7 @@ void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet
         addMembership(menu, context, tab, ids);
         menu.addSeparator();
         addTagging(menu, context, ids);
+        addFileEdits(menu, context, ids);
         menu.addSeparator();
         menu.addAction(Texts::localized(QStringLiteral("Отправить в анализ")),
                        [&actions, ids] { actions.addToAnalysis(ids); });

@@ -3,8 +3,10 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/Preferences.h"
 #include "ui/DashboardActions.h"
 #include "ui/MainWindow.h"
+#include "ui/covers/CoverAssignment.h"
 #include "ui/sections/SectionRows.h"
 #include "ui/sections/SectionView.h"
 #include "ui/text/Texts.h"
@@ -19,11 +21,19 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
 {
     UndoManager& undo = context.actions.undoManager();
     m_open = add({QKeySequence(Qt::CTRL | Qt::Key_O)}, [this] { m_context.actions.openPanel(); });
+    m_add = add({}, [this] { m_context.actions.openSectionPanel(); });
+    m_paste = add({QKeySequence(Qt::CTRL | Qt::Key_V)}, [this] { pastePicture(); });
     m_undo = add({QKeySequence(Qt::CTRL | Qt::Key_Z)}, [&undo] { undo.undo(); });
     m_redo = add({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)}, [&undo] { undo.redo(); });
     m_selectAll = add({QKeySequence(Qt::CTRL | Qt::Key_A)}, [this] { m_window.activeSection().selectAll(); });
     m_favorite = add({QKeySequence(Qt::Key_F)}, [this] { toggleFavorites(); });
     m_reveal = add({}, [this] { reveal(); });
+    m_tags = add({QKeySequence(Qt::CTRL | Qt::Key_I)}, [this] {
+        Preference<bool>& visible = m_context.library.preferences().inspectorVisible;
+        if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
+            visible.set(!visible.get());
+    });
+    m_tags->setCheckable(true);
     for (LibraryTab tab : kAllLibraryTabs) {
         const auto digit = static_cast<Qt::Key>(Qt::Key_1 + static_cast<int>(tab));
         add({QKeySequence(Qt::CTRL | digit)}, [this, tab] { m_context.actions.activateTab(tab); });
@@ -44,9 +54,12 @@ QAction* WindowCommands::add(const QList<QKeySequence>& shortcuts, std::function
 void WindowCommands::retranslate()
 {
     m_open->setText(Texts::localized(QStringLiteral("Добавить файлы…")));
+    m_add->setText(Texts::localized(QStringLiteral("Добавить файлы в обложки…")));
+    m_paste->setText(Texts::localized(QStringLiteral("Вставить изображение")));
     m_selectAll->setText(Texts::localized(QStringLiteral("Выделить всё")));
     m_favorite->setText(Texts::localized(QStringLiteral("Добавить в избранное или убрать")));
     m_reveal->setText(Texts::localized(QStringLiteral("Открыть в Finder")));
+    m_tags->setText(Texts::localized(QStringLiteral("Теги")));
     refreshUndo();
 }
 
@@ -72,6 +85,12 @@ void WindowCommands::toggleFavorites()
         m_context.actions.toggleFavorites(ids);
 }
 
+void WindowCommands::pastePicture()
+{
+    if (CoverAssignment* covers = m_window.activeSection().coverAssignment())
+        covers->paste();
+}
+
 void WindowCommands::reveal()
 {
     const QSet<TrackID> ids = m_window.activeSection().selectedIDs();
@@ -84,6 +103,10 @@ void WindowCommands::fillMenu(QMenu& menu) const
     const bool hasSelection = !m_window.activeSection().selectedIDs().isEmpty();
     m_favorite->setEnabled(true); // its shortcut decides by itself
     menu.addAction(m_open);
+    if (m_window.activeSection().coverAssignment()) {
+        menu.addAction(m_add);
+        menu.addAction(m_paste);
+    }
     menu.addSeparator();
     menu.addAction(m_undo);
     menu.addAction(m_redo);
@@ -93,5 +116,10 @@ void WindowCommands::fillMenu(QMenu& menu) const
         if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
             menu.addAction(m_favorite);
         menu.addAction(m_reveal);
+    }
+    if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab())) {
+        m_tags->setChecked(m_context.library.preferences().inspectorVisible.get());
+        menu.addSeparator();
+        menu.addAction(m_tags);
     }
 }

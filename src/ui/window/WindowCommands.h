@@ -25,13 +25,17 @@ private:
     void refreshUndo();
     void toggleFavorites();
     void reveal();
+    void pastePicture();
 
     WindowContext m_context;
     MainWindow& m_window;
     QAction* m_open;
+    QAction* m_add;   ///< files into Covers, whose header has other buttons
+    QAction* m_paste; ///< a picture into Covers
     QAction* m_undo;
     QAction* m_redo;
     QAction* m_selectAll;
     QAction* m_favorite;
     QAction* m_reveal;
+    QAction* m_tags;
 };

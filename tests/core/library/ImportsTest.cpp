@@ -131,6 +131,44 @@ TEST_F(ImportsTest, WhatCannotBeTakenIsCounted)
     EXPECT_EQ(statusText(), QStringLiteral("Не удалось взять: 1")) << "none joined the second time";
 }
 
+TEST_F(ImportsTest, WhatInterruptedWritesLeftIsCountedAndNeverTaken)
+{
+    const QUrl good = file(QStringLiteral("good.mp3"));
+    const QUrl young = file(QStringLiteral("young/.velmora-01234567-89ab-cdef-0123-456789abcdef.mp3"));
+    const QUrl stray = file(QStringLiteral("old/.velmora-01234567-89ab-cdef-0123-456789abcdef.mp3"));
+    QFile old(stray.toLocalFile());
+    ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(old.setFileTime(QDateTime::currentDateTime().addSecs(-3700), QFileDevice::FileModificationTime));
+    old.close();
+    EXPECT_EQ(AudioFileList::expand({root(), stray, young}, AudioFileList::isPlayable, {}).strayTemporaries,
+              QList<QUrl>{stray})
+        << "each once, and none that may be written at this moment";
+
+    const QString strays = QStringLiteral("Найдены незавершённые временные файлы: 1");
+    const struct {
+        const char* section;
+        std::function<void()> import;
+        QString status;
+    } rows[] = {
+        {"playlist", [&] { imports().importURLs({root()}); }, QStringLiteral("Добавлено в плейлист: 1 · ") + strays},
+        {"again", [&] { imports().importURLs({root()}); }, strays},
+        {"favorites", [&] { imports().importForFavorites({root()}, &undo); },
+         QStringLiteral("Добавлено в избранное: 1 · ") + strays},
+        {"covers", [&] { imports().importForCovers({stray}); }, strays},
+        {"analysis", [&] { imports().importForAnalysis({root()}); },
+         QStringLiteral("Добавлено в анализ: 1 · ") + strays},
+        {"duplicates", [&] { imports().importDuplicateSearchURLs({root()}); }, strays},
+        {"converter", [&] { imports().importForConversion({root()}); }, strays},
+    };
+    for (const auto& row : rows) {
+        workspace().setWorkspaceStatus(std::nullopt);
+        row.import();
+        settle();
+        EXPECT_EQ(statusText(), row.status) << row.section;
+    }
+    EXPECT_EQ(names(workspace().tracks()), QStringList{QStringLiteral("good.mp3")});
+}
+
 TEST_F(ImportsTest, AnEmptyPlaylistForgetsTheScrollPosition)
 {
     preferences.playlistScrollOffset.set(120);

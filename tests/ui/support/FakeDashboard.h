@@ -68,6 +68,29 @@ public:
     void assignAlbum(const QString& album, const QSet<TrackID>& ids) override { note("assignAlbum", ids, album); }
     void clearGenres(const QSet<TrackID>& ids) override { note("clearGenres", ids); }
     void clearComments(const QSet<TrackID>& ids) override { note("clearComments", ids); }
+    void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) override
+    {
+        note("saveTags", ids, QString::number(fields.toInt()));
+        savedTags = tags;
+    }
+    void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids) override
+    {
+        note("assignArtwork", ids);
+        assignedImage = image;
+    }
+    void chooseArtwork(std::function<void(const QByteArray&)> chosen) override
+    {
+        note("chooseArtwork");
+        imageChosen = std::move(chosen);
+    }
+    void restoreOriginalTags(const QSet<TrackID>& ids) override { note("restoreOriginalTags", ids); }
+    void trashStrayTemporaries() override { note("trashStrayTemporaries"); }
+    void cancelTagWrites() override { note("cancelTagWrites"); }
+    void answerWhatSavesKeep(bool keepsOthers) override
+    {
+        note("answerWhatSavesKeep", {}, keepsOthers ? QStringLiteral("keep") : QStringLiteral("drop"));
+        m_store.workspace().setAskingWhatSavesKeep(false);
+    }
     void revealInFileManager(const QSet<TrackID>& ids) override { note("revealInFileManager", ids); }
     void setPlaylistScrolling(bool scrolling) override { scrollStates.append(scrolling); }
     void dismissNotice() override { m_store.workspace().setNotice(std::nullopt); }
@@ -93,6 +116,9 @@ public:
     QList<Drop> drops;
     QList<bool> scrollStates;
     std::optional<TrackID> returnID;
+    AudioTags savedTags;
+    QByteArray assignedImage;
+    std::function<void(const QByteArray&)> imageChosen;
 
 private:
     void note(const char* name, const QSet<TrackID>& ids = {}, const QString& text = {})

@@ -30,7 +30,11 @@ WindowFixture::WindowFixture()
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
     executor.runAll(); // the sweep of the cache, so that tests count their own jobs
     window = std::make_unique<MainWindow>(WindowServices{*store, dashboard, player, audio, executor, clock, waveforms,
-                                                         [](const QUrl&) { return QByteArray(); }});
+                                                         [](const QUrl&) { return QByteArray(); },
+                                                         [this](const QUrl& url) {
+                                                             inventoryURLs.append(url);
+                                                             return inventory;
+                                                         }});
 }
 
 WindowFixture::~WindowFixture()

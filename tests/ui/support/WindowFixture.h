@@ -35,6 +35,9 @@ protected:
     /// What the computation of an envelope gives; called by a job of the executor.
     std::function<std::vector<float>(const QUrl&)> extract;
     QList<QUrl> extracted;
+    /// What a look through any file finds, and the files looked through.
+    TagInventory inventory;
+    QList<QUrl> inventoryURLs;
     WaveformCache waveforms;
     FakeDashboard dashboard{*store, undo, player};
     std::unique_ptr<MainWindow> window;

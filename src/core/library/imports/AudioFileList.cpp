@@ -29,6 +29,10 @@ Expansion expand(const QList<QUrl>& urls, bool (*isWanted)(QStringView name), st
 
     Expansion expansion;
     expansion.notTaken = walk.notTaken;
+    for (const QUrl& url : walk.strayTemporaries) {
+        if (!expansion.strayTemporaries.contains(url)) // given twice, or given with its folder
+            expansion.strayTemporaries.append(url);
+    }
     expansion.files.reserve(static_cast<qsizetype>(entries.size()));
     size_t runBegin = 0; // of entries with an equal key: one file given twice is among them
     qsizetype runFiles = 0;

@@ -53,6 +53,8 @@ async::Task<> Imports::expandTask(QList<QUrl> urls, bool (*isWanted)(QStringView
     auto job = [urls, isWanted](std::stop_token jobStop) { return AudioFileList::expand(urls, isWanted, jobStop); };
     const AudioFileList::Expansion expansion =
         co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
+    if (m_dependencies.keepStrayTemporaries && !expansion.strayTemporaries.isEmpty())
+        m_dependencies.keepStrayTemporaries(expansion.strayTemporaries);
     then(expansion);
 }
 
@@ -92,10 +94,10 @@ async::Task<> Imports::completePlaylistImport(AudioFileList::Expansion expansion
         if (m_dependencies.preloadWaveforms)
             m_dependencies.preloadWaveforms(split.freshURLs);
     }
-    announceAdded(QStringLiteral("Добавлено в плейлист: %d"), split.freshURLs.size(), expansion.notTaken,
+    announceAdded(QStringLiteral("Добавлено в плейлист: %d"), split.freshURLs.size(), expansion.leftOut(),
                   QStringLiteral("music.note.list"));
     if (completion)
-        completion({ids, expansion.notTaken});
+        completion({ids, expansion.leftOut()});
 }
 
 void Imports::forgetScrollPositionIfEmpty()
@@ -126,17 +128,24 @@ async::Task<QList<TrackID>> Imports::appendInSlices(Destination destination, QLi
     co_return ids;
 }
 
-void Imports::announceAdded(const QString& message, qsizetype added, int notTaken, const QString& icon)
+void Imports::announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut,
+                            const QString& icon)
 {
-    if (notTaken == 0) {
+    if (leftOut.notTaken == 0 && leftOut.strayTemporaries == 0) {
         if (added > 0)
             m_dependencies.status.showCounted(message, {added}, icon, Tone::Success);
         return;
     }
-    const QString skipped = VelmoraLocalization::format(QStringLiteral("Не удалось взять: %d"), {notTaken});
-    const QString text =
-        added > 0 ? VelmoraLocalization::format(message, {added}) + QStringLiteral(" · ") + skipped : skipped;
-    m_dependencies.status.showText(text, QStringLiteral("exclamationmark.triangle"), Tone::Warning);
+    QStringList parts;
+    if (added > 0)
+        parts.append(VelmoraLocalization::format(message, {added}));
+    if (leftOut.notTaken > 0)
+        parts.append(VelmoraLocalization::format(QStringLiteral("Не удалось взять: %d"), {leftOut.notTaken}));
+    if (leftOut.strayTemporaries > 0)
+        parts.append(VelmoraLocalization::format(QStringLiteral("Найдены незавершённые временные файлы: %d"),
+                                                 {leftOut.strayTemporaries}));
+    m_dependencies.status.showText(parts.join(QStringLiteral(" · ")), QStringLiteral("exclamationmark.triangle"),
+                                   Tone::Warning);
 }
 
 void Imports::importForFavorites(const QList<QUrl>& urls, UndoManager* undoManager)
@@ -147,7 +156,7 @@ void Imports::importForFavorites(const QList<QUrl>& urls, UndoManager* undoManag
         if (hasUndo && !undo)
             return; // the window that asked is gone
         const int joined = m_dependencies.favorites.addToFavorites(ids, undo);
-        announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.notTaken,
+        announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
                       QStringLiteral("heart.fill"));
     });
 }
@@ -180,10 +189,10 @@ async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, C
         const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
         ids.append(added);
     }
-    announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.notTaken,
+    announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.leftOut(),
                   QStringLiteral("photo.on.rectangle.angled"));
     if (completion)
-        completion({ids, expansion.notTaken});
+        completion({ids, expansion.leftOut()});
 }
 
 void Imports::importForAnalysis(const QList<QUrl>& urls)
@@ -234,16 +243,15 @@ async::Task<> Imports::completeSectionImport(const SectionImport* section, Audio
         if (section->wantsQuality && m_dependencies.analyzeQuality)
             m_dependencies.analyzeQuality(QSet<TrackID>(added.cbegin(), added.cend()));
     }
-    if (!section->message.isEmpty() || expansion.notTaken > 0)
-        announceAdded(section->message, section->message.isEmpty() ? 0 : split.freshURLs.size(), expansion.notTaken,
-                      section->icon);
+    announceAdded(section->message, section->message.isEmpty() ? 0 : split.freshURLs.size(), expansion.leftOut(),
+                  section->icon);
 }
 
 void Imports::importForConversion(const QList<QUrl>& urls)
 {
     expandThen(urls, AudioFileList::isConvertible, [this](const AudioFileList::Expansion& expansion) {
         m_dependencies.sending.appendToConversion(expansion.files);
-        announceAdded(QString(), 0, expansion.notTaken, QString());
+        announceAdded(QString(), 0, expansion.leftOut(), QString());
     });
 }
 

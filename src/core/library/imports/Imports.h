@@ -30,7 +30,7 @@ public:
     /// What an import came to.
     struct Outcome {
         QList<TrackID> ids; ///< all tracks of the request, known ones first
-        int notTaken = 0;   ///< files that were meant but could not be taken
+        AudioFileList::LeftOut leftOut;
     };
     using Completion = std::function<void(const Outcome& outcome)>;
     using Progress = MetadataLoads::Progress;
@@ -50,6 +50,8 @@ public:
         std::function<void(const QList<QUrl>&)> preloadWaveforms;
         /// Wants the quality of new rows of the analysis list; may be empty.
         std::function<void(const QSet<TrackID>&)> analyzeQuality;
+        /// Wants to know of files that interrupted writes left behind; may be empty.
+        std::function<void(const QList<QUrl>&)> keepStrayTemporaries;
     };
 
     explicit Imports(Dependencies dependencies);
@@ -71,9 +73,8 @@ public:
     /// Adds places for the duplicate search to look through, and lists the files in them.
     void importDuplicateSearchURLs(const QList<QUrl>& urls);
 
-    /// Says how many files were added, and how many could not be taken; nothing if neither. \param message counted
-    /// text.
-    void announceAdded(const QString& message, qsizetype added, int notTaken, const QString& icon);
+    /// Says how many files were added and how many were left out; nothing if neither. \param message counted text.
+    void announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut, const QString& icon);
 
     /// Reads the files of these tracks in the background; results reach the given list in batches.
     void scheduleMetadataLoads(const QList<Track>& tracks, Track::MetadataDestination destination);

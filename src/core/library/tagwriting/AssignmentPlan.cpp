@@ -15,17 +15,22 @@ QString fieldName(AssignedField field)
     Q_UNREACHABLE();
 }
 
-QString AudioTags::*member(AssignedField field)
+TagField tagField(AssignedField field)
 {
     switch (field) {
     case AssignedField::Genre:
-        return &AudioTags::genre;
+        return TagField::Genre;
     case AssignedField::Comment:
-        return &AudioTags::comment;
+        return TagField::Comment;
     case AssignedField::Album:
-        return &AudioTags::album;
+        return TagField::Album;
     }
     Q_UNREACHABLE();
+}
+
+QString AudioTags::*member(AssignedField field)
+{
+    return TagFieldSet::member(tagField(field));
 }
 
 QSet<TrackID> favorites(const TrackList& tracks, const QSet<TrackID>& ids)
@@ -37,42 +42,6 @@ QSet<TrackID> favorites(const TrackList& tracks, const QSet<TrackID>& ids)
             result.insert(id);
     }
     return result;
-}
-
-AssignedValues presentValues(const TrackList& tracks, const QSet<TrackID>& ids, AssignedField field)
-{
-    AssignedValues values;
-    for (const TrackID& id : ids) {
-        if (const Track* track = tracks.find(id))
-            values.insert(id, track->tags().*member(field));
-    }
-    return values;
-}
-
-AssignedValues differing(const AssignedValues& present, const QString& value)
-{
-    AssignedValues values;
-    for (auto entry = present.cbegin(); entry != present.cend(); ++entry) {
-        if (entry.value() != value)
-            values.insert(entry.key(), value);
-    }
-    return values;
-}
-
-QList<Track> withValues(const TrackList& tracks, AssignedField field, const AssignedValues& values,
-                        QList<Track>& changed)
-{
-    QList<Track> rows = tracks.rows();
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        const std::optional<int> row = tracks.indexOf(entry.key());
-        if (!row || rows.at(*row).tags().*member(field) == entry.value())
-            continue;
-        AudioTags tags = rows.at(*row).tags();
-        tags.*member(field) = entry.value();
-        rows[*row].replaceTags(tags);
-        changed.append(rows.at(*row));
-    }
-    return rows;
 }
 
 } // namespace AssignmentPlan

@@ -3,15 +3,19 @@
 #include "async/MainQueue.h"
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/tagwriting/TagWriter.h"
+#include "core/library/tagwriting/TagEditPlan.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
-#include "platform/Localization.h"
+#include "platform/FileURL.h"
 #include "platform/Notifications.h"
+
+#include <algorithm>
 
 namespace {
 
 using Tone = WorkspaceStatus::Tone;
+
+constexpr int kAskedFiles = 200; // chosen: a menu opens at once; for more it offers without asking
 
 /// The texts of one field.
 struct Words {
@@ -56,10 +60,25 @@ const Words& words(AssignedField field)
 
 } // namespace
 
+/// One edit as undo and redo see it.
+struct TagWriting::UndoStep {
+    QString actionName;
+    QString fieldName; ///< of the notification
+    TagFields fields;
+    TagEditPlan::TagValues before = {};
+    TagEditPlan::TagValues after = {};
+    /// Fields whose value before is a guess until the file is looked at.
+    QHash<TrackID, TagFields> unknown = {};
+};
+
 TagWriting::TagWriting(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
+    connect(&dependencies.saver, &TagSaver::fileTold, this, &TagWriting::fileTold);
+    connect(&dependencies.saver, &TagSaver::restored, this, &TagWriting::announceRestored);
 }
+
+TagWriting::~TagWriting() = default;
 
 void TagWriting::assignGenre(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager)
 {
@@ -86,27 +105,30 @@ void TagWriting::clearComments(const QSet<TrackID>& ids, UndoManager* undoManage
     clear(AssignedField::Comment, ids, undoManager);
 }
 
-void TagWriting::reportWriteError(const QString& localizedText)
+void TagWriting::reportWriteError(const TagFileError& error)
 {
-    m_dependencies.workspace.setLastError(localizedText);
+    if (!error.isMissing()) // the list will show it
+        m_dependencies.workspace.setLastError(error.message());
 }
 
 void TagWriting::assign(AssignedField field, const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const QString value = text.trimmed();
+    AudioTags tags;
+    const QString value = tags.*AssignmentPlan::member(field) = text.trimmed();
     const QSet<TrackID> targets = favoriteTargets(ids);
     if (targets.isEmpty())
         return;
-    const AssignedValues old = AssignmentPlan::presentValues(m_dependencies.workspace.tracks(), targets, field);
-    change(field, old, AssignmentPlan::differing(old, value), words(field).assignAction, undoManager);
+    const UndoStep kind{words(field).assignAction, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
+    edit(tags, kind, targets, undoManager);
     if (field == AssignedField::Genre)
         m_dependencies.quickLists.recordRecentGenre(value);
     const int count = static_cast<int>(targets.size());
+    StatusLine& status = m_dependencies.status;
     if (field == AssignedField::Album && value.isEmpty())
-        showDone(words(field).cleared, {count}, words(field).icon);
+        status.showCounted(words(field).cleared, {count}, words(field).icon, Tone::Success);
     else
-        showDone(words(field).assigned, {value, count}, words(field).icon);
+        status.showCounted(words(field).assigned, {value, count}, words(field).icon, Tone::Success);
 }
 
 void TagWriting::clear(AssignedField field, const QSet<TrackID>& ids, UndoManager* undoManager)
@@ -115,14 +137,13 @@ void TagWriting::clear(AssignedField field, const QSet<TrackID>& ids, UndoManage
     const QSet<TrackID> targets = favoriteTargets(ids);
     if (targets.isEmpty())
         return;
-    const AssignedValues old = AssignmentPlan::presentValues(m_dependencies.workspace.tracks(), targets, field);
-    const AssignedValues values = AssignmentPlan::differing(old, QString());
-    if (values.isEmpty()) {
-        m_dependencies.status.showStatus(words(field).alreadyEmpty, words(field).icon, Tone::Warning);
-        return;
-    }
-    change(field, old, values, words(field).clearAction, undoManager);
-    showDone(words(field).cleared, {static_cast<int>(values.size())}, words(field).icon);
+    const UndoStep kind{words(field).clearAction, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
+    const int count = edit(AudioTags(), kind, targets, undoManager);
+    StatusLine& status = m_dependencies.status;
+    if (count == 0)
+        status.showStatus(words(field).alreadyEmpty, words(field).icon, Tone::Warning);
+    else
+        status.showCounted(words(field).cleared, {count}, words(field).icon, Tone::Success);
 }
 
 QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
@@ -134,46 +155,139 @@ QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
     return targets;
 }
 
-void TagWriting::change(AssignedField field, const AssignedValues& old, const AssignedValues& values,
-                        const QString& actionName, UndoManager* undoManager)
+/// Gives the fields of \p kind to the rows and their files, as one step of undo. \return how many rows changed.
+int TagWriting::edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager)
 {
-    if (values.isEmpty())
-        return;
-    applyValues(field, values);
-    if (!undoManager)
-        return;
-    AssignedValues changedFrom;
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
-        changedFrom.insert(entry.key(), old.value(entry.key()));
-    undoManager->registerUndo(
-        actionName, [this, field, changedFrom] { applyValues(field, changedFrom); },
-        [this, field, values] { applyValues(field, values); });
+    const TrackList& tracks = m_dependencies.workspace.tracks();
+    const auto step = std::make_shared<UndoStep>(kind);
+    step->before = TagEditPlan::valuesBefore(tracks, tags, step->fields, ids);
+    for (auto entry = step->before.cbegin(); entry != step->before.cend(); ++entry) {
+        step->after.insert(entry.key(), TagFieldSet::merged(entry.value(), tags, step->fields));
+        const TagFields unknown = TagEditPlan::unknownFields(*tracks.find(entry.key()), step->fields,
+                                                             m_dependencies.saver.pendingEdits(entry.key()));
+        if (unknown)
+            step->unknown.insert(entry.key(), unknown);
+    }
+    if (undoManager && !step->before.isEmpty()) {
+        watchUnknown(step);
+        undoManager->registerUndo(
+            step->actionName, [this, step] { takeBack(*step); }, [this, step] { apply(step->after, *step); });
+    }
+    apply(step->after, *step);
+    return static_cast<int>(step->before.size());
 }
 
-void TagWriting::applyValues(AssignedField field, const AssignedValues& values)
+void TagWriting::watchUnknown(const std::shared_ptr<UndoStep>& step)
+{
+    for (auto entry = step->unknown.cbegin(); entry != step->unknown.cend(); ++entry)
+        m_unknown[entry.key()].append(step);
+}
+
+/// Before the first write of a file its tags are looked at: what the edit covered there is what undo has to bring back.
+void TagWriting::fileTold(const TrackID& id, const AudioTags& values, TagFields known)
+{
+    for (const std::weak_ptr<UndoStep>& waiting : m_unknown.take(id)) {
+        const std::shared_ptr<UndoStep> step = waiting.lock();
+        if (!step)
+            continue;
+        AudioTags& before = step->before[id];
+        before = TagFieldSet::merged(before, values, step->unknown.take(id) & known);
+    }
+}
+
+/// What has not come to the file yet is no edit any more, and the guess is not written in its place.
+void TagWriting::takeBack(const UndoStep& step)
+{
+    apply(step.before, step);
+    for (auto entry = step.unknown.cbegin(); entry != step.unknown.cend(); ++entry)
+        m_dependencies.saver.forgetEdits(entry.key(), entry.value());
+}
+
+void TagWriting::apply(const TagEditPlan::TagValues& values, const UndoStep& step)
 {
     QList<Track> changed;
     Workspace& workspace = m_dependencies.workspace;
-    workspace.setTracks(AssignmentPlan::withValues(workspace.tracks(), field, values, changed));
+    workspace.setTracks(TagEditPlan::withTags(workspace.tracks(), values, step.fields, changed));
+    announceAndWrite(step.fieldName, step.fields, changed);
+}
+
+void TagWriting::announceAndWrite(const QString& fieldName, TagFields edited, const QList<Track>& changed)
+{
     if (changed.isEmpty())
         return;
     QSet<TrackID> ids;
-    QList<TagWriter::Item> items;
-    for (const Track& track : std::as_const(changed)) {
+    QList<TagSaver::Item> items;
+    for (const Track& track : changed) {
         ids.insert(track.id());
-        items.append({track.tags(), track.url()});
+        items.append({track, edited});
     }
-    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(AssignmentPlan::fieldName(field), ids);
-    m_dependencies.writer.writeBatch(items);
+    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(fieldName, ids);
+    m_dependencies.saver.writeBatch(items);
 }
 
-void TagWriting::showDone(const QString& key, std::initializer_list<QVariant> arguments, const QString& icon)
+void TagWriting::save(const AudioTags& tags, const TrackID& id)
 {
-    if (m_dependencies.writer.writesFiles()) {
-        m_dependencies.status.showCounted(key, arguments, icon, Tone::Success);
+    VELMORA_ASSERT_MAIN_THREAD();
+    Workspace& workspace = m_dependencies.workspace;
+    const std::optional<int> place = workspace.tracks().indexOf(id);
+    if (!place)
         return;
+    QList<Track> rows = workspace.tracks().rows();
+    const TagFields edited = TagFieldSet::differing(rows.at(*place).tags(), tags);
+    rows[*place].replaceTags(tags);
+    workspace.setTracks(std::move(rows));
+    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), {id});
+    m_dependencies.saver.write(id, edited);
+}
+
+void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids, UndoManager* undoManager)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const UndoStep kind{QStringLiteral("Изменить теги"), QString(), fields};
+    const int count = edit(TagEditPlan::trimmed(tags), kind, ids, undoManager);
+    if (count > 0)
+        m_dependencies.status.showCounted(QStringLiteral("Теги изменены: %d"), {count}, QStringLiteral("tag"),
+                                          Tone::Success);
+}
+
+void TagWriting::synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks)
+{
+    if (keys.isEmpty())
+        return;
+    for (qsizetype row = 0; row < tracks.size(); ++row) {
+        const auto key = keys.constFind(FileURL::standardizedPath(std::as_const(tracks)[row].url()));
+        if (key == keys.cend())
+            continue;
+        AudioTags tags = std::as_const(tracks)[row].tags();
+        tags.musicalKey = *key;
+        tracks[row].replaceTags(tags);
     }
-    const QString done = VelmoraLocalization::format(key, arguments);
-    m_dependencies.status.showCounted(QStringLiteral("%@ — пока только в списке, в файлы не записано"), {done}, icon,
-                                      Tone::Warning);
+}
+
+bool TagWriting::canRestoreOriginalTags(const QSet<TrackID>& ids) const
+{
+    if (ids.size() > kAskedFiles)
+        return true;
+    return std::ranges::any_of(ids, [this](const TrackID& id) {
+        const Track* track = m_dependencies.workspace.tracks().find(id);
+        return track && m_dependencies.saver.holdsOriginal(track->url());
+    });
+}
+
+void TagWriting::restoreOriginalTags(const QSet<TrackID>& ids)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    QList<Track> tracks;
+    for (const Track& track : m_dependencies.workspace.tracks()) {
+        if (ids.contains(track.id()))
+            tracks.append(track);
+    }
+    m_dependencies.saver.restoreBatch(tracks);
+}
+
+void TagWriting::announceRestored(const QSet<TrackID>& ids)
+{
+    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), ids);
+    m_dependencies.status.showCounted(QStringLiteral("Исходные теги возвращены: %d"), {static_cast<int>(ids.size())},
+                                      QStringLiteral("arrow.uturn.backward"), Tone::Success);
 }

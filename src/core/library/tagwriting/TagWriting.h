@@ -1,30 +1,39 @@
 #pragma once
 
 #include "core/library/tagwriting/AssignmentPlan.h"
+#include "core/library/tagwriting/TagEditPlan.h"
+#include "core/library/tagwriting/TagSaver.h"
+#include "core/model/TagField.h"
 #include "core/model/Track.h"
 
+#include <QHash>
+#include <QObject>
 #include <QSet>
 #include <QString>
+
+#include <memory>
 
 class Notifications;
 class QuickLists;
 class StatusLine;
-class TagWriter;
 class UndoManager;
 class Workspace;
 
-/// Values assigned to tags of favourites: genre, comment, album.
-class TagWriting {
+/// Edits of tags: values assigned to favourites, fields typed by the user, tags put back. Thread: main.
+class TagWriting : public QObject {
+    Q_OBJECT
+
 public:
     struct Dependencies {
         Workspace& workspace;
         StatusLine& status;
         Notifications& notifications;
         QuickLists& quickLists;
-        TagWriter& writer;
+        TagSaver& saver;
     };
 
     explicit TagWriting(const Dependencies& dependencies);
+    ~TagWriting() override;
 
     /// Assigns a genre, trimmed, to those of the tracks that are favourites. \param undoManager may be null.
     void assignGenre(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager);
@@ -33,17 +42,39 @@ public:
     void assignAlbum(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager);
     void clearGenres(const QSet<TrackID>& ids, UndoManager* undoManager);
     void clearComments(const QSet<TrackID>& ids, UndoManager* undoManager);
-    /// Takes a failed write to the user.
-    void reportWriteError(const QString& localizedText);
+
+    /// Stores a row's tags and writes them into its file.
+    void save(const AudioTags& tags, const TrackID& id);
+    /// Writes the chosen fields into rows and files, as one step of undo. \param undoManager may be null.
+    void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// Sets the key of all rows of these files, in the list that is handed in. \param keys by standardized path.
+    static void synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks);
+
+    /// Puts the tags back that the files had before the program first changed them, where they are kept.
+    void restoreOriginalTags(const QSet<TrackID>& ids);
+    /// Whether the original tags of one of the files are kept; true without asking for a large number of files.
+    bool canRestoreOriginalTags(const QSet<TrackID>& ids) const;
+
+    /// Takes a failed write to the user; a file that has gone is no news.
+    void reportWriteError(const TagFileError& error);
+    /// Writes under way.
+    TagSaver& saver() { return m_dependencies.saver; }
 
 private:
+    struct UndoStep;
+
     void assign(AssignedField field, const QString& value, const QSet<TrackID>& ids, UndoManager* undoManager);
     void clear(AssignedField field, const QSet<TrackID>& ids, UndoManager* undoManager);
     QSet<TrackID> favoriteTargets(const QSet<TrackID>& ids);
-    void change(AssignedField field, const AssignedValues& old, const AssignedValues& values, const QString& actionName,
-                UndoManager* undoManager);
-    void applyValues(AssignedField field, const AssignedValues& values);
-    void showDone(const QString& key, std::initializer_list<QVariant> arguments, const QString& icon);
+    int edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager);
+    void watchUnknown(const std::shared_ptr<UndoStep>& step);
+    void takeBack(const UndoStep& step);
+    void apply(const TagEditPlan::TagValues& values, const UndoStep& step);
+    void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
+    void announceAndWrite(const QString& fieldName, TagFields edited, const QList<Track>& changed);
+    void announceRestored(const QSet<TrackID>& ids);
 
     Dependencies m_dependencies;
+    /// Steps of undo that wait to learn what their edit covered in the file.
+    QHash<TrackID, QList<std::weak_ptr<UndoStep>>> m_unknown;
 };

@@ -125,6 +125,20 @@ void Workspace::setNotice(std::optional<QString> notice)
     emit noticeChanged();
 }
 
+void Workspace::setArtworkWritingIDs(QSet<TrackID> ids)
+{
+    if (m_artworkWritingIDs == ids)
+        return;
+    m_artworkWritingIDs = std::move(ids);
+    emit artworkWritingIDsChanged();
+}
+
+void Workspace::setAskingWhatSavesKeep(bool value)
+{
+    if (std::exchange(m_isAskingWhatSavesKeep, value) != value)
+        emit askingWhatSavesKeepChanged();
+}
+
 void Workspace::setLastError(std::optional<QString> error)
 {
     if (m_lastError == error)

@@ -71,6 +71,14 @@ public:
     int playlistAnalysisRevision() const { return m_playlistAnalysisRevision; }
     void raisePlaylistAnalysisRevision();
 
+    /// Tracks whose artwork is being written into the file.
+    const QSet<TrackID>& artworkWritingIDs() const { return m_artworkWritingIDs; }
+    void setArtworkWritingIDs(QSet<TrackID> ids);
+
+    /// Whether a save waits for the user to say what it shall do with a file's picture and other entries.
+    bool isAskingWhatSavesKeep() const { return m_isAskingWhatSavesKeep; }
+    void setAskingWhatSavesKeep(bool value);
+
     // Messages.
     const std::optional<WorkspaceStatus>& workspaceStatus() const { return m_status; }
     void setWorkspaceStatus(std::optional<WorkspaceStatus> status);
@@ -94,6 +102,8 @@ Q_SIGNALS:
     void workspaceStatusChanged();
     void noticeChanged();
     void lastErrorChanged();
+    void artworkWritingIDsChanged();
+    void askingWhatSavesKeepChanged();
 
 private:
     TrackList& mutableList(Track::MetadataDestination destination);
@@ -110,6 +120,8 @@ private:
     bool m_isSwitchingSections = false;
     bool m_isRestoring = false;
     bool m_isEditingMetadata = false;
+    bool m_isAskingWhatSavesKeep = false;
+    QSet<TrackID> m_artworkWritingIDs;
     int m_playlistAnalysisRevision = 0;
     quint64 m_listRevision = 0;
     quint64 m_selectionRevision = 0;

@@ -9,7 +9,7 @@
 StoreFixture::StoreFixture()
 {
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
-    LibraryServices services{clock, executor, preferences, notifications, writer, {}, {}, {}, {}, {}};
+    LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
     services.readMetadata = [this](const QUrl& url, const AudioTags& fallback) {
         readURLs.append(url);
         return reader ? reader(url, fallback) : std::nullopt;

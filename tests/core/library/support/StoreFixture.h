@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryServices.h"
 #include "core/library/LibraryStore.h"
+#include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/order/Order.h"
@@ -10,7 +11,6 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/tagwriting/TagWriter.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
@@ -18,19 +18,12 @@
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
+#include "support/FakeTagFiles.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutor.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
-
-/// Remembers what it was asked to write.
-class RecordingTagWriter final : public TagWriter {
-public:
-    bool writesFiles() const override { return true; }
-    void writeBatch(const QList<Item>& items) override { batches.append(items); }
-    QList<QList<Item>> batches;
-};
 
 /// Remembers what it was asked to play.
 class RecordingPlayer final : public PlayerControl {
@@ -78,7 +71,7 @@ protected:
     ManualExecutor executor;
     Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
     Notifications notifications;
-    RecordingTagWriter writer;
+    FakeTagFiles files;
     UndoManager undo;
     QTemporaryDir folder;
 

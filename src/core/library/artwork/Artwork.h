@@ -1,0 +1,52 @@
+#pragma once
+
+#include "async/Clock.h"
+#include "async/Executor.h"
+#include "async/TaskGroup.h"
+#include "core/model/Track.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QSet>
+
+#include <memory>
+
+class Notifications;
+class StatusLine;
+class TagSaver;
+class Workspace;
+
+/// Pictures assigned to tracks and written into their files. Thread: main.
+class Artwork {
+public:
+    struct Dependencies {
+        Workspace& workspace;
+        StatusLine& status;
+        Notifications& notifications;
+        async::Clock& clock;
+        async::Executor& executor;
+        TagSaver& saver;
+    };
+
+    explicit Artwork(const Dependencies& dependencies);
+    ~Artwork();
+
+    /// Writes a picture into the files of these tracks, one after another; the whole request is refused while a picture
+    /// is on its way into one of them. \param image the bytes of any picture; what cannot be decoded is told in the
+    /// status line.
+    void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids);
+
+private:
+    struct Run;
+    struct Prepared;
+
+    async::Task<> prepareThenWrite(QByteArray image, QSet<TrackID> ids, std::stop_token stop);
+    std::shared_ptr<Run> begin(const QSet<TrackID>& ids);
+    async::Task<> writeOne(std::shared_ptr<Run> run, Track target, std::stop_token stop);
+    async::Task<> attempt(std::shared_ptr<Run> run, TrackID id, std::stop_token stop);
+    void takeOver(const Run& run);
+    void finish(const Run& run);
+
+    Dependencies m_dependencies;
+    async::TaskGroup m_tasks;
+};

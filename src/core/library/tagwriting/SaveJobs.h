@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/library/tagwriting/TagFiles.h"
+#include "core/model/LoadedTrackMetadata.h"
+
+#include <functional>
+#include <optional>
+
+/// What saves do on workers: one file each, nothing thrown, because a hostile file may ask for all memory.
+namespace SaveJobs {
+
+/// Reads one audio file; nothing for a file that cannot be read.
+using Reader = std::function<std::optional<LoadedTrackMetadata>(const QUrl& url, const AudioTags& fallbackTags)>;
+
+/// What a file is looked at for before it is written.
+struct Wanted {
+    bool tags = false;
+    bool inventory = false;
+};
+struct Look {
+    std::optional<LoadedTrackMetadata> tags; ///< nothing if not wanted or not readable
+    TagInventory inventory;
+};
+Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted);
+
+/// \param artwork a picture to be written with the tags. \return the failure, if any.
+std::optional<TagFileError> write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork);
+
+struct Restored {
+    bool isHeld = false; ///< whether there was anything to put back
+    std::optional<TagFileError> failure;
+    std::optional<LoadedTrackMetadata> tags;
+};
+/// Puts the original tags back and reads them.
+Restored restore(TagFiles& files, const Reader& reader, const QUrl& url);
+
+/// That a file's tags could not be read, so that they were left alone.
+TagFileError unreadable(const QUrl& url);
+
+} // namespace SaveJobs

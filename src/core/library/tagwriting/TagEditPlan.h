@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/library/workspace/TrackList.h"
+#include "core/model/TagField.h"
+#include "core/model/Track.h"
+
+#include <QHash>
+#include <QSet>
+
+/// What an edit of several fields changes: pure functions of the list.
+namespace TagEditPlan {
+
+/// Whole tags per track.
+using TagValues = QHash<TrackID, AudioTags>;
+
+/// The ten fields without white space and line ends around them.
+AudioTags trimmed(const AudioTags& tags);
+/// The present tags of those of the tracks in which one of the fields changes, or may change in the file: of a row that
+/// was never read, and of fields that no read supplies, nobody knows.
+TagValues valuesBefore(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
+/// The fields of an edit whose old value the row does not know. \param edited fields of the row that were edited before
+/// and have not come to the file.
+TagFields unknownFields(const Track& track, TagFields fields, TagFields edited);
+/// The list with the chosen fields of the values, each changed track under a fresh stamp of tags. \param changed gets
+/// the changed tracks in the order of the list.
+QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields, QList<Track>& changed);
+
+} // namespace TagEditPlan

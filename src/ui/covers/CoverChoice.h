@@ -1,0 +1,33 @@
+#pragma once
+
+#include "async/Executor.h"
+#include "async/TaskSlot.h"
+#include "ui/covers/ChosenPicture.h"
+
+#include <QObject>
+
+/// The picture that is chosen for covers, if there is one. It is read and decoded on a worker. Thread: main.
+class CoverChoice : public QObject {
+    Q_OBJECT
+
+public:
+    /// \param executor outlives the choice.
+    explicit CoverChoice(async::Executor& executor, QObject* parent = nullptr);
+
+    /// Takes another picture. The present one stays until the new one is decoded, and if that fails.
+    void choose(const PictureSource& source);
+    void clear();
+    const std::optional<ChosenPicture>& picture() const { return m_picture; }
+
+Q_SIGNALS:
+    void changed();
+    /// What was to be chosen is no picture.
+    void refused();
+
+private:
+    async::Task<> prepare(PictureSource source, std::stop_token stop);
+
+    async::Executor& m_executor;
+    std::optional<ChosenPicture> m_picture;
+    async::TaskSlot m_task; // last: stops the task before anything else goes
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+#include "ui/covers/PictureSource.h"
+
+#include <QAbstractButton>
+#include <QBasicTimer>
+
+/// The cover of the tracks shown, as a stack where they differ. Takes pictures that are dropped, pasted or chosen.
+/// Thread: main.
+class CoverWell : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    static constexpr int kSide = 144;
+    static constexpr int kSmallSide = 72; ///< in a low window
+
+    enum class Mode { Open, Writing, Closed };
+
+    CoverWell(const WindowContext& context, QWidget* parent = nullptr);
+
+    void setSmall(bool isSmall);
+    /// \param covers one track per different cover; may be empty.
+    void setCovers(const QList<Track>& covers);
+    /// Whether pictures are taken; while one is being written a veil lies over the cover.
+    void setMode(Mode mode);
+    Mode mode() const { return m_mode; }
+    /// Why pictures are not taken, or what may be done; localised.
+    void setHint(const QString& hint);
+    /// Takes the picture of the clipboard, if there is one.
+    void paste();
+    void retranslate();
+
+Q_SIGNALS:
+    void offered(const PictureSource& offer);
+    void chooseWanted();
+    /// Something was done with the well while a picture is being written.
+    void refused();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void take(const std::optional<PictureSource>& offer);
+    void choose();
+    void setHighlighted(bool isOn);
+    int stackStep() const;
+    QRect square(int place) const;
+    void paintCovers(QPainter& painter) const;
+    void paintVeil(QPainter& painter) const;
+    void paintRing(QPainter& painter, const QRect& glyph) const;
+
+    WindowContext m_context;
+    QList<Track> m_covers;
+    Mode m_mode = Mode::Open;
+    bool m_isHighlighted = false;
+    QBasicTimer m_turning; ///< of the ring, while a picture is being written
+    int m_angle = 0;       ///< degrees
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ui/window/Panel.h"
+
+class ThemeButton;
+class WrappedText;
+
+/// Says whose unsaved edits the inspector holds on to while something else is selected.
+class PinnedStrip : public Panel {
+    Q_OBJECT
+
+public:
+    explicit PinnedStrip(const Theme& theme, QWidget* parent = nullptr);
+
+    /// \param whose the tracks of the edits, localised.
+    void setSubject(const QString& whose);
+    const QString& text() const;
+    void retranslate();
+    ThemeButton& save() const { return *m_save; }
+    ThemeButton& revert() const { return *m_revert; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& m_theme;
+    QString m_whose;
+    WrappedText* m_text;
+    ThemeButton* m_save;
+    ThemeButton* m_revert;
+};

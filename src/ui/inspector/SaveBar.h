@@ -1,0 +1,32 @@
+#pragma once
+
+#include "ui/window/Panel.h"
+
+class ThemeButton;
+class WrappedText;
+
+/// The foot of the inspector: what a save does to the files, and the two buttons.
+class SaveBar : public Panel {
+    Q_OBJECT
+
+public:
+    explicit SaveBar(const Theme& theme, QWidget* parent = nullptr);
+
+    /// \param summary localised; may be empty. \param link what the button behind it says; empty hides it.
+    void setSummary(const QString& summary, const QString& link);
+    const QString& summary() const;
+    void setCanSave(bool canSave);
+    /// Whether the two buttons have their row here.
+    void setButtonsShown(bool areShown);
+    void retranslate();
+    ThemeButton& save() const { return *m_save; }
+    ThemeButton& revert() const { return *m_revert; }
+    ThemeButton& link() const { return *m_link; }
+
+private:
+    WrappedText* m_summary;
+    ThemeButton* m_link;
+    QWidget* m_buttons;
+    ThemeButton* m_save;
+    ThemeButton* m_revert;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QListView>
+
+class Theme;
+
+/// The list that opens under a field with what may be meant.
+class SuggestionList : public QListView {
+    Q_OBJECT
+
+public:
+    explicit SuggestionList(const Theme& theme);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& m_theme;
+};

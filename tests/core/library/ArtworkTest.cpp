@@ -1,0 +1,185 @@
+#include "support/StoreFixture.h"
+
+#include "core/library/artwork/ArtworkImage.h"
+
+#include <QBuffer>
+#include <QSignalSpy>
+
+namespace {
+
+QByteArray encoded(const QImage& image, const char* format, int quality = -1)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format, quality);
+    return buffer.data();
+}
+
+QImage picture(const QSize& size = {40, 20})
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    return image;
+}
+
+} // namespace
+
+class ArtworkTest : public StoreFixture {
+protected:
+    ~ArtworkTest() override
+    {
+        settle();
+        clock.advance(async::seconds(60));
+    }
+
+    static QList<Track> tracks(int count)
+    {
+        QList<Track> result;
+        for (int number = 1; number <= count; ++number) {
+            Track each = favorite(QStringLiteral("%1.mp3").arg(number));
+            each.setIsRead(true);
+            result.append(each);
+        }
+        return result;
+    }
+    Artwork& artwork() { return store->artwork(); }
+
+    const QByteArray png = encoded(picture(), "PNG");
+};
+
+TEST_F(ArtworkTest, NormalizesPictures)
+{
+    EXPECT_EQ(ArtworkImage::normalizedArtworkData(png), png) << "byte for byte";
+    const QByteArray jpeg = encoded(picture(), "JPEG", 60);
+    struct Case {
+        const char* name;
+        QByteArray bytes;
+        bool isTaken;
+    };
+    QByteArray huge = png;
+    huge.resize(ArtworkImage::kMaximumBytes + 1);
+    const Case cases[] = {
+        {"JPEG", jpeg, true},
+        {"BMP", encoded(picture(), "BMP"), true},
+        {"no picture", "hello", false},
+        {"nothing", QByteArray(), false},
+        {"cut", encoded(picture(), "BMP").first(40), false},
+        {"larger than any cover", huge, false},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        const std::optional<QByteArray> result = ArtworkImage::normalizedArtworkData(test.bytes);
+        ASSERT_EQ(result.has_value(), test.isTaken);
+        if (test.isTaken) {
+            EXPECT_TRUE(result->startsWith(QByteArrayView("\xff\xd8\xff"))) << "JPEG";
+            EXPECT_EQ(QImage::fromData(*result).size(), picture().size());
+        }
+    }
+}
+
+// Cameras make pictures of 36 megapixels, which take more memory than the toolkit allows by itself.
+TEST_F(ArtworkTest, TakesLargePicturesUpToTheLimit)
+{
+    ArtworkImage::allowLargePictures();
+    const QByteArray photograph = encoded(picture({7360, 4912}), "JPEG", 60);
+    const std::optional<QByteArray> taken = ArtworkImage::normalizedArtworkData(photograph);
+    ASSERT_TRUE(taken);
+    EXPECT_EQ(QImage::fromData(*taken).size(), QSize(7360, 4912));
+    QImage tooLarge(10001, 10000, QImage::Format_Mono); // little memory, many pixels
+    tooLarge.fill(0);
+    const QByteArray bytes = encoded(tooLarge, "PNG");
+    ASSERT_LT(bytes.size(), ArtworkImage::kMaximumBytes);
+    EXPECT_FALSE(ArtworkImage::normalizedArtworkData(bytes)) << "a PNG is not decoded, but it is measured";
+    EXPECT_TRUE(ArtworkImage::decoded(bytes).isNull());
+}
+
+TEST_F(ArtworkTest, PutsWhatIsTransparentOnWhite)
+{
+    QImage clear(8, 8, QImage::Format_ARGB32);
+    clear.fill(Qt::transparent);
+    const std::optional<QByteArray> jpeg = ArtworkImage::normalizedArtworkData(encoded(clear, "XPM"));
+    ASSERT_TRUE(jpeg);
+    EXPECT_GT(qGray(QImage::fromData(*jpeg).pixel(4, 4)), 250);
+}
+
+TEST_F(ArtworkTest, WritesThePictureAndShowsIt)
+{
+    const QList<Track> rows = tracks(2);
+    fill(rows);
+    QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
+    QSignalSpy told(&notifications, &Notifications::velmoraTrackMetadataDidChange);
+    artwork().assignArtwork(png, ids(rows));
+    executor.runOne(); // the picture is prepared
+    async::MainQueue::drain();
+    EXPECT_EQ(workspace().artworkWritingIDs(), ids(rows));
+    EXPECT_EQ(statusText(), QStringLiteral("Сохраняем обложку: 2"));
+    settle();
+    ASSERT_EQ(files.calls.size(), 2);
+    EXPECT_EQ(files.calls.first().artwork, png);
+    EXPECT_EQ(files.calls.first().write.url, rows.first().url()) << "in the list's order";
+    EXPECT_EQ(now(rows.first()).artworkData(), ArtworkData::intern(png));
+    EXPECT_EQ(now(rows.first()).artwork().size(), picture().size());
+    EXPECT_NE(now(rows.first()).metadataVersion().artwork, rows.first().metadataVersion().artwork);
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(told.last().first().toString(), QStringLiteral("artworkBatch"));
+    EXPECT_TRUE(workspace().artworkWritingIDs().isEmpty());
+    EXPECT_EQ(statusText(), QStringLiteral("Обложка сохранена: 2"));
+}
+
+TEST_F(ArtworkTest, RefusesARequestThatMeetsOneUnderWay)
+{
+    const QList<Track> rows = tracks(3);
+    fill(rows);
+    artwork().assignArtwork(png, ids(rows.first(2)));
+    executor.runOne();
+    async::MainQueue::drain();
+    artwork().assignArtwork(png, ids(rows.last(2)));
+    settle();
+    EXPECT_EQ(files.calls.size(), 2) << "the free track of the second request is refused with it";
+    artwork().assignArtwork(QByteArrayLiteral("no picture"), ids(rows));
+    settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Не удалось подготовить выбранное изображение для обложки."));
+    artwork().assignArtwork(png, {Track::unread(rows.first().url()).id()});
+    settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Обложка уже сохраняется")) << "rows that are gone";
+    EXPECT_EQ(files.calls.size(), 2);
+}
+
+TEST_F(ArtworkTest, TriesTwiceAndTellsTheFirstFailure)
+{
+    const QList<Track> rows = tracks(3);
+    fill(rows);
+    int firstFails = 1;
+    files.before = [&](const FakeTagFiles::Call& call) {
+        const QString name = call.write.url.fileName();
+        if ((name == QLatin1StringView("1.mp3") && firstFails-- > 0) || name == QLatin1StringView("2.mp3"))
+            throw TagFileError(QStringLiteral("busy"), false);
+    };
+    artwork().assignArtwork(png, ids(rows));
+    settle();
+    while (executor.pendingCount() > 0 || !workspace().artworkWritingIDs().isEmpty()) {
+        clock.advance(async::seconds(0.12));
+        settle();
+    }
+    EXPECT_EQ(files.calls.size(), 5) << "one twice and well, one twice in vain, one at once";
+    EXPECT_EQ(now(rows.at(0)).artworkData(), ArtworkData::intern(png));
+    EXPECT_TRUE(now(rows.at(1)).artworkData().isNull());
+    EXPECT_EQ(workspace().lastError(),
+              QStringLiteral("Не удалось сохранить обложку в 1 из 3 файлов. Первый файл: 2.mp3. busy"));
+    EXPECT_EQ(statusText(), QStringLiteral("Сохранено 2, ошибок: 1"));
+    EXPECT_TRUE(workspace().artworkWritingIDs().isEmpty());
+}
+
+TEST_F(ArtworkTest, TellsItsProgressAfterEveryTwelfthFile)
+{
+    const QList<Track> rows = tracks(25);
+    fill(rows);
+    QStringList messages;
+    QObject context;
+    QObject::connect(&workspace(), &Workspace::workspaceStatusChanged, &context,
+                     [&] { messages.append(statusText()); });
+    artwork().assignArtwork(png, ids(rows));
+    settle();
+    EXPECT_EQ(messages.filter(QStringLiteral(" из ")), QStringList({QStringLiteral("Сохраняем обложку: 12 из 25"),
+                                                                    QStringLiteral("Сохраняем обложку: 24 из 25")}));
+}

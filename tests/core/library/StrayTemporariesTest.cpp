@@ -1,0 +1,127 @@
+#include "core/library/imports/StrayTemporaries.h"
+
+#include "async/MainQueue.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Localization.h"
+#include "platform/files/TrashError.h"
+#include "support/ManualClock.h"
+#include "support/ManualExecutor.h"
+
+#include <QMap>
+#include <gtest/gtest.h>
+
+using Case = TrashError::Case;
+using Tone = WorkspaceStatus::Tone;
+
+class StrayTemporariesTest : public testing::Test {
+protected:
+    StrayTemporariesTest()
+    {
+        VelmoraLocalization::setLanguage(AppLanguage::Russian);
+        QObject::connect(strays.get(), &StrayTemporaries::changed, [this] { ++changes; });
+    }
+
+    static QUrl url(const char* name) { return FileURL::fromPath(QStringLiteral("/music/") + QLatin1StringView(name)); }
+
+    std::unique_ptr<StrayTemporaries> make()
+    {
+        return std::make_unique<StrayTemporaries>(
+            StrayTemporaries::Dependencies{status, executor, [this](const QUrl& file) {
+                                               asked.append(file);
+                                               if (errors.contains(file))
+                                                   throw TrashError(errors.value(file), file.path().toUtf8());
+                                           }});
+    }
+
+    QString statusText() const
+    {
+        return workspace.workspaceStatus() ? workspace.workspaceStatus()->message : QString();
+    }
+
+    ManualClock clock;
+    ManualExecutor executor;
+    Workspace workspace;
+    StatusLine status{workspace, clock};
+    QList<QUrl> asked;       ///< what was to be moved
+    QMap<QUrl, Case> errors; ///< what cannot be
+    int changes = 0;
+    std::unique_ptr<StrayTemporaries> strays = make();
+};
+
+TEST_F(StrayTemporariesTest, NothingMovesUnasked)
+{
+    strays->add({url("a"), url("b"), url("a")});
+    strays->add({url("b")});
+    EXPECT_EQ(strays->list(), (QList<QUrl>{url("a"), url("b")}));
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(executor.pendingCount(), 0);
+}
+
+TEST_F(StrayTemporariesTest, TheStatusLineSaysWhatCameOfTheMove)
+{
+    const struct {
+        QMap<QUrl, Case> errors;
+        QList<QUrl> left;
+        QString status;
+        Tone tone;
+    } rows[] = {
+        {{}, {}, QStringLiteral("Перемещено в Корзину: 3"), Tone::Success},
+        {{{url("a"), Case::noSuchFile}}, {}, QStringLiteral("Перемещено в Корзину: 2"), Tone::Success},
+        {{{url("b"), Case::unavailable}, {url("c"), Case::noPermission}},
+         {url("b"), url("c")},
+         QStringLiteral("Перемещено в Корзину: 1 · Корзина недоступна на томе с файлом b."),
+         Tone::Warning},
+        {{{url("a"), Case::outOfSpace}, {url("b"), Case::noSuchFile}, {url("c"), Case::readOnlyVolume}},
+         {url("a"), url("c")},
+         QStringLiteral("Файл a не перемещён: недостаточно места."),
+         Tone::Warning},
+    };
+    for (const auto& row : rows) {
+        strays = make();
+        asked.clear();
+        errors = row.errors;
+        strays->add({url("a"), url("b"), url("c")});
+        strays->moveToTrash();
+        EXPECT_TRUE(asked.isEmpty()) << "in the background alone";
+        executor.runAll();
+        EXPECT_EQ(asked, (QList<QUrl>{url("a"), url("b"), url("c")})) << "one failure does not hold up the others";
+        EXPECT_EQ(strays->list(), row.left);
+        EXPECT_EQ(statusText(), row.status);
+        EXPECT_EQ(workspace.workspaceStatus()->tone, row.tone);
+    }
+    clock.advance(async::seconds(60));
+}
+
+TEST_F(StrayTemporariesTest, OneMoveAtATimeAndLateOnesStay)
+{
+    strays->moveToTrash();
+    EXPECT_EQ(executor.pendingCount(), 0) << "nothing to move";
+    strays->add({url("a")});
+    bool wasMoving = true;
+    QObject::connect(strays.get(), &StrayTemporaries::changed, [&] { wasMoving = strays->isMoving(); });
+    strays->moveToTrash();
+    strays->moveToTrash();
+    EXPECT_TRUE(strays->isMoving() && wasMoving);
+    EXPECT_EQ(executor.pendingCount(), 1);
+    strays->add({url("late")});
+    executor.runAll();
+    EXPECT_EQ(strays->list(), QList<QUrl>{url("late")});
+    EXPECT_FALSE(wasMoving) << "whoever hears of the end can ask again";
+    strays->moveToTrash();
+    executor.runAll();
+    EXPECT_TRUE(strays->list().isEmpty());
+    EXPECT_EQ(asked, (QList<QUrl>{url("a"), url("late")}));
+    clock.advance(async::seconds(60));
+}
+
+TEST_F(StrayTemporariesTest, AnEndInTheMiddleTouchesNothingMore)
+{
+    strays->add({url("a")});
+    strays->moveToTrash();
+    strays.reset();
+    executor.runAll();
+    EXPECT_TRUE(asked.isEmpty());
+    EXPECT_FALSE(workspace.workspaceStatus());
+}

@@ -1,0 +1,347 @@
+#include "support/StoreFixture.h"
+
+#include <QBuffer>
+#include <QSignalSpy>
+
+/// Saves on their way into files, on files that are made up.
+class TagSaverTest : public StoreFixture {
+protected:
+    ~TagSaverTest() override
+    {
+        saver().cancelBatches();
+        files.before = {};
+        settle();
+        clock.advance(async::seconds(60));
+    }
+
+    TagSaver& saver() { return store->tagWriting().saver(); }
+    static Track read(const QString& name)
+    {
+        Track result = favorite(name);
+        result.setIsRead(true);
+        return result;
+    }
+    /// Fills the list with tracks as if each had just been edited.
+    void fillEdited(QList<Track> tracks)
+    {
+        for (Track& track : tracks)
+            track.replaceTags(track.tags());
+        fill({});
+        fill(tracks);
+    }
+    static QList<TagSaver::Item> items(const QList<Track>& tracks)
+    {
+        QList<TagSaver::Item> result;
+        for (const Track& track : tracks)
+            result.append({track, TagField::Genre});
+        return result;
+    }
+    QStringList writtenNames() const
+    {
+        QStringList names;
+        for (const FakeTagFiles::Call& call : files.calls)
+            names.append(FileURL::lastPathComponent(call.write.url));
+        return names;
+    }
+    void failFor(const QString& name, const TagFileError& error)
+    {
+        files.before = [name, error](const FakeTagFiles::Call& call) {
+            if (call.write.url.fileName() == name)
+                throw TagFileError(error);
+        };
+    }
+
+    const Track a = read(QStringLiteral("a.mp3"));
+    const Track b = read(QStringLiteral("b.mp3"));
+    const Track c = read(QStringLiteral("c.mp3"));
+};
+
+TEST_F(TagSaverTest, AFailureStopsNoOtherFileAndOnlyTheFirstIsTold)
+{
+    struct Case {
+        const char* name;
+        bool isMissing;
+        std::optional<QString> told;
+    };
+    const Case cases[] = {{"a failure", false, QStringLiteral("disk full: b.mp3")},
+                          {"a file that has gone", true, std::nullopt}};
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        fillEdited({a, b, c});
+        files.calls.clear();
+        files.before = [&](const FakeTagFiles::Call& call) {
+            if (call.write.url != a.url())
+                throw TagFileError(QStringLiteral("disk full: ") + call.write.url.fileName(), test.isMissing);
+        };
+        saver().writeBatch(items({a, b, c}));
+        settle();
+        EXPECT_EQ(writtenNames(),
+                  QStringList({QStringLiteral("a.mp3"), QStringLiteral("b.mp3"), QStringLiteral("c.mp3")}));
+        EXPECT_EQ(workspace().lastError(), test.told);
+        workspace().setLastError(std::nullopt);
+    }
+}
+
+TEST_F(TagSaverTest, AFailedWriteKeepsTheEditInTheRow)
+{
+    fill({a});
+    failFor(QStringLiteral("a.mp3"), TagFileError(QStringLiteral("no"), false));
+    AudioTags tags = a.tags();
+    tags.title = QStringLiteral("New");
+    store->tagWriting().save(tags, a.id());
+    settle();
+    EXPECT_EQ(now(a).tags().title, QStringLiteral("New"));
+    EXPECT_EQ(workspace().lastError(), QStringLiteral("no"));
+}
+
+TEST_F(TagSaverTest, AStoppedBatchEndsBeforeItsNextFile)
+{
+    fill({a, b, c});
+    QSignalSpy stopped(&saver(), &TagSaver::stopped);
+    files.before = [&](const FakeTagFiles::Call&) { saver().cancelBatches(); };
+    saver().writeBatch(items({a, b, c}));
+    EXPECT_EQ(saver().progress().total, 3);
+    settle();
+    EXPECT_EQ(writtenNames(), QStringList({QStringLiteral("a.mp3")})) << "the file in progress is finished";
+    ASSERT_EQ(stopped.size(), 1);
+    EXPECT_EQ(stopped.first().first().toInt(), 2);
+    EXPECT_EQ(saver().progress().total, 0);
+    EXPECT_EQ(statusText(), QStringLiteral("Запись остановлена, в файлы не записано: 2"));
+    EXPECT_FALSE(workspace().lastError());
+}
+
+TEST_F(TagSaverTest, AFileHoldsWhatItsRowSaysHoweverManySavesWait)
+{
+    fill({a, b});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}), nullptr);
+    AudioTags tags = now(b).tags();
+    tags.title = QStringLiteral("Later");
+    store->tagWriting().save(tags, b.id()); // overtakes the batch
+    settle();
+    QStringList titles;
+    for (const FakeTagFiles::Call& call : std::as_const(files.calls)) {
+        EXPECT_EQ(call.write.tags.genre, QStringLiteral("House"));
+        if (call.write.url == b.url())
+            titles.append(call.write.tags.title);
+    }
+    EXPECT_EQ(titles, QStringList({QStringLiteral("Later")})) << "the batch finds its work done";
+}
+
+TEST_F(TagSaverTest, ABatchDoesNotTakeALaterPictureOutAgain)
+{
+    preferences.keepsOtherTagEntriesAsked.set(true);
+    fill({a, b});
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    image.save(&buffer, "PNG");
+    files.before = [&](const FakeTagFiles::Call& call) {
+        if (call.name == QLatin1StringView("write") && call.write.url == a.url())
+            store->artwork().assignArtwork(png, ids({b}));
+    };
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}), nullptr);
+    settle();
+    ASSERT_EQ(files.calls.last().name, QStringLiteral("artwork")) << "no plain save comes behind the picture";
+    EXPECT_EQ(files.calls.last().write.tags.genre, QStringLiteral("House"));
+    EXPECT_FALSE(now(b).artworkData().isNull());
+}
+
+TEST_F(TagSaverTest, ARowThatIsGoneIsNotSaved)
+{
+    fill({a, b});
+    saver().write(Track::unread(a.url()).id(), TagField::Title);
+    settle();
+    EXPECT_TRUE(files.calls.isEmpty());
+}
+
+// What was guessed from a file's name never takes the place of what stands in it.
+TEST_F(TagSaverTest, ARowThatWasNeverReadIsReadFirst)
+{
+    const Track unread = favorite(QStringLiteral("Guessed - Name.mp3"));
+    ASSERT_EQ(unread.tags().artist, QStringLiteral("Guessed"));
+    fill({unread});
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        metadata.tags.artist = QStringLiteral("Real");
+        metadata.tags.genre = QStringLiteral("Old");
+        metadata.tags.comment = QStringLiteral("Kept");
+        metadata.duration = 200;
+        return std::optional(metadata);
+    };
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}), &undo);
+    store->tagWriting().assignComment(QStringLiteral("prime"), ids({unread}), &undo);
+    settle();
+    ASSERT_EQ(files.calls.size(), 1) << "the second save finds its work done";
+    EXPECT_EQ(files.calls.first().write.tags.artist, QStringLiteral("Real"));
+    EXPECT_EQ(files.calls.first().write.tags.genre, QStringLiteral("House"));
+    EXPECT_EQ(files.calls.last().write.tags.comment, QStringLiteral("prime"));
+    const Track after = now(unread);
+    EXPECT_TRUE(after.isRead());
+    EXPECT_EQ(after.tags().artist, QStringLiteral("Real"));
+    EXPECT_EQ(after.tags().genre, QStringLiteral("House"));
+    EXPECT_EQ(after.tags().comment, QStringLiteral("prime"));
+    EXPECT_EQ(after.duration(), 200);
+    EXPECT_EQ(readURLs.size(), 1);
+}
+
+TEST_F(TagSaverTest, AFileThatCannotBeReadIsNotOverwritten)
+{
+    const Track unread = favorite(QStringLiteral("Guessed - Name.mp3"));
+    fill({unread});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}), nullptr);
+    settle();
+    EXPECT_TRUE(files.calls.isEmpty());
+    ASSERT_TRUE(workspace().lastError());
+    EXPECT_TRUE(workspace().lastError()->contains(QStringLiteral("Guessed - Name.mp3")));
+}
+
+TEST_F(TagSaverTest, AsksOnceBeforeTheFirstSaveThatWouldDropSomething)
+{
+    struct Case {
+        const char* name;
+        TagInventory held;
+        bool isAsked;
+    };
+    TagInventory picture;
+    picture.hasPicture = true;
+    TagInventory entries;
+    entries.otherEntries = 1;
+    TagInventory year;
+    year.unread.year = QStringLiteral("1999");
+    TagInventory unwritable;
+    unwritable.unwritable = TagField::MusicalKey;
+    const Case cases[] = {{"nothing to lose", {}, false},
+                          {"a picture", picture, true},
+                          {"other entries", entries, true},
+                          {"a year that no row shows", year, true},
+                          {"a field that the container's save leaves out", unwritable, true}};
+    for (const Case& test : cases) {
+        for (const bool keeps : {false, true}) {
+            SCOPED_TRACE(test.name);
+            preferences.keepsOtherTagEntries.remove();
+            preferences.keepsOtherTagEntriesAsked.remove();
+            fillEdited({a, b});
+            files.calls.clear();
+            files.held = test.held;
+            saver().writeBatch(items({a, b}));
+            settle();
+            EXPECT_EQ(workspace().isAskingWhatSavesKeep(), test.isAsked);
+            if (!test.isAsked) {
+                EXPECT_EQ(files.calls.size(), 2);
+                continue;
+            }
+            EXPECT_TRUE(files.calls.isEmpty()) << "the write waits";
+            saver().answerWhatSavesKeep(keeps);
+            settle();
+            EXPECT_FALSE(workspace().isAskingWhatSavesKeep());
+            ASSERT_EQ(files.calls.size(), 2);
+            EXPECT_EQ(files.calls.first().write.keepsOthers, keeps);
+            EXPECT_EQ(files.calls.last().write.keepsOthers, keeps) << "asked once";
+            EXPECT_EQ(preferences.keepsOtherTagEntries.get(), keeps);
+        }
+    }
+}
+
+TEST_F(TagSaverTest, SettingThePreferenceAnswersTheQuestion)
+{
+    fill({a});
+    files.held.hasPicture = true;
+    saver().writeBatch(items({a}));
+    settle();
+    ASSERT_TRUE(workspace().isAskingWhatSavesKeep());
+    preferences.keepsOtherTagEntries.set(true);
+    settle();
+    EXPECT_FALSE(workspace().isAskingWhatSavesKeep());
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_TRUE(files.calls.first().write.keepsOthers);
+}
+
+TEST_F(TagSaverTest, AKeepingSaveLeavesFieldsThatWereNeverReadAndNeverEdited)
+{
+    preferences.keepsOtherTagEntries.set(true);
+    fill({a});
+    AudioTags tags = a.tags();
+    tags.year = QStringLiteral("2020");
+    store->tagWriting().save(tags, a.id());
+    settle();
+    AudioTags typed;
+    store->tagWriting().saveFields(typed, TagField::Track, ids({a}), nullptr); // cleared by the user
+    settle();
+    ASSERT_EQ(files.calls.size(), 2);
+    const TagFields first = files.calls.first().write.fields;
+    EXPECT_TRUE(first.testFlag(TagField::Year) && first.testFlag(TagField::Title));
+    EXPECT_FALSE(first & (TagField::Track | TagField::Tempo | TagField::AlbumArtist));
+    EXPECT_TRUE(files.calls.last().write.fields.testFlag(TagField::Track));
+}
+
+TEST_F(TagSaverTest, ARowShowsThatAPlainSaveTookThePictureAway)
+{
+    Track covered = read(QStringLiteral("covered.mp3"));
+    covered.replaceArtwork(ArtworkData::intern("picture"), QImage());
+    for (const bool keeps : {false, true}) {
+        preferences.keepsOtherTagEntriesAsked.set(true);
+        preferences.keepsOtherTagEntries.set(keeps);
+        fillEdited({covered});
+        saver().writeBatch(items({covered}));
+        executor.runOne(); // the file is written; a read that began before brings the old picture
+        LoadedTrackMetadata late;
+        late.tags = covered.tags();
+        late.artworkData = covered.artworkData();
+        settle();
+        Track shown = now(covered);
+        shown.apply(late, covered.url(), covered.metadataVersion());
+        fill({shown});
+        EXPECT_EQ(now(covered).artworkData().isNull(), !keeps);
+    }
+}
+
+TEST_F(TagSaverTest, AKeepingSaveLeavesFieldsAsTheFileHasThem)
+{
+    preferences.keepsOtherTagEntries.set(true);
+    reader = [&](const QUrl&, const AudioTags&) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = a.tags(); // the last of several artists, as a read gives it
+        metadata.tags.comment = QStringLiteral("written by somebody else");
+        return std::optional(metadata);
+    };
+    fill({a});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}), nullptr);
+    settle();
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(files.calls.first().write.fields, TagField::Genre | TagFields(TagField::Comment))
+        << "what was edited, and what the row has otherwise";
+}
+
+TEST_F(TagSaverTest, EditsOfAFailedSaveGoWithTheNext)
+{
+    preferences.keepsOtherTagEntries.set(true);
+    reader = [&](const QUrl&, const AudioTags&) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = a.tags();
+        return std::optional(metadata);
+    };
+    fill({a});
+    failFor(QStringLiteral("a.mp3"), TagFileError(QStringLiteral("busy"), false));
+    AudioTags none;
+    store->tagWriting().saveFields(none, TagField::Year, ids({a}), nullptr);
+    settle();
+    files.before = {};
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}), nullptr);
+    settle();
+    EXPECT_EQ(files.calls.last().write.fields, TagField::Genre | TagFields(TagField::Year));
+}
+
+TEST_F(TagSaverTest, AnInventoryThatFailsAsksAndStopsNothing)
+{
+    fill({a});
+    files.inventoryFails = true;
+    saver().writeBatch(items({a}));
+    settle();
+    EXPECT_TRUE(workspace().isAskingWhatSavesKeep());
+    saver().answerWhatSavesKeep(true);
+    settle();
+    EXPECT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(saver().progress().total, 0);
+}

@@ -1,0 +1,110 @@
+#include "support/WindowFixture.h"
+
+#include "ui/window/Banner.h"
+#include "ui/window/StatusStrip.h"
+#include "ui/window/ThemeButton.h"
+
+#include <QTest>
+
+/// What the window tells and asks of writes to files.
+class MessagesTest : public WindowFixture {
+protected:
+    static ThemeButton* button(QWidget& parent, const QString& text)
+    {
+        for (ThemeButton* each : parent.findChildren<ThemeButton*>()) {
+            if (each->text() == text)
+                return each;
+        }
+        return nullptr;
+    }
+    Banner& banner() { return *window->findChild<Banner*>(); }
+    StatusStrip& strip() { return *window->findChild<StatusStrip*>(); }
+    TagSaver& saver() { return store->tagWriting().saver(); }
+    void write(const QList<Track>& tracks)
+    {
+        QList<TagSaver::Item> items;
+        for (const Track& each : tracks)
+            items.append(TagSaver::Item{each, TagField::Genre});
+        saver().writeBatch(items);
+    }
+};
+
+TEST_F(MessagesTest, TheQuestionComesFirstAndStaysUntilItIsAnswered)
+{
+    const QString question = QStringLiteral("Что оставить в файлах при сохранении?");
+    const struct {
+        QString button;
+        QString answer;
+    } kCases[]{{QStringLiteral("Сохранять обложку и прочие поля"), QStringLiteral("keep")},
+               {QStringLiteral("Только десять полей"), QStringLiteral("drop")}};
+    show();
+    for (const auto& each : kCases) {
+        workspace().setNotice(QStringLiteral("Заметка"));
+        workspace().setAskingWhatSavesKeep(true);
+        workspace().setLastError(QStringLiteral("Диск полон"));
+        EXPECT_EQ(banner().accessibleName(), question);
+        ThemeButton* choice = button(banner(), each.button);
+        EXPECT_FALSE(button(banner(), QStringLiteral("Закрыть"))->isVisible());
+        for (Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space})
+            QTest::keyClick(window->focusWidget(), key);
+        EXPECT_EQ(banner().accessibleName(), question) << "a key that was meant for something else answers nothing";
+        EXPECT_TRUE(workspace().isAskingWhatSavesKeep());
+        EXPECT_TRUE(banner().rect().contains(choice->geometry()));
+
+        QTest::mouseClick(choice, Qt::LeftButton);
+        EXPECT_EQ(dashboard.last("answerWhatSavesKeep").text, each.answer);
+        EXPECT_EQ(banner().accessibleDescription(), QStringLiteral("Диск полон"));
+        EXPECT_FALSE(choice->isVisible());
+        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+        EXPECT_EQ(banner().accessibleDescription(), QStringLiteral("Заметка"));
+        QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+        EXPECT_FALSE(banner().isVisible());
+    }
+}
+
+TEST_F(MessagesTest, TheQuestionSpeaksTheLanguageOfTheInterface)
+{
+    show();
+    workspace().setAskingWhatSavesKeep(true);
+    VelmoraLocalization::setLanguage(AppLanguage::English);
+    emit notifications.velmoraLanguageDidChange();
+    EXPECT_EQ(banner().accessibleName(), QStringLiteral("What should saving keep in files?"));
+    EXPECT_TRUE(button(banner(), QStringLiteral("Only the Ten Fields"))->isVisible());
+}
+
+TEST_F(MessagesTest, WritesShowHowFarTheyAreAndCanBeStopped)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    show();
+    ThemeButton* stop = button(strip(), QStringLiteral("Остановить"));
+    write({tracks[0]});
+    EXPECT_FALSE(stop->isVisible()) << "a single file is written before anyone could read of it";
+    settle();
+    write(tracks);
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Запись тегов: 0 из 3"));
+    ASSERT_TRUE(stop->isVisible());
+    EXPECT_LE(stop->geometry().right(), strip().width());
+    QTest::mouseClick(stop, Qt::LeftButton);
+    EXPECT_EQ(dashboard.count("cancelTagWrites"), 1);
+    saver().cancelBatches();
+    settle();
+    EXPECT_FALSE(stop->isVisible());
+    EXPECT_EQ(strip().accessibleDescription(), QString());
+}
+
+TEST_F(MessagesTest, WritesComeBeforeReads)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    show();
+    store->imports().importURLs({file(QStringLiteral("a.mp3")), file(QStringLiteral("b.mp3"))}, {});
+    while (store->imports().metadataProgress().total == 0 && executor.runOne()) {
+    }
+    ASSERT_EQ(strip().accessibleDescription(), QStringLiteral("Чтение тегов: 0 из 2"));
+    write(tracks);
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Запись тегов: 0 из 3"));
+    saver().cancelBatches();
+    settle();
+    EXPECT_EQ(strip().accessibleDescription(), QString());
+}
