@@ -1,6 +1,6 @@
 // The longest slice of work on the main thread while 10,000 files arrive and while a list of 100,000 is worked with,
 // and the CPU time from the start to the first painted window. usage: bench_window arrive FOLDER | bench_window large
-// [rows] | bench_window start
+// [rows] | bench_window restore [rows] | bench_window start
 
 #include "DemoAudio.h"
 #include "SliceMeter.h"
@@ -10,14 +10,20 @@
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/order/Order.h"
+#include "core/library/session/SessionCoding.h"
+#include "core/library/session/WorkspaceSessionStorage.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
 #include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
+#include "ui/tracks/TrackListModel.h"
 
 #include <QAbstractItemView>
+#include <QDir>
+#include <QFile>
 #include <QScrollBar>
+#include <QTemporaryDir>
 
 #include <cstdio>
 #include <ctime>
@@ -119,6 +125,48 @@ int large(SliceMeter& meter, int rows)
     return 0;
 }
 
+/// A start with a kept workspace whose files are all there, until its rows are painted.
+int restore(SliceMeter& meter, int rows)
+{
+    const QTemporaryDir folder;
+    SessionRecord record;
+    record.activeTab = rawValue(LibraryTab::Playlist);
+    for (int i = 0; i < rows; ++i) {
+        const QString parent = folder.filePath(QStringLiteral("Папка %1").arg(i % 300));
+        if (i < 300)
+            QDir().mkpath(parent);
+        QFile file(parent + QStringLiteral("/Artist %1 - Title %2.mp3").arg(i % 97).arg(i));
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("cannot make the files");
+        const QUrl url = FileURL::fromPath(file.fileName());
+        Track track = Track::restored(freshID(), url, Track::fallbackTags(url));
+        track.setIsInPlaylist(true);
+        record.tracks.append(track);
+    }
+    auto storage = std::make_unique<WorkspaceSessionStorage>(folder.filePath(QStringLiteral("data")),
+                                                             WorkspaceSessionStorage::Options{.skipInTests = false});
+    storage->write(SessionCoding::encode(record), 0);
+    record = {};
+    auto preferences = std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>());
+    preferences->defaultsMigrated.set(true);
+    const double before = processSeconds();
+    const auto begin = std::chrono::steady_clock::now();
+    VelmoraApp app(std::move(preferences), std::make_unique<DemoAudio>(), std::move(storage));
+    app.open({});
+    meter.reset();
+    while (app.library().workspace().isRestoringWorkspaceSession())
+        turn(0);
+    report(meter, "until the rows are put in place");
+    meter.reset();
+    app.window().grab();
+    printf("rows on the screen after %.2f s, processor %.2f s, rows %d\n",
+           std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count(), processSeconds() - before,
+           app.window().section(LibraryTab::Playlist).model().rowCount());
+    turn(3);
+    report(meter, "while their files are read");
+    return 0;
+}
+
 int start()
 {
     const std::unique_ptr<VelmoraApp> app = makeApp({});
@@ -139,8 +187,10 @@ int main(int argc, char** argv)
         return arrive(meter, arguments[2]);
     if (mode == QLatin1StringView("large"))
         return large(meter, std::max(1, arguments.value(2, QStringLiteral("100000")).toInt()));
+    if (mode == QLatin1StringView("restore"))
+        return restore(meter, std::max(1, arguments.value(2, QStringLiteral("100000")).toInt()));
     if (mode == QLatin1StringView("start"))
         return start();
-    fprintf(stderr, "usage: bench_window arrive FOLDER | large [rows] | start\n");
+    fprintf(stderr, "usage: bench_window arrive FOLDER | large [rows] | restore [rows] | start\n");
     return 2;
 }

@@ -56,6 +56,10 @@
     </translation>
   </message>
   <message>
+    <source>Velmora уже запущена, но не отвечает</source>
+    <translation>Velmora is running already but does not answer</translation>
+  </message>
+  <message>
     <source>macOS не может безопасно перезаписать теги в формате .%@.</source>
     <translation>macOS cannot safely rewrite tags in the .%@ format.</translation>
   </message>
@@ -152,8 +156,16 @@
     <translation>Files of this format take no cover</translation>
   </message>
   <message>
+    <source>Вернуть из копии…</source>
+    <translation>Restore from a copy…</translation>
+  </message>
+  <message>
     <source>Вернуть исходные теги</source>
     <translation>Restore Original Tags</translation>
+  </message>
+  <message>
+    <source>Вернуть при следующем запуске</source>
+    <translation>Restore with the next start</translation>
   </message>
   <message>
     <source>Вид волны</source>
@@ -162,6 +174,10 @@
   <message>
     <source>Включить звук</source>
     <translation>Unmute</translation>
+  </message>
+  <message>
+    <source>Возврат из Корзины: %d из %d</source>
+    <translation>Putting back from the Trash: %d of %d</translation>
   </message>
   <message>
     <source>Волна</source>
@@ -174,6 +190,10 @@
   <message>
     <source>Воспроизвести или приостановить</source>
     <translation>Play or pause</translation>
+  </message>
+  <message>
+    <source>Восстановлено: %d</source>
+    <translation>Restored: %d</translation>
   </message>
   <message>
     <source>Временные файлы в Корзину: %d</source>
@@ -452,8 +472,20 @@
     <translation>Converting…</translation>
   </message>
   <message>
+    <source>Копий пока нет</source>
+    <translation>No copies yet</translation>
+  </message>
+  <message>
+    <source>Копию не удалось прочитать</source>
+    <translation>The copy could not be read</translation>
+  </message>
+  <message>
     <source>Копия исходных тегов файла %@ повреждена.</source>
     <translation>The backup of the original tags of the file %@ is damaged.</translation>
+  </message>
+  <message>
+    <source>Копия откроется при следующем запуске</source>
+    <translation>The copy opens with the next start</translation>
   </message>
   <message>
     <source>Корзина недоступна на томе с файлом %@.</source>
@@ -514,6 +546,10 @@
   <message>
     <source>Не удалось взять: %d</source>
     <translation>Could not be taken: %d</translation>
+  </message>
+  <message>
+    <source>Не удалось восстановить «%@»: %@</source>
+    <translation>Could not restore “%@”: %@</translation>
   </message>
   <message>
     <source>Не удалось декодировать аудиодорожку для анализа BPM.</source>
@@ -640,6 +676,10 @@
     <translation>Cancel</translation>
   </message>
   <message>
+    <source>Отмена вернёт файлы из Корзины на место</source>
+    <translation>Undo puts the files back where they were</translation>
+  </message>
+  <message>
     <source>Отменить</source>
     <translation>Undo</translation>
   </message>
@@ -692,8 +732,16 @@
     <translation>Pause</translation>
   </message>
   <message>
+    <source>Переместить в Корзину</source>
+    <translation>Move to Trash</translation>
+  </message>
+  <message>
     <source>Переместить дубликаты в Корзину?</source>
     <translation type="vanished">Move duplicates to Trash?</translation>
+  </message>
+  <message>
+    <source>Перемещение в Корзину: %d из %d</source>
+    <translation>Moving to the Trash: %d of %d</translation>
   </message>
   <message>
     <source>Перемещено в Корзину: %d</source>
@@ -736,6 +784,10 @@
     <translation>By BPM</translation>
   </message>
   <message>
+    <source>По возрастанию</source>
+    <translation>Ascending</translation>
+  </message>
+  <message>
     <source>По жанру</source>
     <translation>By genre</translation>
   </message>
@@ -750,6 +802,10 @@
   <message>
     <source>По типу</source>
     <translation>By type</translation>
+  </message>
+  <message>
+    <source>По убыванию</source>
+    <translation>Descending</translation>
   </message>
   <message>
     <source>По умолчанию</source>
@@ -782,6 +838,10 @@
   <message>
     <source>Полная</source>
     <translation>Full</translation>
+  </message>
+  <message>
+    <source>Порядок треков</source>
+    <translation>Order of tracks</translation>
   </message>
   <message>
     <source>Правки для: %@ — не сохранены</source>
@@ -1026,8 +1086,20 @@
     <translation>The selected tracks have no comment already</translation>
   </message>
   <message>
+    <source>Убрано из анализа: %d</source>
+    <translation>Removed from analysis: %d</translation>
+  </message>
+  <message>
     <source>Убрано из избранного: %d</source>
     <translation>Removed from favorites: %d</translation>
+  </message>
+  <message>
+    <source>Убрано из плейлиста: %d</source>
+    <translation>Removed from playlist: %d</translation>
+  </message>
+  <message>
+    <source>Убрано из тональности: %d</source>
+    <translation>Removed from key: %d</translation>
   </message>
   <message>
     <source>Убрать</source>
@@ -1038,6 +1110,10 @@
     <translation type="vanished">Remove selected tracks?</translation>
   </message>
   <message>
+    <source>Убрать из анализа</source>
+    <translation>Remove from analysis</translation>
+  </message>
+  <message>
     <source>Убрать из избранного</source>
     <translation>Remove from favorites</translation>
   </message>
@@ -1046,8 +1122,20 @@
     <translation>Remove from covers</translation>
   </message>
   <message>
+    <source>Убрать из плейлиста</source>
+    <translation>Remove from playlist</translation>
+  </message>
+  <message>
+    <source>Убрать из раздела</source>
+    <translation>Remove from section</translation>
+  </message>
+  <message>
     <source>Убрать из списка</source>
     <translation type="vanished">Remove from list</translation>
+  </message>
+  <message>
+    <source>Убрать из тональности</source>
+    <translation>Remove from key</translation>
   </message>
   <message>
     <source>Устройство вывода</source>
@@ -1086,6 +1174,10 @@
     <translation type="vanished">The files will be moved to the macOS Trash. Count: %d.</translation>
   </message>
   <message>
+    <source>Файлы не найдены, в списках нет: %d</source>
+    <translation>Files not found, not in the lists: %d</translation>
+  </message>
+  <message>
     <source>Фиолетовый</source>
     <translation>Violet</translation>
   </message>
@@ -1120,6 +1212,10 @@
   <message>
     <source>без обложки %d</source>
     <translation>without a cover %d</translation>
+  </message>
+  <message>
+    <source>в избранном %d</source>
+    <translation>%d in Favorites</translation>
   </message>
   <message>
     <source>не записывается</source>

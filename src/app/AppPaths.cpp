@@ -24,6 +24,11 @@ QString legacyPreferencesFile()
     return configFolder() + QStringLiteral("/com.nimbrel.app.ini");
 }
 
+QString dataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Velmora");
+}
+
 QString waveformFolder()
 {
     const QString caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
@@ -32,7 +37,7 @@ QString waveformFolder()
 
 QString tagVaultFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Velmora/TagVault");
+    return dataFolder() + QStringLiteral("/TagVault");
 }
 
 } // namespace AppPaths

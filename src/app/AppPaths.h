@@ -9,6 +9,8 @@ namespace AppPaths {
 QString preferencesFile();
 /// The preferences that the program had under its former name.
 QString legacyPreferencesFile();
+/// What the program keeps of its own besides: "Velmora" in the user's data folder, the session first of all.
+QString dataFolder();
 /// Where waveforms are kept: "Velmora/Waveforms" in the user's cache folder, or in the temporary one without such.
 QString waveformFolder();
 /// Where the tags are kept that files had before the program first changed them: "Velmora/TagVault" in the user's data

@@ -6,6 +6,8 @@
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/StrayTemporaries.h"
+#include "core/library/order/Order.h"
+#include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
@@ -28,9 +30,20 @@ ContentView::ContentView(LibraryStore& library, AudioPlayer& player, Surrounding
     connect(&library.preferences(), &Preferences::changed, this, &ContentView::preferenceChanged);
     connect(&library.notifications(), &Notifications::velmoraRestartOnboarding, this, &ContentView::restartOnboarding);
     connect(&library.notifications(), &Notifications::velmoraPlaybackDidFinish, this, &ContentView::playbackDidFinish);
+    joinRemovals();
 }
 
 ContentView::~ContentView() = default;
+
+/// Removals and edits are taken back in one line.
+void ContentView::joinRemovals()
+{
+    Removal& removal = m_library.removal();
+    m_undoManager.joinHistory({[&removal] { return removal.undoMoment(); },
+                               [&removal] { return removal.undoActionName(); },
+                               [&removal] { removal.undoLastRemoval(); }});
+    connect(&removal, &Removal::historyChanged, &m_undoManager, &UndoManager::otherHistoryChanged);
+}
 
 void ContentView::preferenceChanged(const QString& key)
 {
@@ -159,6 +172,40 @@ void ContentView::removeFromCovers(const QSet<TrackID>& ids)
     m_library.favorites().removeFromCoverWorkspace(ids);
 }
 
+void ContentView::removeFromSection(LibraryTab tab, const QSet<TrackID>& ids)
+{
+    Removal& removal = m_library.removal();
+    switch (tab) {
+    case LibraryTab::Converter:
+        emit m_library.notifications().velmoraRemoveConversionItems();
+        return;
+    case LibraryTab::Favorites:
+        removeFromFavorites(ids);
+        return;
+    case LibraryTab::Analysis:
+        removal.removeFromAnalysis(ids);
+        return;
+    case LibraryTab::MusicalKey:
+        removal.removeFromMusicalKeyAnalysis(ids);
+        return;
+    case LibraryTab::Covers:
+        removeFromCovers(ids);
+        return;
+    case LibraryTab::Playlist:
+    case LibraryTab::Duplicates:
+        removal.removeTracksFromPlaylist(ids);
+        return;
+    }
+}
+
+void ContentView::moveToTrash(const QSet<TrackID>& ids)
+{
+    if (m_library.workspace().activeTab() == LibraryTab::Duplicates)
+        m_library.removal().trashDuplicateTracks(ids);
+    else
+        m_library.removal().trashTracks(ids);
+}
+
 void ContentView::addToAnalysis(const QSet<TrackID>& ids)
 {
     m_library.sending().addTracksToAnalysis(ids);
@@ -249,7 +296,22 @@ void ContentView::revealInFileManager(const QSet<TrackID>& ids)
 
 void ContentView::setPlaylistScrolling(bool scrolling)
 {
-    m_library.imports().setPlaylistScrolling(scrolling);
+    m_library.order().setPlaylistScrolling(scrolling);
+}
+
+void ContentView::setTrackSortField(TrackSortField field, LibraryTab tab)
+{
+    m_library.order().setTrackSortField(field, tab);
+}
+
+void ContentView::setTrackSortDirection(TrackSortDirection direction, LibraryTab tab)
+{
+    m_library.order().setTrackSortDirection(direction, tab);
+}
+
+void ContentView::activateFavoriteSortFromHeader(TrackSortField field)
+{
+    m_library.order().activateFavoriteSortFromHeader(field);
 }
 
 void ContentView::dismissNotice()

@@ -46,6 +46,8 @@ public:
     void toggleFavorites(const QSet<TrackID>& ids) override;
     void removeFromFavorites(const QSet<TrackID>& ids) override;
     void removeFromCovers(const QSet<TrackID>& ids) override;
+    void removeFromSection(LibraryTab tab, const QSet<TrackID>& ids) override;
+    void moveToTrash(const QSet<TrackID>& ids) override;
     void addToAnalysis(const QSet<TrackID>& ids) override;
     void addToConversion(const QSet<TrackID>& ids) override;
     void assignGenre(const QString& genre, const QSet<TrackID>& ids) override;
@@ -62,11 +64,15 @@ public:
     void answerWhatSavesKeep(bool keepsOthers) override;
     void revealInFileManager(const QSet<TrackID>& ids) override;
     void setPlaylistScrolling(bool scrolling) override;
+    void setTrackSortField(TrackSortField field, LibraryTab tab) override;
+    void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab) override;
+    void activateFavoriteSortFromHeader(TrackSortField field) override;
     void dismissNotice() override;
     void dismissLastError() override;
     UndoManager& undoManager() override { return m_undoManager; }
 
 private:
+    void joinRemovals();
     void choose(LibraryTab tab);
     void importInto(const QList<QUrl>& urls, LibraryTab tab);
     void addImportedToFavorites(const Imports::Outcome& outcome);

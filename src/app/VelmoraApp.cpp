@@ -7,6 +7,7 @@
 #include "app/DefaultsMigration.h"
 #include "app/LibraryPlayer.h"
 #include "app/LibraryTagFiles.h"
+#include "app/LibraryTrashCan.h"
 #include "app/Lifecycle.h"
 #include "async/MainQueue.h"
 #include "async/SystemClock.h"
@@ -15,6 +16,8 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/artwork/ArtworkImage.h"
 #include "core/library/playback/Playback.h"
+#include "core/library/session/Session.h"
+#include "core/library/session/WorkspaceSessionStorage.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
@@ -23,7 +26,6 @@
 #include "platform/Preferences.h"
 #include "platform/TerminationSignals.h"
 #include "platform/audio/AudioFilePlayer.h"
-#include "platform/files/Trash.h"
 #include "playback/AudioPlayer.h"
 #include "tags/AudioMetadataLoader.h"
 #include "tags/keeping/TagInventoryReader.h"
@@ -57,15 +59,22 @@ void endEditing()
 
 } // namespace
 
-VelmoraApp::VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio)
+VelmoraApp::VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio,
+                       std::unique_ptr<WorkspaceSessionStorage> storage)
     : m_preferences(std::move(preferences))
     , m_audio(std::move(audio))
+    , m_sessionStorage(std::move(storage))
 {
     const SettingsFile legacy(AppPaths::legacyPreferencesFile());
     DefaultsMigration::migrateLegacyDefaults(legacy, *m_preferences);
     VelmoraLocalization::setLanguage(appLanguageFromRawValue(m_preferences->appLanguage.get()));
     m_toolkitTexts.setLanguage(VelmoraLocalization::language());
     loadIcon();
+}
+
+VelmoraApp::VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio)
+    : VelmoraApp(std::move(preferences), std::move(audio), nullptr)
+{
 }
 
 VelmoraApp::~VelmoraApp()
@@ -101,12 +110,33 @@ void VelmoraApp::loadIcon()
 void VelmoraApp::open(const QList<QUrl>& files)
 {
     buildStore();
+    m_library->session().restore(); // reads while the window is built
     buildPlayer();
     buildWindow();
     watchLifecycle();
     m_window->show();
     m_sweep.start([this](std::stop_token stop) { return sweepTemporaryFiles(std::move(stop)); });
-    m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
+    receive(files);
+}
+
+void VelmoraApp::openAgain(const QList<QUrl>& files)
+{
+    receive(files);
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+/// Rows that are there before the last session is would make it give way to them.
+void VelmoraApp::receive(const QList<QUrl>& files)
+{
+    if (files.isEmpty())
+        return;
+    if (m_library->workspace().isRestoringWorkspaceSession())
+        m_waitingFiles.append(files);
+    else
+        m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
 }
 
 void VelmoraApp::buildStore()
@@ -126,7 +156,9 @@ void VelmoraApp::buildStore()
     services.readMetadata = [readsWindows1251](const QUrl& url, const AudioTags& fallbackTags) {
         return AudioMetadataLoader::loadIfReadable(url, fallbackTags, *readsWindows1251);
     };
-    services.moveToTrash = [](const QUrl& url) { Trash().moveToTrash(url.toLocalFile()); };
+    services.sessionStorage = m_sessionStorage.get();
+    m_trashCan = std::make_unique<LibraryTrashCan>();
+    services.trashCan = m_trashCan.get();
     m_waveforms = std::make_unique<WaveformCache>(*m_clock, *m_executor, AppPaths::waveformFolder());
     m_waveformQueue = std::make_unique<WaveformPreloadQueue>(*m_clock, *m_waveforms);
     services.preloadWaveforms = [this](const QList<QUrl>& urls) { m_waveformQueue->enqueue(urls); };
@@ -134,6 +166,10 @@ void VelmoraApp::buildStore()
         m_waveformQueue->prioritizePlayback(currentURL, followingURLs);
     };
     m_library = std::make_unique<LibraryStore>(services);
+    connect(&m_library->workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
+        if (!isRestoring)
+            receive(std::exchange(m_waitingFiles, {}));
+    });
 }
 
 /// Takes away what decoders left behind when an earlier run was killed.
@@ -223,7 +259,12 @@ void VelmoraApp::buildWindow()
 
 void VelmoraApp::watchLifecycle()
 {
-    m_lifecycle = std::make_unique<Lifecycle>(Lifecycle::Savers{});
+    Lifecycle::Savers savers;
+    savers.saveWorkspaceSessionNow = [this] { m_library->session().saveWorkspaceSessionNow(); };
+    savers.saveWorkspaceSessionSynchronouslyForTermination = [this] {
+        m_library->session().saveWorkspaceSessionSynchronouslyForTermination();
+    };
+    m_lifecycle = std::make_unique<Lifecycle>(std::move(savers));
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         using Phase = Lifecycle::ScenePhase;
         m_lifecycle->scenePhaseChanged(state == Qt::ApplicationActive     ? Phase::Active

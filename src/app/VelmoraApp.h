@@ -22,9 +22,11 @@ class MainWindow;
 class Notifications;
 class Preferences;
 class TagFiles;
+class TrashCan;
 class TerminationSignals;
 class WaveformCache;
 class WaveformPreloadQueue;
+class WorkspaceSessionStorage;
 
 namespace async {
 class Clock;
@@ -37,13 +39,18 @@ class VelmoraApp : public QObject {
     Q_OBJECT
 
 public:
-    /// \param preferences the user's; migrated here. \param audio the sound output. The other objects come into being
-    /// with open().
+    /// \param preferences the user's; migrated here. \param audio the sound output. \param storage where the workspace
+    /// is kept; null where nothing is. The other objects come into being with open().
+    VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio,
+               std::unique_ptr<WorkspaceSessionStorage> storage);
+    /// Keeps no workspace.
     VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio);
     ~VelmoraApp() override;
 
     /// Builds the scene and shows the window. \param files handed over by the desktop: a drop on the playlist.
     void open(const QList<QUrl>& files);
+    /// Files of another start of the program: a drop on the playlist. The window comes to the front.
+    void openAgain(const QList<QUrl>& files);
 
     LibraryStore& library() const { return *m_library; }
     AudioPlayer& player() const { return *m_player; }
@@ -53,6 +60,7 @@ public:
 
 private:
     void buildStore();
+    void receive(const QList<QUrl>& files);
     void buildPlayer();
     void prioritizeWaveforms(bool isPlaying, const std::optional<QUuid>& currentTrackID);
     void buildWindow();
@@ -68,6 +76,8 @@ private:
     std::unique_ptr<Notifications> m_notifications;
     std::unique_ptr<async::Clock> m_clock;
     std::unique_ptr<TagFiles> m_tagFiles; // before the executor, whose last job may be writing a file
+    std::unique_ptr<WorkspaceSessionStorage> m_sessionStorage; // likewise
+    std::unique_ptr<TrashCan> m_trashCan;                      // or moving one
     std::unique_ptr<async::Executor> m_executor;
     std::unique_ptr<WaveformCache> m_waveforms;
     std::unique_ptr<WaveformPreloadQueue> m_waveformQueue;
@@ -79,6 +89,7 @@ private:
     std::unique_ptr<Lifecycle> m_lifecycle;
     std::unique_ptr<TerminationSignals> m_terminationSignals;
     std::unique_ptr<MainWindow> m_window;
+    QList<QUrl> m_waitingFiles; ///< until the last session is back
     async::TaskSlot m_sweep;
     async::TaskSlot m_imageRead;
 };

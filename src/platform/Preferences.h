@@ -79,6 +79,10 @@ public:
     Preference<QString> playlistScrollAnchorTrackID{*m_store, QStringLiteral("velmora.playlistScrollAnchorTrackID.v1"),
                                                     QString()};
 
+    /// The workspace as older versions kept it, in the session's form; read, never written.
+    Preference<QByteArray> legacyWorkspaceSession{*m_store, QStringLiteral("velmora.workspaceSession.v1"),
+                                                  QByteArray()};
+
     // Player and waveform.
     Preference<double> playerVolume{*m_store, QStringLiteral("velmora.playerVolume"), 0.8}; ///< gain, 0 to 1
     Preference<QString> audioOutputDevice{*m_store, QStringLiteral("velmora.audioOutputDevice.v1"), QString()};

@@ -3,6 +3,7 @@
 #include "core/model/LibraryTab.h"
 #include "core/model/TagField.h"
 #include "core/model/Track.h"
+#include "core/model/TrackSort.h"
 
 #include <QList>
 #include <QSet>
@@ -40,6 +41,10 @@ public:
     virtual void toggleFavorites(const QSet<TrackID>& ids) = 0;
     virtual void removeFromFavorites(const QSet<TrackID>& ids) = 0;
     virtual void removeFromCovers(const QSet<TrackID>& ids) = 0;
+    /// Takes rows out of a section, whatever that means there.
+    virtual void removeFromSection(LibraryTab tab, const QSet<TrackID>& ids) = 0;
+    /// Moves the files of rows of the section shown to the Trash.
+    virtual void moveToTrash(const QSet<TrackID>& ids) = 0;
     virtual void addToAnalysis(const QSet<TrackID>& ids) = 0;
     virtual void addToConversion(const QSet<TrackID>& ids) = 0;
     virtual void assignGenre(const QString& genre, const QSet<TrackID>& ids) = 0;
@@ -64,6 +69,11 @@ public:
     /// Shows the files in the system's file manager.
     virtual void revealInFileManager(const QSet<TrackID>& ids) = 0;
     virtual void setPlaylistScrolling(bool scrolling) = 0;
+    /// Sorts the playlist or Favorites by a field, or turns its order.
+    virtual void setTrackSortField(TrackSortField field, LibraryTab tab) = 0;
+    virtual void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab) = 0;
+    /// A click on a column heading of Favorites.
+    virtual void activateFavoriteSortFromHeader(TrackSortField field) = 0;
     virtual void dismissNotice() = 0;
     virtual void dismissLastError() = 0;
     virtual UndoManager& undoManager() = 0;

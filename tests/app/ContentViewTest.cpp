@@ -112,6 +112,62 @@ TEST_F(ContentViewTest, DropsGoToTheirSection)
     EXPECT_EQ(workspace().activeTab(), LibraryTab::Playlist) << "a drop of nothing activates nothing";
 }
 
+TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
+{
+    const Track a = favorite(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    using List = Track::MetadataDestination;
+    const struct {
+        LibraryTab tab;
+        qsizetype left;
+    } cases[] = {
+        {LibraryTab::Playlist, 0},   {LibraryTab::Favorites, 0},
+        {LibraryTab::Covers, 1}, // a favourite refuses
+        {LibraryTab::Analysis, 0},   {LibraryTab::MusicalKey, 0},
+        {LibraryTab::Duplicates, 2}, // a look at files, not a list to be weeded
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(qPrintable(rawValue(each.tab)));
+        view.undoManager().clear();
+        fill({a, b});
+        for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates})
+            workspace().setList(list, {track(QStringLiteral("x.mp3")), track(QStringLiteral("y.mp3"))});
+        view.activateTab(each.tab);
+        settle();
+        const QStringList before = titles(store->selection().visibleTracks());
+        view.removeFromSection(each.tab, ids(store->selection().visibleTracks()));
+        EXPECT_EQ(store->selection().visibleTracks().size(), each.left);
+        if (each.left > 0)
+            continue;
+        ASSERT_TRUE(view.undoManager().canUndo());
+        view.undoManager().undo();
+        EXPECT_EQ(titles(store->selection().visibleTracks()), before);
+    }
+    QSignalSpy asked(&notifications, &Notifications::velmoraRemoveConversionItems);
+    view.removeFromSection(LibraryTab::Converter, {});
+    EXPECT_EQ(asked.size(), 1) << "the converter has a selection of its own";
+}
+
+TEST_F(ContentViewTest, TheTrashTakesTheRowsOfTheSectionShown)
+{
+    const Track a = track(QStringLiteral("a.mp3"));
+    const Track twin = a.withID(freshID());
+    fill({a});
+    workspace().setList(Track::MetadataDestination::Duplicates, {twin});
+    view.activateTab(LibraryTab::Duplicates);
+    view.moveToTrash(ids({a}));
+    settle();
+    EXPECT_TRUE(trashCan.asked.isEmpty()) << "no row of this section";
+    view.moveToTrash(ids({twin}));
+    settle();
+    EXPECT_EQ(trashCan.asked, QList<QUrl>{a.url()});
+    EXPECT_EQ(view.undoManager().undoActionName(), QStringLiteral("Переместить в Корзину"));
+    view.undoManager().undo();
+    settle();
+    EXPECT_EQ(workspace().tracks().size(), 1);
+    EXPECT_TRUE(trashCan.held.isEmpty());
+}
+
 TEST_F(ContentViewTest, ThePanelFillsTheSectionShown)
 {
     panelAnswer = file(QStringLiteral("a.flac"));

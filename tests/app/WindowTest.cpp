@@ -225,7 +225,7 @@ TEST_F(ProgramTest, TheListKeepsItsPlaceWhileRowsAndTagsStreamIn)
     const TrackID chosen = model.track(200).id();
     app->contentView().select({chosen}, chosen);
     list.scrollTo(model.index(200, 0), QAbstractItemView::PositionAtTop);
-    waitFor([&] { return !library.imports().playlistIsScrolling(); });
+    waitFor([&] { return !library.order().playlistIsScrolling(); });
     const int yBefore = list.visualRect(model.index(200, 0)).top();
     app->contentView().receiveDroppedTracks({QUrl::fromLocalFile(folder.path() + QStringLiteral("/a"))},
                                             LibraryTab::Playlist);

@@ -103,6 +103,35 @@ TEST_F(TrackTableTest, DensityScalesRowsButNeverCutsText)
     EXPECT_GE(rowHeight(), 40);
 }
 
+TEST_F(TrackTableTest, TheNextFolderPushesThePinnedHeaderAway)
+{
+    QList<Track> tracks;
+    for (const QString& folder : {QStringLiteral("/music/a"), QStringLiteral("/music/b")}) {
+        for (int i = 0; i < 30; ++i)
+            tracks.append(track(QStringLiteral("%1/%2.mp3").arg(folder).arg(i, 2, 10, QChar(u'0'))));
+    }
+    fill(tracks);
+    show();
+    const int height = table().rowLayout().rowTop(0);
+    const int next = table().rowLayout().headerTop(1);
+    const auto strip = [&](int offset) {
+        table().verticalScrollBar()->setValue(offset);
+        turn();
+        return table().viewport()->grab({0, 0, table().viewport()->width(), height}).toImage();
+    };
+    const QImage first = strip(0);
+    const QImage second = strip(next);
+    ASSERT_NE(first, second);
+    EXPECT_EQ(strip(next - height), first) << "still whole";
+    const QImage pushed = strip(next - 10);
+    const double ratio = pushed.devicePixelRatio();
+    const auto part = [&](const QImage& image, int top, int rows) {
+        return image.copy(0, int(top * ratio), image.width(), int(rows * ratio));
+    };
+    EXPECT_EQ(part(pushed, 0, 10), part(first, height - 10, 10)) << "its lower edge";
+    EXPECT_EQ(part(pushed, 10, height - 10), part(second, 0, height - 10)) << "the one that pushes";
+}
+
 TEST_F(TrackTableTest, FoldersStandBetweenTheirRows)
 {
     QList<Track> tracks;

@@ -19,5 +19,8 @@ ExitStatus artwork(const QStringList& arguments);
 ExitStatus clean(const QStringList& arguments);
 ExitStatus restore(const QStringList& arguments);
 ExitStatus id3(const QStringList& arguments);
+ExitStatus sort(const QStringList& arguments);
+ExitStatus favoritesOrder(const QStringList& arguments);
+ExitStatus session(const QStringList& arguments);
 
 } // namespace Commands

@@ -27,7 +27,10 @@ constexpr Command kCommands[] = {
     {QLatin1StringView("clean"), QLatin1StringView("clean FILE --fields N [--title T] [--album A] [--vault FOLDER]"),
      &Commands::clean},
     {QLatin1StringView("restore"), QLatin1StringView("restore FILE [--vault FOLDER]"), &Commands::restore},
+    {QLatin1StringView("session"), QLatin1StringView("session FILE"), &Commands::session},
     {QLatin1StringView("id3"), QLatin1StringView("id3 --tags JSON [--artwork IMAGE]"), &Commands::id3},
+    {QLatin1StringView("sort"), QLatin1StringView("sort < REQUESTS"), &Commands::sort},
+    {QLatin1StringView("favorites-order"), QLatin1StringView("favorites-order < REQUESTS"), &Commands::favoritesOrder},
 };
 
 /// Takes "--language ru|en" out of the arguments. \return whether it made sense.

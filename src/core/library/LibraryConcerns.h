@@ -9,8 +9,10 @@
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
+#include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
+#include "core/library/session/Session.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/waveforms/Waveforms.h"
@@ -36,18 +38,25 @@ struct LibraryConcerns {
     Artwork artwork;
     MetadataLoads loads;
     Sending sending;
+    Removal removal;
     StrayTemporaries strayTemporaries;
     Imports imports;
+    Session session;
 
 private:
     void wireUpkeep();
     void wireStoppedWrites();
+    void wireOrder();
 
+    Order::Dependencies orderDependencies();
     Favorites::Dependencies favoritesDependencies();
     TagSaver::Dependencies tagSaverDependencies();
     TagWriting::Dependencies tagWritingDependencies();
     Artwork::Dependencies artworkDependencies();
     MetadataLoads::Dependencies loadsDependencies();
     Sending::Dependencies sendingDependencies();
+    Removal::Dependencies removalDependencies();
+    std::function<void(const QUrl&)> movingToTrash() const;
     Imports::Dependencies importsDependencies();
+    Session::Dependencies sessionDependencies();
 };

@@ -13,6 +13,8 @@
 class Notifications;
 class Preferences;
 class TagFiles;
+class TrashCan;
+class WorkspaceSessionStorage;
 
 namespace async {
 class Clock;
@@ -29,12 +31,15 @@ struct LibraryServices {
     /// Reads one audio file; called on worker threads. Gives nothing for a file that cannot be read.
     std::function<std::optional<LoadedTrackMetadata>(const QUrl& url, const AudioTags& fallbackTags)> readMetadata;
 
-    /// Moves a file to the Trash; called on worker threads, throws TrashError. Empty where there is none.
-    std::function<void(const QUrl& url)> moveToTrash;
+    /// Where thrown-away files go; null where there is none.
+    TrashCan* trashCan = nullptr;
 
     // Calls to the analysers; an empty one means that nobody listens.
     std::function<void(const QSet<TrackID>& ids)> detectBPM;
     std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
     std::function<void(const QList<QUrl>& urls)> preloadWaveforms;
     std::function<void(const QUrl& currentURL, const QList<QUrl>& followingURLs)> prioritizeWaveforms;
+
+    /// Where the workspace is kept; null where nothing is. Outlives the executor.
+    WorkspaceSessionStorage* sessionStorage = nullptr;
 };

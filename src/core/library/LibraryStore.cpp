@@ -47,6 +47,14 @@ Sending& LibraryStore::sending() const
 {
     return m_concerns->sending;
 }
+Session& LibraryStore::session() const
+{
+    return m_concerns->session;
+}
+Removal& LibraryStore::removal() const
+{
+    return m_concerns->removal;
+}
 Playback& LibraryStore::playback() const
 {
     return m_concerns->playback;

@@ -1,12 +1,14 @@
 #include "core/library/LibraryConcerns.h"
 
+#include "core/library/removal/TrashCan.h"
+
 // All calls from one concern to another, one short function per topic.
 
 LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     : services(libraryServices)
     , status(workspace, services.clock)
     , quickLists(services.preferences)
-    , order(workspace, services.preferences, services.notifications)
+    , order(orderDependencies())
     , selection(workspace, order)
     , playback({selection})
     , waveforms({selection, services.preloadWaveforms, services.prioritizeWaveforms})
@@ -16,11 +18,14 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , artwork(artworkDependencies())
     , loads(loadsDependencies())
     , sending(sendingDependencies())
-    , strayTemporaries({status, services.executor, services.moveToTrash})
+    , removal(removalDependencies())
+    , strayTemporaries({status, services.executor, movingToTrash()})
     , imports(importsDependencies())
+    , session(sessionDependencies())
 {
     wireUpkeep();
     wireStoppedWrites();
+    wireOrder();
 }
 
 LibraryConcerns::~LibraryConcerns() = default;
@@ -43,6 +48,27 @@ void LibraryConcerns::wireStoppedWrites()
         status.showCounted(QStringLiteral("Запись остановлена, в файлы не записано: %d"), {notWritten},
                            QStringLiteral("exclamationmark.triangle"), WorkspaceStatus::Tone::Warning);
     });
+}
+
+/// The playlist is put in order when the reading of tags has come to an end.
+void LibraryConcerns::wireOrder()
+{
+    QObject::connect(&loads, &MetadataLoads::settled, &order, &Order::scheduleMetadataSortRefresh);
+}
+
+/// The order is built first and asks concerns that come later; nobody calls it before they are there.
+Order::Dependencies LibraryConcerns::orderDependencies()
+{
+    return {workspace,
+            services.preferences,
+            services.notifications,
+            services.clock,
+            [this] { return loads.isApplyingBatch(); },
+            [this] { return favorites.isPatchingMembership(); },
+            [this] { return loads.isBusy(); },
+            {},
+            [this](bool scrolling) { loads.setPlaylistScrolling(scrolling); },
+            {}};
 }
 
 Favorites::Dependencies LibraryConcerns::favoritesDependencies()
@@ -91,6 +117,33 @@ Sending::Dependencies LibraryConcerns::sendingDependencies()
             services.analyzeQuality};
 }
 
+Removal::Dependencies LibraryConcerns::removalDependencies()
+{
+    return {workspace,
+            selection,
+            status,
+            services.notifications,
+            services.executor,
+            tagSaver.coordinator(),
+            services.trashCan,
+            [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
+                playback.continuePlaybackAfterRemoving(ids, rows);
+            },
+            [this](const QList<Track>& tracks, Track::MetadataDestination list) { loads.schedule(tracks, list); },
+            [this](const TrackID& id) {
+                if (const TagFields edits = tagSaver.pendingEdits(id))
+                    tagSaver.write(id, edits);
+            }};
+}
+
+/// For leftovers of interrupted writes, which have no rows that could come back.
+std::function<void(const QUrl&)> LibraryConcerns::movingToTrash() const
+{
+    if (!services.trashCan)
+        return {};
+    return [can = services.trashCan](const QUrl& url) { can->moveToTrash(url); };
+}
+
 Imports::Dependencies LibraryConcerns::importsDependencies()
 {
     return {workspace,
@@ -105,4 +158,19 @@ Imports::Dependencies LibraryConcerns::importsDependencies()
             [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); },
             services.analyzeQuality,
             [this](const QList<QUrl>& urls) { strayTemporaries.add(urls); }};
+}
+
+Session::Dependencies LibraryConcerns::sessionDependencies()
+{
+    return {workspace,
+            selection,
+            order,
+            status,
+            services.preferences,
+            loads,
+            services.clock,
+            services.executor,
+            services.sessionStorage,
+            [this] { return playback.currentTrackID(); },
+            [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); }};
 }

@@ -110,6 +110,18 @@ Track Track::unread(const QUrl& url)
     return Track(freshID(), url);
 }
 
+Track Track::restored(const TrackID& id, const QUrl& url, const AudioTags& tags)
+{
+    Track track;
+    track.d->id = id;
+    track.d->url = url;
+    track.d->urlHash = hashOf(url);
+    track.d->metadataVersion = MetadataVersion();
+    track.d->tags = tags;
+    track.d->format = FileURL::extensionOf(FileURL::lastPathComponent(url)).toUpper();
+    return track;
+}
+
 Track::Track(const Track&) = default;
 Track::Track(Track&&) noexcept = default;
 Track& Track::operator=(const Track&) = default;

@@ -36,6 +36,8 @@ public:
     static Track unread(const QUrl& url);
     /// The same with an identity that is known from elsewhere.
     Track(const TrackID& id, const QUrl& url);
+    /// A row of an earlier run. Its tags are those of the file or still guesses, so it counts as not read.
+    static Track restored(const TrackID& id, const QUrl& url, const AudioTags& tags);
     Track(const Track&);
     Track(Track&&) noexcept;
     Track& operator=(const Track&);

@@ -175,4 +175,22 @@ bool holdsLibraryTracks(LibraryTab tab)
     return tab == LibraryTab::Playlist || tab == LibraryTab::Favorites || tab == LibraryTab::Covers;
 }
 
+QString removalText(LibraryTab tab)
+{
+    switch (tab) {
+    case LibraryTab::Playlist:
+        return Texts::localized(QStringLiteral("Убрать из плейлиста"));
+    case LibraryTab::Favorites:
+        return Texts::localized(QStringLiteral("Убрать из избранного"));
+    case LibraryTab::Covers:
+        return Texts::localized(QStringLiteral("Убрать из обложек"));
+    case LibraryTab::Analysis:
+        return Texts::localized(QStringLiteral("Убрать из анализа"));
+    case LibraryTab::MusicalKey:
+        return Texts::localized(QStringLiteral("Убрать из тональности"));
+    default:
+        return {};
+    }
+}
+
 } // namespace SectionRows

@@ -29,5 +29,7 @@ qsizetype count(LibraryStore& library, LibraryTab tab);
 bool sharesSelection(LibraryTab tab);
 /// Whether the rows are tracks of the main list, which tags may be assigned to.
 bool holdsLibraryTracks(LibraryTab tab);
+/// What the command is called that takes rows out of the section, localised; empty where there is none.
+QString removalText(LibraryTab tab);
 
 } // namespace SectionRows

@@ -11,9 +11,11 @@
 #include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionRows.h"
+#include "ui/sections/SortControls.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Theme.h"
 #include "ui/tracks/ScrollActivity.h"
+#include "ui/tracks/ScrollMemory.h"
 #include "ui/tracks/SelectionSync.h"
 #include "ui/tracks/TrackTable.h"
 #include "ui/window/DropOutline.h"
@@ -21,6 +23,7 @@
 #include "ui/window/ThemeButton.h"
 
 #include <QPainter>
+#include <QScrollBar>
 #include <QStackedLayout>
 
 namespace {
@@ -79,6 +82,10 @@ void SectionView::buildList()
         connect(table, &TrackTable::heartClicked, this,
                 [this](const QUuid& id) { m_context.actions.toggleFavorites({id}); });
         m_list = table;
+        if (m_tab == LibraryTab::Playlist || m_tab == LibraryTab::Favorites)
+            m_sorting = new SortControls(m_context, m_tab, *m_header, *table);
+        if (m_tab == LibraryTab::Playlist)
+            m_scrollMemory = new ScrollMemory(*table, m_context.library.preferences());
     }
     if (SectionRows::sharesSelection(m_tab))
         m_sync = new SelectionSync(*m_list, *m_model, m_context.library.workspace(), m_context.actions);
@@ -139,8 +146,12 @@ void SectionView::setShown(bool shown)
         m_sync->setActive(false);
     if (shown && m_isDirty)
         refresh();
-    if (m_sync && shown)
-        m_sync->setActive(true);
+    if (!m_sync || !shown)
+        return;
+    const int place = m_list->verticalScrollBar()->value();
+    m_sync->setActive(true);
+    if (m_scrollMemory) // the focus is taken up again, but the user left the list where it is
+        m_list->verticalScrollBar()->setValue(place);
 }
 
 void SectionView::markDirty()
@@ -174,6 +185,8 @@ void SectionView::refresh()
     }
     if (m_sync)
         m_sync->endRows(structure);
+    if (m_scrollMemory) // last, for the selection scrolls to its focus
+        m_scrollMemory->rowsChanged();
     if (m_scrolling)
         m_scrolling->setMuted(false);
     disconnect(watch);
@@ -201,6 +214,8 @@ void SectionView::retranslate()
 {
     m_header->retranslate();
     m_empty->retranslate();
+    if (m_sorting)
+        m_sorting->retranslate();
     if (m_retranslateActions)
         m_retranslateActions();
     m_list->setAccessibleName(Texts::pageTitle(m_tab));
@@ -271,6 +286,13 @@ void SectionView::setPanel(QWidget* panel)
 void SectionView::focusList()
 {
     m_stack->currentWidget()->setFocus(Qt::OtherFocusReason);
+}
+
+void SectionView::hideEvent(QHideEvent* event)
+{
+    if (m_scrollMemory)
+        m_scrollMemory->flush();
+    QWidget::hideEvent(event);
 }
 
 void SectionView::paintEvent(QPaintEvent*)

@@ -18,7 +18,9 @@ class QStackedLayout;
 class ScrollActivity;
 class SectionBody;
 class SectionHeader;
+class ScrollMemory;
 class SelectionSync;
+class SortControls;
 
 /// The page of one section: header, list or grid, or the empty state. Follows the workspace only while it is shown; a
 /// hidden page remembers that it is behind. Thread: main.
@@ -60,6 +62,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void buildList();
@@ -84,6 +87,8 @@ private:
     SelectionSync* m_sync = nullptr; ///< null where the section keeps a selection of its own
     ScrollActivity* m_scrolling = nullptr;
     CoverAssignment* m_covers = nullptr;
+    ScrollMemory* m_scrollMemory = nullptr;
+    SortControls* m_sorting = nullptr; ///< null where nothing can be sorted
     std::function<void()> m_retranslateActions;
     QTimer m_factsTimer;
     bool m_isShown = false;

@@ -111,11 +111,14 @@ void paint(QPainter& painter, const QRect& rect, const QString& name, const QCol
     paintSharp(painter, rect, name, colour);
 }
 
-QIcon icon(const QString& name, const QColor& colour)
+QIcon icon(const QString& name, const QColor& colour, const QColor& selected)
 {
     QIcon result;
-    for (int size : {16, 18, 24, 32, 36, 48})
+    for (int size : {16, 18, 24, 32, 36, 48}) {
         result.addPixmap(render(name, colour, {size, size}));
+        if (selected.isValid())
+            result.addPixmap(render(name, selected, {size, size}), QIcon::Selected);
+    }
     return result;
 }
 

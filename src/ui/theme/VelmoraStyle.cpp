@@ -91,7 +91,8 @@ QSize VelmoraStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     if (item && item->menuItemType == QStyleOptionMenuItem::Separator)
         return {result.width(), kSeparatorHeight};
-    return {result.width() + kMenuTextLeft, Metrics::kMenuRowHeight};
+    const int iconWidth = item && !item->icon.isNull() ? Metrics::kIconSmall + Metrics::kSpace3 : 0;
+    return {result.width() + kMenuTextLeft + iconWidth, Metrics::kMenuRowHeight};
 }
 
 QRect VelmoraStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
@@ -192,6 +193,11 @@ void VelmoraStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& pa
     const QRect textRect = row.adjusted(kMenuTextLeft, 0, 0, 0);
     painter.drawText(textRect, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextHideMnemonic | Qt::TextSingleLine, parts[0]);
     painter.setPen(hint);
+    if (!option.icon.isNull()) {
+        constexpr int kIcon = Metrics::kIconSmall;
+        const QRect place(row.right() - kIcon, row.top() + (row.height() - kIcon) / 2, kIcon, kIcon);
+        option.icon.paint(&painter, place, Qt::AlignCenter, active ? QIcon::Selected : QIcon::Normal);
+    }
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu)
         Paint::chevronRight(painter, row, hint);
     else if (parts.size() > 1)

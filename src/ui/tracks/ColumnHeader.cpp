@@ -18,6 +18,13 @@ ColumnHeader::ColumnHeader(const Theme& theme, QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
 }
 
+void ColumnHeader::setSortMark(TrackSortField field, TrackSortDirection direction)
+{
+    m_field = field;
+    m_direction = direction;
+    viewport()->update();
+}
+
 QSize ColumnHeader::sizeHint() const
 {
     return {QHeaderView::sizeHint().width(), Metrics::kColumnHeadHeight};
@@ -38,8 +45,16 @@ void ColumnHeader::paintSection(QPainter* painter, const QRect& rect, int sectio
     const auto* tracks = qobject_cast<const TrackListModel*>(model());
     if (!tracks)
         return;
-    const QString text = tracks->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
+    const ThemeColours& c = m_theme.colours();
     const bool numeric = TrackColumns::isNumeric(tracks->columnAt(section));
-    Paint::line(*painter, rect.adjusted(0, 0, -Metrics::kSpace3, 0), VelmoraLocalization::locale().toUpper(text),
-                m_theme.font(TextRole::ColumnHead), m_theme.colours().text3, numeric ? Qt::AlignRight : Qt::AlignLeft);
+    const bool isMarked = TrackColumns::sortField(tracks->columnAt(section)) == m_field;
+    QString text =
+        VelmoraLocalization::locale().toUpper(tracks->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString());
+    if (isMarked) {
+        const QString arrow =
+            m_direction == TrackSortDirection::Ascending ? QStringLiteral("\u25B2") : QStringLiteral("\u25BC");
+        text = numeric ? arrow + u' ' + text : text + u' ' + arrow;
+    }
+    Paint::line(*painter, rect.adjusted(0, 0, -Metrics::kSpace3, 0), text, m_theme.font(TextRole::ColumnHead),
+                isMarked ? c.text2 : c.text3, numeric ? Qt::AlignRight : Qt::AlignLeft);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/model/TrackSort.h"
+
 #include <QHeaderView>
 
 class Theme;
@@ -11,6 +13,8 @@ class ColumnHeader : public QHeaderView {
 public:
     ColumnHeader(const Theme& theme, QWidget* parent = nullptr);
     QSize sizeHint() const override;
+    /// Marks the column that the rows are sorted by, with an arrow for the direction.
+    void setSortMark(TrackSortField field, TrackSortDirection direction);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -18,4 +22,6 @@ protected:
 
 private:
     const Theme& m_theme;
+    TrackSortField m_field = TrackSortField::Original;
+    TrackSortDirection m_direction = TrackSortDirection::Ascending;
 };

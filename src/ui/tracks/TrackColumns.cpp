@@ -117,6 +117,22 @@ bool isNumeric(TrackColumn column)
     return column == TrackColumn::BPM || column == TrackColumn::BitRate || column == TrackColumn::Length;
 }
 
+std::optional<TrackSortField> sortField(TrackColumn column)
+{
+    switch (column) {
+    case TrackColumn::Title:
+        return TrackSortField::Name;
+    case TrackColumn::Genre:
+        return TrackSortField::Genre;
+    case TrackColumn::BPM:
+        return TrackSortField::BPM;
+    case TrackColumn::Format:
+        return TrackSortField::Format;
+    default:
+        return std::nullopt;
+    }
+}
+
 QString text(TrackColumn column, const Track& track)
 {
     switch (column) {

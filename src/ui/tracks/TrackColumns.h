@@ -1,9 +1,11 @@
 #pragma once
 
 #include "core/model/Track.h"
+#include "core/model/TrackSort.h"
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 /// What a list of tracks can show, left to right.
@@ -27,6 +29,8 @@ QString heading(TrackColumn column);
 /// What a screen reader calls the column.
 QString spokenHeading(TrackColumn column);
 bool isNumeric(TrackColumn column);
+/// What a click on the heading sorts by; nothing for most columns.
+std::optional<TrackSortField> sortField(TrackColumn column);
 /// The text of a cell; empty where nothing is known or the cell is a picture.
 QString text(TrackColumn column, const Track& track);
 /// What a screen reader says of a cell; never empty.

@@ -34,6 +34,15 @@ public:
     QModelIndex indexAt(const QPoint& position) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
+    /// Where the list is scrolled to.
+    struct ScrollPlace {
+        int offset = 0; ///< pixels
+        TrackID topRow; ///< the first row below the pinned header; null without rows
+    };
+    ScrollPlace scrollPlace() const;
+    /// Scrolls there: to the pixel where the row still stands there, else so that the row is the first.
+    void setScrollPlace(const ScrollPlace& place);
+
     /// Around changes of the rows: what stands at the top of the view stays there.
     void beginRows();
     void endRows();
@@ -45,6 +54,7 @@ Q_SIGNALS:
     void contextMenuWanted(const QPoint& globalPosition);
 
 protected:
+    bool event(QEvent* event) override;
     void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) override;
     int verticalOffset() const override;
     void updateGeometries() override;
@@ -103,6 +113,7 @@ private:
     QPersistentModelIndex m_anchor; ///< row at the top of the view while rows change
     int m_anchorOffset = 0;         ///< its place in the viewport, pixels
     bool m_isTakingFocus = false;
+    bool m_isBeingShown = false;
     bool m_isKeyboardUsed = false; ///< the last step came from the keyboard
     int m_firstColumn = 0;
     int m_lastColumn = 0;

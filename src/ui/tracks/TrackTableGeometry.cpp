@@ -5,6 +5,7 @@
 #include "ui/tracks/TrackListModel.h"
 
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 // Where rows stand and how they are painted. The toolkit's own table places rows by its vertical header, which knows
@@ -42,7 +43,7 @@ QModelIndex TrackTable::indexAt(const QPoint& position) const
 
 void TrackTable::scrollTo(const QModelIndex& index, ScrollHint hint)
 {
-    if (!index.isValid())
+    if (!index.isValid() || m_isBeingShown)
         return;
     const int top = m_layout.rowTop(index.row()) - pinnedHeight();
     const int bottom = m_layout.rowTop(index.row()) + m_layout.rowHeight();
@@ -54,6 +55,27 @@ void TrackTable::scrollTo(const QModelIndex& index, ScrollHint hint)
         bar->setValue(bottom - height);
     else if (hint == PositionAtCenter)
         bar->setValue((top + bottom - height) / 2);
+}
+
+/// The toolkit scrolls to a current row that changed while the list was hidden; the user left the list where it is.
+bool TrackTable::event(QEvent* event)
+{
+    const QScopedValueRollback showing(m_isBeingShown, event->type() == QEvent::Show);
+    return QTableView::event(event);
+}
+
+TrackTable::ScrollPlace TrackTable::scrollPlace() const
+{
+    const int row = m_layout.nearestRow(verticalOffset() + pinnedHeight());
+    return {verticalOffset(), row < 0 || row >= m_model.rowCount() ? TrackID() : m_model.track(row).id()};
+}
+
+void TrackTable::setScrollPlace(const ScrollPlace& place)
+{
+    updateGeometries();
+    const std::optional<int> row = m_model.rowOf(place.topRow);
+    const bool stands = !row || m_layout.nearestRow(place.offset + pinnedHeight()) == *row;
+    verticalScrollBar()->setValue(stands ? place.offset : m_layout.rowTop(*row) - pinnedHeight());
 }
 
 void TrackTable::updateGeometries()

@@ -43,7 +43,8 @@ bool focusKeeps(const QWidget* focused, const QKeyEvent& event)
     const int key = event.key();
     if (key == Qt::Key_V && event.modifiers() == Qt::ControlModifier)
         return isInInspector(focused);
-    const bool isContested = isArrow(key) || key == Qt::Key_Space || key == Qt::Key_M;
+    const bool deletes = key == Qt::Key_Delete || key == Qt::Key_Backspace;
+    const bool isContested = isArrow(key) || deletes || key == Qt::Key_Space || key == Qt::Key_M;
     if (!focused || !isContested)
         return false;
     if (isEditing(*focused))

@@ -4,6 +4,7 @@
 #include "core/model/WorkspaceLayout.h"
 #include "platform/Preferences.h"
 #include "ui/text/Texts.h"
+#include "ui/window/CheckpointMenu.h"
 #include "ui/window/MenuChoices.h"
 #include "ui/window/WaveformMenu.h"
 
@@ -23,6 +24,10 @@ void build(QMenu& menu, const WindowContext& context)
                               {{Texts::localized(QStringLiteral("Полная")), rawValue(WorkspaceLayout::Full)},
                                {Texts::localized(QStringLiteral("Компактная")), rawValue(WorkspaceLayout::Compact)}});
     menu.addMenu(new WaveformMenu(context, &menu));
+    menu.addSeparator();
+    QWidget* const window = menu.parentWidget();
+    menu.addAction(Texts::localized(QStringLiteral("Вернуть из копии…")),
+                   [window, context, &menu] { CheckpointMenu::open(*window, context, menu.pos()); });
     menu.addSeparator();
     QAction* onTop = menu.addAction(Texts::localized(QStringLiteral("Плеер сверху")),
                                     [&preferences](bool isOn) { preferences.dashboardPlayerOnTop.set(isOn); });

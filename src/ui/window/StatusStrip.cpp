@@ -3,6 +3,8 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/StrayTemporaries.h"
+#include "core/library/removal/Removal.h"
+#include "core/library/session/Session.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
@@ -10,6 +12,7 @@
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
+#include "ui/window/CheckpointMenu.h"
 #include "ui/window/ThemeButton.h"
 
 #include <QPainter>
@@ -40,6 +43,11 @@ bool isWriting(const TagSaver::Progress& writes)
     return writes.total > 1 && writes.done < writes.total;
 }
 
+bool isMoving(const Removal::Progress& moves)
+{
+    return moves.total > 1 && moves.done < moves.total;
+}
+
 } // namespace
 
 StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
@@ -48,14 +56,19 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     , m_undo(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_offer(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_stop(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
+    , m_restore(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
 {
     setFixedHeight(Metrics::kStatusHeight);
     UndoManager& undo = context.actions.undoManager();
     connect(m_undo, &QAbstractButton::clicked, &undo, &UndoManager::undo);
     connect(&undo, &UndoManager::changed, this, &StatusStrip::refreshUndo);
+    connect(m_restore, &QAbstractButton::clicked, this,
+            [this] { CheckpointMenu::open(*window(), m_context, mapToGlobal(m_restore->pos())); });
+    connect(&context.library.session(), &Session::leftOutChanged, this, &StatusStrip::refreshRestore);
     connect(&context.library.workspace(), &Workspace::workspaceStatusChanged, this, &StatusStrip::refreshMessage);
     connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.library.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, [this] { m_context.actions.cancelTagWrites(); });
     connect(&context.library.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });
@@ -72,6 +85,7 @@ void StatusStrip::retranslate()
     refreshUndo();
     refreshOffer();
     refreshProgress();
+    refreshRestore();
 }
 
 void StatusStrip::refreshMessage()
@@ -94,10 +108,19 @@ void StatusStrip::refreshUndo()
     const UndoManager& undo = m_context.actions.undoManager();
     m_undo->setVisible(undo.canUndo());
     const QString action = undo.undoActionName();
-    m_undo->setContent(Texts::localized(QStringLiteral("Отменить")));
+    const QString word = Texts::localized(QStringLiteral("Отменить"));
+    m_undo->setContent(action.isEmpty() ? word : QStringLiteral("%1: %2").arg(word, action));
     m_undo->setToolTip(action.isEmpty() ? QStringLiteral("Ctrl+Z") : QStringLiteral("%1 (Ctrl+Z)").arg(action));
     m_undo->setAccessibleDescription(action);
     place();
+}
+
+void StatusStrip::refreshRestore()
+{
+    m_restore->setVisible(m_context.library.session().leftOutCount() > 0);
+    m_restore->setContent(Texts::localized(QStringLiteral("Вернуть из копии…")));
+    place();
+    update();
 }
 
 void StatusStrip::refreshOffer()
@@ -119,8 +142,9 @@ void StatusStrip::progressMoved()
 {
     const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
     const Imports::Progress reads = m_context.library.imports().metadataProgress();
-    const bool isDone = writes.done >= writes.total && reads.done >= reads.total;
-    const bool isSwitching = isWriting(writes) == m_stop->isHidden();
+    const Removal::Progress moves = m_context.library.removal().progress();
+    const bool isDone = writes.done >= writes.total && reads.done >= reads.total && moves.done >= moves.total;
+    const bool isSwitching = (isWriting(writes) && !isMoving(moves)) == m_stop->isHidden();
     if (isDone || isSwitching || !m_pause.isActive())
         refreshProgress();
     if (!isDone && !m_pause.isActive())
@@ -130,7 +154,14 @@ void StatusStrip::progressMoved()
 void StatusStrip::refreshProgress()
 {
     const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
-    m_stop->setVisible(isWriting(writes));
+    const Removal::Progress moves = m_context.library.removal().progress();
+    m_stop->setVisible(isWriting(writes) && !isMoving(moves));
+    if (isMoving(moves)) {
+        takeProgress(moves.isRestoring ? QStringLiteral("Возврат из Корзины: %d из %d")
+                                       : QStringLiteral("Перемещение в Корзину: %d из %d"),
+                     moves.done, moves.total);
+        return;
+    }
     if (isWriting(writes)) {
         takeProgress(QStringLiteral("Запись тегов: %d из %d"), writes.done, writes.total);
         return;
@@ -158,7 +189,7 @@ int StatusStrip::messageWidth() const
 QList<ThemeButton*> StatusStrip::links() const
 {
     QList<ThemeButton*> shown;
-    for (ThemeButton* link : {m_undo, m_offer}) {
+    for (ThemeButton* link : {m_restore, m_undo, m_offer}) {
         if (!link->isHidden())
             shown.append(link);
     }

@@ -136,6 +136,20 @@ void addMembership(QMenu& menu, const WindowContext& context, LibraryTab tab, co
                        [&actions, ids] { actions.removeFromCovers(ids); });
 }
 
+/// What takes the rows away, apart from the section's own marks.
+void addRemoval(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
+{
+    DashboardActions& actions = context.actions;
+    menu.addSeparator();
+    const bool isOffered = tab == LibraryTab::Favorites || tab == LibraryTab::Covers; // with the membership
+    if (const QString text = SectionRows::removalText(tab); !text.isEmpty() && !isOffered)
+        menu.addAction(text + QStringLiteral("\tDel"), [&actions, tab, ids] { actions.removeFromSection(tab, ids); });
+    QAction* trash =
+        menu.addAction(Texts::localized(QStringLiteral("Переместить в Корзину")) + QStringLiteral("\tShift+Del"),
+                       [&actions, ids] { actions.moveToTrash(ids); });
+    trash->setToolTip(Texts::localized(QStringLiteral("Отмена вернёт файлы из Корзины на место")));
+}
+
 void addPlayback(QMenu& menu, const WindowContext& context, const Track& track)
 {
     const AudioPlayer& player = context.player;
@@ -171,6 +185,8 @@ void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet
     }
     menu.addAction(Texts::localized(QStringLiteral("Открыть в Finder")),
                    [&actions, ids] { actions.revealInFileManager(ids); });
+    if (tab != LibraryTab::Converter)
+        addRemoval(menu, context, tab, ids);
 }
 
 } // namespace TrackMenu

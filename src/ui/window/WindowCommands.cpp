@@ -27,6 +27,11 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
     m_redo = add({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)}, [&undo] { undo.redo(); });
     m_selectAll = add({QKeySequence(Qt::CTRL | Qt::Key_A)}, [this] { m_window.activeSection().selectAll(); });
     m_favorite = add({QKeySequence(Qt::Key_F)}, [this] { toggleFavorites(); });
+    m_remove = add({QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)}, [this] { remove(); });
+    m_trash = add({QKeySequence(Qt::SHIFT | Qt::Key_Delete), QKeySequence(Qt::CTRL | Qt::Key_Backspace)},
+                  [this] { moveToTrash(); });
+    m_remove->setAutoRepeat(false);
+    m_trash->setAutoRepeat(false);
     m_reveal = add({}, [this] { reveal(); });
     m_tags = add({QKeySequence(Qt::CTRL | Qt::Key_I)}, [this] {
         Preference<bool>& visible = m_context.library.preferences().inspectorVisible;
@@ -58,6 +63,9 @@ void WindowCommands::retranslate()
     m_paste->setText(Texts::localized(QStringLiteral("Вставить изображение")));
     m_selectAll->setText(Texts::localized(QStringLiteral("Выделить всё")));
     m_favorite->setText(Texts::localized(QStringLiteral("Добавить в избранное или убрать")));
+    m_remove->setText(Texts::localized(QStringLiteral("Убрать из раздела")));
+    m_trash->setText(Texts::localized(QStringLiteral("Переместить в Корзину")));
+    m_trash->setToolTip(Texts::localized(QStringLiteral("Отмена вернёт файлы из Корзины на место")));
     m_reveal->setText(Texts::localized(QStringLiteral("Открыть в Finder")));
     m_tags->setText(Texts::localized(QStringLiteral("Теги")));
     refreshUndo();
@@ -83,6 +91,22 @@ void WindowCommands::toggleFavorites()
     const QSet<TrackID> ids = section.selectedIDs();
     if (!ids.isEmpty())
         m_context.actions.toggleFavorites(ids);
+}
+
+void WindowCommands::remove()
+{
+    SectionView& section = m_window.activeSection();
+    const QSet<TrackID> ids = section.selectedIDs();
+    // The converter keeps a selection of its own.
+    if (!ids.isEmpty() || section.tab() == LibraryTab::Converter)
+        m_context.actions.removeFromSection(section.tab(), ids);
+}
+
+void WindowCommands::moveToTrash()
+{
+    const QSet<TrackID> ids = m_window.activeSection().selectedIDs();
+    if (!ids.isEmpty())
+        m_context.actions.moveToTrash(ids);
 }
 
 void WindowCommands::pastePicture()
@@ -112,10 +136,18 @@ void WindowCommands::fillMenu(QMenu& menu) const
     menu.addAction(m_redo);
     menu.addSeparator();
     menu.addAction(m_selectAll);
+    menu.setToolTipsVisible(true);
     if (hasSelection) {
         if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
             menu.addAction(m_favorite);
         menu.addAction(m_reveal);
+        menu.addSeparator();
+        if (const QString text = SectionRows::removalText(m_window.activeSection().tab()); !text.isEmpty()) {
+            m_remove->setText(text);
+            menu.addAction(m_remove);
+        }
+        if (m_window.activeSection().tab() != LibraryTab::Converter)
+            menu.addAction(m_trash);
     }
     if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab())) {
         m_tags->setChecked(m_context.library.preferences().inspectorVisible.get());

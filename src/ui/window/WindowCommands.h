@@ -24,6 +24,8 @@ private:
     QAction* add(const QList<QKeySequence>& shortcuts, std::function<void()> perform);
     void refreshUndo();
     void toggleFavorites();
+    void remove();
+    void moveToTrash();
     void reveal();
     void pastePicture();
 
@@ -36,6 +38,8 @@ private:
     QAction* m_redo;
     QAction* m_selectAll;
     QAction* m_favorite;
+    QAction* m_remove; ///< from the section shown
+    QAction* m_trash;
     QAction* m_reveal;
     QAction* m_tags;
 };

@@ -143,7 +143,7 @@ TEST_F(MetadataLoadsTest, NothingFillsInWhileTheListScrolls)
 {
     const QList<Track> tracks = many(600);
     fill(tracks);
-    store->imports().setPlaylistScrolling(true);
+    store->order().setPlaylistScrolling(true);
     QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
     store->imports().scheduleMetadataLoads(tracks, Track::MetadataDestination::Library);
     executor.runAll();
@@ -155,15 +155,15 @@ TEST_F(MetadataLoadsTest, NothingFillsInWhileTheListScrolls)
     const auto filled = [&] {
         return std::ranges::count_if(workspace().tracks(), [](const Track& t) { return t.duration() > 0; });
     };
-    store->imports().setPlaylistScrolling(false);
+    store->order().setPlaylistScrolling(false);
     clock.advance(async::seconds(0.089));
     EXPECT_EQ(filled(), 0);
     clock.advance(async::seconds(0.002));
     EXPECT_EQ(filled(), 250);
-    store->imports().setPlaylistScrolling(true);
+    store->order().setPlaylistScrolling(true);
     clock.advance(async::seconds(5));
     EXPECT_EQ(filled(), 250) << "scrolling again holds the rest back";
-    store->imports().setPlaylistScrolling(false);
+    store->order().setPlaylistScrolling(false);
     clock.advance(async::seconds(0.1));
     clock.advance(async::seconds(0.08));
     EXPECT_EQ(filled(), 600);

@@ -345,3 +345,27 @@ TEST_F(TagSaverTest, AnInventoryThatFailsAsksAndStopsNothing)
     EXPECT_EQ(files.calls.size(), 1);
     EXPECT_EQ(saver().progress().total, 0);
 }
+
+// A session may hold guesses of a run that ended in the middle of an import, and fields that no read supplies.
+TEST_F(TagSaverTest, ARowOfAnEarlierRunIsReadFirstAndKeepsWhatOnlyItKnows)
+{
+    AudioTags kept;
+    kept.artist = QStringLiteral("Guessed");
+    kept.year = QStringLiteral("2020");
+    Track row = Track::restored(a.id(), a.url(), kept);
+    row.setIsFavorite(true);
+    row.setIsInCoverWorkspace(true);
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        metadata.tags.artist = QStringLiteral("Real");
+        return std::optional(metadata);
+    };
+    fill({row});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({row}), nullptr);
+    settle();
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(files.calls.first().write.tags.artist, QStringLiteral("Real"));
+    EXPECT_EQ(files.calls.first().write.tags.year, QStringLiteral("2020"));
+    EXPECT_EQ(files.calls.first().write.tags.genre, QStringLiteral("House"));
+}

@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/favorites/Favorites.h"
+#include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
@@ -61,6 +62,11 @@ public:
     }
     void removeFromFavorites(const QSet<TrackID>& ids) override { note("removeFromFavorites", ids); }
     void removeFromCovers(const QSet<TrackID>& ids) override { note("removeFromCovers", ids); }
+    void removeFromSection(LibraryTab tab, const QSet<TrackID>& ids) override
+    {
+        note("removeFromSection", ids, rawValue(tab));
+    }
+    void moveToTrash(const QSet<TrackID>& ids) override { note("moveToTrash", ids); }
     void addToAnalysis(const QSet<TrackID>& ids) override { note("addToAnalysis", ids); }
     void addToConversion(const QSet<TrackID>& ids) override { note("addToConversion", ids); }
     void assignGenre(const QString& genre, const QSet<TrackID>& ids) override { note("assignGenre", ids, genre); }
@@ -93,6 +99,21 @@ public:
     }
     void revealInFileManager(const QSet<TrackID>& ids) override { note("revealInFileManager", ids); }
     void setPlaylistScrolling(bool scrolling) override { scrollStates.append(scrolling); }
+    void setTrackSortField(TrackSortField field, LibraryTab tab) override
+    {
+        note("setTrackSortField", {}, rawValue(field));
+        m_store.order().setTrackSortField(field, tab);
+    }
+    void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab) override
+    {
+        note("setTrackSortDirection", {}, rawValue(direction));
+        m_store.order().setTrackSortDirection(direction, tab);
+    }
+    void activateFavoriteSortFromHeader(TrackSortField field) override
+    {
+        note("activateFavoriteSortFromHeader", {}, rawValue(field));
+        m_store.order().activateFavoriteSortFromHeader(field);
+    }
     void dismissNotice() override { m_store.workspace().setNotice(std::nullopt); }
     void dismissLastError() override { m_store.workspace().setLastError(std::nullopt); }
     UndoManager& undoManager() override { return m_undo; }

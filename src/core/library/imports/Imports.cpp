@@ -265,16 +265,6 @@ void Imports::scheduleDeferredMetadataFlush()
     m_dependencies.loads.scheduleDeferredFlush();
 }
 
-void Imports::setPlaylistScrolling(bool scrolling)
-{
-    m_dependencies.loads.setPlaylistScrolling(scrolling);
-}
-
-bool Imports::playlistIsScrolling() const
-{
-    return m_dependencies.loads.playlistIsScrolling();
-}
-
 int Imports::metadataLoadOperationCount() const
 {
     return m_dependencies.loads.operationCount();

@@ -80,9 +80,6 @@ public:
     void scheduleMetadataLoads(const QList<Track>& tracks, Track::MetadataDestination destination);
     /// Starts the trickle of results that were held back while the playlist scrolled.
     void scheduleDeferredMetadataFlush();
-    /// Reported by the playlist when scrolling starts and stops: nothing fills in meanwhile.
-    void setPlaylistScrolling(bool scrolling);
-    bool playlistIsScrolling() const;
 
     /// Load operations that are alive.
     int metadataLoadOperationCount() const;

@@ -166,6 +166,7 @@ void MetadataLoads::finish(const OperationPtr& operation)
     if (--m_operationCount == 0)
         m_progress = Progress();
     emit progressChanged();
+    emit settled();
 }
 
 void MetadataLoads::applyBatch(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination)
@@ -233,8 +234,10 @@ async::Task<> MetadataLoads::flushDeferred(std::stop_token stop)
         applyNow(batch, Track::MetadataDestination::Library);
         co_await m_dependencies.clock.sleep(async::seconds(kFlushPause), stop);
     }
-    if (m_deferred.isEmpty() && !m_isScrolling)
-        detectTempo(std::exchange(m_deferredTempoIDs, {}));
+    if (!m_deferred.isEmpty() || m_isScrolling)
+        co_return;
+    detectTempo(std::exchange(m_deferredTempoIDs, {}));
+    emit settled();
 }
 
 void MetadataLoads::setPlaylistScrolling(bool scrolling)

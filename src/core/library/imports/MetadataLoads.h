@@ -48,11 +48,15 @@ public:
     void setPlaylistScrolling(bool scrolling);
     bool playlistIsScrolling() const { return m_isScrolling; }
     int operationCount() const { return m_operationCount; }
+    /// Whether library tags are being read, or results wait for the playlist to come to rest.
+    bool isBusy() const { return m_operationCount > 0 || !m_deferred.isEmpty(); }
     bool isApplyingBatch() const { return m_isApplying; }
     Progress progress() const { return m_progress; }
 
 Q_SIGNALS:
     void progressChanged();
+    /// A load ended, or the last held-back result was applied.
+    void settled();
 
 private:
     struct Operation;

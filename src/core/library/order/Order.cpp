@@ -1,94 +1,282 @@
 #include "core/library/order/Order.h"
 
+#include "async/MainQueue.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
 
-Order::Order(Workspace& workspace, Preferences& preferences, Notifications& notifications)
-    : m_workspace(workspace)
-    , m_preferences(preferences)
+namespace {
+
+bool isTrue(const std::function<bool()>& question)
+{
+    return question && question();
+}
+
+} // namespace
+
+Order::Order(Dependencies dependencies)
+    : m_dependencies(std::move(dependencies))
+    , m_playlistChoice(m_dependencies.preferences.playlistSortField, m_dependencies.preferences.playlistSortDirection)
+    , m_favoriteChoice(m_dependencies.preferences.favoriteSortField, m_dependencies.preferences.favoriteSortDirection)
+    , m_refresh(
+          {m_dependencies.clock, m_dependencies.isLoadingMetadata, m_dependencies.isQueueingBPM, [this] { reorder(); }})
 {
     readFilter();
-    connect(&preferences, &Preferences::changed, this, [this](const QString& key) {
-        if (key == m_preferences.favoriteGenreFilter.key() || key == m_preferences.favoriteOnlyUntagged.key())
-            readFilter();
-    });
-    connect(&notifications, &Notifications::velmoraLanguageDidChange, this, &Order::languageChanged);
+    connect(&m_dependencies.preferences, &Preferences::changed, this, &Order::preferenceChanged);
+    connect(&m_dependencies.notifications, &Notifications::velmoraLanguageDidChange, this, &Order::languageChanged);
+}
+
+void Order::readFilter()
+{
+    m_filter = {m_dependencies.preferences.favoriteGenreFilter.get(),
+                m_dependencies.preferences.favoriteOnlyUntagged.get()};
+}
+
+void Order::preferenceChanged(const QString& key)
+{
+    const Preferences& preferences = m_dependencies.preferences;
+    if (key == preferences.favoriteGenreFilter.key() || key == preferences.favoriteOnlyUntagged.key())
+        readFilter();
+    if (m_playlistChoice.preferenceChanged(key))
+        choiceChanged(LibraryTab::Playlist);
+    if (m_favoriteChoice.preferenceChanged(key))
+        choiceChanged(LibraryTab::Favorites);
 }
 
 /// Each language has an order of its own, so nothing of the old one can be kept.
 void Order::languageChanged()
 {
+    m_isAdopted = false;
     m_base = PlaylistBase();
     m_isBaseValid = false;
-    m_workspace.noteOrderChange();
+    m_folderSorts.clear();
+    m_favorites.forget();
+    invalidatePlaylistSort();
+    m_dependencies.workspace.noteOrderChange();
 }
 
-void Order::readFilter()
-{
-    m_genreFilter = m_preferences.favoriteGenreFilter.get();
-    m_onlyUntagged = m_preferences.favoriteOnlyUntagged.get();
-}
-
-const QList<Track>& Order::playlistTracks()
+const QList<Track>& Order::baseRows()
 {
     if (!m_isBaseValid) {
-        m_base.rebuild(m_workspace.tracks());
+        m_base.rebuild(m_dependencies.workspace.tracks());
+        ++m_baseOrders;
         m_isBaseValid = true;
         m_sections.reset();
+        invalidatePlaylistSort();
     }
     return m_base.rows().rows();
 }
 
+const QList<Track>& Order::playlistTracks()
+{
+    const QList<Track>& base = baseRows();
+    const FolderSorts::Key& key = m_playlistChoice.key();
+    if (key.field == TrackSortField::Original) {
+        m_folderSorts.clear();
+        m_areRowsFinished = false;
+        return base;
+    }
+    if (!m_areRowsFinished)
+        m_folderSorts.update(base, playlistFolderSections(), key, {m_estimatedBPM, m_popularity});
+    m_areRowsFinished = true;
+    return m_folderSorts.rows();
+}
+
 const std::vector<Order::PlaylistFolderSection>& Order::playlistFolderSections()
 {
-    playlistTracks();
+    baseRows();
     if (!m_sections)
         m_sections = m_base.sections();
     return *m_sections;
 }
 
-QList<Track> Order::favoriteTracks() const
+const QList<Track>& Order::favoriteTracks()
 {
-    QList<Track> rows;
-    for (const Track& track : m_workspace.tracks()) {
-        if (track.isFavorite() && passesFavoriteFilter(track))
-            rows.append(track);
-    }
-    return rows;
+    return m_favorites.rows(m_dependencies.workspace.tracks(), m_filter, m_favoriteChoice.key(), m_estimatedBPM);
 }
 
 QList<Track> Order::coverTracks() const
 {
     QList<Track> rows;
-    for (const Track& track : m_workspace.tracks()) {
+    for (const Track& track : m_dependencies.workspace.tracks()) {
         if (track.isInCoverWorkspace() || track.isFavorite())
             rows.append(track);
     }
     return rows;
 }
 
-bool Order::passesFavoriteFilter(const Track& track) const
+bool Order::isFrozen() const
 {
-    if (m_onlyUntagged)
-        return track.tags().genre.trimmed().isEmpty();
-    return m_genreFilter.isEmpty() || track.tags().genre == m_genreFilter;
+    return m_refresh.isScrolling() || isTrue(m_dependencies.isApplyingMetadataBatch);
+}
+
+void Order::adopt(PlaylistBase base, AppLanguage language)
+{
+    if (language != VelmoraLocalization::language())
+        return;
+    m_base = std::move(base);
+    m_isBaseValid = true;
+    m_isAdopted = true;
+    m_sections.reset();
 }
 
 void Order::tracksChanged(const ListChange& change)
 {
+    m_favorites.tracksChanged(m_dependencies.workspace.tracks(), change);
+    if (std::exchange(m_isAdopted, false)) {
+        m_folderSorts.clear();
+        invalidatePlaylistSort();
+        return;
+    }
     if (!m_isBaseValid)
         return;
     switch (change.kind) {
     case ListChange::Kind::Contents:
-        m_isBaseValid = m_base.refresh(m_workspace.tracks(), change.rows);
+        contentsChanged(change.rows);
         return;
     case ListChange::Kind::Appended:
-        m_base.append(m_workspace.tracks(), change.first);
+        m_base.append(m_dependencies.workspace.tracks(), change.first);
         m_sections.reset();
+        invalidatePlaylistSort();
         return;
     case ListChange::Kind::Structure:
         m_isBaseValid = false;
         return;
     }
+}
+
+void Order::contentsChanged(const QList<int>& rows)
+{
+    const std::optional<QList<int>> refreshed = m_base.refresh(m_dependencies.workspace.tracks(), rows);
+    m_isBaseValid = refreshed.has_value();
+    if (!refreshed)
+        return;
+    const bool isPatch = isTrue(m_dependencies.isPatchingFavorites);
+    if (!isPatch && !isFrozen()) {
+        invalidatePlaylistSort();
+        return;
+    }
+    using Placing = FolderSorts::Placing;
+    if (m_areRowsFinished)
+        m_folderSorts.refresh(m_base.rows().rows(), *refreshed, isPatch ? Placing::Same : Placing::Owed);
+    if (!isPatch)
+        m_refresh.oweMetadata();
+}
+
+/// Carries out what was owed, and lets the views know.
+void Order::reorder()
+{
+    invalidatePlaylistSort();
+    m_favorites.forget();
+    m_dependencies.workspace.noteOrderChange();
+}
+
+FolderSorts::Key Order::sortKey(LibraryTab tab) const
+{
+    switch (tab) {
+    case LibraryTab::Playlist:
+        return m_playlistChoice.key();
+    case LibraryTab::Favorites:
+        return m_favoriteChoice.key();
+    default:
+        return {};
+    }
+}
+
+void Order::setTrackSortField(TrackSortField field, LibraryTab tab)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const bool comesToRating =
+        tab == LibraryTab::Playlist && field == TrackSortField::Rating && trackSortField(tab) != TrackSortField::Rating;
+    choose(tab, {field, comesToRating ? TrackSortDirection::Descending : trackSortDirection(tab)});
+}
+
+void Order::setTrackSortDirection(TrackSortDirection direction, LibraryTab tab)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    choose(tab, {trackSortField(tab), direction});
+}
+
+void Order::activateFavoriteSortFromHeader(TrackSortField field)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (field == TrackSortField::Original)
+        return;
+    const FolderSorts::Key& present = m_favoriteChoice.key();
+    const bool turns = field == present.field && present.direction == TrackSortDirection::Ascending;
+    choose(LibraryTab::Favorites, {field, turns ? TrackSortDirection::Descending : TrackSortDirection::Ascending});
+}
+
+void Order::choose(LibraryTab tab, const FolderSorts::Key& key)
+{
+    const bool isSortable = tab == LibraryTab::Playlist || tab == LibraryTab::Favorites;
+    SortChoice& choice = tab == LibraryTab::Playlist ? m_playlistChoice : m_favoriteChoice;
+    if (isSortable && choice.set(key))
+        choiceChanged(tab);
+}
+
+void Order::choiceChanged(LibraryTab tab)
+{
+    if (tab == LibraryTab::Playlist)
+        invalidatePlaylistSort();
+    m_dependencies.workspace.noteOrderChange();
+}
+
+void Order::setPlaylistScrolling(bool scrolling)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (m_refresh.isScrolling() == scrolling)
+        return;
+    m_refresh.setScrolling(scrolling);
+    if (m_dependencies.playlistScrolls)
+        m_dependencies.playlistScrolls(scrolling);
+    if (scrolling)
+        return;
+    m_refresh.schedule();
+    if (m_dependencies.startBPMWorker)
+        m_dependencies.startBPMWorker();
+}
+
+void Order::setEstimatedBPMs(const EstimatedBPMByTrackID& estimates)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (m_estimatedBPM == estimates)
+        return;
+    m_estimatedBPM = estimates;
+    m_folderSorts.forgetInputs();
+    reorder();
+}
+
+void Order::setEstimatedBPM(const TrackID& id, const std::optional<QString>& text)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const auto known = m_estimatedBPM.constFind(id);
+    const bool isKnown = known != m_estimatedBPM.constEnd();
+    if (isKnown == text.has_value() && (!isKnown || *known == *text))
+        return;
+    if (text)
+        m_estimatedBPM.insert(id, *text);
+    else
+        m_estimatedBPM.remove(id);
+    const TrackSortField field = m_playlistChoice.key().field;
+    const bool movesPlaylist = field == TrackSortField::BPM || field == TrackSortField::Rating;
+    if (movesPlaylist)
+        m_folderSorts.forgetInputs();
+    if (movesPlaylist || m_favoriteChoice.key().field == TrackSortField::BPM)
+        m_refresh.oweBPM();
+}
+
+void Order::updatePlaylistPopularitySortValues(const TrackPopularitySortValues& values)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (m_popularity == values)
+        return;
+    m_popularity = values;
+    if (m_playlistChoice.key().field != TrackSortField::Rating)
+        return;
+    m_folderSorts.forgetInputs();
+    if (m_refresh.isScrolling())
+        m_refresh.owePopularity();
+    else
+        reorder();
 }

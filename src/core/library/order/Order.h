@@ -1,6 +1,10 @@
 #pragma once
 
-#include "core/library/order/PlaylistBase.h"
+#include "core/library/order/FavoritesOrder.h"
+#include "core/library/order/SortChoice.h"
+#include "core/library/order/SortRefresh.h"
+#include "core/model/LibraryTab.h"
+#include "platform/Localization.h"
 
 #include <QObject>
 
@@ -8,36 +12,115 @@ class Notifications;
 class Preferences;
 class Workspace;
 
-/// The display order of the playlist and of Favorites. Thread: main.
+/// The display order of the playlist and of Favorites. The playlist's base order is by folder and file name; a field of
+/// the user's choice reorders within each folder. While the list scrolls or a batch of tags is applied the order is
+/// frozen: rows get their new values where they stand. docs/order.md tells the layers. Thread: main.
 class Order : public QObject {
 public:
     using PlaylistFolderSection = PlaylistBase::FolderSection;
 
-    Order(Workspace& workspace, Preferences& preferences, Notifications& notifications);
+    /// Questions and calls to other concerns; an empty one is "no" or nobody.
+    struct Dependencies {
+        Workspace& workspace;
+        Preferences& preferences;
+        Notifications& notifications;
+        async::Clock& clock;
+        /// Whether the change of the list at hand is a batch of tags that were read.
+        std::function<bool()> isApplyingMetadataBatch;
+        /// Whether it is a change of favourite flags alone.
+        std::function<bool()> isPatchingFavorites;
+        /// Whether tags are being read, or read tags wait to be applied.
+        std::function<bool()> isLoadingMetadata;
+        /// Whether tracks wait for their tempo.
+        std::function<bool()> isQueueingBPM;
+        /// Called when scrolling starts, and when it stops between the payment of what is owed and its refresh.
+        std::function<void(bool scrolling)> playlistScrolls;
+        /// Called when scrolling stopped.
+        std::function<void()> startBPMWorker;
+    };
+
+    explicit Order(Dependencies dependencies);
 
     /// The playlist in display order.
     const QList<Track>& playlistTracks();
-    /// The folders of playlistTracks().
+    /// The folders of playlistTracks(); they have the same places in every order.
     const std::vector<PlaylistFolderSection>& playlistFolderSections();
-    /// Favourites that pass the filter, in list order.
-    QList<Track> favoriteTracks() const;
+    /// Favourites that pass the filter, in display order.
+    const QList<Track>& favoriteTracks();
     /// Tracks of Covers, in list order.
     QList<Track> coverTracks() const;
     /// Whether the filter of Favorites lets a track through.
-    bool passesFavoriteFilter(const Track& track) const;
+    bool passesFavoriteFilter(const Track& track) const { return m_filter.passes(track); }
 
+    /// What a section is sorted by; the base order for sections that are never sorted.
+    TrackSortField trackSortField(LibraryTab tab) const { return sortKey(tab).field; }
+    TrackSortDirection trackSortDirection(LibraryTab tab) const { return sortKey(tab).direction; }
+    /// Sorts the playlist or Favorites by a field. The playlist turns to descending when it comes to be sorted by
+    /// rating.
+    void setTrackSortField(TrackSortField field, LibraryTab tab);
+    /// Turns the order of the playlist or of Favorites.
+    void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab);
+    /// A click on a column heading of Favorites: sorts by another field ascending, turns the present one.
+    void activateFavoriteSortFromHeader(TrackSortField field);
+
+    /// Whether the playlist is in motion; freezes its order.
+    void setPlaylistScrolling(bool scrolling);
+    bool playlistIsScrolling() const { return m_refresh.isScrolling(); }
+    /// Reading of tags came to an end: a second later the playlist is put in order, if that is owed.
+    void scheduleMetadataSortRefresh() { m_refresh.schedule(); }
+
+    const EstimatedBPMByTrackID& estimatedBPMByTrackID() const { return m_estimatedBPM; }
+    /// Takes the tempo estimates of a session over.
+    void setEstimatedBPMs(const EstimatedBPMByTrackID& estimates);
+    /// Stores or removes the estimate of a track. The order follows with settleBPMSort().
+    void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
+    /// A round of tempo analysis ended: lists sorted by tempo are put in order, unless that has to wait.
+    /// \return whether they were.
+    bool settleBPMSort() { return m_refresh.settleBPM(); }
+    /// Takes the ratings over that the playlist may be sorted by.
+    void updatePlaylistPopularitySortValues(const TrackPopularitySortValues& values);
+
+    /// Takes the base order of the rows that the main list gets next, made elsewhere, if it is of the present language.
+    void adopt(PlaylistBase base, AppLanguage language);
     /// Upkeep after a change of the main list.
     void tracksChanged(const ListChange& change);
 
+    /// How often orders were made, for tests and measurements.
+    struct Work {
+        int baseOrders = 0;    ///< base orders made anew
+        int folderSorts = 0;   ///< folders sorted by the user's choice
+        int favoriteSorts = 0; ///< Favorites sorted
+        bool operator==(const Work&) const = default;
+    };
+    Work work() const { return {m_baseOrders, m_folderSorts.sortCount(), m_favorites.sortCount()}; }
+
 private:
     void readFilter();
+    void preferenceChanged(const QString& key);
     void languageChanged();
+    void reorder();
+    void invalidatePlaylistSort() { m_areRowsFinished = false; }
+    void contentsChanged(const QList<int>& rows);
+    bool isFrozen() const;
+    const QList<Track>& baseRows();
+    FolderSorts::Key sortKey(LibraryTab tab) const;
+    void choose(LibraryTab tab, const FolderSorts::Key& key);
+    void choiceChanged(LibraryTab tab);
 
-    Workspace& m_workspace;
-    Preferences& m_preferences;
+    Dependencies m_dependencies;
+    SortChoice m_playlistChoice;
+    SortChoice m_favoriteChoice;
+    FavoriteFilter m_filter;
+    EstimatedBPMByTrackID m_estimatedBPM;
+    TrackPopularitySortValues m_popularity;
+
     PlaylistBase m_base;
     bool m_isBaseValid = true;
+    int m_baseOrders = 0;
+    bool m_isAdopted = false; ///< the base knows the rows that come next
     std::optional<std::vector<PlaylistFolderSection>> m_sections;
-    QString m_genreFilter;
-    bool m_onlyUntagged = false;
+    FolderSorts m_folderSorts;
+    bool m_areRowsFinished = false; ///< whether those of m_folderSorts are the answer
+    FavoritesOrder m_favorites;
+    SortRefresh m_refresh;
 };

@@ -158,20 +158,24 @@ void PlaylistBase::insert(std::vector<Entry> fresh)
     m_folders = std::move(folders);
 }
 
-bool PlaylistBase::refresh(const TrackList& tracks, const QList<int>& changedRows)
+std::optional<QList<int>> PlaylistBase::refresh(const TrackList& tracks, const QList<int>& changedRows)
 {
-    QList<Track> rows = m_rows.rows();
+    QList<std::pair<int, int>> places; // row here, row there
     for (const int changed : changedRows) {
         const Track& track = tracks.at(changed);
         const std::optional<int> row = m_rows.indexOf(track.id());
         if (row.has_value() != track.isInPlaylist())
-            return false;
+            return std::nullopt;
         if (!row)
             continue;
         if (m_rows.at(*row).url() != track.url())
-            return false;
-        rows[*row] = track;
+            return std::nullopt;
+        places.append({*row, changed});
     }
-    m_rows.assign(std::move(rows));
-    return true;
+    QList<int> refreshed;
+    for (const auto& [row, changed] : places) {
+        m_rows.refresh(row, tracks.at(changed));
+        refreshed.append(row);
+    }
+    return refreshed;
 }

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 /// The playlist's base order: by folder, then by file name, as a file manager shows them, equal names by the id's text.
@@ -28,8 +29,9 @@ public:
     void rebuild(const TrackList& tracks);
     /// Takes the rows from \p first on as new ones, the others as they were.
     void append(const TrackList& tracks, int first);
-    /// Takes new values of these rows of \p tracks. \return false if one of them joined, left or moved to another file.
-    bool refresh(const TrackList& tracks, const QList<int>& changedRows);
+    /// Takes new values of these rows of \p tracks. \return the rows here that have new values; nothing, and nothing is
+    /// taken, if one of them joined, left or moved to another file.
+    std::optional<QList<int>> refresh(const TrackList& tracks, const QList<int>& changedRows);
 
 private:
     /// A row with the texts that place it.

@@ -133,12 +133,34 @@ Selection::State Selection::selectionState(LibraryTab tab)
     return state;
 }
 
+std::optional<Selection::State> Selection::rememberedState(LibraryTab tab) const
+{
+    const auto stored = m_statesByTab.constFind(rawValue(tab));
+    return stored == m_statesByTab.cend() ? std::nullopt : std::optional(stored->state);
+}
+
+void Selection::restoreState(LibraryTab tab, const State& state)
+{
+    // The filter of Favorites may hide some of them; that is looked at when the section is shown.
+    const quint64 revision = tab == LibraryTab::Favorites ? 0 : m_workspace.listRevision();
+    m_statesByTab.insert(rawValue(tab), {state, revision});
+}
+
 void Selection::switchTo(LibraryTab tab)
 {
     rememberSelection(m_workspace.activeTab());
     const State state = selectionState(tab);
     m_workspace.switchTo(tab, state.ids, state.focusedID);
     noteChecked();
+}
+
+void Selection::forget(const QSet<TrackID>& ids)
+{
+    for (Checked& stored : m_statesByTab) {
+        stored.state.ids.subtract(ids);
+        if (stored.state.focusedID && ids.contains(*stored.state.focusedID))
+            stored.state.focusedID.reset();
+    }
 }
 
 void Selection::dropInvisible()

@@ -42,8 +42,14 @@ public:
     /// What was remembered for a section, reduced to what is still there; mended so that a lone row is focused and a
     /// focus is selected.
     State selectionState(LibraryTab tab);
+    /// What is remembered for a section; nothing if it was never left.
+    std::optional<State> rememberedState(LibraryTab tab) const;
+    /// Remembers a selection of rows that the section has.
+    void restoreState(LibraryTab tab, const State& state);
     /// Shows another section: remembers the selection of the one shown and takes the other's up.
     void switchTo(LibraryTab tab);
+    /// Takes rows out of what is remembered for every section: they are not selected again when they come back.
+    void forget(const QSet<TrackID>& ids);
     /// Takes rows that are gone from the section out of the present selection.
     void dropInvisible();
 

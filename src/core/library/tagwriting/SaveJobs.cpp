@@ -26,10 +26,10 @@ std::optional<TagFileError> failureOf(const QUrl& url, const Change& change)
     }
 }
 
-std::optional<LoadedTrackMetadata> read(const Reader& reader, const QUrl& url)
+std::optional<LoadedTrackMetadata> read(const Reader& reader, const QUrl& url, const AudioTags& fallbackTags)
 {
     try {
-        return reader(url, Track::fallbackTags(url));
+        return reader(url, fallbackTags);
     } catch (const std::exception&) {
         return std::nullopt;
     }
@@ -52,7 +52,7 @@ Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted)
 {
     Look result;
     if (wanted.tags)
-        result.tags = read(reader, url);
+        result.tags = read(reader, url, wanted.fallbackTags);
     if (wanted.inventory)
         result.inventory = inventoryOf(files, url);
     return result;
@@ -76,7 +76,7 @@ Restored restore(TagFiles& files, const Reader& reader, const QUrl& url)
         return result;
     result.failure = failureOf(url, [&] { files.restoreOriginal(url); });
     if (!result.failure)
-        result.tags = read(reader, url);
+        result.tags = read(reader, url, Track::fallbackTags(url));
     if (!result.failure && !result.tags)
         result.failure = unreadable(url);
     return result;

@@ -15,6 +15,7 @@ using Reader = std::function<std::optional<LoadedTrackMetadata>(const QUrl& url,
 /// What a file is looked at for before it is written.
 struct Wanted {
     bool tags = false;
+    AudioTags fallbackTags; ///< for fields that the file does not supply
     bool inventory = false;
 };
 struct Look {

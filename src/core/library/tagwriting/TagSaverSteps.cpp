@@ -80,7 +80,7 @@ TagSaver::Turn TagSaver::turnOf(const Item& item) const
 {
     const Track* row = m_dependencies.workspace.tracks().find(item.track.id());
     if (!row || row->url() != item.track.url())
-        return {item.track, item.edited, false};
+        return {item.track, m_edits.value(item.track.id(), item.edited), false};
     return {*row, m_edits.value(row->id()), true};
 }
 
@@ -89,7 +89,13 @@ SaveJobs::Wanted TagSaver::wantedOf(const Turn& turn) const
     const Preferences& preferences = m_dependencies.preferences;
     const bool mayKeep = preferences.keepsOtherTagEntries.get() || !preferences.keepsOtherTagEntriesAsked.get();
     const bool mayAsk = !preferences.keepsOtherTagEntries.get() && !preferences.keepsOtherTagEntriesAsked.get();
-    return {mayKeep || !turn.track.isRead(), mayAsk || (turn.edited & TagFieldSet::kNeverRead)};
+    // A row that was never read knows its other fields from an earlier run or from its name; of what was edited only
+    // the file can tell what stood there.
+    const QUrl url = turn.track.url();
+    const AudioTags fallback = turn.track.isRead()
+                                   ? AudioTags()
+                                   : TagFieldSet::merged(turn.track.tags(), Track::fallbackTags(url), turn.edited);
+    return {mayKeep || !turn.track.isRead(), fallback, mayAsk || (turn.edited & TagFieldSet::kNeverRead)};
 }
 
 /// Whoever wants to take an edit back needs to know what it covered.

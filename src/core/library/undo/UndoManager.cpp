@@ -1,6 +1,7 @@
 #include "core/library/undo/UndoManager.h"
 
 #include "async/MainQueue.h"
+#include "core/library/undo/UndoMoment.h"
 #include "platform/Localization.h"
 
 #include <QPointer>
@@ -23,6 +24,7 @@ public:
     }
 
     const QString& name() const { return m_name; }
+    quint64 moment() const { return m_moment; }
     int id() const override { return kMergeableID; }
 
     bool mergeWith(const QUndoCommand* other) override
@@ -30,6 +32,7 @@ public:
         const auto* later = static_cast<const Step*>(other);
         if (later->m_name != m_name || later->m_turn != m_turn)
             return false;
+        m_moment = later->m_moment;
         m_undo.insert(m_undo.end(), later->m_undo.begin(), later->m_undo.end());
         m_redo.insert(m_redo.end(), later->m_redo.begin(), later->m_redo.end());
         return true;
@@ -48,6 +51,7 @@ public:
             m_isPushed = true;
             return;
         }
+        m_moment = nextUndoMoment();
         for (const UndoManager::Action& action : m_redo)
             action();
     }
@@ -55,6 +59,7 @@ public:
 private:
     QString m_name;
     quint64 m_turn;
+    quint64 m_moment = nextUndoMoment();
     std::vector<UndoManager::Action> m_undo;
     std::vector<UndoManager::Action> m_redo;
     bool m_isPushed = false;
@@ -92,7 +97,13 @@ void UndoManager::registerUndo(const QString& actionName, Action undo, Action re
 
 bool UndoManager::canUndo() const
 {
-    return m_stack.canUndo();
+    return m_stack.canUndo() || isOthersTurn();
+}
+
+bool UndoManager::isOthersTurn() const
+{
+    const auto* step = static_cast<const Step*>(m_stack.command(m_stack.index() - 1));
+    return m_other.lastMoment && m_other.lastMoment() > (step ? step->moment() : 0);
 }
 
 bool UndoManager::canRedo() const
@@ -102,7 +113,7 @@ bool UndoManager::canRedo() const
 
 QString UndoManager::undoActionName() const
 {
-    return localizedName(m_stack, m_stack.index() - 1);
+    return isOthersTurn() ? m_other.actionName() : localizedName(m_stack, m_stack.index() - 1);
 }
 
 QString UndoManager::redoActionName() const
@@ -112,7 +123,10 @@ QString UndoManager::redoActionName() const
 
 void UndoManager::undo()
 {
-    m_stack.undo();
+    if (isOthersTurn())
+        m_other.undo();
+    else
+        m_stack.undo();
 }
 
 void UndoManager::redo()

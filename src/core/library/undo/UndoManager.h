@@ -6,14 +6,26 @@
 #include <functional>
 
 /// Undo of edits, grouped by action name: registrations of one name within one turn of the event loop are one step.
-/// A small front of QUndoStack. Thread: main.
+/// Steps of another history can stand in one line with them. A small front of QUndoStack. Thread: main.
 class UndoManager : public QObject {
     Q_OBJECT
 
 public:
     using Action = std::function<void()>;
 
+    /// Steps of another kind, kept elsewhere, that are taken back in one line with these and not done again.
+    struct OtherHistory {
+        std::function<quint64()> lastMoment; ///< of its last step, see nextUndoMoment(); 0 if there is none
+        std::function<QString()> actionName; ///< localised, of that step
+        Action undo;                         ///< takes that step back
+    };
+
     explicit UndoManager(QObject* parent = nullptr);
+
+    /// Whatever happened last is undone first from now on, here or there. The owner of the other history calls
+    /// otherHistoryChanged() and outlives this.
+    void joinHistory(OtherHistory other) { m_other = std::move(other); }
+    void otherHistoryChanged() { emit changed(); }
 
     /// Registers what was just done. \param actionName localisation key of what the menu calls it. \param undo takes it
     /// back. \param redo does it again; neither registers anything itself.
@@ -33,7 +45,10 @@ Q_SIGNALS:
     void changed();
 
 private:
+    bool isOthersTurn() const;
+
     QUndoStack m_stack;
+    OtherHistory m_other;
     quint64 m_turn = 0; ///< rises once per turn of the event loop in which something was registered
     bool m_turnEnds = false;
 };

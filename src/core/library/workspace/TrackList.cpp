@@ -83,6 +83,12 @@ ListChange TrackList::assign(QList<Track> rows)
     return {ListChange::Kind::Structure, {}, 0};
 }
 
+void TrackList::refresh(int row, const Track& track)
+{
+    Q_ASSERT(at(row).id() == track.id() && at(row).url() == track.url());
+    m_rows[row] = track;
+}
+
 void TrackList::forgetPlaces()
 {
     m_places.clear();

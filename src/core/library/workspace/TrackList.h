@@ -28,6 +28,8 @@ public:
 
     /// Replaces the rows. \return how the new list differs, found by comparing values by pointer.
     ListChange assign(QList<Track> rows);
+    /// Gives a row a new value of the same track and file. Copies the list only if somebody else holds it.
+    void refresh(int row, const Track& track);
 
 private:
     void forgetPlaces();

@@ -44,6 +44,22 @@ void Workspace::setList(Track::MetadataDestination destination, QList<Track> tra
         emit sectionListChanged(destination, change);
         return;
     }
+    announceTracks(change);
+}
+
+void Workspace::adoptTracks(TrackList tracks)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    Q_ASSERT(m_tracks.isEmpty());
+    if (tracks.isEmpty())
+        return;
+    m_tracks = std::move(tracks);
+    ++m_listRevision;
+    announceTracks({ListChange::Kind::Appended, {}, 0});
+}
+
+void Workspace::announceTracks(const ListChange& change)
+{
     Q_ASSERT(favoritesAreInCovers(m_tracks));
     if (tracksUpkeep)
         tracksUpkeep(change);

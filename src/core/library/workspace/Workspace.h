@@ -33,6 +33,8 @@ public:
     /// One assignment per operation, however many tracks it touches.
     void setTracks(QList<Track> tracks) { setList(Track::MetadataDestination::Library, std::move(tracks)); }
     void setList(Track::MetadataDestination destination, QList<Track> tracks);
+    /// setTracks() into the empty list, for rows whose places were entered elsewhere.
+    void adoptTracks(TrackList tracks);
     void setConversionItems(QList<ConversionItem> items);
     /// Folders and files that the duplicate search looks through.
     const QList<QUrl>& duplicateSearchRoots() const { return m_duplicateSearchRoots; }
@@ -106,6 +108,7 @@ Q_SIGNALS:
     void askingWhatSavesKeepChanged();
 
 private:
+    void announceTracks(const ListChange& change);
     TrackList& mutableList(Track::MetadataDestination destination);
 
     TrackList m_tracks;

@@ -9,6 +9,18 @@
 StoreFixture::StoreFixture()
 {
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
+    useTrashCan(trashCan);
+}
+
+void StoreFixture::useTrashCan(TrashCan& can)
+{
+    m_trashCan = &can;
+    store = std::make_unique<LibraryStore>(services());
+    store->playback().setPlayer(&player);
+}
+
+LibraryServices StoreFixture::services()
+{
     LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
     services.readMetadata = [this](const QUrl& url, const AudioTags& fallback) {
         readURLs.append(url);
@@ -20,8 +32,8 @@ StoreFixture::StoreFixture()
     };
     services.preloadWaveforms = [this](const QList<QUrl>& urls) { waveformURLs.append(urls); };
     services.analyzeQuality = [this](const QSet<TrackID>& asked) { qualityAsked.unite(asked); };
-    store = std::make_unique<LibraryStore>(services);
-    store->playback().setPlayer(&player);
+    services.trashCan = m_trashCan;
+    return services;
 }
 
 StoreFixture::~StoreFixture()

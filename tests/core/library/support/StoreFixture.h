@@ -19,6 +19,7 @@
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
 #include "support/FakeTagFiles.h"
+#include "support/FakeTrashCan.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutor.h"
 
@@ -50,6 +51,11 @@ protected:
     StoreFixture();
     ~StoreFixture() override;
 
+    /// What the store stands on.
+    LibraryServices services();
+    /// Builds the store anew upon another Trash, which outlives it.
+    void useTrashCan(TrashCan& can);
+
     /// A track that is in the list already. \param path absolute, or a name that is put into /music.
     static Track track(const QString& path);
     static Track favorite(const QString& path);
@@ -72,6 +78,7 @@ protected:
     Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
     Notifications notifications;
     FakeTagFiles files;
+    FakeTrashCan trashCan;
     UndoManager undo;
     QTemporaryDir folder;
 
@@ -86,4 +93,7 @@ protected:
     /// What a read gives; nothing for files that cannot be read.
     std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)> reader;
     std::unique_ptr<LibraryStore> store;
+
+private:
+    TrashCan* m_trashCan = nullptr;
 };

@@ -1,0 +1,376 @@
+#include "core/library/removal/Removal.h"
+
+#include "async/MainQueue.h"
+#include "core/library/removal/TrashCan.h"
+#include "core/library/selection/Selection.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/FinishedJob.h"
+#include "core/library/tagwriting/MetadataWriteCoordinator.h"
+#include "core/library/undo/UndoMoment.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+#include "platform/Localization.h"
+#include "platform/Notifications.h"
+#include "platform/files/TrashError.h"
+
+namespace {
+
+using List = Track::MetadataDestination;
+using Tone = WorkspaceStatus::Tone;
+
+constexpr List kAllLists[] = {List::Library, List::Analysis, List::MusicalKey, List::Duplicates};
+
+/// The key of what the menu calls a move to the Trash.
+QString trashName()
+{
+    return QStringLiteral("Переместить в Корзину");
+}
+
+/// What became of one file.
+struct Move {
+    std::optional<TrashedItem> item; ///< set if it went
+    QString error;
+};
+
+Move moveToTrash(TrashCan& can, const QUrl& url)
+{
+    try {
+        return {can.moveToTrash(url), {}};
+    } catch (const TrashError& error) {
+        return {std::nullopt, error.message()};
+    }
+}
+
+/// The text of what went wrong; empty if nothing did.
+QString restore(TrashCan& can, const TrashedItem& item)
+{
+    try {
+        can.restore(item);
+        return {};
+    } catch (const TrashError& error) {
+        return error.message();
+    }
+}
+
+List listOf(LibraryTab tab)
+{
+    switch (tab) {
+    case LibraryTab::Analysis:
+        return List::Analysis;
+    case LibraryTab::MusicalKey:
+        return List::MusicalKey;
+    case LibraryTab::Duplicates:
+        return List::Duplicates;
+    default:
+        return List::Library;
+    }
+}
+
+QSet<TrackID> idsOf(const QList<RemovedTrack>& entries)
+{
+    QSet<TrackID> ids;
+    for (const RemovedTrack& entry : entries)
+        ids.insert(entry.track.id());
+    return ids;
+}
+
+/// How many files the entries tell of.
+qsizetype fileCount(const QList<RemovedTrack>& entries)
+{
+    QSet<QUrl> files;
+    for (const RemovedTrack& entry : entries)
+        files.insert(entry.track.url());
+    return files.size();
+}
+
+} // namespace
+
+/// What a round of moves came to.
+struct Removal::Moves {
+    QHash<QUrl, TrashedItem> trashed;
+    QString error; ///< the first one's text; empty if there was none
+};
+
+Removal::Removal(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
+{
+}
+
+Removal::~Removal() = default;
+
+void Removal::removeTracksFromPlaylist(const QSet<TrackID>& ids)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    Workspace& workspace = m_dependencies.workspace;
+    const QList<Track> rows = m_dependencies.selection.tracks(LibraryTab::Playlist);
+    RemovalPlan::Cut cut = RemovalPlan::outOfPlaylist(workspace.tracks(), ids);
+    if (cut.removed.isEmpty())
+        return;
+    const QSet<TrackID> removed = idsOf(cut.removed);
+    push({cut.removed, QStringLiteral("Убрать из плейлиста"), nextUndoMoment()});
+    workspace.setTracks(std::move(cut.rows));
+    dropSelected(removed);
+    m_dependencies.continuePlaybackAfterRemoving(removed, rows);
+    m_dependencies.status.showCounted(QStringLiteral("Убрано из плейлиста: %d"), {cut.removed.size()},
+                                      QStringLiteral("checkmark.circle"), Tone::Success);
+}
+
+void Removal::removeFromAnalysis(const QSet<TrackID>& ids)
+{
+    removeFromList(List::Analysis, ids, {{}, QStringLiteral("Убрать из анализа"), 0},
+                   QStringLiteral("Убрано из анализа: %d"));
+}
+
+void Removal::removeFromMusicalKeyAnalysis(const QSet<TrackID>& ids)
+{
+    removeFromList(List::MusicalKey, ids, {{}, QStringLiteral("Убрать из тональности"), 0},
+                   QStringLiteral("Убрано из тональности: %d"));
+}
+
+void Removal::removeFromList(List list, const QSet<TrackID>& ids, const RemovalStep& step, const QString& message)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    Workspace& workspace = m_dependencies.workspace;
+    const QList<Track> rows = workspace.list(list).rows();
+    RemovalPlan::Cut cut = RemovalPlan::outOfList(list, workspace.list(list), ids);
+    if (cut.removed.isEmpty())
+        return;
+    const QSet<TrackID> removed = idsOf(cut.removed);
+    push({cut.removed, step.actionName, nextUndoMoment()});
+    workspace.setList(list, std::move(cut.rows));
+    dropSelected(removed);
+    m_dependencies.continuePlaybackAfterRemoving(removed, rows);
+    m_dependencies.status.showCounted(message, {cut.removed.size()}, QStringLiteral("checkmark.circle"), Tone::Success);
+}
+
+void Removal::trashTracks(const QSet<TrackID>& ids)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const Workspace& workspace = m_dependencies.workspace;
+    QList<const TrackList*> lists;
+    for (const List list : kAllLists)
+        lists.append(&workspace.list(list));
+    trash(workspace.activeTab(), RemovalPlan::filesOf(lists, ids));
+}
+
+void Removal::trashDuplicateTracks(const QSet<TrackID>& ids)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    trash(LibraryTab::Duplicates, RemovalPlan::filesOf({&m_dependencies.workspace.duplicateTracks()}, ids));
+}
+
+void Removal::trash(LibraryTab tab, const QList<QUrl>& files)
+{
+    if (files.isEmpty() || !m_dependencies.trashCan)
+        return;
+    const Request request{nextUndoMoment(), tab, files};
+    m_trashing.append(request.moment);
+    emit historyChanged();
+    m_moves.append([this, request](std::stop_token stop) { return trashTask(request, std::move(stop)); });
+}
+
+async::Task<> Removal::trashTask(Request request, std::stop_token stop)
+{
+    Moves moves;
+    // Held until the rows are gone: a write that waits for its file then finds that there is nothing to write.
+    QList<MetadataWriteCoordinator::HeldPath> held;
+    setProgress({0, static_cast<int>(request.files.size()), false});
+    for (const QUrl& url : request.files) {
+        held.append(co_await m_dependencies.writes.hold(url, stop));
+        auto job = [can = m_dependencies.trashCan, url](const std::stop_token&) { return moveToTrash(*can, url); };
+        const Move move = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
+        if (move.item)
+            moves.trashed.insert(url, *move.item);
+        else if (moves.error.isEmpty())
+            moves.error = move.error;
+        setProgress({m_progress.done + 1, m_progress.total, false});
+    }
+    finishTrash(request, moves);
+}
+
+void Removal::finishTrash(const Request& request, const Moves& moves)
+{
+    Workspace& workspace = m_dependencies.workspace;
+    const QList<Track> rows = m_dependencies.selection.tracks(request.tab);
+    QHash<List, QList<Track>> left;
+    RemovalStep step{{}, trashName(), request.moment};
+    for (const List list : kAllLists) {
+        RemovalPlan::Cut cut = RemovalPlan::withoutFiles(list, workspace.list(list), moves.trashed);
+        if (cut.removed.isEmpty())
+            continue;
+        left.insert(list, std::move(cut.rows));
+        step.entries.append(cut.removed);
+    }
+    m_trashing.removeOne(request.moment);
+    if (!moves.error.isEmpty())
+        workspace.setLastError(moves.error);
+    if (step.entries.isEmpty()) {
+        m_undoing.remove(request.moment);
+        emit historyChanged();
+        return;
+    }
+    const QSet<TrackID> removed = idsOf(step.entries);
+    push(std::move(step));
+    for (auto list = left.begin(); list != left.end(); ++list)
+        workspace.setList(list.key(), std::move(*list));
+    dropSelected(removed);
+    m_dependencies.selection.forget(removed);
+    emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
+    m_dependencies.continuePlaybackAfterRemoving(removed, rows);
+    m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {moves.trashed.size()},
+                                      QStringLiteral("trash"), Tone::Success);
+}
+
+void Removal::push(RemovalStep step)
+{
+    const auto place = std::ranges::upper_bound(m_history, step.moment, {}, &RemovalStep::moment);
+    m_history.insert(place, std::move(step));
+    emit historyChanged();
+}
+
+std::optional<RemovalStep> Removal::take(quint64 moment)
+{
+    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
+    if (step == m_history.end())
+        return std::nullopt;
+    const RemovalStep taken = *step;
+    m_history.erase(step);
+    emit historyChanged();
+    return taken;
+}
+
+bool Removal::canUndoPhysicalTrash() const
+{
+    return !m_history.isEmpty() && m_history.last().holdsTrashedFile();
+}
+
+quint64 Removal::undoMoment() const
+{
+    quint64 last = 0;
+    for (const quint64 moment : m_trashing)
+        last = m_undoing.contains(moment) ? last : std::max(last, moment);
+    for (const RemovalStep& step : m_history)
+        last = m_undoing.contains(step.moment) ? last : std::max(last, step.moment);
+    return last;
+}
+
+QString Removal::undoActionName() const
+{
+    const quint64 moment = undoMoment();
+    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
+    if (step != m_history.end())
+        return VelmoraLocalization::string(step->actionName);
+    return moment > 0 ? VelmoraLocalization::string(trashName()) : QString();
+}
+
+void Removal::undoLastRemoval()
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const quint64 moment = undoMoment();
+    if (moment == 0)
+        return;
+    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
+    if (step != m_history.end() && !step->holdsTrashedFile()) {
+        putBack(take(moment)->entries);
+        return;
+    }
+    m_undoing.insert(moment);
+    emit historyChanged();
+    m_moves.append([this, moment](std::stop_token stop) { return restoreTask(moment, std::move(stop)); });
+}
+
+async::Task<> Removal::restoreTask(quint64 moment, std::stop_token stop)
+{
+    m_undoing.remove(moment);
+    const std::optional<RemovalStep> step = take(moment);
+    if (!step)
+        co_return;                  // none of its files went
+    QHash<QByteArray, bool> isBack; // by the place in the Trash, which the rows of one file share
+    QString firstError;
+    setProgress({0, static_cast<int>(fileCount(step->entries)), true});
+    for (const RemovedTrack& entry : step->entries) {
+        if (!entry.trashed || isBack.contains(entry.trashed->trashedPath))
+            continue;
+        auto job = [can = m_dependencies.trashCan, item = *entry.trashed](const std::stop_token&) {
+            return restore(*can, item);
+        };
+        const QString error = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
+        isBack.insert(entry.trashed->trashedPath, error.isEmpty());
+        if (firstError.isEmpty() && !error.isEmpty())
+            firstError = VelmoraLocalization::format(QStringLiteral("Не удалось восстановить «%@»: %@"),
+                                                     {FileURL::lastPathComponent(entry.track.url()), error});
+        setProgress({m_progress.done + 1, m_progress.total, true});
+    }
+    if (!firstError.isEmpty())
+        m_dependencies.workspace.setLastError(firstError);
+    QList<RemovedTrack> restored = step->entries;
+    restored.removeIf([&](const RemovedTrack& e) { return e.trashed && !isBack.value(e.trashed->trashedPath); });
+    putBack(restored);
+}
+
+/// \param entries what comes back into the lists; its files are there.
+void Removal::putBack(QList<RemovedTrack> entries)
+{
+    if (entries.isEmpty())
+        return;
+    std::ranges::stable_sort(entries, {}, &RemovedTrack::originalIndex);
+    const List shownList = listOf(m_dependencies.workspace.activeTab());
+    QList<TrackID> shown;
+    QList<TrackID> others;
+    for (const List list : kAllLists) {
+        QList<RemovedTrack> ofList;
+        std::ranges::copy_if(entries, std::back_inserter(ofList), [&](const auto& e) { return e.list == list; });
+        if (!ofList.isEmpty())
+            putBackInto(list, ofList, list == shownList ? shown : others);
+    }
+    selectRestored(shown.isEmpty() ? others : shown);
+    m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d"), {fileCount(entries)},
+                                      QStringLiteral("arrow.uturn.backward"), Tone::Success);
+}
+
+/// \param entries of one list, ascending. \param ids gets what came back.
+void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, QList<TrackID>& ids)
+{
+    Workspace& workspace = m_dependencies.workspace;
+    RemovalPlan::Back back = RemovalPlan::putBack(workspace.list(list), entries);
+    ids.append(back.ids);
+    workspace.setList(list, std::move(back.rows));
+    QList<Track> unread; // what was read of them in the meantime found no row
+    for (const TrackID& id : std::as_const(back.ids)) {
+        if (const Track* track = workspace.list(list).find(id); track && !track->isRead())
+            unread.append(*track);
+    }
+    if (!unread.isEmpty())
+        m_dependencies.readTags(unread, list);
+    if (list != List::Library)
+        return;
+    for (const TrackID& id : std::as_const(back.ids))
+        m_dependencies.writePendingEdits(id);
+}
+
+void Removal::selectRestored(const QList<TrackID>& ids)
+{
+    const LibraryTab tab = m_dependencies.workspace.activeTab();
+    std::optional<TrackID> focused;
+    if (!ids.isEmpty() && m_dependencies.selection.isSelectable(tab, ids.last()))
+        focused = ids.last();
+    m_dependencies.workspace.setSelection(QSet<TrackID>(ids.cbegin(), ids.cend()), focused);
+    emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
+    if (focused && tab == LibraryTab::Favorites)
+        emit m_dependencies.notifications.velmoraFocusFavoriteTrack(*focused);
+}
+
+void Removal::dropSelected(const QSet<TrackID>& ids)
+{
+    Workspace& workspace = m_dependencies.workspace;
+    std::optional<TrackID> focused = workspace.selectedID();
+    if (focused && ids.contains(*focused))
+        focused.reset();
+    workspace.setSelection(workspace.selectedIDs() - ids, focused);
+}
+
+void Removal::setProgress(const Progress& progress)
+{
+    m_progress = progress;
+    emit progressChanged();
+}

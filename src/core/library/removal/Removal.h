@@ -1,0 +1,112 @@
+#pragma once
+
+#include "async/Executor.h"
+#include "async/TaskQueue.h"
+#include "core/library/removal/RemovalPlan.h"
+#include "core/library/removal/RemovedTrack.h"
+#include "core/model/LibraryTab.h"
+
+#include <QObject>
+
+#include <functional>
+
+class MetadataWriteCoordinator;
+class Notifications;
+class Selection;
+class StatusLine;
+class TrashCan;
+class Workspace;
+
+/// Rows taken off the lists, files moved to the Trash, and the history that brings both back. Files move in the
+/// background one after another, each after the write that is under way into it; the rows of an action leave together
+/// when its last file has moved. Thread: main.
+class Removal : public QObject {
+    Q_OBJECT
+
+public:
+    struct Dependencies {
+        Workspace& workspace;
+        Selection& selection;
+        StatusLine& status;
+        Notifications& notifications;
+        async::Executor& executor;
+        MetadataWriteCoordinator& writes;
+        TrashCan* trashCan; ///< null where there is none: nothing is moved then
+        /// Lets the player move on when its track leaves these rows.
+        std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;
+        /// Reads the tags of rows that left their list before they were read.
+        std::function<void(const QList<Track>& tracks, Track::MetadataDestination list)> readTags;
+        /// Writes what was edited of a row and had not come to its file when it left.
+        std::function<void(const TrackID& id)> writePendingEdits;
+    };
+
+    /// Files moved and to be moved by the action under way.
+    struct Progress {
+        int done = 0;
+        int total = 0;
+        bool isRestoring = false;
+    };
+
+    explicit Removal(const Dependencies& dependencies);
+    ~Removal() override;
+
+    /// Takes rows out of the playlist. Favourites stay in the main list, all others leave it, and with it Covers.
+    void removeTracksFromPlaylist(const QSet<TrackID>& ids);
+    /// Takes rows off the analysis list.
+    void removeFromAnalysis(const QSet<TrackID>& ids);
+    /// Takes rows off the list of the key section.
+    void removeFromMusicalKeyAnalysis(const QSet<TrackID>& ids);
+    /// Moves the files of rows of any list to the Trash; every row of a file that went leaves its list. A file that
+    /// fails stays with its rows, the first error is shown.
+    void trashTracks(const QSet<TrackID>& ids);
+    /// The same for rows of the duplicates section.
+    void trashDuplicateTracks(const QSet<TrackID>& ids);
+    /// Takes the last step of the history back, or the Trash move that is under way, once it is over. What cannot be
+    /// restored is skipped with an error.
+    void undoLastRemoval();
+
+    /// The steps that can be taken back, the last one on top.
+    const QList<RemovalStep>& removalHistory() const { return m_history; }
+    /// Whether the top step holds a file in the Trash.
+    bool canUndoPhysicalTrash() const;
+    /// The moment of what undoLastRemoval() would take back, see nextUndoMoment(); 0 if there is nothing.
+    quint64 undoMoment() const;
+    /// Localised name of what undoLastRemoval() would take back.
+    QString undoActionName() const;
+    Progress progress() const { return m_progress; }
+
+Q_SIGNALS:
+    /// What undoLastRemoval() would take back.
+    void historyChanged();
+    void progressChanged();
+
+private:
+    struct Moves;
+    /// What is known of a move before it has ended.
+    struct Request {
+        quint64 moment = 0;
+        LibraryTab tab = LibraryTab::Playlist; ///< whose rows playback goes on with
+        QList<QUrl> files;
+    };
+
+    void removeFromList(Track::MetadataDestination list, const QSet<TrackID>& ids, const RemovalStep& step,
+                        const QString& message);
+    void trash(LibraryTab tab, const QList<QUrl>& files);
+    async::Task<> trashTask(Request request, std::stop_token stop);
+    void finishTrash(const Request& request, const Moves& moves);
+    async::Task<> restoreTask(quint64 moment, std::stop_token stop);
+    void push(RemovalStep step);
+    std::optional<RemovalStep> take(quint64 moment);
+    void putBack(QList<RemovedTrack> entries);
+    void putBackInto(Track::MetadataDestination list, const QList<RemovedTrack>& entries, QList<TrackID>& ids);
+    void selectRestored(const QList<TrackID>& ids);
+    void dropSelected(const QSet<TrackID>& ids);
+    void setProgress(const Progress& progress);
+
+    Dependencies m_dependencies;
+    QList<RemovalStep> m_history; ///< ascending by moment
+    QList<quint64> m_trashing;    ///< moments of moves that have not ended
+    QSet<quint64> m_undoing;      ///< moments of what waits to be taken back
+    Progress m_progress;
+    async::TaskQueue m_moves;
+};

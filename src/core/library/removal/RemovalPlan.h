@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/library/removal/RemovedTrack.h"
+#include "core/library/workspace/TrackList.h"
+
+#include <QHash>
+#include <QSet>
+
+/// What lists become when rows leave them and come back: pure functions.
+namespace RemovalPlan {
+
+using List = Track::MetadataDestination;
+
+/// A list without some rows, and those.
+struct Cut {
+    QList<Track> rows;
+    QList<RemovedTrack> removed; ///< in list order
+};
+
+/// Takes rows of the playlist out of the main list; favourites stay in it, out of the playlist. Rows that are not in
+/// the playlist do not count.
+Cut outOfPlaylist(const TrackList& tracks, const QSet<TrackID>& ids);
+/// Takes rows out of a list.
+Cut outOfList(List list, const TrackList& tracks, const QSet<TrackID>& ids);
+/// Takes all rows of the files out of a list. \param trashed where the files are now, by the row's URL.
+Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedItem>& trashed);
+
+/// A list with rows that came back.
+struct Back {
+    QList<Track> rows;
+    QList<TrackID> ids; ///< of what came back, in list order
+};
+
+/// Puts rows back where they were, at the end where the list has become shorter. A favourite gets its playlist flag
+/// back. A file that has a row by now gets no second one: its row joins the sections that the removed one was in.
+/// \param entries of this list, ascending by originalIndex.
+Back putBack(const TrackList& tracks, const QList<RemovedTrack>& entries);
+
+/// Each file once, in the order of the rows. \param ids rows that may stand in any of the lists.
+QList<QUrl> filesOf(const QList<const TrackList*>& lists, const QSet<TrackID>& ids);
+
+} // namespace RemovalPlan

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/library/session/JsonReader.h"
+
+/// Loops over the members and elements that a JsonReader stands before.
+namespace JsonMembers {
+
+/// Calls \p member with each key of an object, which reads the value or skips it.
+template <typename Member>
+void forMembers(JsonReader& json, Member member)
+{
+    for (bool more = json.enter('{'); more; more = json.next('}'))
+        member(json.key());
+}
+
+template <typename Element>
+void forElements(JsonReader& json, Element element)
+{
+    for (bool more = json.enter('['); more; more = json.next(']'))
+        element();
+}
+
+/// Keys of an object that were met, of those that it must have.
+class RequiredKeys {
+public:
+    explicit RequiredKeys(int count)
+        : m_all((1U << count) - 1)
+    {
+    }
+    void met(int key) { m_met |= 1U << key; }
+    void check(JsonReader& json) const
+    {
+        if (m_met != m_all)
+            json.fail();
+    }
+
+private:
+    unsigned m_all;
+    unsigned m_met = 0;
+};
+
+} // namespace JsonMembers

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "async/Clock.h"
+#include "async/Executor.h"
+#include "async/TaskSlot.h"
+#include "core/library/session/WorkspaceLoad.h"
+
+#include <QDateTime>
+#include <QObject>
+
+#include <functional>
+
+class MetadataLoads;
+class Order;
+class Preferences;
+class Selection;
+class StatusLine;
+class Workspace;
+class WorkspaceSessionStorage;
+
+/// What of the workspace outlives the program: saves it after changes, brings it back at the start, and offers its
+/// checkpoints. Without a storage nothing is saved or restored. Thread: main.
+class Session : public QObject {
+    Q_OBJECT
+
+public:
+    struct Dependencies {
+        Workspace& workspace;
+        Selection& selection;
+        Order& order;
+        StatusLine& status;
+        Preferences& preferences;
+        MetadataLoads& loads;
+        async::Clock& clock;
+        async::Executor& executor;
+        WorkspaceSessionStorage* storage; ///< may be null; outlives the executor's jobs
+        /// The player's track; may be empty.
+        std::function<std::optional<TrackID>()> currentTrackID;
+        /// Wants the waveforms of files; may be empty.
+        std::function<void(const QList<QUrl>&)> preloadWaveforms;
+    };
+    /// A copy of an earlier session, as it is offered.
+    struct Checkpoint {
+        QUrl url;
+        QDateTime date;
+        qint64 tracks = 0;
+        qint64 favorites = 0;
+    };
+
+    explicit Session(Dependencies dependencies);
+    ~Session() override;
+
+    /// Brings the last session back: reads it in the background, then puts it in place. No save happens until then.
+    void restore();
+    /// Saves once nothing has changed for 0.35 s. Not during a restore, nor while read tags are put in.
+    void scheduleWorkspaceSave();
+    /// Starts a save in the background at once; a running one is overtaken. Errors are passed over: the next change
+    /// tries again.
+    void saveWorkspaceSessionNow();
+    /// Saves before it returns.
+    void saveWorkspaceSessionSynchronouslyForTermination();
+
+    /// The record of the present state; also remembers the selection of the section shown.
+    SessionRecord makeWorkspaceSession();
+    /// Puts a loaded session in place, unless the user was faster.
+    void applyWorkspaceSession(std::optional<WorkspaceLoad::Result> result);
+
+    /// Files that the last start did not find; 0 once the user looked at the checkpoints.
+    int leftOutCount() const { return m_leftOut; }
+    /// Hands over the checkpoints that can be read, newest first; a later call replaces an earlier one.
+    void listCheckpoints(std::function<void(const QList<Checkpoint>&)> listed);
+    /// Lets the next start begin with a checkpoint; the session that it replaces becomes a checkpoint then. Says so in
+    /// the status line, or that the copy cannot be read.
+    void restoreFromCheckpoint(const QUrl& url);
+
+Q_SIGNALS:
+    void leftOutChanged();
+
+private:
+    void watchWorkspace();
+    bool isWorkspaceUntouched() const;
+    void putListsInPlace(WorkspaceLoad::Result& result);
+    void putSelectionInPlace(const WorkspaceLoad::Result& result);
+    void startLoads(const WorkspaceLoad::Result& result);
+    void announceLeftOut(int files);
+    async::Task<> restoreTask(std::stop_token stop);
+    async::Task<> preloadInSlices(QList<QUrl> urls, std::stop_token stop);
+    async::Task<> saveLater(std::stop_token stop);
+    async::Task<> writeTask(SessionRecord record, qint64 revision, std::stop_token stop);
+    async::Task<> listTask(std::function<void(const QList<Checkpoint>&)> listed, std::stop_token stop);
+    async::Task<> pendingTask(QString path, std::stop_token stop);
+
+    Dependencies m_dependencies;
+    qint64 m_saveRevision = 0;
+    int m_leftOut = 0;
+    // Results of analyses as the session file holds them, kept for those who fill and use them.
+    TempoTables m_tempo;
+    QHash<TrackID, MusicalKeyRecord> m_musicalKeyAnalyses;
+    async::TaskSlot m_restoreTask;
+    async::TaskSlot m_waveformTask;
+    async::TaskSlot m_saveTask; ///< waits for quiet
+    async::TaskSlot m_writeTask;
+    async::TaskSlot m_listTask;
+    async::TaskSlot m_pendingTask;
+};

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/model/Track.h"
+
+#include <QHash>
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+
+#include <optional>
+
+/// A key of a track: the tonic and the mode.
+struct MusicalKeyValue {
+    int pitchClass = 0; ///< 0 to 11, 0 is C
+    bool isMajor = false;
+
+    bool operator==(const MusicalKeyValue&) const = default;
+};
+
+/// A finished key analysis as it is kept.
+struct MusicalKeyRecord {
+    struct Alternative {
+        MusicalKeyValue key;
+        double relativeStrength = 0;
+
+        bool operator==(const Alternative&) const = default;
+    };
+
+    MusicalKeyValue key;
+    double confidence = 0;
+    double tuningCents = 0;
+    QList<Alternative> alternatives;
+
+    bool operator==(const MusicalKeyRecord&) const = default;
+};
+
+/// A tempo estimate and the state of the file that it was made from.
+struct CachedBPMEstimate {
+    QString bpm;
+    double confidence = 0;
+    qint64 byteCount = 0;
+    double modificationDate = 0; ///< seconds since 2001-01-01 00:00:00 UTC
+
+    bool operator==(const CachedBPMEstimate&) const = default;
+
+    /// The estimate for the file as it is now; nothing if it cannot be looked at. Thread: any; blocks.
+    static std::optional<CachedBPMEstimate> make(const QUrl& url, const QString& bpm, double confidence);
+    /// Whether the file is still the one that was analysed: same size, dates less than 0.001 s apart. Thread: any.
+    bool matches(const QUrl& url) const;
+};
+
+/// The tempo tables, by track and by file.
+struct TempoTables {
+    QHash<TrackID, QString> estimatedBPMByTrackID;
+    QHash<TrackID, double> estimatedBPMConfidenceByTrackID;
+    QHash<QString, CachedBPMEstimate> estimatedBPMByFile; ///< by standardized path
+
+    bool operator==(const TempoTables&) const = default;
+};
+
+/// All that outlives the program of a workspace, as the session file holds it. A value. Of the tracks only id, URL,
+/// tags and the three memberships are kept.
+struct SessionRecord {
+    QList<Track> tracks; ///< in list order
+    std::optional<TrackID> selectedID;
+    QSet<TrackID> selectedIDs;
+    QString activeTab; ///< raw value of a section, perhaps one that this version does not know
+    /// By raw value of the section; nothing in files of older versions.
+    std::optional<QHash<QString, QSet<TrackID>>> tabSelectionIDs;
+    std::optional<QHash<QString, TrackID>> tabFocusedIDs; ///< sections that have a focus alone
+    std::optional<TrackID> resumeTrackID;                 ///< the player's track, else the focused one
+    QList<QUrl> conversionURLs;
+    QList<Track> analysisTracks;
+    QList<Track> keyAnalysisTracks;
+    QHash<TrackID, MusicalKeyRecord> musicalKeyAnalyses;
+    QList<QUrl> duplicateRoots;
+    QList<Track> duplicateTracks;
+    TempoTables tempo;
+    std::optional<double> playlistScrollOffset; ///< points
+};

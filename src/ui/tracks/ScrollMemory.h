@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+class Preferences;
+class TrackTable;
+
+/// Keeps in the preferences where the playlist is scrolled to, and takes it back there when its rows come. Thread:
+/// main.
+class ScrollMemory : public QObject {
+    Q_OBJECT
+
+public:
+    /// The place is written once the list has rested so long: a write is a write to the disk.
+    static constexpr int kRestMilliseconds = 300;
+
+    /// Both outlive the memory.
+    ScrollMemory(TrackTable& table, Preferences& preferences);
+
+    /// The rows were replaced. Rows that come into an empty list are scrolled to the remembered place.
+    void rowsChanged();
+    /// Writes a place that still waits.
+    void flush();
+
+private:
+    void write();
+    void restore();
+
+    TrackTable& m_table;
+    Preferences& m_preferences;
+    QTimer m_restTimer;
+    bool m_isEmpty = true;
+};

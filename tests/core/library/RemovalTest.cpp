@@ -1,0 +1,180 @@
+#include "core/library/removal/Removal.h"
+
+#include "support/StoreFixture.h"
+
+#include <QSignalSpy>
+
+using List = Track::MetadataDestination;
+
+/// Rows that leave lists while their files stay.
+class RemovalTest : public StoreFixture {
+protected:
+    RemovalTest()
+    {
+        undo.joinHistory({[this] { return removal().undoMoment(); }, [this] { return removal().undoActionName(); },
+                          [this] { removal().undoLastRemoval(); }});
+    }
+    ~RemovalTest() override { clock.advance(async::seconds(60)); }
+
+    Removal& removal() { return store->removal(); }
+    QSet<TrackID> listed() const { return ids(store->workspace().tracks().rows()); }
+
+    const Track a = track(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    const Track c = track(QStringLiteral("c.mp3"));
+    const Track star = favorite(QStringLiteral("star.mp3"));
+};
+
+TEST_F(RemovalTest, AFavouriteStaysOutOfThePlaylistAndComesBackWithoutASecondRow)
+{
+    fill({a, star, b});
+    QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
+    workspace().setSelection(ids({a, star, b}), star.id());
+    removal().removeTracksFromPlaylist(ids({a, star}));
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(listed(), ids({star, b}));
+    EXPECT_FALSE(now(star).isInPlaylist());
+    EXPECT_TRUE(now(star).isFavorite() && now(star).isInCoverWorkspace());
+    EXPECT_EQ(workspace().selectedIDs(), ids({b}));
+    EXPECT_FALSE(workspace().selectedID());
+    EXPECT_EQ(statusText(), QStringLiteral("Убрано из плейлиста: 2"));
+    ASSERT_EQ(removal().removalHistory().size(), 1);
+    EXPECT_FALSE(removal().canUndoPhysicalTrash());
+
+    removal().undoLastRemoval();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, star, b}));
+    EXPECT_TRUE(now(star).isInPlaylist());
+    EXPECT_EQ(workspace().selectedIDs(), ids({a, star}));
+    EXPECT_EQ(workspace().selectedID(), star.id());
+    EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
+    EXPECT_EQ(workspace().workspaceStatus()->icon, QStringLiteral("arrow.uturn.backward"));
+    const auto before = changes.size();
+    removal().undoLastRemoval();
+    EXPECT_EQ(changes.size(), before) << "the history is empty";
+}
+
+TEST_F(RemovalTest, NothingToRemoveIsNoStep)
+{
+    fill({a});
+    removal().removeTracksFromPlaylist(ids({b}));
+    removal().removeFromAnalysis(ids({a}));
+    removal().removeFromMusicalKeyAnalysis({});
+    EXPECT_TRUE(removal().removalHistory().isEmpty());
+    EXPECT_TRUE(statusText().isEmpty());
+}
+
+TEST_F(RemovalTest, SectionsOfTheirOwnGiveRowsUpAndGetThemBack)
+{
+    const struct {
+        LibraryTab tab;
+        List list;
+        void (Removal::*remove)(const QSet<TrackID>&);
+        QString status, name;
+    } cases[] = {
+        {LibraryTab::Analysis, List::Analysis, &Removal::removeFromAnalysis, QStringLiteral("Убрано из анализа: 2"),
+         QStringLiteral("Убрать из анализа")},
+        {LibraryTab::MusicalKey, List::MusicalKey, &Removal::removeFromMusicalKeyAnalysis,
+         QStringLiteral("Убрано из тональности: 2"), QStringLiteral("Убрать из тональности")},
+    };
+    fill({a});
+    for (const auto& each : cases) {
+        workspace().setList(each.list, {a, b, c});
+        store->selection().switchTo(each.tab);
+        store->selection().select(ids({a, c}), c.id());
+        (removal().*each.remove)(ids({a, c}));
+        EXPECT_EQ(ids(workspace().list(each.list).rows()), ids({b}));
+        EXPECT_EQ(listed(), ids({a})) << "the main list is another one";
+        EXPECT_EQ(statusText(), each.status);
+        EXPECT_EQ(undo.undoActionName(), each.name);
+        EXPECT_TRUE(workspace().activeSelection().isEmpty());
+        undo.undo();
+        EXPECT_EQ(titles(workspace().list(each.list).rows()), titles({a, b, c}));
+        EXPECT_EQ(workspace().selectedID(), c.id());
+        EXPECT_EQ(listed(), ids({a}));
+    }
+}
+
+TEST_F(RemovalTest, PlaybackGoesOnInTheRowsAsTheyWere)
+{
+    const struct {
+        QList<Track> removed;
+        std::optional<Track> next;
+    } cases[] = {{{b}, c}, {{b, c}, a}, {{a}, b}, {{a, b, c}, {}}};
+    for (const auto& each : cases) {
+        fill({a, b, c});
+        player.current = b.id();
+        removal().removeTracksFromPlaylist(ids(each.removed));
+        EXPECT_EQ(player.current, each.next ? std::optional(each.next->id()) : std::nullopt);
+        if (each.next && each.next->id() != b.id()) {
+            EXPECT_EQ(workspace().selectedID(), each.next->id()) << "the focus goes along";
+        }
+    }
+}
+
+TEST_F(RemovalTest, OnlyAVisibleRowIsFocusedOnReturn)
+{
+    fill({star, a});
+    removal().removeTracksFromPlaylist(ids({star, a}));
+    store->selection().switchTo(LibraryTab::Favorites);
+    QSignalSpy focused(&notifications, &Notifications::velmoraFocusFavoriteTrack);
+    QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
+    removal().undoLastRemoval();
+    EXPECT_FALSE(workspace().selectedID()) << "the last of them is no favourite";
+    EXPECT_TRUE(focused.isEmpty());
+    EXPECT_EQ(told.size(), 1);
+    removal().removeTracksFromPlaylist(ids({star}));
+    removal().undoLastRemoval();
+    EXPECT_EQ(workspace().selectedID(), star.id());
+    ASSERT_EQ(focused.size(), 1);
+    EXPECT_EQ(focused.first().first().toUuid(), star.id());
+}
+
+TEST_F(RemovalTest, ARowThatLeftUnreadIsReadWhenItComesBack)
+{
+    fill({a, b});
+    reader = [](const QUrl&, const AudioTags& tags) {
+        LoadedTrackMetadata read;
+        read.tags = tags;
+        read.tags.title = QStringLiteral("read");
+        return std::optional(read);
+    };
+    removal().removeTracksFromPlaylist(ids({a}));
+    removal().undoLastRemoval();
+    settle();
+    EXPECT_EQ(readURLs, QList<QUrl>{a.url()});
+    EXPECT_EQ(now(a).tags().title, QStringLiteral("read"));
+}
+
+TEST_F(RemovalTest, UndoTakesBackWhatHappenedLast)
+{
+    fill({a, b, star});
+    const auto membership = QStringLiteral("Изменить избранное");
+    const auto playlist = QStringLiteral("Убрать из плейлиста");
+    store->favorites().toggleFavorites(ids({a}), &undo);
+    settle();
+    removal().removeTracksFromPlaylist(ids({b}));
+    store->favorites().toggleFavorites(ids({star}), &undo);
+    settle();
+    EXPECT_EQ(undo.undoActionName(), membership);
+    undo.undo();
+    EXPECT_TRUE(now(star).isFavorite());
+    EXPECT_EQ(undo.undoActionName(), playlist);
+    undo.undo();
+    EXPECT_EQ(listed(), ids({a, b, star}));
+    EXPECT_EQ(undo.undoActionName(), membership);
+    undo.undo();
+    EXPECT_FALSE(now(a).isFavorite());
+    EXPECT_FALSE(undo.canUndo());
+
+    // An edit that is done again is the last thing that happened.
+    removal().removeTracksFromPlaylist(ids({b}));
+    undo.redo();
+    EXPECT_TRUE(now(a).isFavorite());
+    EXPECT_EQ(undo.undoActionName(), membership);
+    // The history of removals can be walked on its own.
+    removal().undoLastRemoval();
+    EXPECT_EQ(listed(), ids({a, b, star}));
+    undo.undo();
+    EXPECT_FALSE(now(a).isFavorite());
+    EXPECT_FALSE(undo.canUndo());
+}

@@ -1,0 +1,245 @@
+#include "core/library/removal/Removal.h"
+
+#include "async/MainQueue.h"
+#include "support/StoreFixture.h"
+
+#include <QDir>
+#include <QSignalSpy>
+
+using List = Track::MetadataDestination;
+using Case = TrashError::Case;
+
+/// Rows whose files go to the Trash.
+class RemovalTrashTest : public StoreFixture {
+protected:
+    ~RemovalTrashTest() override { clock.advance(async::seconds(60)); }
+
+    Removal& removal() { return store->removal(); }
+    QString lastError() const { return store->workspace().lastError().value_or(QString()); }
+    void undoAll()
+    {
+        while (removal().undoMoment() > 0) {
+            removal().undoLastRemoval();
+            settle();
+        }
+    }
+
+    const Track a = track(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    const Track c = track(QStringLiteral("c.mp3"));
+    const Track star = favorite(QStringLiteral("star.mp3"));
+};
+
+TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
+{
+    fill({a, star, b, c});
+    const Track copy = star.withID(freshID());
+    workspace().setList(List::Analysis, {copy});
+    store->selection().select(ids({a, star}), star.id());
+    store->selection().rememberSelection(LibraryTab::Favorites);
+    player.current = star.id();
+    QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
+    QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
+    QStringList steps;
+    QObject::connect(&removal(), &Removal::progressChanged, [&] {
+        steps.append(QStringLiteral("%1/%2").arg(removal().progress().done).arg(removal().progress().total));
+    });
+    removal().trashTracks(ids({star, a}));
+    EXPECT_TRUE(trashCan.asked.isEmpty()) << "in the background alone";
+    executor.runOne();
+    EXPECT_EQ(workspace().tracks().size(), 4);
+    settle();
+    EXPECT_EQ(trashCan.asked, (QList<QUrl>{a.url(), star.url()})) << "in list order";
+    EXPECT_EQ(steps, (QStringList{QStringLiteral("0/2"), QStringLiteral("1/2"), QStringLiteral("2/2")}));
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({b, c}));
+    EXPECT_TRUE(workspace().analysisTracks().isEmpty()) << "a file that is gone has no row anywhere";
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(player.current, c.id()) << "the nearest row as the playlist shows them, by name";
+    EXPECT_EQ(workspace().selectedIDs(), ids({c}));
+    EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 2"));
+    EXPECT_TRUE(removal().canUndoPhysicalTrash());
+
+    removal().undoLastRemoval();
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, star, b, c}));
+    EXPECT_TRUE(now(star).isFavorite());
+    EXPECT_EQ(ids(workspace().analysisTracks().rows()), ids({copy}));
+    EXPECT_EQ(trashCan.restored, (QList<QByteArray>{"/music/a.mp3", "/music/star.mp3"})) << "each file once";
+    EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
+    EXPECT_TRUE(store->selection().selectionState(LibraryTab::Favorites).ids.isEmpty()) << "forgotten everywhere";
+}
+
+TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
+{
+    fill({a, b, c});
+    trashCan.errors = {{a.url(), Case::noPermission}, {c.url(), Case::noSuchFile}};
+    removal().trashTracks(ids({a, b, c}));
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, c}));
+    EXPECT_EQ(lastError(), QStringLiteral("Нет прав на перемещение файла a.mp3."));
+    EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 1"));
+    workspace().setWorkspaceStatus(std::nullopt);
+    removal().trashTracks(ids({a, c}));
+    settle();
+    EXPECT_EQ(removal().removalHistory().size(), 1) << "nothing went, nothing to take back";
+    EXPECT_TRUE(statusText().isEmpty());
+}
+
+TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
+{
+    const struct {
+        Case reason;
+        QString error;
+    } cases[] = {
+        {Case::fileExists, QStringLiteral("Не удалось восстановить «b.mp3»: На месте файла b.mp3 уже стоит другой "
+                                          "файл.")},
+        {Case::noSuchFile, QStringLiteral("Не удалось восстановить «b.mp3»: Файл b.mp3 не найден.")},
+    };
+    for (const auto& each : cases) {
+        fill({a, b, c});
+        trashCan.errors.clear();
+        removal().trashTracks(ids({a, b, c}));
+        settle();
+        trashCan.errors = {{b.url(), each.reason}};
+        removal().undoLastRemoval();
+        settle();
+        EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, c}));
+        EXPECT_EQ(lastError(), each.error);
+        EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
+        EXPECT_EQ(removal().undoMoment(), 0u) << "the step is used up";
+    }
+}
+
+TEST_F(RemovalTrashTest, AFileGoesOnlyAfterTheWriteIntoIt)
+{
+    fill({a, b});
+    MetadataWriteCoordinator& writes = store->tagWriting().saver().coordinator();
+    writes.acquire(QStringLiteral("/music/a.mp3"), {});
+    removal().trashTracks(ids({a, b}));
+    settle();
+    EXPECT_TRUE(trashCan.asked.isEmpty());
+    writes.release(QStringLiteral("/music/a.mp3"));
+    settle();
+    EXPECT_EQ(trashCan.asked.size(), 2);
+    EXPECT_TRUE(workspace().tracks().isEmpty());
+    // And a write that was asked for meanwhile finds the file free and its row gone.
+    files.calls.clear();
+    store->tagWriting().saver().write(a.id(), {});
+    settle();
+    EXPECT_TRUE(files.calls.isEmpty());
+    EXPECT_TRUE(lastError().isEmpty());
+}
+
+TEST_F(RemovalTrashTest, UndoWaitsForTheMoveThatIsUnderWay)
+{
+    fill({a, b, c});
+    removal().removeTracksFromPlaylist(ids({c}));
+    removal().trashTracks(ids({a, b}));
+    EXPECT_EQ(removal().undoActionName(), QStringLiteral("Переместить в Корзину"));
+    removal().undoLastRemoval();
+    EXPECT_EQ(removal().undoActionName(), QStringLiteral("Убрать из плейлиста")) << "asked for already";
+    removal().undoLastRemoval(); // needs no file and does not wait
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+    EXPECT_TRUE(trashCan.held.isEmpty());
+
+    // If nothing of it went, an older step is not taken for it.
+    trashCan.errors = {{a.url(), Case::unavailable}};
+    removal().removeTracksFromPlaylist(ids({c}));
+    removal().trashTracks(ids({a}));
+    removal().undoLastRemoval();
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
+    undoAll();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+}
+
+TEST_F(RemovalTrashTest, DuplicatesAreLookedUpInTheirOwnList)
+{
+    const Track twin = b.withID(freshID());
+    fill({a, b});
+    workspace().setList(List::Duplicates, {twin, c});
+    player.current = twin.id();
+    removal().trashDuplicateTracks(ids({a, twin}));
+    settle();
+    EXPECT_EQ(trashCan.asked, QList<QUrl>{b.url()}) << "not the playlist's row";
+    EXPECT_EQ(ids(workspace().duplicateTracks().rows()), ids({c}));
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a}));
+    EXPECT_EQ(player.current, c.id()) << "on in the duplicates as they were";
+    undoAll();
+    EXPECT_EQ(ids(workspace().duplicateTracks().rows()), ids({twin, c}));
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
+}
+
+TEST_F(RemovalTrashTest, AnEndInTheMiddleMovesNothingMore)
+{
+    fill({a, b, c});
+    removal().trashTracks(ids({a, b, c}));
+    executor.runOne();
+    store.reset();
+    executor.runAll();
+    EXPECT_LE(trashCan.asked.size(), 2) << "at most the one that had begun";
+}
+
+namespace {
+
+/// The real Trash below a temporary home.
+class HomeTrashCan final : public TrashCan {
+public:
+    explicit HomeTrashCan(const QString& folder)
+        : m_trash(folder.toUtf8())
+    {
+    }
+    TrashedItem moveToTrash(const QUrl& url) override { return m_trash.moveToTrash(url.toLocalFile()); }
+    void restore(const TrashedItem& item) override { Trash::restore(item); }
+
+private:
+    Trash m_trash;
+};
+
+} // namespace
+
+TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
+{
+    HomeTrashCan can(folder.filePath(QStringLiteral("Trash")));
+    useTrashCan(can);
+    const auto contents = [](const QUrl& url) {
+        QFile read(url.toLocalFile());
+        return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray("none");
+    };
+    const auto write = [](const QUrl& url, const QByteArray& bytes) {
+        QFile written(url.toLocalFile());
+        EXPECT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write(bytes);
+    };
+    const Track first = track(file(QStringLiteral("music/один.mp3")).toLocalFile());
+    const Track second = track(file(QStringLiteral("music/two.mp3")).toLocalFile());
+    write(first.url(), "first");
+    write(second.url(), "second");
+    fill({first, second});
+    const QDir trashed(folder.filePath(QStringLiteral("Trash/files")));
+    for (int round = 0; round < 2; ++round) {
+        removal().trashTracks(ids({first, second}));
+        settle();
+        EXPECT_EQ(contents(first.url()), "none");
+        EXPECT_EQ(trashed.entryList(QDir::Files).size(), 2);
+        EXPECT_TRUE(workspace().tracks().isEmpty());
+        removal().undoLastRemoval();
+        settle();
+        EXPECT_EQ(contents(first.url()), "first");
+        EXPECT_EQ(titles(workspace().tracks().rows()), titles({first, second}));
+    }
+    removal().trashTracks(ids({first, second}));
+    settle();
+    write(first.url(), "newcomer");
+    EXPECT_TRUE(QFile::remove(trashed.filePath(QStringLiteral("two.mp3")))) << "the Trash is emptied of it";
+    removal().undoLastRemoval();
+    settle();
+    EXPECT_EQ(contents(first.url()), "newcomer");
+    EXPECT_EQ(trashed.entryList(QDir::Files), QStringList{QStringLiteral("один.mp3")}) << "left alone";
+    EXPECT_TRUE(workspace().tracks().isEmpty());
+    EXPECT_EQ(lastError(), QStringLiteral("Не удалось восстановить «один.mp3»: На месте файла один.mp3 уже стоит "
+                                          "другой файл."));
+}

@@ -1,0 +1,260 @@
+#include "core/library/session/WorkspaceSessionStorage.h"
+#include "support/FailingFileCalls.h"
+#include "support/SessionSamples.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace {
+
+WorkspaceSessionStorage::Options forTests()
+{
+    return {.skipInTests = false};
+}
+
+QByteArray session(int tracks, int favorites = 0)
+{
+    return SessionCoding::encode(SessionSamples::withRows(tracks, favorites));
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void put(const QString& path, const QByteArray& bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+void age(const QString& path, int seconds)
+{
+    const timespec date{time(nullptr) - seconds, 0};
+    const timespec both[] = {date, date};
+    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), both, 0), 0);
+}
+
+class SessionStorage : public testing::Test {
+protected:
+    QList<QByteArray> checkpoints()
+    {
+        QList<QByteArray> contents;
+        for (const auto& checkpoint : storage.archives())
+            contents.append(contentOf(checkpoint.path));
+        return contents;
+    }
+
+    QTemporaryDir folder;
+    WorkspaceSessionStorage storage{folder.filePath(QStringLiteral("Velmora")), forTests()};
+    QByteArray stored() { return contentOf(storage.sessionFile()); }
+};
+
+} // namespace
+
+TEST_F(SessionStorage, CheckpointsOfWhatAWriteLoses)
+{
+    struct Case {
+        const char* name;
+        QByteArray before;
+        QByteArray after;
+        int newestAge; ///< seconds; negative for no checkpoint at all
+        bool isKept;
+    };
+    const Case cases[] = {
+        {"first write", {}, session(3), -1, false},
+        {"an empty list before", session(0), session(3), -1, false},
+        {"no checkpoint yet", session(3), session(3), -1, true},
+        {"recent checkpoint", session(3), session(3), 890, false},
+        {"old checkpoint", session(3), session(3), 901, true},
+        {"a row less", session(100), session(99), 1, true},
+        {"a favourite less", session(3, 2), session(4, 1), 1, true},
+        {"no counts", session(3), "[1]", 1, true},
+        {"a foreign file", "no session", session(3), -1, false},
+        {"a file of zero bytes", "", session(3), -1, false},
+        {"a truncated file", session(3).chopped(5), session(3), -1, false},
+    };
+    for (const Case& own : cases) {
+        const QTemporaryDir ownFolder;
+        WorkspaceSessionStorage fresh(ownFolder.path(), forTests());
+        if (!own.before.isNull())
+            put(fresh.sessionFile(), own.before);
+        if (own.newestAge >= 0) {
+            fresh.createCheckpoint("{}", false);
+            age(fresh.archives().first().path, own.newestAge);
+        }
+        fresh.write(own.after, 1);
+        EXPECT_EQ(contentOf(fresh.sessionFile()), own.after) << own.name;
+        const auto archives = fresh.automaticArchives();
+        EXPECT_EQ(archives.size(), (own.newestAge >= 0) + own.isKept) << own.name;
+        if (own.isKept) {
+            EXPECT_EQ(contentOf(archives.first().path), own.before) << own.name;
+        }
+    }
+}
+
+TEST_F(SessionStorage, AnOwnEarlierWriteIsKnownWithoutReadingIt)
+{
+    storage.write(session(100), 1);
+    storage.write(session(99), 2);
+    EXPECT_EQ(checkpoints().size(), 1);
+    // Another program's file in its place is looked at.
+    const QByteArray foreign = session(500);
+    put(storage.sessionFile(), foreign);
+    storage.write(session(400), 3);
+    EXPECT_TRUE(checkpoints().contains(foreign));
+}
+
+TEST_F(SessionStorage, TwelveAutomaticCheckpointsAndEveryManualOneStay)
+{
+    storage.createCheckpoint(session(50), true);
+    for (int rows = 20; rows >= 5; --rows) {
+        storage.write(session(rows), 100 - rows);
+        age(storage.archives().first().path, 0);
+    }
+    EXPECT_EQ(storage.automaticArchives().size(), 12);
+    EXPECT_EQ(storage.archives().size(), 13);
+    const QByteArray kept = session(50);
+    storage.createCheckpoint(kept, true);
+    storage.createCheckpoint(kept, true);
+    EXPECT_EQ(storage.archives().size(), 14) << "the same bytes are kept once";
+    EXPECT_THROW(storage.createCheckpoint("{", true), SessionStorageError);
+}
+
+TEST_F(SessionStorage, OrderOfCheckpoints)
+{
+    const QStringList names{
+        QStringLiteral("workspace-session-backup-B.json"), QStringLiteral("workspace-session-manual-C.json"),
+        QStringLiteral("workspace-session-backup-A.json"), QStringLiteral("workspace-session-backup-D.json")};
+    for (const QString& name : names)
+        put(storage.backupFolder() + u'/' + name, "{}");
+    put(storage.backupFolder() + QStringLiteral("/workspace-session-backup-E.json.new"), "{}");
+    put(storage.backupFolder() + QStringLiteral("/other.json"), "{}");
+    for (const QString& name : names)
+        age(storage.backupFolder() + u'/' + name, name.contains(u'D') ? 100 : 50);
+    QStringList listed;
+    for (const auto& checkpoint : storage.archives())
+        listed.append(QFileInfo(checkpoint.path).completeBaseName().right(8));
+    EXPECT_EQ(listed, QStringList({QStringLiteral("manual-C"), QStringLiteral("backup-B"), QStringLiteral("backup-A"),
+                                   QStringLiteral("backup-D")}));
+}
+
+TEST_F(SessionStorage, LateRevisionsAndBrokenBytesChangeNothing)
+{
+    const QByteArray seventh = session(7);
+    storage.write(seventh, 7);
+    storage.write(session(5), 5);
+    storage.write(session(6), 7);
+    EXPECT_EQ(stored(), seventh);
+    EXPECT_THROW(storage.write(seventh.chopped(1), 8), SessionStorageError);
+    EXPECT_EQ(stored(), seventh);
+    const QByteArray ninth = session(9);
+    storage.write(ninth, 8);
+    EXPECT_EQ(stored(), ninth) << "a refused write does not use its revision up";
+}
+
+TEST_F(SessionStorage, PendingFileGoesWithTheWriteThatFollows)
+{
+    storage.writePendingRestore(session(1));
+    storage.write(session(2), 1);
+    EXPECT_TRUE(storage.readPendingRestore()) << "nobody has restored from it yet";
+    storage.clearPendingAfterWrite();
+    {
+        FailingFileCalls failing;
+        failing.failingName = "rename";
+        EXPECT_THROW(storage.write(session(3), 2), SessionStorageError);
+    }
+    EXPECT_TRUE(storage.readPendingRestore()) << "a failed write leaves it";
+    storage.write(session(3), 3);
+    EXPECT_FALSE(storage.readPendingRestore());
+    // One that is put there while another waits for its deletion is for the next start.
+    storage.clearPendingAfterWrite();
+    storage.writePendingRestore(session(1));
+    storage.write(session(4), 4);
+    EXPECT_TRUE(storage.readPendingRestore());
+    storage.discardPendingRestore();
+    EXPECT_FALSE(storage.readPendingRestore());
+}
+
+TEST_F(SessionStorage, FailedAndStoppedAtEveryStep)
+{
+    const QByteArray old = session(20, 3);
+    const QByteArray fresh = session(10);
+    enum class How { Fails, Stops };
+    for (const How how : {How::Fails, How::Stops}) {
+        for (int step = 0;; ++step) {
+            const QTemporaryDir own;
+            WorkspaceSessionStorage(own.path(), forTests()).write(old, 1);
+            int steps = 0;
+            bool isWritten = true;
+            {
+                FailingFileCalls calls;
+                calls.error = ENOSPC;
+                calls.transferLimit = 4096;
+                (how == How::Fails ? calls.failingStep : calls.stopStep) = step;
+                WorkspaceSessionStorage again(own.path(), forTests());
+                try {
+                    again.write(fresh, 1);
+                } catch (const SessionStorageError& error) {
+                    isWritten = false;
+                    EXPECT_EQ(error.which(), SessionStorageError::Case::NotWritten);
+                }
+                steps = calls.stepCount();
+            }
+            WorkspaceSessionStorage next(own.path(), forTests());
+            const QByteArray found = contentOf(next.sessionFile());
+            EXPECT_TRUE(found == old || found == fresh) << "step " << step;
+            if (how == How::Fails) {
+                EXPECT_EQ(found == fresh, isWritten) << "step " << step;
+            }
+            for (const auto& checkpoint : next.archives())
+                EXPECT_EQ(contentOf(checkpoint.path), old) << "step " << step;
+            next.write(fresh, 2); // whatever was left behind is no obstacle
+            EXPECT_EQ(contentOf(next.sessionFile()), fresh) << "step " << step;
+            if (step >= steps)
+                break;
+        }
+    }
+}
+
+TEST_F(SessionStorage, AFullDiskKeepsTheOldFileAndAPipeHoldsNobodyUp)
+{
+    storage.write(session(5), 1);
+    const QByteArray before = stored();
+    {
+        FailingFileCalls calls;
+        calls.failingName = "write";
+        calls.error = ENOSPC;
+        try {
+            storage.write(session(6), 2);
+            ADD_FAILURE() << "a full disk is an error";
+        } catch (const SessionStorageError& error) {
+            EXPECT_EQ(error.code(), ENOSPC);
+        }
+    }
+    EXPECT_EQ(stored(), before);
+    EXPECT_EQ(QDir(folder.filePath(QStringLiteral("Velmora"))).entryList(QDir::Files).size(), 1) << "nothing is left";
+
+    ASSERT_EQ(mkfifo(QFile::encodeName(storage.pendingFile()).constData(), 0600), 0);
+    EXPECT_FALSE(storage.readPendingRestore());
+}
+
+TEST_F(SessionStorage, TestProcessesLeaveTheFolderAlone)
+{
+    const QByteArray before = qgetenv("VELMORA_TESTING");
+    qputenv("VELMORA_TESTING", "1");
+    WorkspaceSessionStorage real(folder.filePath(QStringLiteral("real")));
+    real.write(session(1), 1);
+    real.createCheckpoint(session(1), true);
+    real.writePendingRestore(session(1));
+    EXPECT_FALSE(QFileInfo::exists(folder.filePath(QStringLiteral("real"))));
+    put(real.sessionFile(), session(1));
+    EXPECT_FALSE(real.readSession());
+    qputenv("VELMORA_TESTING", before);
+}

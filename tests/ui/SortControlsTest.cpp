@@ -1,0 +1,106 @@
+#include "support/WindowFixture.h"
+
+#include "ui/sections/SectionHeader.h"
+#include "ui/sections/SortControls.h"
+#include "ui/window/ThemeButton.h"
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QTest>
+
+class SortControlsTest : public WindowFixture {
+protected:
+    SortControls& controls(LibraryTab tab) { return *window->section(tab).header().findChild<SortControls*>(); }
+
+    /// What a menu offers, one letter before each: x for the present one, - for what cannot be chosen.
+    QStringList offered(LibraryTab tab)
+    {
+        QMenu menu;
+        controls(tab).fillMenu(menu);
+        QStringList rows;
+        for (const QAction* action : menu.actions()) {
+            const QString mark = action->isChecked() ? QStringLiteral("x ") : QString();
+            rows.append(action->isSeparator() ? QString()
+                                              : (action->isEnabled() ? mark : QStringLiteral("- ")) + action->text());
+        }
+        return rows;
+    }
+
+    void choose(LibraryTab tab, const QString& title)
+    {
+        QMenu menu;
+        controls(tab).fillMenu(menu);
+        for (QAction* action : menu.actions()) {
+            if (action->text() == title)
+                action->trigger();
+        }
+        turn();
+    }
+
+    QStringList shown(LibraryTab tab) { return titles(window->section(tab).model().rows()); }
+};
+
+TEST_F(SortControlsTest, TheMenuShowsWhatThereIsAndWhatIsChosen)
+{
+    show();
+    EXPECT_EQ(offered(LibraryTab::Playlist),
+              QStringList({QStringLiteral("x По умолчанию"), QStringLiteral("По имени"), QStringLiteral("По жанру"),
+                           QStringLiteral("По типу"), QStringLiteral("По BPM"), QStringLiteral("По рейтингу"),
+                           QString(), QStringLiteral("- По возрастанию"), QStringLiteral("- По убыванию")}));
+    preferences.playlistPopularityEnabled.set(false);
+    preferences.playlistSortField.set(QStringLiteral("bpm"));
+    EXPECT_EQ(offered(LibraryTab::Playlist),
+              QStringList({QStringLiteral("По умолчанию"), QStringLiteral("По имени"), QStringLiteral("По жанру"),
+                           QStringLiteral("По типу"), QStringLiteral("x По BPM"), QString(),
+                           QStringLiteral("По возрастанию"), QStringLiteral("x По убыванию")}));
+    EXPECT_EQ(controls(LibraryTab::Playlist).button().text(), QStringLiteral("По BPM"));
+    EXPECT_EQ(controls(LibraryTab::Favorites).button().text(), QStringLiteral("По умолчанию"));
+    EXPECT_FALSE(offered(LibraryTab::Favorites).contains(QStringLiteral("По рейтингу")));
+    EXPECT_FALSE(window->section(LibraryTab::Covers).header().findChild<SortControls*>());
+
+    VelmoraLocalization::setLanguage(AppLanguage::English);
+    emit notifications.velmoraLanguageDidChange();
+    EXPECT_EQ(controls(LibraryTab::Playlist).button().text(), QStringLiteral("By BPM"));
+    EXPECT_EQ(controls(LibraryTab::Playlist).button().toolTip(),
+              QStringLiteral("Order of tracks · By BPM · Descending"));
+}
+
+TEST_F(SortControlsTest, WhatIsChosenSortsAtOnce)
+{
+    fill(rows(3));
+    show();
+    ASSERT_EQ(shown(LibraryTab::Playlist),
+              QStringList({QStringLiteral("00"), QStringLiteral("01"), QStringLiteral("02")}));
+    EXPECT_TRUE(controls(LibraryTab::Playlist).button().focusPolicy() & Qt::TabFocus);
+    choose(LibraryTab::Playlist, QStringLiteral("По имени"));
+    EXPECT_EQ(dashboard.last("setTrackSortField").text, QStringLiteral("name"));
+    EXPECT_EQ(shown(LibraryTab::Playlist),
+              QStringList({QStringLiteral("02"), QStringLiteral("01"), QStringLiteral("00")}));
+    choose(LibraryTab::Playlist, QStringLiteral("По возрастанию"));
+    EXPECT_EQ(dashboard.last("setTrackSortDirection").text, QStringLiteral("ascending"));
+    EXPECT_EQ(shown(LibraryTab::Playlist).first(), QStringLiteral("00"));
+}
+
+TEST_F(SortControlsTest, AHeadingOfFavoritesSorts)
+{
+    fill({favorite(QStringLiteral("2.mp3")), favorite(QStringLiteral("10.mp3"))});
+    dashboard.activateTab(LibraryTab::Favorites);
+    show();
+    QHeaderView* headings = table(LibraryTab::Favorites).horizontalHeader();
+    const auto click = [&](TrackColumn column) {
+        const int section = *window->section(LibraryTab::Favorites).model().columnOf(column);
+        const QPoint place(headings->sectionViewportPosition(section) + 4, headings->height() / 2);
+        QTest::mouseClick(headings->viewport(), Qt::LeftButton, {}, place);
+        turn();
+    };
+    EXPECT_EQ(shown(LibraryTab::Favorites).first(), QStringLiteral("10"));
+    click(TrackColumn::Title);
+    EXPECT_EQ(shown(LibraryTab::Favorites).first(), QStringLiteral("2"));
+    click(TrackColumn::Title);
+    EXPECT_EQ(shown(LibraryTab::Favorites).first(), QStringLiteral("10"));
+    EXPECT_EQ(preferences.favoriteSortDirection.get(), QStringLiteral("descending"));
+    const int calls = dashboard.count("activateFavoriteSortFromHeader");
+    click(TrackColumn::Heart);
+    EXPECT_EQ(dashboard.count("activateFavoriteSortFromHeader"), calls) << "nothing to sort by";
+    EXPECT_FALSE(table().horizontalHeader()->sectionsClickable()) << "the playlist has its menu";
+}
