@@ -16,9 +16,9 @@ struct TrashedItem {
     QUrl trashedURL() const;
 };
 
-/// The Trash of the freedesktop.org specification 1.0. Files and folders move by their name alone: nothing is copied,
-/// overwritten or deleted, and where that cannot be kept the file stays. A process that ends in the middle leaves at
-/// most an info file without its file. Steps of a move:
+/// The Trash by the rules of freedesktop.org, version 1.0. Files and folders move by their name alone: nothing is
+/// copied, overwritten or deleted, and where that cannot be kept the file stays. A process that ends in the middle
+/// leaves at most an info file without its file. Steps of a move:
 ///  1. the home trash if it is on the file's mount, else the volume's, made where missing;
 ///  2. the info file, made anew under the file's name, with a number if that is taken, and synced;
 ///  3. the file, to the same name in "files".

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QDateTime>
 
-/// Names and texts inside a Trash, as the freedesktop.org Trash specification 1.0 has them. Names and paths are bytes
+/// Names and texts inside a Trash, by the rules of freedesktop.org, version 1.0. Names and paths are bytes
 /// of the file system and need not be UTF-8.
 namespace TrashName {
 
