@@ -2,9 +2,6 @@
 
 #include "core/library/artwork/ArtworkImage.h"
 
-#include <QBuffer>
-#include <QImageReader>
-
 namespace {
 
 QString spelled(const QByteArray& format)
@@ -22,23 +19,11 @@ std::optional<ChosenPicture> ChosenPicture::prepare(const PictureSource& source)
     picture.bytes = PictureSources::bytesOf(source);
     if (picture.bytes.isEmpty() || picture.bytes.size() > ArtworkImage::kMaximumBytes)
         return std::nullopt;
-    QBuffer buffer(&picture.bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
-    picture.format = spelled(reader.format());
-    if (size.isValid() && qint64(size.width()) * size.height() > ArtworkImage::kMaximumPixels)
+    const ArtworkImage::Picture read = ArtworkImage::read(picture.bytes, kPreviewSide);
+    if (read.image.isNull())
         return std::nullopt;
-    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-    const bool isReduced = size.isValid() && std::max(size.width(), size.height()) > kPreviewSide;
-    if (isReduced)
-        reader.setScaledSize(size.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio).expandedTo({1, 1}));
-    picture.preview = reader.read();
-    if (picture.preview.isNull())
-        return std::nullopt;
-    const QSize upright = isTurned ? size.transposed() : size;
-    picture.size = isReduced ? upright : picture.preview.size();
+    picture.preview = read.image;
+    picture.size = read.size;
+    picture.format = spelled(read.format);
     return picture;
 }

@@ -3,7 +3,6 @@
 #include "core/library/artwork/ArtworkImage.h"
 
 #include <QBuffer>
-#include <QImageReader>
 #include <QPainter>
 
 #include <cmath>
@@ -11,33 +10,6 @@
 namespace {
 
 constexpr int kQuality = 84; // lossy quality 0.84
-
-/// The decoded picture, upright. Its size is asked for beforehand, because JPEG saves most of its work by that.
-QImage readUpright(const QByteArray& bytes, int side)
-{
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
-    if (size.isValid() && qint64(size.width()) * size.height() > ArtworkImage::kMaximumPixels)
-        return {};
-    if (size.isValid() && std::max(size.width(), size.height()) > side)
-        reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1}));
-    return reader.read();
-}
-
-QImage onWhite(const QImage& image)
-{
-    if (!image.hasAlphaChannel())
-        return image;
-    QImage result(image.size(), QImage::Format_RGB32);
-    result.fill(Qt::white);
-    QPainter(&result).drawImage(0, 0, image);
-    return result;
-}
 
 } // namespace
 
@@ -50,7 +22,7 @@ int pixels(int side, double ratio)
 
 std::optional<QByteArray> jpeg(const QByteArray& bytes, int maximumPixelSize)
 {
-    QImage image = onWhite(readUpright(bytes, maximumPixelSize));
+    QImage image = ArtworkImage::onWhite(ArtworkImage::read(bytes, maximumPixelSize).image);
     if (image.isNull())
         return std::nullopt;
     if (std::max(image.width(), image.height()) > maximumPixelSize) { // a format that does not tell its size

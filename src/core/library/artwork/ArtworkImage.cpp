@@ -8,14 +8,16 @@ namespace ArtworkImage {
 
 namespace {
 
-constexpr int kJpegQuality = 92; // "compression factor 0.92"
+constexpr int kJpegQuality = 92; // compression factor 0.92
 
 bool hasTooMany(const QSize& size)
 {
     return size.isValid() && qint64(size.width()) * size.height() > kMaximumPixels;
 }
 
-QImage read(const QByteArray& bytes, int maximumSide)
+} // namespace
+
+Picture read(const QByteArray& bytes, int maximumSide)
 {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -23,16 +25,23 @@ QImage read(const QByteArray& bytes, int maximumSide)
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     reader.setDecideFormatFromContent(true);
-    const QSize size = reader.size();
-    if (hasTooMany(size))
-        return {};
-    if (size.isValid() && maximumSide > 0 && std::max(size.width(), size.height()) > maximumSide)
-        reader.setScaledSize(size.scaled(maximumSide, maximumSide, Qt::KeepAspectRatio));
-    return reader.read();
+    Picture picture{QImage(), reader.size(), reader.format()};
+    if (hasTooMany(picture.size))
+        return picture;
+    const bool isReduced = maximumSide > 0 && picture.size.isValid() &&
+                           std::max(picture.size.width(), picture.size.height()) > maximumSide;
+    if (isReduced)
+        reader.setScaledSize(picture.size.scaled(maximumSide, maximumSide, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    picture.image = reader.read();
+    if (!isReduced)
+        picture.size = picture.image.size();
+    else if (isTurned)
+        picture.size.transpose();
+    return picture;
 }
 
-/// A JPEG has no transparency; covers lie on white.
-QImage opaque(const QImage& image)
+QImage onWhite(const QImage& image)
 {
     if (!image.hasAlphaChannel())
         return image;
@@ -42,20 +51,18 @@ QImage opaque(const QImage& image)
     return result;
 }
 
-} // namespace
-
 std::optional<QByteArray> normalizedArtworkData(const QByteArray& image)
 {
     if (image.size() > kMaximumBytes)
         return std::nullopt;
     if (image.startsWith(QByteArrayView("\x89PNG")))
         return isTooLarge(image) ? std::nullopt : std::optional(image);
-    const QImage picture = read(image, 0);
+    const QImage picture = read(image, 0).image;
     if (picture.isNull())
         return std::nullopt;
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    if (!opaque(picture).save(&buffer, "JPEG", kJpegQuality) || buffer.data().size() > kMaximumBytes)
+    if (!onWhite(picture).save(&buffer, "JPEG", kJpegQuality) || buffer.data().size() > kMaximumBytes)
         return std::nullopt;
     return buffer.data();
 }
@@ -79,7 +86,7 @@ bool isTooLarge(const QByteArray& image)
 
 QImage decoded(const QByteArray& image)
 {
-    return read(image, kShownSide);
+    return read(image, kShownSide).image;
 }
 
 } // namespace ArtworkImage

@@ -13,6 +13,18 @@ namespace ArtworkImage {
 /// kMaximumPixels.
 std::optional<QByteArray> normalizedArtworkData(const QByteArray& image);
 
+/// A picture that was read.
+struct Picture {
+    QImage image;      ///< upright; null if it cannot be decoded or has too many pixels
+    QSize size;        ///< of the whole picture, upright
+    QByteArray format; ///< as the toolkit calls it, e.g. "jpeg"
+};
+/// Decodes a picture, no larger than \p maximumSide on its longer side (0: as it is) and never enlarged. Its size is
+/// asked for beforehand, because JPEG saves most of its work by that.
+Picture read(const QByteArray& bytes, int maximumSide);
+/// The image without transparency: covers lie on white.
+QImage onWhite(const QImage& image);
+
 /// The picture for the list, at most kShownSide on its longer side. Null if it cannot be decoded.
 QImage decoded(const QByteArray& image);
 
