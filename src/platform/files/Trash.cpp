@@ -58,6 +58,14 @@ bool isTaken(const QByteArray& path)
     return false;
 }
 
+/// The number of what stands there; 0 if that cannot be told.
+quint64 inodeOf(const QByteArray& path)
+{
+    struct statx facts;
+    const bool isKnown = FileCalls::current().facts(path, AT_SYMLINK_NOFOLLOW, &facts) == 0;
+    return isKnown ? facts.stx_ino : 0;
+}
+
 /// Renames to a name that is free. \return 0 or errno; EEXIST if it is taken.
 int moveToFree(const QByteArray& from, const QByteArray& to)
 {
@@ -123,10 +131,12 @@ TrashError brokenMove(int error, const QByteArray& from, const QByteArray& origi
 TrashedItem moveInto(const TrashFolder& trash, const Place& place)
 {
     const QByteArray original = place.path();
+    const quint64 inode = inodeOf(original); // a rename keeps it
     const QByteArray text = TrashName::infoText(toldPath(trash, original), QDateTime::currentDateTime());
     for (int number = 1; number <= kMostNumbers; ++number) {
         const QByteArray name = TrashName::numbered(place.name, number);
-        const TrashedItem item{original, trash.files() + '/' + name, trash.info() + '/' + TrashName::infoName(name)};
+        const TrashedItem item{original, trash.files() + '/' + name, trash.info() + '/' + TrashName::infoName(name),
+                               inode};
         int error = writeInfo(item.infoPath, text);
         if (!error) {
             error = moveToFree(original, item.trashedPath);
@@ -170,6 +180,9 @@ void Trash::restore(const TrashedItem& item)
     if (isTaken(item.originalPath))
         throw TrashError(TrashError::Case::fileExists, item.originalPath, EEXIST);
     if (!isTaken(item.trashedPath))
+        throw TrashError(TrashError::Case::noSuchFile, item.originalPath, ENOENT);
+    // Emptied and filled anew by others, the Trash may hold a file of the same name.
+    if (item.inode != 0 && inodeOf(item.trashedPath) != item.inode)
         throw TrashError(TrashError::Case::noSuchFile, item.originalPath, ENOENT);
     const qsizetype slash = item.originalPath.lastIndexOf('/');
     if (slash > 0) {

@@ -11,6 +11,7 @@ struct TrashedItem {
     QByteArray originalPath; ///< absolute, the links in its folder resolved
     QByteArray trashedPath;  ///< in the trash's "files"
     QByteArray infoPath;     ///< its ".trashinfo"
+    quint64 inode = 0;       ///< of the file; 0 if it is not known
 
     /// The file in the Trash; not to be opened by where the name is no UTF-8.
     QUrl trashedURL() const;

@@ -200,6 +200,18 @@ TEST_F(TrashTest, RestoringNeverOverwrites)
     }
 }
 
+TEST_F(TrashTest, AStrangerOfTheSameNameIsNotRestored)
+{
+    const TrashedItem item = trash().moveToTrash(write("music/a.mp3", "mine"));
+    fs::rename(item.trashedPath.toStdString(), path("kept elsewhere").toStdString()); // its number stays in use
+    fs::remove(item.infoPath.toStdString());
+    const TrashedItem stranger = trash().moveToTrash(write("other/a.mp3", "somebody else's"));
+    ASSERT_EQ(stranger.trashedPath, item.trashedPath);
+    EXPECT_EQ(errorOf([&] { Trash::restore(item); }), Case::noSuchFile);
+    EXPECT_EQ(contents(stranger.trashedPath), QByteArray("somebody else's"));
+    EXPECT_TRUE(isThere(stranger.infoPath));
+}
+
 TEST_F(TrashTest, RestoringMakesALostFolderAgain)
 {
     const TrashedItem item = trash().moveToTrash(write("music/artist/album/a.mp3"));
