@@ -66,8 +66,13 @@ SingleInstance::~SingleInstance()
 
 SingleInstance::Role SingleInstance::begin(const QList<QUrl>& files)
 {
-    if (!takeLock())
-        return handOver(files);
+    // A first one that is about to end takes nothing any more: then its place is free before the patience is over.
+    const QDeadlineTimer deadline(m_patience);
+    while (!takeLock()) {
+        const Role role = handOver(files, deadline);
+        if (role == Role::HandedOver || deadline.hasExpired())
+            return role;
+    }
     listen();
     return Role::First;
 }
@@ -133,9 +138,8 @@ void SingleInstance::receive(QLocalSocket& socket)
     Q_EMIT filesReceived(filesOf(message));
 }
 
-SingleInstance::Role SingleInstance::handOver(const QList<QUrl>& files) const
+SingleInstance::Role SingleInstance::handOver(const QList<QUrl>& files, const QDeadlineTimer& deadline) const
 {
-    const QDeadlineTimer deadline(m_patience);
     QLocalSocket socket;
     // The first may have its lock but not its socket yet.
     do {

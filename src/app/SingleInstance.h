@@ -7,6 +7,7 @@
 #include <chrono>
 #include <memory>
 
+class QDeadlineTimer;
 class QLocalServer;
 class QLocalSocket;
 
@@ -41,7 +42,7 @@ private:
     void listen();
     void accept();
     void receive(QLocalSocket& socket);
-    Role handOver(const QList<QUrl>& files) const;
+    Role handOver(const QList<QUrl>& files, const QDeadlineTimer& deadline) const;
     QString socketName() const;
 
     const QString m_folder;
