@@ -105,6 +105,23 @@ TEST_F(ScrollMemoryTest, ASectionSwitchKeepsThePixel)
     EXPECT_EQ(bar().value(), 1717);
 }
 
+// Rows come first, then the focus, which the list scrolls to.
+TEST_F(ScrollMemoryTest, AWorkspaceOfAnEarlierRunIsShownWhereItWasLeft)
+{
+    const QList<Track> all = rows(90);
+    show();
+    remember(1003, text(all[19].id()));
+    workspace().setRestoringWorkspaceSession(true);
+    fill(all);
+    workspace().setSelection({all[80].id()}, all[80].id());
+    EXPECT_NE(bar().value(), 1003) << "the focus pulls";
+    workspace().setRestoringWorkspaceSession(false);
+    turn();
+    EXPECT_EQ(bar().value(), 1003);
+    window->hide();
+    EXPECT_EQ(preferences.playlistScrollOffset.get(), 1003);
+}
+
 TEST_F(ScrollMemoryTest, EveryWayToScrollIsReported)
 {
     fill(rows(90));

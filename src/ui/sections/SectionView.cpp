@@ -87,6 +87,11 @@ void SectionView::buildList()
         if (m_tab == LibraryTab::Playlist)
             m_scrollMemory = new ScrollMemory(*table, m_context.library.preferences());
     }
+    if (m_scrollMemory)
+        connect(&m_context.library.workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
+            if (!isRestoring)
+                m_scrollMemory->workspaceRestored();
+        });
     if (SectionRows::sharesSelection(m_tab))
         m_sync = new SelectionSync(*m_list, *m_model, m_context.library.workspace(), m_context.actions);
     if (m_tab == LibraryTab::Playlist) {

@@ -31,6 +31,12 @@ void ScrollMemory::rowsChanged()
         restore();
 }
 
+void ScrollMemory::workspaceRestored()
+{
+    if (!m_isEmpty)
+        restore();
+}
+
 void ScrollMemory::restore()
 {
     if (!m_preferences.playlistScrollOffset.isSet())

@@ -20,6 +20,9 @@ public:
 
     /// The rows were replaced. Rows that come into an empty list are scrolled to the remembered place.
     void rowsChanged();
+    /// A workspace of an earlier run is in place, and taking up its focus has moved the list: back to the remembered
+    /// place.
+    void workspaceRestored();
     /// Writes a place that still waits.
     void flush();
 
