@@ -156,6 +156,50 @@ TEST_F(RemovalTrashTest, UndoWaitsForTheMoveThatIsUnderWay)
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
 }
 
+TEST_F(RemovalTrashTest, RowsComeBackWithTheirFilesAndUntilThenStayInTheHistory)
+{
+    QList<Track> rows;
+    for (int number = 0; number < 20; ++number)
+        rows.append(track(QStringLiteral("%1.mp3").arg(number)));
+    fill(rows);
+    removal().trashTracks(ids(rows));
+    settle();
+    removal().undoLastRemoval();
+    EXPECT_TRUE(removal().isTakingBack());
+    for (int file = 0; file < 12; ++file) {
+        executor.runOne();
+        const qsizetype listed = workspace().tracks().rows().size();
+        EXPECT_EQ(listed + removal().removalHistory().last().entries.size(), 20) << "no row is in neither";
+        EXPECT_GT(listed + 8, trashCan.restored.size()) << "rows do not lag far behind their files";
+    }
+    EXPECT_FALSE(workspace().tracks().isEmpty());
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
+    EXPECT_TRUE(removal().removalHistory().isEmpty());
+    EXPECT_FALSE(removal().isTakingBack());
+    EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 20"));
+}
+
+TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)
+{
+    undo.joinHistory({[&] { return removal().undoMoment(); }, [&] { return removal().undoActionName(); },
+                      [&] { removal().undoLastRemoval(); }, [&] { return removal().isTakingBack(); }});
+    Track edited = favorite(QStringLiteral("edited.mp3"));
+    edited.setIsRead(true);
+    fill({edited});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({edited}), &undo);
+    settle();
+    removal().trashTracks(ids({edited}));
+    settle();
+    undo.undo();
+    EXPECT_FALSE(undo.canUndo());
+    undo.undo(); // a second press while the file is on its way
+    settle();
+    ASSERT_EQ(workspace().tracks().rows().size(), 1);
+    EXPECT_EQ(now(edited).tags().genre, QStringLiteral("House")) << "the edit below was left alone";
+    EXPECT_TRUE(undo.canUndo());
+}
+
 TEST_F(RemovalTrashTest, DuplicatesAreLookedUpInTheirOwnList)
 {
     const Track twin = b.withID(freshID());

@@ -18,6 +18,7 @@ namespace {
 using List = Track::MetadataDestination;
 using Tone = WorkspaceStatus::Tone;
 
+constexpr int kFilesPerUpdate = 8; // restored files between two updates of the lists
 constexpr List kAllLists[] = {List::Library, List::Analysis, List::MusicalKey, List::Duplicates};
 
 /// The key of what the menu calls a move to the Trash.
@@ -74,13 +75,22 @@ QSet<TrackID> idsOf(const QList<RemovedTrack>& entries)
     return ids;
 }
 
-/// How many files the entries tell of.
-qsizetype fileCount(const QList<RemovedTrack>& entries)
+/// The entries file by file, those of one file together, in the order of the rows.
+QList<QList<RemovedTrack>> byFile(QList<RemovedTrack> entries)
 {
-    QSet<QUrl> files;
-    for (const RemovedTrack& entry : entries)
-        files.insert(entry.track.url());
-    return files.size();
+    std::ranges::stable_sort(entries, {}, &RemovedTrack::originalIndex);
+    QList<QList<RemovedTrack>> files;
+    QHash<QUrl, qsizetype> places;
+    for (const RemovedTrack& entry : std::as_const(entries)) {
+        const auto known = places.constFind(entry.track.url());
+        if (known != places.cend()) {
+            files[*known].append(entry);
+            continue;
+        }
+        places.insert(entry.track.url(), files.size());
+        files.append({entry});
+    }
+    return files;
 }
 
 } // namespace
@@ -271,7 +281,9 @@ void Removal::undoLastRemoval()
         return;
     const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
     if (step != m_history.end() && !step->holdsTrashedFile()) {
-        putBack(take(moment)->entries);
+        Restored restored;
+        putBack(take(moment)->entries, restored);
+        announceRestored(restored);
         return;
     }
     m_undoing.insert(moment);
@@ -279,61 +291,75 @@ void Removal::undoLastRemoval()
     m_moves.append([this, moment](std::stop_token stop) { return restoreTask(moment, std::move(stop)); });
 }
 
+/// Rows come back a few files at a time, and until then they stay in the history: an end in the middle costs no row
+/// whose file is back.
 async::Task<> Removal::restoreTask(quint64 moment, std::stop_token stop)
 {
-    m_undoing.remove(moment);
-    const std::optional<RemovalStep> step = take(moment);
-    if (!step)
-        co_return;                  // none of its files went
-    QHash<QByteArray, bool> isBack; // by the place in the Trash, which the rows of one file share
+    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
+    const QList<QList<RemovedTrack>> files = step == m_history.end() ? QList<QList<RemovedTrack>>() // none of them went
+                                                                     : byFile(step->entries);
+    Restored restored;
+    QList<RemovedTrack> waiting;
     QString firstError;
-    setProgress({0, static_cast<int>(fileCount(step->entries)), true});
-    for (const RemovedTrack& entry : step->entries) {
-        if (!entry.trashed || isBack.contains(entry.trashed->trashedPath))
-            continue;
-        auto job = [can = m_dependencies.trashCan, item = *entry.trashed](const std::stop_token&) {
-            return restore(*can, item);
-        };
-        const QString error = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
-        isBack.insert(entry.trashed->trashedPath, error.isEmpty());
-        if (firstError.isEmpty() && !error.isEmpty())
+    setProgress({0, static_cast<int>(files.size()), true});
+    for (qsizetype file = 0; file < files.size(); ++file) {
+        const QList<RemovedTrack> entries = files[file];
+        QString error;
+        if (entries.first().trashed) {
+            auto job = [can = m_dependencies.trashCan, item = *entries.first().trashed](const std::stop_token&) {
+                return restore(*can, item);
+            };
+            error = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
+        }
+        if (error.isEmpty())
+            waiting.append(entries);
+        else if (firstError.isEmpty())
             firstError = VelmoraLocalization::format(QStringLiteral("Не удалось восстановить «%@»: %@"),
-                                                     {FileURL::lastPathComponent(entry.track.url()), error});
+                                                     {FileURL::lastPathComponent(entries.first().track.url()), error});
         setProgress({m_progress.done + 1, m_progress.total, true});
+        if ((file + 1) % kFilesPerUpdate == 0 || file + 1 == files.size()) {
+            forgetEntries(moment, waiting);
+            putBack(std::exchange(waiting, {}), restored);
+        }
     }
     if (!firstError.isEmpty())
         m_dependencies.workspace.setLastError(firstError);
-    QList<RemovedTrack> restored = step->entries;
-    restored.removeIf([&](const RemovedTrack& e) { return e.trashed && !isBack.value(e.trashed->trashedPath); });
-    putBack(restored);
+    m_undoing.remove(moment);
+    take(moment); // with what could not be restored
+    emit historyChanged();
+    announceRestored(restored);
+}
+
+/// What is back in the lists is no longer to be taken back.
+void Removal::forgetEntries(quint64 moment, const QList<RemovedTrack>& entries)
+{
+    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
+    if (step == m_history.end())
+        return;
+    const QSet<TrackID> ids = idsOf(entries);
+    step->entries.removeIf([&](const RemovedTrack& entry) { return ids.contains(entry.track.id()); });
 }
 
 /// \param entries what comes back into the lists; its files are there.
-void Removal::putBack(QList<RemovedTrack> entries)
+void Removal::putBack(QList<RemovedTrack> entries, Restored& restored)
 {
-    if (entries.isEmpty())
-        return;
     std::ranges::stable_sort(entries, {}, &RemovedTrack::originalIndex);
-    const List shownList = listOf(m_dependencies.workspace.activeTab());
-    QList<TrackID> shown;
-    QList<TrackID> others;
     for (const List list : kAllLists) {
         QList<RemovedTrack> ofList;
         std::ranges::copy_if(entries, std::back_inserter(ofList), [&](const auto& e) { return e.list == list; });
         if (!ofList.isEmpty())
-            putBackInto(list, ofList, list == shownList ? shown : others);
+            putBackInto(list, ofList, restored);
     }
-    selectRestored(shown.isEmpty() ? others : shown);
-    m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d"), {fileCount(entries)},
-                                      QStringLiteral("arrow.uturn.backward"), Tone::Success);
 }
 
-/// \param entries of one list, ascending. \param ids gets what came back.
-void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, QList<TrackID>& ids)
+/// \param entries of one list, ascending.
+void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, Restored& restored)
 {
     Workspace& workspace = m_dependencies.workspace;
     RemovalPlan::Back back = RemovalPlan::putBack(workspace.list(list), entries);
-    ids.append(back.ids);
+    restored.ids[list].append(back.ids);
+    for (const RemovedTrack& entry : entries)
+        restored.files.insert(entry.track.url());
     workspace.setList(list, std::move(back.rows));
     QList<Track> unread; // what was read of them in the meantime found no row
     for (const TrackID& id : std::as_const(back.ids)) {
@@ -346,6 +372,20 @@ void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, QList<T
         return;
     for (const TrackID& id : std::as_const(back.ids))
         m_dependencies.writePendingEdits(id);
+}
+
+void Removal::announceRestored(const Restored& restored)
+{
+    if (restored.files.isEmpty())
+        return;
+    QList<TrackID> ids = restored.ids.value(listOf(m_dependencies.workspace.activeTab()));
+    if (ids.isEmpty()) {
+        for (const List list : kAllLists)
+            ids.append(restored.ids.value(list));
+    }
+    selectRestored(ids);
+    m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d"), {restored.files.size()},
+                                      QStringLiteral("arrow.uturn.backward"), Tone::Success);
 }
 
 void Removal::selectRestored(const QList<TrackID>& ids)

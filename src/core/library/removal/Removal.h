@@ -19,7 +19,7 @@ class Workspace;
 
 /// Rows taken off the lists, files moved to the Trash, and the history that brings both back. Files move in the
 /// background one after another, each after the write that is under way into it; the rows of an action leave together
-/// when its last file has moved. Thread: main.
+/// when its last file has moved, and come back with their files. Thread: main.
 class Removal : public QObject {
     Q_OBJECT
 
@@ -71,6 +71,8 @@ public:
     bool canUndoPhysicalTrash() const;
     /// The moment of what undoLastRemoval() would take back, see nextUndoMoment(); 0 if there is nothing.
     quint64 undoMoment() const;
+    /// Whether something is being taken back right now: what was done before it has to wait.
+    bool isTakingBack() const { return !m_undoing.isEmpty(); }
     /// Localised name of what undoLastRemoval() would take back.
     QString undoActionName() const;
     Progress progress() const { return m_progress; }
@@ -97,8 +99,15 @@ private:
     async::Task<> restoreTask(quint64 moment, std::stop_token stop);
     void push(RemovalStep step);
     std::optional<RemovalStep> take(quint64 moment);
-    void putBack(QList<RemovedTrack> entries);
-    void putBackInto(Track::MetadataDestination list, const QList<RemovedTrack>& entries, QList<TrackID>& ids);
+    void forgetEntries(quint64 moment, const QList<RemovedTrack>& entries);
+    /// What came back into the lists so far.
+    struct Restored {
+        QSet<QUrl> files;
+        QHash<Track::MetadataDestination, QList<TrackID>> ids;
+    };
+    void putBack(QList<RemovedTrack> entries, Restored& restored);
+    void putBackInto(Track::MetadataDestination list, const QList<RemovedTrack>& entries, Restored& restored);
+    void announceRestored(const Restored& restored);
     void selectRestored(const QList<TrackID>& ids);
     void dropSelected(const QSet<TrackID>& ids);
     void setProgress(const Progress& progress);

@@ -97,7 +97,7 @@ void UndoManager::registerUndo(const QString& actionName, Action undo, Action re
 
 bool UndoManager::canUndo() const
 {
-    return m_stack.canUndo() || isOthersTurn();
+    return !isBusy() && (m_stack.canUndo() || isOthersTurn());
 }
 
 bool UndoManager::isOthersTurn() const
@@ -108,7 +108,7 @@ bool UndoManager::isOthersTurn() const
 
 bool UndoManager::canRedo() const
 {
-    return m_stack.canRedo();
+    return !isBusy() && m_stack.canRedo();
 }
 
 QString UndoManager::undoActionName() const
@@ -123,6 +123,8 @@ QString UndoManager::redoActionName() const
 
 void UndoManager::undo()
 {
+    if (isBusy())
+        return;
     if (isOthersTurn())
         m_other.undo();
     else
@@ -131,7 +133,8 @@ void UndoManager::undo()
 
 void UndoManager::redo()
 {
-    m_stack.redo();
+    if (!isBusy())
+        m_stack.redo();
 }
 
 void UndoManager::clear()

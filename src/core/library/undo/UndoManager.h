@@ -18,6 +18,7 @@ public:
         std::function<quint64()> lastMoment; ///< of its last step, see nextUndoMoment(); 0 if there is none
         std::function<QString()> actionName; ///< localised, of that step
         Action undo;                         ///< takes that step back
+        std::function<bool()> isBusy;        ///< whether a step is being taken back; nothing else is until it is over
     };
 
     explicit UndoManager(QObject* parent = nullptr);
@@ -46,6 +47,7 @@ Q_SIGNALS:
 
 private:
     bool isOthersTurn() const;
+    bool isBusy() const { return m_other.isBusy && m_other.isBusy(); }
 
     QUndoStack m_stack;
     OtherHistory m_other;
