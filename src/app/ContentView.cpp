@@ -39,19 +39,30 @@ ContentView::~ContentView() = default;
 void ContentView::joinRemovals()
 {
     Removal& removal = m_library.removal();
-    m_undoManager.joinHistory({[&removal] { return removal.undoMoment(); },
-                               [&removal] { return removal.undoActionName(); },
-                               [&removal] { removal.undoLastRemoval(); }});
+    m_undoManager.joinHistory(
+        {[&removal] { return removal.undoMoment(); }, [&removal] { return removal.undoActionName(); },
+         [&removal] { removal.undoLastRemoval(); }, [&removal] { return removal.isTakingBack(); }});
     connect(&removal, &Removal::historyChanged, &m_undoManager, &UndoManager::otherHistoryChanged);
 }
 
 void ContentView::preferenceChanged(const QString& key)
 {
     Preferences& preferences = m_library.preferences();
+    if (key == preferences.playlistPopularityEnabled.key() && !preferences.playlistPopularityEnabled.get())
+        deactivatePopularitySort();
     if (key != preferences.appLanguage.key())
         return;
     VelmoraLocalization::setLanguage(appLanguageFromRawValue(preferences.appLanguage.get()));
     emit m_library.notifications().velmoraLanguageDidChange();
+}
+
+/// Nobody looks after ratings any more, so nothing is sorted by them.
+void ContentView::deactivatePopularitySort()
+{
+    Order& order = m_library.order();
+    if (order.trackSortField(LibraryTab::Playlist) == TrackSortField::Rating)
+        order.setTrackSortField(TrackSortField::BPM, LibraryTab::Playlist);
+    order.updatePlaylistPopularitySortValues({});
 }
 
 void ContentView::restartOnboarding()

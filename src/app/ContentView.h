@@ -77,6 +77,7 @@ private:
     void importInto(const QList<QUrl>& urls, LibraryTab tab);
     void addImportedToFavorites(const Imports::Outcome& outcome);
     void preferenceChanged(const QString& key);
+    void deactivatePopularitySort();
     void restartOnboarding();
     void playbackDidFinish();
     void playNextAfterCompletion();

@@ -212,3 +212,23 @@ TEST_F(ContentViewTest, RevealsEachFolderOnce)
     view.revealInFileManager(ids({a, b}));
     EXPECT_EQ(opened, QList<QUrl>({FileURL::fromPath(QStringLiteral("/m/x"))}));
 }
+
+TEST_F(ContentViewTest, WithoutRatingsNothingStaysSortedByThem)
+{
+    Order& order = store->order();
+    const Track a = track(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    fill({a, b});
+    preferences.playlistPopularityEnabled.set(true);
+    order.setTrackSortField(TrackSortField::Rating, LibraryTab::Playlist);
+    const TrackID last = order.playlistTracks().last().id();
+    TrackPopularitySortValue hit;
+    hit.tier = 3;
+    order.updatePlaylistPopularitySortValues({{last, hit}});
+    ASSERT_EQ(order.playlistTracks().first().id(), last);
+
+    preferences.playlistPopularityEnabled.set(false);
+    EXPECT_EQ(order.trackSortField(LibraryTab::Playlist), TrackSortField::BPM);
+    order.setTrackSortField(TrackSortField::Rating, LibraryTab::Playlist);
+    EXPECT_EQ(order.playlistTracks().last().id(), last) << "the values are forgotten";
+}

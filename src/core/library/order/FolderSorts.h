@@ -28,6 +28,8 @@ public:
     void refresh(const QList<Track>& base, const QList<int>& baseRows, Placing placing);
     /// What is known beyond the tags has changed: the next update() sorts all folders.
     void forgetInputs() { m_areInputsKnown = false; }
+    /// The same if the last sort went by ratings.
+    void forgetPopularity() { m_areInputsKnown = m_areInputsKnown && m_key.field != TrackSortField::Rating; }
     void clear();
 
     /// Folders sorted so far.

@@ -272,9 +272,9 @@ void Order::updatePlaylistPopularitySortValues(const TrackPopularitySortValues& 
     if (m_popularity == values)
         return;
     m_popularity = values;
+    m_folderSorts.forgetPopularity(); // whatever is chosen by now: a sort that nobody asked for since may come back
     if (m_playlistChoice.key().field != TrackSortField::Rating)
         return;
-    m_folderSorts.forgetInputs();
     if (m_refresh.isScrolling())
         m_refresh.owePopularity();
     else
