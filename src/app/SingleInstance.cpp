@@ -66,7 +66,8 @@ SingleInstance::~SingleInstance()
 
 SingleInstance::Role SingleInstance::begin(const QList<QUrl>& files)
 {
-    // A first one that is about to end takes nothing any more: then its place is free before the patience is over.
+    // A first one that is about to begin or to end takes nothing yet, or no more: then its socket is there, or its
+    // place is free, before the patience is over.
     const QDeadlineTimer deadline(m_patience);
     while (!takeLock()) {
         const Role role = handOver(files, deadline);
@@ -141,15 +142,11 @@ void SingleInstance::receive(QLocalSocket& socket)
 SingleInstance::Role SingleInstance::handOver(const QList<QUrl>& files, const QDeadlineTimer& deadline) const
 {
     QLocalSocket socket;
-    // The first may have its lock but not its socket yet.
-    do {
-        socket.connectToServer(socketName());
-        if (socket.waitForConnected(left(deadline)))
-            break;
-        ::usleep(20'000);
-    } while (!deadline.hasExpired());
-    if (socket.state() != QLocalSocket::ConnectedState)
+    socket.connectToServer(socketName());
+    if (!socket.waitForConnected(left(deadline))) {
+        ::usleep(20'000); // it has its lock but not its socket yet, or no longer
         return Role::Unanswered;
+    }
     socket.write(messageFor(files));
     QByteArray answer;
     while (!answer.endsWith('\n') && !deadline.hasExpired()) {

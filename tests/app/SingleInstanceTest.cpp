@@ -8,7 +8,9 @@
 #include <QLocalSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <gtest/gtest.h>
+#include <memory>
 #include <thread>
 
 namespace {
@@ -59,6 +61,23 @@ TEST(SingleInstance, ASilentFirstHoldsNobodyUp)
     timer.start();
     EXPECT_EQ(SingleInstance(folder.path(), milliseconds(200)).begin({}), Role::Unanswered);
     EXPECT_LT(timer.elapsed(), 2000);
+}
+
+TEST(SingleInstance, WhenTheFirstEndsWithoutAnAnswerTheNextTakesItsPlace)
+{
+    const QTemporaryDir folder;
+    auto first = std::make_unique<SingleInstance>(folder.path());
+    ASSERT_EQ(first->begin({}), Role::First); // and never comes to its events
+    Role role = Role::Unanswered;
+    const std::unique_ptr<QThread> second(QThread::create([&] {
+        SingleInstance instance(folder.path(), milliseconds(kLimitMilliseconds));
+        role = instance.begin({FileURL::fromPath(QStringLiteral("/a.mp3"))});
+    }));
+    second->start();
+    QThread::msleep(150); // time enough to have said what nobody answers
+    first.reset();
+    ASSERT_TRUE(second->wait(2 * kLimitMilliseconds));
+    EXPECT_EQ(role, Role::First);
 }
 
 TEST(SingleInstance, WhatAKilledProcessLeavesIsNoFirst)
