@@ -1,6 +1,8 @@
 #pragma once
 
+#include "core/library/tempo/BPMAnalysisOutcome.h"
 #include "core/model/LoadedTrackMetadata.h"
+#include "core/model/MusicalKey.h"
 #include "core/model/Track.h"
 
 #include <QList>
@@ -9,6 +11,7 @@
 
 #include <functional>
 #include <optional>
+#include <stop_token>
 
 class Notifications;
 class Preferences;
@@ -42,4 +45,10 @@ struct LibraryServices {
 
     /// Where the workspace is kept; null where nothing is. Outlives the executor.
     WorkspaceSessionStorage* sessionStorage = nullptr;
+
+    /// Estimates the tempo of one file; called on worker threads, must not throw. Empty where nothing is estimated.
+    std::function<BPMAnalysisOutcome(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop)> analyzeBPM;
+    /// Estimates the key of one file; called on worker threads, must not throw. Gives nothing where no key is heard or
+    /// the analysis was stopped. Empty where nothing is estimated.
+    std::function<std::optional<MusicalKeyAnalysis>(const QUrl& url, std::stop_token stop)> analyzeMusicalKey;
 };

@@ -30,7 +30,11 @@ SessionRecord fullRecord()
     record.keyAnalysisTracks = SessionSamples::withRows(1).tracks;
     record.duplicateTracks = SessionSamples::withRows(1).tracks;
     record.duplicateRoots = {FileURL::fromPath(QStringLiteral("/roots"))};
-    record.musicalKeyAnalyses = {{id, {{11, true}, 0.75, -33.333333333333336, {{{4, false}, 0.5}, {{0, true}, 1e-9}}}}};
+    record.musicalKeyAnalyses = {{id,
+                                  {{11, MusicalKeyMode::Major},
+                                   0.75,
+                                   -33.333333333333336,
+                                   {{{4, MusicalKeyMode::Minor}, 0.5}, {{0, MusicalKeyMode::Major}, 1e-9}}}}};
     record.tempo.estimatedBPMByTrackID = {{id, QStringLiteral("128")}};
     record.tempo.estimatedBPMConfidenceByTrackID = {{id, 0.1 + 0.2}};
     record.tempo.estimatedBPMByFile = {
@@ -117,7 +121,7 @@ TEST(SessionCoding, FormsOnDisk)
     record.selectedID = id;
     record.tempo.estimatedBPMByTrackID = {{id, QStringLiteral("128")}};
     record.tempo.estimatedBPMByFile = {{QStringLiteral("/a"), {QStringLiteral("99"), 0.5, 7, 0.25}}};
-    record.musicalKeyAnalyses = {{id, {{9, false}, 1, 0, {}}}};
+    record.musicalKeyAnalyses = {{id, {{9, MusicalKeyMode::Minor}, 1, 0, {}}}};
     EXPECT_EQ(SessionCoding::encode(record),
               QByteArray(R"({"tracks":[{"id":"ID","url":"file:///%D0%B6%201%25%3B.mp3","tags":{"title":"","artist":"",)"
                          R"("album":"","albumArtist":"","genre":"","year":"","track":"","comment":"","bpm":"",)"

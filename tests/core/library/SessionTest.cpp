@@ -320,7 +320,7 @@ TEST_F(SessionTest, TempoAndKeysSurviveForTracksThatAreThere)
     CachedBPMEstimate outdated = *CachedBPMEstimate::make(rows[1].url(), QStringLiteral("121"), 0.5);
     outdated.modificationDate += 0.002;
     record.tempo.estimatedBPMByFile.insert(pathOf(1), outdated);
-    record.musicalKeyAnalyses = {{rows[0].id(), {{3, true}, 0.5, 0, {}}}, {gone, {}}};
+    record.musicalKeyAnalyses = {{rows[0].id(), {{3, MusicalKeyMode::Major}, 0.5, 0, {}}}, {gone, {}}};
     putSession(record);
     startAndRestore();
     const SessionRecord now = session().makeWorkspaceSession();

@@ -95,7 +95,7 @@ private:
     int m_leftOut = 0;
     // Results of analyses as the session file holds them, kept for those who fill and use them.
     TempoTables m_tempo;
-    QHash<TrackID, MusicalKeyRecord> m_musicalKeyAnalyses;
+    QHash<TrackID, MusicalKeyAnalysis> m_musicalKeyAnalyses;
     async::TaskSlot m_restoreTask;
     async::TaskSlot m_waveformTask;
     async::TaskSlot m_saveTask; ///< waits for quiet

@@ -182,7 +182,7 @@ constexpr Member kMembers[] = {
      [](JsonReader& json, SessionRecord& record) { record.keyAnalysisTracks = readTracks(json); }},
     {"musicalKeyAnalyses", false,
      [](JsonReader& json, SessionRecord& record) {
-         record.musicalKeyAnalyses = readByID<MusicalKeyRecord>(json, StoredAnalyses::readKeyAnalysis);
+         record.musicalKeyAnalyses = readByID<MusicalKeyAnalysis>(json, StoredAnalyses::readKeyAnalysis);
      }},
     {"duplicateRoots", true, [](JsonReader& json, SessionRecord& record) { record.duplicateRoots = readURLs(json); }},
     {"duplicateTracks", true,

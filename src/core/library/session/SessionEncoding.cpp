@@ -102,18 +102,18 @@ void writeSelections(JsonWriter& json, const SessionRecord& record)
     }
 }
 
-void writeKey(JsonWriter& json, const MusicalKeyValue& key)
+void writeKey(JsonWriter& json, const MusicalKey& key)
 {
     json.key(QLatin1StringView("key"));
     json.open('{');
     json.key(QLatin1StringView("pitchClass"));
     json.number(qint64(key.pitchClass));
     json.key(QLatin1StringView("mode"));
-    json.string(key.isMajor ? QStringLiteral("major") : QStringLiteral("minor"));
+    json.string(key.mode == MusicalKeyMode::Major ? QStringLiteral("major") : QStringLiteral("minor"));
     json.close('}');
 }
 
-void writeKeyAnalysis(JsonWriter& json, const MusicalKeyRecord& analysis)
+void writeKeyAnalysis(JsonWriter& json, const MusicalKeyAnalysis& analysis)
 {
     json.open('{');
     writeKey(json, analysis.key);
@@ -122,7 +122,7 @@ void writeKeyAnalysis(JsonWriter& json, const MusicalKeyRecord& analysis)
     json.key(QLatin1StringView("tuningCents"));
     json.number(analysis.tuningCents);
     writeArray(json, QLatin1StringView("alternatives"), analysis.alternatives,
-               [&](const MusicalKeyRecord::Alternative& alternative) {
+               [&](const MusicalKeyAnalysis::Alternative& alternative) {
                    json.open('{');
                    writeKey(json, alternative.key);
                    json.key(QLatin1StringView("relativeStrength"));
@@ -175,7 +175,7 @@ QByteArray encode(const SessionRecord& record)
     writeTracks(json, QLatin1StringView("analysisTracks"), record.analysisTracks);
     writeTracks(json, QLatin1StringView("keyAnalysisTracks"), record.keyAnalysisTracks);
     writeByID(json, QLatin1StringView("musicalKeyAnalyses"), record.musicalKeyAnalyses,
-              [&](const MusicalKeyRecord& analysis) { writeKeyAnalysis(json, analysis); });
+              [&](const MusicalKeyAnalysis& analysis) { writeKeyAnalysis(json, analysis); });
     writeURLs(json, QLatin1StringView("duplicateRoots"), record.duplicateRoots);
     writeTracks(json, QLatin1StringView("duplicateTracks"), record.duplicateTracks);
     writeTempo(json, record.tempo);

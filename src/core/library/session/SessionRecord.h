@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/model/MusicalKey.h"
 #include "core/model/Track.h"
 
 #include <QHash>
@@ -9,31 +10,6 @@
 #include <QUrl>
 
 #include <optional>
-
-/// A key of a track: the tonic and the mode.
-struct MusicalKeyValue {
-    int pitchClass = 0; ///< 0 to 11, 0 is C
-    bool isMajor = false;
-
-    bool operator==(const MusicalKeyValue&) const = default;
-};
-
-/// A finished key analysis as it is kept.
-struct MusicalKeyRecord {
-    struct Alternative {
-        MusicalKeyValue key;
-        double relativeStrength = 0;
-
-        bool operator==(const Alternative&) const = default;
-    };
-
-    MusicalKeyValue key;
-    double confidence = 0;
-    double tuningCents = 0;
-    QList<Alternative> alternatives;
-
-    bool operator==(const MusicalKeyRecord&) const = default;
-};
 
 /// A tempo estimate and the state of the file that it was made from.
 struct CachedBPMEstimate {
@@ -73,7 +49,7 @@ struct SessionRecord {
     QList<QUrl> conversionURLs;
     QList<Track> analysisTracks;
     QList<Track> keyAnalysisTracks;
-    QHash<TrackID, MusicalKeyRecord> musicalKeyAnalyses;
+    QHash<TrackID, MusicalKeyAnalysis> musicalKeyAnalyses;
     QList<QUrl> duplicateRoots;
     QList<Track> duplicateTracks;
     TempoTables tempo;

@@ -10,9 +10,9 @@ using JsonMembers::RequiredKeys;
 
 namespace {
 
-MusicalKeyValue readKey(JsonReader& json)
+MusicalKey readKey(JsonReader& json)
 {
-    MusicalKeyValue value;
+    MusicalKey value;
     RequiredKeys required(2);
     forMembers(json, [&](QByteArrayView key) {
         if (key == "pitchClass") {
@@ -23,8 +23,8 @@ MusicalKeyValue readKey(JsonReader& json)
             required.met(0);
         } else if (key == "mode") {
             const QByteArrayView mode = json.stringBytes();
-            value.isMajor = mode == "major";
-            if (!value.isMajor && mode != "minor")
+            value.mode = mode == "major" ? MusicalKeyMode::Major : MusicalKeyMode::Minor;
+            if (mode != "major" && mode != "minor")
                 json.fail();
             required.met(1);
         } else {
@@ -35,9 +35,9 @@ MusicalKeyValue readKey(JsonReader& json)
     return value;
 }
 
-MusicalKeyRecord::Alternative readAlternative(JsonReader& json)
+MusicalKeyAnalysis::Alternative readAlternative(JsonReader& json)
 {
-    MusicalKeyRecord::Alternative alternative;
+    MusicalKeyAnalysis::Alternative alternative;
     RequiredKeys required(2);
     forMembers(json, [&](QByteArrayView key) {
         if (key == "key") {
@@ -56,9 +56,9 @@ MusicalKeyRecord::Alternative readAlternative(JsonReader& json)
 
 } // namespace
 
-MusicalKeyRecord readKeyAnalysis(JsonReader& json)
+MusicalKeyAnalysis readKeyAnalysis(JsonReader& json)
 {
-    MusicalKeyRecord analysis;
+    MusicalKeyAnalysis analysis;
     RequiredKeys required(4);
     forMembers(json, [&](QByteArrayView key) {
         if (key == "key") {

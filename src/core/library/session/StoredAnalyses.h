@@ -7,7 +7,7 @@ class JsonReader;
 /// The results of analyses as the session file holds them. The reader fails where a key is missing or of another type.
 namespace StoredAnalyses {
 
-MusicalKeyRecord readKeyAnalysis(JsonReader& json);
+MusicalKeyAnalysis readKeyAnalysis(JsonReader& json);
 CachedBPMEstimate readEstimate(JsonReader& json);
 
 } // namespace StoredAnalyses
