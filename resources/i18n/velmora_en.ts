@@ -196,6 +196,10 @@
     <translation>Restored: %d</translation>
   </message>
   <message>
+    <source>Восстановлено: %d · остановлено, осталось: %d</source>
+    <translation>Restored: %d · stopped, left: %d</translation>
+  </message>
+  <message>
     <source>Временные файлы в Корзину: %d</source>
     <translation>Temporary files to Trash: %d</translation>
   </message>
@@ -746,6 +750,10 @@
   <message>
     <source>Перемещено в Корзину: %d</source>
     <translation>Moved to the Trash: %d</translation>
+  </message>
+  <message>
+    <source>Перемещено в Корзину: %d · остановлено, осталось: %d</source>
+    <translation>Moved to Trash: %d · stopped, left: %d</translation>
   </message>
   <message>
     <source>Перемотать вперёд</source>

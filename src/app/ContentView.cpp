@@ -277,6 +277,11 @@ void ContentView::restoreOriginalTags(const QSet<TrackID>& ids)
     m_library.tagWriting().restoreOriginalTags(ids);
 }
 
+void ContentView::stopMovingFiles()
+{
+    m_library.removal().stopMoving();
+}
+
 void ContentView::cancelTagWrites()
 {
     m_library.tagWriting().saver().cancelBatches();

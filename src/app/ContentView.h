@@ -60,6 +60,7 @@ public:
     void chooseArtwork(std::function<void(const QByteArray& image)> chosen) override;
     void restoreOriginalTags(const QSet<TrackID>& ids) override;
     void cancelTagWrites() override;
+    void stopMovingFiles() override;
     void trashStrayTemporaries() override;
     void answerWhatSavesKeep(bool keepsOthers) override;
     void revealInFileManager(const QSet<TrackID>& ids) override;

@@ -62,6 +62,8 @@ public:
     virtual void restoreOriginalTags(const QSet<TrackID>& ids) = 0;
     /// Stops the writing of a batch before its next file.
     virtual void cancelTagWrites() = 0;
+    /// Stops the moving of files to the Trash, or back, before the next file.
+    virtual void stopMovingFiles() = 0;
     /// Moves what interrupted writes left behind to the Trash.
     virtual void trashStrayTemporaries() = 0;
     /// The answer to Workspace::isAskingWhatSavesKeep().

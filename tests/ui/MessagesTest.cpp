@@ -1,5 +1,6 @@
 #include "support/WindowFixture.h"
 
+#include "core/library/removal/Removal.h"
 #include "ui/window/Banner.h"
 #include "ui/window/StatusStrip.h"
 #include "ui/window/ThemeButton.h"
@@ -91,6 +92,21 @@ TEST_F(MessagesTest, WritesShowHowFarTheyAreAndCanBeStopped)
     settle();
     EXPECT_FALSE(stop->isVisible());
     EXPECT_EQ(strip().accessibleDescription(), QString());
+}
+
+TEST_F(MessagesTest, MovesToTheTrashCanBeStopped)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    show();
+    ThemeButton* stop = button(strip(), QStringLiteral("Остановить"));
+    store->removal().trashTracks(ids(tracks));
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Перемещение в Корзину: 0 из 3"));
+    ASSERT_TRUE(stop->isVisible());
+    QTest::mouseClick(stop, Qt::LeftButton);
+    EXPECT_EQ(dashboard.count("stopMovingFiles"), 1);
+    settle();
+    EXPECT_FALSE(stop->isVisible());
 }
 
 TEST_F(MessagesTest, WritesComeBeforeReads)

@@ -69,7 +69,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
-    connect(m_stop, &QAbstractButton::clicked, this, [this] { m_context.actions.cancelTagWrites(); });
+    connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(&context.library.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });
     m_pause.setSingleShot(true);
@@ -144,7 +144,7 @@ void StatusStrip::progressMoved()
     const Imports::Progress reads = m_context.library.imports().metadataProgress();
     const Removal::Progress moves = m_context.library.removal().progress();
     const bool isDone = writes.done >= writes.total && reads.done >= reads.total && moves.done >= moves.total;
-    const bool isSwitching = (isWriting(writes) && !isMoving(moves)) == m_stop->isHidden();
+    const bool isSwitching = (isWriting(writes) || isMoving(moves)) == m_stop->isHidden();
     if (isDone || isSwitching || !m_pause.isActive())
         refreshProgress();
     if (!isDone && !m_pause.isActive())
@@ -155,7 +155,7 @@ void StatusStrip::refreshProgress()
 {
     const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
     const Removal::Progress moves = m_context.library.removal().progress();
-    m_stop->setVisible(isWriting(writes) && !isMoving(moves));
+    m_stop->setVisible(isWriting(writes) || isMoving(moves));
     if (isMoving(moves)) {
         takeProgress(moves.isRestoring ? QStringLiteral("Возврат из Корзины: %d из %d")
                                        : QStringLiteral("Перемещение в Корзину: %d из %d"),
@@ -168,6 +168,15 @@ void StatusStrip::refreshProgress()
     }
     const Imports::Progress reads = m_context.library.imports().metadataProgress();
     takeProgress(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total);
+}
+
+/// Stops what the progress speaks of.
+void StatusStrip::stopWork()
+{
+    if (isMoving(m_context.library.removal().progress()))
+        m_context.actions.stopMovingFiles();
+    else
+        m_context.actions.cancelTagWrites();
 }
 
 void StatusStrip::takeProgress(const QString& text, int done, int total)

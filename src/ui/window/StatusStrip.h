@@ -8,8 +8,8 @@
 class ThemeButton;
 
 /// The line at the bottom: a message with its icon in the colour of its tone, what can be undone, leftovers that may go
-/// to the Trash, and the progress of moving files to the Trash or back, else of writing tags, which
-/// can be stopped, or else of reading them.
+/// to the Trash, and the progress of moving files to the Trash or back, else of writing tags, which can both be
+/// stopped, or else of reading them.
 class StatusStrip : public Panel {
     Q_OBJECT
 
@@ -28,6 +28,7 @@ private:
     void refreshOffer();
     void progressMoved();
     void refreshProgress();
+    void stopWork();
     void takeProgress(const QString& text, int done, int total);
     void refreshRestore();
     void place();
@@ -42,7 +43,7 @@ private:
     WindowContext m_context;
     ThemeButton* m_undo;
     ThemeButton* m_offer;   ///< moves what interrupted writes left behind to the Trash
-    ThemeButton* m_stop;    ///< stops the writing
+    ThemeButton* m_stop;    ///< stops the writing or moving
     ThemeButton* m_restore; ///< there while the last start is known to have left files out
     QString m_message;
     QString m_iconName;

@@ -12,7 +12,7 @@ protected:
     RemovalTest()
     {
         undo.joinHistory({[this] { return removal().undoMoment(); }, [this] { return removal().undoActionName(); },
-                          [this] { removal().undoLastRemoval(); }});
+                          [this] { removal().undoLastRemoval(); }, [this] { return removal().isTakingBack(); }});
     }
     ~RemovalTest() override { clock.advance(async::seconds(60)); }
 

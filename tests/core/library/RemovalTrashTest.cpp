@@ -50,7 +50,8 @@ TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
     EXPECT_EQ(workspace().tracks().size(), 4);
     settle();
     EXPECT_EQ(trashCan.asked, (QList<QUrl>{a.url(), star.url()})) << "in list order";
-    EXPECT_EQ(steps, (QStringList{QStringLiteral("0/2"), QStringLiteral("1/2"), QStringLiteral("2/2")}));
+    EXPECT_EQ(steps, (QStringList{QStringLiteral("0/2"), QStringLiteral("1/2"), QStringLiteral("2/2"),
+                                  QStringLiteral("0/0")}));
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({b, c}));
     EXPECT_TRUE(workspace().analysisTracks().isEmpty()) << "a file that is gone has no row anywhere";
     EXPECT_EQ(changes.size(), 1);
@@ -178,6 +179,35 @@ TEST_F(RemovalTrashTest, RowsComeBackWithTheirFilesAndUntilThenStayInTheHistory)
     EXPECT_TRUE(removal().removalHistory().isEmpty());
     EXPECT_FALSE(removal().isTakingBack());
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 20"));
+}
+
+TEST_F(RemovalTrashTest, ARoundOfMovesCanBeStopped)
+{
+    QList<Track> rows;
+    for (int number = 0; number < 10; ++number)
+        rows.append(track(QStringLiteral("%1.mp3").arg(number)));
+    fill(rows);
+    removal().trashTracks(ids(rows));
+    for (int file = 0; file < 3; ++file)
+        executor.runOne();
+    removal().stopMoving();
+    settle();
+    EXPECT_EQ(trashCan.asked.size(), 4) << "the file under way goes";
+    EXPECT_EQ(workspace().tracks().rows().size(), 6);
+    EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 4 · остановлено, осталось: 6"));
+    EXPECT_EQ(removal().progress().total, 0);
+
+    removal().undoLastRemoval();
+    executor.runOne();
+    removal().stopMoving();
+    settle();
+    EXPECT_EQ(workspace().tracks().rows().size(), 8);
+    EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2 · остановлено, осталось: 2"));
+    EXPECT_FALSE(removal().isTakingBack());
+    removal().undoLastRemoval(); // and the rest
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
+    EXPECT_TRUE(removal().removalHistory().isEmpty());
 }
 
 TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)

@@ -92,6 +92,7 @@ public:
     void restoreOriginalTags(const QSet<TrackID>& ids) override { note("restoreOriginalTags", ids); }
     void trashStrayTemporaries() override { note("trashStrayTemporaries"); }
     void cancelTagWrites() override { note("cancelTagWrites"); }
+    void stopMovingFiles() override { note("stopMovingFiles"); }
     void answerWhatSavesKeep(bool keepsOthers) override
     {
         note("answerWhatSavesKeep", {}, keepsOthers ? QStringLiteral("keep") : QStringLiteral("drop"));

@@ -99,6 +99,7 @@ QList<QList<RemovedTrack>> byFile(QList<RemovedTrack> entries)
 struct Removal::Moves {
     QHash<QUrl, TrashedItem> trashed;
     QString error; ///< the first one's text; empty if there was none
+    int left = 0;  ///< files that a stop left where they were
 };
 
 Removal::Removal(const Dependencies& dependencies)
@@ -174,7 +175,7 @@ void Removal::trash(LibraryTab tab, const QList<QUrl>& files)
     if (files.isEmpty() || !m_dependencies.trashCan)
         return;
     const Request request{nextUndoMoment(), tab, files};
-    m_trashing.append(request.moment);
+    m_history.beginTrashing(request.moment);
     emit historyChanged();
     m_moves.append([this, request](std::stop_token stop) { return trashTask(request, std::move(stop)); });
 }
@@ -184,8 +185,10 @@ async::Task<> Removal::trashTask(Request request, std::stop_token stop)
     Moves moves;
     // Held until the rows are gone: a write that waits for its file then finds that there is nothing to write.
     QList<MetadataWriteCoordinator::HeldPath> held;
-    setProgress({0, static_cast<int>(request.files.size()), false});
+    beginProgress(static_cast<int>(request.files.size()), false);
     for (const QUrl& url : request.files) {
+        if (m_isStopping)
+            break;
         held.append(co_await m_dependencies.writes.hold(url, stop));
         auto job = [can = m_dependencies.trashCan, url](const std::stop_token&) { return moveToTrash(*can, url); };
         const Move move = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
@@ -193,8 +196,9 @@ async::Task<> Removal::trashTask(Request request, std::stop_token stop)
             moves.trashed.insert(url, *move.item);
         else if (moves.error.isEmpty())
             moves.error = move.error;
-        setProgress({m_progress.done + 1, m_progress.total, false});
+        advanceProgress();
     }
+    moves.left = endProgress();
     finishTrash(request, moves);
 }
 
@@ -211,11 +215,11 @@ void Removal::finishTrash(const Request& request, const Moves& moves)
         left.insert(list, std::move(cut.rows));
         step.entries.append(cut.removed);
     }
-    m_trashing.removeOne(request.moment);
+    m_history.endTrashing(request.moment);
     if (!moves.error.isEmpty())
         workspace.setLastError(moves.error);
     if (step.entries.isEmpty()) {
-        m_undoing.remove(request.moment);
+        m_history.endTakingBack(request.moment);
         emit historyChanged();
         return;
     }
@@ -227,66 +231,55 @@ void Removal::finishTrash(const Request& request, const Moves& moves)
     m_dependencies.selection.forget(removed);
     emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
     m_dependencies.continuePlaybackAfterRemoving(removed, rows);
-    m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {moves.trashed.size()},
-                                      QStringLiteral("trash"), Tone::Success);
+    if (moves.left > 0)
+        m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d · остановлено, осталось: %d"),
+                                          {moves.trashed.size(), moves.left}, QStringLiteral("trash"), Tone::Warning);
+    else
+        m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {moves.trashed.size()},
+                                          QStringLiteral("trash"), Tone::Success);
 }
 
 void Removal::push(RemovalStep step)
 {
-    const auto place = std::ranges::upper_bound(m_history, step.moment, {}, &RemovalStep::moment);
-    m_history.insert(place, std::move(step));
+    m_history.push(std::move(step));
     emit historyChanged();
-}
-
-std::optional<RemovalStep> Removal::take(quint64 moment)
-{
-    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
-    if (step == m_history.end())
-        return std::nullopt;
-    const RemovalStep taken = *step;
-    m_history.erase(step);
-    emit historyChanged();
-    return taken;
 }
 
 bool Removal::canUndoPhysicalTrash() const
 {
-    return !m_history.isEmpty() && m_history.last().holdsTrashedFile();
-}
-
-quint64 Removal::undoMoment() const
-{
-    quint64 last = 0;
-    for (const quint64 moment : m_trashing)
-        last = m_undoing.contains(moment) ? last : std::max(last, moment);
-    for (const RemovalStep& step : m_history)
-        last = m_undoing.contains(step.moment) ? last : std::max(last, step.moment);
-    return last;
+    return !removalHistory().isEmpty() && removalHistory().last().holdsTrashedFile();
 }
 
 QString Removal::undoActionName() const
 {
-    const quint64 moment = undoMoment();
-    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
-    if (step != m_history.end())
-        return VelmoraLocalization::string(step->actionName);
-    return moment > 0 ? VelmoraLocalization::string(trashName()) : QString();
+    const quint64 moment = m_history.undoMoment();
+    if (moment == 0)
+        return {};
+    const RemovalStep* const step = m_history.find(moment);
+    return VelmoraLocalization::string(step ? step->actionName : trashName());
+}
+
+void Removal::stopMoving()
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_isStopping = m_progress.done < m_progress.total;
 }
 
 void Removal::undoLastRemoval()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const quint64 moment = undoMoment();
+    const quint64 moment = m_history.undoMoment();
     if (moment == 0)
         return;
-    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
-    if (step != m_history.end() && !step->holdsTrashedFile()) {
+    const RemovalStep* const step = m_history.find(moment);
+    if (step && !step->holdsTrashedFile()) {
         Restored restored;
-        putBack(take(moment)->entries, restored);
+        putBack(m_history.take(moment)->entries, restored);
+        emit historyChanged();
         announceRestored(restored);
         return;
     }
-    m_undoing.insert(moment);
+    m_history.beginTakingBack(moment);
     emit historyChanged();
     m_moves.append([this, moment](std::stop_token stop) { return restoreTask(moment, std::move(stop)); });
 }
@@ -295,14 +288,13 @@ void Removal::undoLastRemoval()
 /// whose file is back.
 async::Task<> Removal::restoreTask(quint64 moment, std::stop_token stop)
 {
-    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
-    const QList<QList<RemovedTrack>> files = step == m_history.end() ? QList<QList<RemovedTrack>>() // none of them went
-                                                                     : byFile(step->entries);
+    const RemovalStep* const step = m_history.find(moment);
+    const QList<QList<RemovedTrack>> files = step ? byFile(step->entries) : QList<QList<RemovedTrack>>(); // none went
     Restored restored;
     QList<RemovedTrack> waiting;
     QString firstError;
-    setProgress({0, static_cast<int>(files.size()), true});
-    for (qsizetype file = 0; file < files.size(); ++file) {
+    beginProgress(static_cast<int>(files.size()), true);
+    for (qsizetype file = 0; file < files.size() && !m_isStopping; ++file) {
         const QList<RemovedTrack> entries = files[file];
         QString error;
         if (entries.first().trashed) {
@@ -311,33 +303,33 @@ async::Task<> Removal::restoreTask(quint64 moment, std::stop_token stop)
             };
             error = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
         }
-        if (error.isEmpty())
+        if (error.isEmpty()) {
             waiting.append(entries);
-        else if (firstError.isEmpty())
-            firstError = VelmoraLocalization::format(QStringLiteral("Не удалось восстановить «%@»: %@"),
-                                                     {FileURL::lastPathComponent(entries.first().track.url()), error});
-        setProgress({m_progress.done + 1, m_progress.total, true});
-        if ((file + 1) % kFilesPerUpdate == 0 || file + 1 == files.size()) {
-            forgetEntries(moment, waiting);
-            putBack(std::exchange(waiting, {}), restored);
+        } else {
+            m_history.forget(moment, idsOf(entries)); // another try would fail as well
+            if (firstError.isEmpty())
+                firstError =
+                    VelmoraLocalization::format(QStringLiteral("Не удалось восстановить «%@»: %@"),
+                                                {FileURL::lastPathComponent(entries.first().track.url()), error});
         }
+        advanceProgress();
+        if ((file + 1) % kFilesPerUpdate == 0)
+            putBackMoved(moment, std::exchange(waiting, {}), restored);
     }
+    putBackMoved(moment, waiting, restored);
     if (!firstError.isEmpty())
         m_dependencies.workspace.setLastError(firstError);
-    m_undoing.remove(moment);
-    take(moment); // with what could not be restored
+    restored.left = endProgress();
+    m_history.endTakingBack(moment);
     emit historyChanged();
     announceRestored(restored);
 }
 
 /// What is back in the lists is no longer to be taken back.
-void Removal::forgetEntries(quint64 moment, const QList<RemovedTrack>& entries)
+void Removal::putBackMoved(quint64 moment, const QList<RemovedTrack>& entries, Restored& restored)
 {
-    const auto step = std::ranges::find(m_history, moment, &RemovalStep::moment);
-    if (step == m_history.end())
-        return;
-    const QSet<TrackID> ids = idsOf(entries);
-    step->entries.removeIf([&](const RemovedTrack& entry) { return ids.contains(entry.track.id()); });
+    m_history.forget(moment, idsOf(entries));
+    putBack(entries, restored);
 }
 
 /// \param entries what comes back into the lists; its files are there.
@@ -384,8 +376,13 @@ void Removal::announceRestored(const Restored& restored)
             ids.append(restored.ids.value(list));
     }
     selectRestored(ids);
-    m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d"), {restored.files.size()},
-                                      QStringLiteral("arrow.uturn.backward"), Tone::Success);
+    const QString icon = QStringLiteral("arrow.uturn.backward");
+    if (restored.left > 0)
+        m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d · остановлено, осталось: %d"),
+                                          {restored.files.size(), restored.left}, icon, Tone::Warning);
+    else
+        m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d"), {restored.files.size()}, icon,
+                                          Tone::Success);
 }
 
 void Removal::selectRestored(const QList<TrackID>& ids)
@@ -409,8 +406,25 @@ void Removal::dropSelected(const QSet<TrackID>& ids)
     workspace.setSelection(workspace.selectedIDs() - ids, focused);
 }
 
-void Removal::setProgress(const Progress& progress)
+void Removal::beginProgress(int files, bool isRestoring)
 {
-    m_progress = progress;
+    m_isStopping = false;
+    m_progress = {0, files, isRestoring};
     emit progressChanged();
+}
+
+void Removal::advanceProgress()
+{
+    ++m_progress.done;
+    emit progressChanged();
+}
+
+/// \return the files that a stop left undone.
+int Removal::endProgress()
+{
+    const int left = m_progress.total - m_progress.done;
+    m_progress = {};
+    m_isStopping = false;
+    emit progressChanged();
+    return left;
 }

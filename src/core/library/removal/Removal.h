@@ -2,8 +2,8 @@
 
 #include "async/Executor.h"
 #include "async/TaskQueue.h"
+#include "core/library/removal/RemovalHistory.h"
 #include "core/library/removal/RemovalPlan.h"
-#include "core/library/removal/RemovedTrack.h"
 #include "core/model/LibraryTab.h"
 
 #include <QObject>
@@ -40,7 +40,7 @@ public:
         std::function<void(const TrackID& id)> writePendingEdits;
     };
 
-    /// Files moved and to be moved by the action under way.
+    /// Files moved and to be moved by the action under way; none at other times.
     struct Progress {
         int done = 0;
         int total = 0;
@@ -64,15 +64,18 @@ public:
     /// Takes the last step of the history back, or the Trash move that is under way, once it is over. What cannot be
     /// restored is skipped with an error.
     void undoLastRemoval();
+    /// Ends the round of moves under way after its present file. Files that went stay there and can be taken back; a
+    /// restore keeps what is left in the history.
+    void stopMoving();
 
     /// The steps that can be taken back, the last one on top.
-    const QList<RemovalStep>& removalHistory() const { return m_history; }
+    const QList<RemovalStep>& removalHistory() const { return m_history.steps(); }
     /// Whether the top step holds a file in the Trash.
     bool canUndoPhysicalTrash() const;
     /// The moment of what undoLastRemoval() would take back, see nextUndoMoment(); 0 if there is nothing.
-    quint64 undoMoment() const;
+    quint64 undoMoment() const { return m_history.undoMoment(); }
     /// Whether something is being taken back right now: what was done before it has to wait.
-    bool isTakingBack() const { return !m_undoing.isEmpty(); }
+    bool isTakingBack() const { return m_history.isTakingBack(); }
     /// Localised name of what undoLastRemoval() would take back.
     QString undoActionName() const;
     Progress progress() const { return m_progress; }
@@ -98,24 +101,25 @@ private:
     void finishTrash(const Request& request, const Moves& moves);
     async::Task<> restoreTask(quint64 moment, std::stop_token stop);
     void push(RemovalStep step);
-    std::optional<RemovalStep> take(quint64 moment);
-    void forgetEntries(quint64 moment, const QList<RemovedTrack>& entries);
     /// What came back into the lists so far.
     struct Restored {
         QSet<QUrl> files;
         QHash<Track::MetadataDestination, QList<TrackID>> ids;
+        int left = 0; ///< files that a stop left in the Trash
     };
+    void putBackMoved(quint64 moment, const QList<RemovedTrack>& entries, Restored& restored);
     void putBack(QList<RemovedTrack> entries, Restored& restored);
     void putBackInto(Track::MetadataDestination list, const QList<RemovedTrack>& entries, Restored& restored);
     void announceRestored(const Restored& restored);
     void selectRestored(const QList<TrackID>& ids);
     void dropSelected(const QSet<TrackID>& ids);
-    void setProgress(const Progress& progress);
+    void beginProgress(int files, bool isRestoring);
+    void advanceProgress();
+    int endProgress();
 
     Dependencies m_dependencies;
-    QList<RemovalStep> m_history; ///< ascending by moment
-    QList<quint64> m_trashing;    ///< moments of moves that have not ended
-    QSet<quint64> m_undoing;      ///< moments of what waits to be taken back
+    RemovalHistory m_history;
     Progress m_progress;
+    bool m_isStopping = false;
     async::TaskQueue m_moves;
 };
