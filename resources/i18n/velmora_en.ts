@@ -1178,6 +1178,10 @@
     <translation>The file %@ is damaged or could not be read completely.</translation>
   </message>
   <message>
+    <source>Файлов не найдено при запуске: %d</source>
+    <translation>Files not found at the start: %d</translation>
+  </message>
+  <message>
     <source>Файлы будут перемещены в Корзину macOS. Количество: %d.</source>
     <translation type="vanished">The files will be moved to the macOS Trash. Count: %d.</translation>
   </message>

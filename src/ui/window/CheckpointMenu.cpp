@@ -22,9 +22,15 @@ QString title(const Session::Checkpoint& checkpoint)
 
 void fill(QMenu& menu, Session& session, const QList<Session::Checkpoint>& checkpoints)
 {
-    menu.addSection(Texts::localized(QStringLiteral("Вернуть при следующем запуске")));
-    for (const Session::Checkpoint& checkpoint : checkpoints)
-        menu.addAction(title(checkpoint), [&session, url = checkpoint.url] { session.restoreFromCheckpoint(url); });
+    menu.addAction(Texts::localized(QStringLiteral("Вернуть при следующем запуске")))->setEnabled(false);
+    menu.addSeparator();
+    QString before;
+    for (const Session::Checkpoint& checkpoint : checkpoints) {
+        const QString text = title(checkpoint);
+        if (text != before) // of copies that read alike the newest
+            menu.addAction(text, [&session, url = checkpoint.url] { session.restoreFromCheckpoint(url); });
+        before = text;
+    }
     if (checkpoints.isEmpty())
         menu.addAction(Texts::localized(QStringLiteral("Копий пока нет")))->setEnabled(false);
 }

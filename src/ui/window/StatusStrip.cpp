@@ -119,6 +119,8 @@ void StatusStrip::refreshRestore()
 {
     m_restore->setVisible(m_context.library.session().leftOutCount() > 0);
     m_restore->setContent(Texts::localized(QStringLiteral("Вернуть из копии…")));
+    m_restore->setToolTip(VelmoraLocalization::format(QStringLiteral("Файлов не найдено при запуске: %d"),
+                                                      {m_context.library.session().leftOutCount()}));
     place();
     update();
 }
@@ -233,7 +235,7 @@ void StatusStrip::place()
     m_stop->move(width() - Metrics::kSpace3 - m_stop->width(), (height() - m_stop->height()) / 2);
     const int after = m_message.isEmpty() ? kIconLeft - Metrics::kStep : kTextLeft + messageWidth() + Metrics::kSpace2;
     const int limit = progressLeft() - Metrics::kSpace4 - linksWidth();
-    int left = std::max(kTextLeft, std::min(after, limit));
+    int left = std::max(m_message.isEmpty() ? kIconLeft - Metrics::kStep : kTextLeft, std::min(after, limit));
     for (ThemeButton* link : links()) {
         link->resize(link->sizeHint());
         link->move(left, (height() - link->height()) / 2);
