@@ -1,5 +1,5 @@
 // A program that changes and saves a workspace until it is killed. usage: session_writer FOLDER SEED
-// After each save that has returned it prints the number of the operation that the session then shows.
+// After each save that has returned it prints the number of the operation that the session then shows, and of its rows.
 
 #include "async/MainQueue.h"
 #include "async/SystemClock.h"
@@ -58,7 +58,8 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     if (argc != 3)
         return 2;
-    std::mt19937 random(static_cast<unsigned>(atoi(argv[2])));
+    const int seed = atoi(argv[2]);
+    std::mt19937 random(static_cast<unsigned>(seed));
     WorkspaceSessionStorage storage(QFile::decodeName(argv[1]), {.skipInTests = false});
     async::SystemClock clock;
     Preferences preferences(std::make_unique<MemoryPreferenceStore>());
@@ -70,7 +71,8 @@ int main(int argc, char** argv)
     services.sessionStorage = &storage;
     auto store = std::make_unique<LibraryStore>(services);
     store->workspace().setTracks({SessionSamples::row(QStringLiteral("/music/first.mp3"))});
-    for (int operation = 1; operation <= kOperations; ++operation) {
+    const int first = seed * kOperations; // no number twice, whatever earlier runs left
+    for (int operation = first + 1; operation <= first + kOperations; ++operation) {
         change(store->workspace(), operation, random);
         if (random() % 2 == 0) {
             store->session().saveWorkspaceSessionNow(); // goes on beside what follows
@@ -78,7 +80,7 @@ int main(int argc, char** argv)
             continue;
         }
         store->session().saveWorkspaceSessionSynchronouslyForTermination();
-        printf("%d\n", operation);
+        printf("%d %d\n", operation, int(store->workspace().tracks().size()));
         fflush(stdout);
     }
     store.reset();
