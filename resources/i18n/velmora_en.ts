@@ -556,6 +556,10 @@
     <translation>Could not restore “%@”: %@</translation>
   </message>
   <message>
+    <source>Не удалось выделить устойчивую гармонию в аудиофайле.</source>
+    <translation>No stable harmony was found in the audio file.</translation>
+  </message>
+  <message>
     <source>Не удалось декодировать аудиодорожку для анализа BPM.</source>
     <translation>The audio track could not be decoded for BPM analysis.</translation>
   </message>
@@ -590,6 +594,10 @@
   <message>
     <source>Не указано</source>
     <translation>Not set</translation>
+  </message>
+  <message>
+    <source>Недостаточно аудиоданных для определения тональности.</source>
+    <translation>Not enough audio to determine the key.</translation>
   </message>
   <message>
     <source>Неизвестная ошибка</source>

@@ -1,6 +1,5 @@
 #include "core/model/MusicalKey.h"
 
-#include <QFileInfo>
 #include <QHash>
 
 namespace {
@@ -73,6 +72,20 @@ std::optional<int> wholeNumber(QStringView text)
     return text.startsWith(u'-') ? -value : value;
 }
 
+/// As everywhere: a name that begins with its only point has no extension.
+QString withoutExtension(const QString& fileName)
+{
+    const QString name = fileName.sliced(fileName.lastIndexOf(u'/') + 1);
+    const qsizetype point = name.lastIndexOf(u'.');
+    return point > 0 ? name.first(point) : name;
+}
+
+/// Letters and digits; an accent written as a character of its own belongs to its letter.
+bool belongsToAWord(char32_t character)
+{
+    return QChar::isLetterOrNumber(character) || QChar::isMark(character);
+}
+
 } // namespace
 
 int MusicalKey::camelotNumber() const
@@ -122,14 +135,16 @@ std::optional<QString> MusicalKey::camelotCode(const QString& fromMetadataValue)
 
 std::optional<QString> MusicalKey::embeddedCamelotCode(const QString& inFileName)
 {
-    const QString name = QFileInfo(inFileName).completeBaseName();
-    qsizetype start = 0;
-    for (qsizetype end = 0; end <= name.size(); ++end) {
-        if (end < name.size() && name[end].isLetterOrNumber())
+    const QString name = withoutExtension(inFileName);
+    QString piece;
+    for (const char32_t character : (name + u' ').toUcs4()) {
+        if (belongsToAWord(character)) {
+            piece += QChar::fromUcs4(character);
             continue;
-        if (const std::optional<QString> code = normalizedCamelotCode(name.sliced(start, end - start)))
+        }
+        if (const std::optional<QString> code = normalizedCamelotCode(piece))
             return code;
-        start = end + 1;
+        piece.clear();
     }
     return std::nullopt;
 }
