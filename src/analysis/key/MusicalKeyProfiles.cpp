@@ -12,7 +12,7 @@ constexpr MusicalKeyAnalyzer::PitchClasses kPlainMinor = {0.3471217678, 0.259462
                                                           0.2780692719, 0.2644214001, 0.2876404005, 0.2641913139};
 
 /// In the order of the Camelot codes: 1A, 1B, 2A and so on. Each pair of rows: chroma, then bass, from C upwards.
-/// Learned values with four decimals, see docs/key.md; a test knows their sums.
+/// Learned values with four decimals, see docs/key.md.
 constexpr Reference kReferences[] = {
     // clang-format off
     {{0.2714, 0.2702, 0.2437, 0.3218, 0.2656, 0.2580, 0.2828, 0.2696, 0.3504, 0.2685, 0.3139, 0.3274}, // 1A
