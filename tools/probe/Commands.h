@@ -12,6 +12,8 @@ ExitStatus tags(const QStringList& arguments);
 ExitStatus fallback(const QStringList& arguments);
 ExitStatus import(const QStringList& arguments);
 ExitStatus pcm(const QStringList& arguments);
+ExitStatus key(const QStringList& arguments);
+ExitStatus camelot(const QStringList& arguments);
 ExitStatus waveform(const QStringList& arguments);
 ExitStatus resample(const QStringList& arguments);
 ExitStatus write(const QStringList& arguments);

@@ -1,0 +1,128 @@
+#include "Commands.h"
+#include "Output.h"
+
+#include "analysis/decoding/DecoderError.h"
+#include "analysis/key/MusicalKeyAnalyzer.h"
+#include "platform/FileURL.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QtEndian>
+
+#include <system_error>
+
+namespace {
+
+/// Of raw samples.
+constexpr int kRawSampleRate = 22050;
+
+std::vector<float> rawSamples(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
+    const QByteArray bytes = file.readAll();
+    std::vector<float> samples(std::size_t(bytes.size()) / sizeof(float));
+    qFromLittleEndian<float>(bytes.constData(), qsizetype(samples.size()), samples.data());
+    return samples;
+}
+
+MusicalKeyAnalysis analyze(const QString& path, bool isRaw)
+{
+    using namespace MusicalKeyAnalyzer;
+    if (isRaw)
+        return estimate(features(rawSamples(path), kRawSampleRate, false, {}));
+    return estimate(features(FileURL::fromPath(QDir::current().absoluteFilePath(path)), false, {}));
+}
+
+QJsonObject describe(const MusicalKeyAnalysis& analysis)
+{
+    QJsonArray alternatives;
+    for (const MusicalKeyAnalysis::Alternative& alternative : analysis.alternatives)
+        alternatives.append(QJsonObject{{QStringLiteral("camelot"), alternative.key.camelot()},
+                                        {QStringLiteral("relativeStrength"), alternative.relativeStrength}});
+    const bool isMinor = analysis.key.mode == MusicalKeyMode::Minor;
+    return {{QStringLiteral("camelot"), analysis.key.camelot()},
+            {QStringLiteral("pitchClass"), analysis.key.pitchClass},
+            {QStringLiteral("mode"), isMinor ? QStringLiteral("minor") : QStringLiteral("major")},
+            {QStringLiteral("confidence"), analysis.confidence},
+            {QStringLiteral("tuningCents"), analysis.tuningCents},
+            {QStringLiteral("alternatives"), alternatives}};
+}
+
+/// The analysis of a file, or an object with nothing but the error.
+QJsonObject answerFor(const QString& path, bool isRaw)
+{
+    QJsonObject error;
+    try {
+        return describe(analyze(path, isRaw));
+    } catch (const MusicalKeyAnalyzer::Error& failure) {
+        error = {{QStringLiteral("case"), QString(failure.caseName())},
+                 {QStringLiteral("domain"), QString(MusicalKeyAnalyzer::Error::domain())},
+                 {QStringLiteral("code"), failure.code()},
+                 {QStringLiteral("message"), failure.message()}};
+    } catch (const AudioPCMDecoder::DecoderError& failure) {
+        error = {{QStringLiteral("case"), QString(failure.caseName())}, {QStringLiteral("message"), failure.message()}};
+    } catch (const std::system_error& failure) {
+        error = {{QStringLiteral("domain"), QString::fromLatin1(failure.code().category().name())},
+                 {QStringLiteral("code"), failure.code().value()},
+                 {QStringLiteral("message"), QString::fromLocal8Bit(failure.what())}};
+    }
+    return {{QStringLiteral("error"), error}};
+}
+
+/// What the parser that the request names makes of its text; nothing for something else than a request.
+std::optional<QJsonValue> parsed(const QJsonObject& request)
+{
+    constexpr struct {
+        QLatin1StringView name;
+        std::optional<QString> (*parse)(const QString&);
+    } kParsers[] = {{QLatin1StringView("metadata"), &MusicalKey::camelotCode},
+                    {QLatin1StringView("fileName"), &MusicalKey::embeddedCamelotCode},
+                    {QLatin1StringView("code"), &MusicalKey::normalizedCamelotCode}};
+    for (const auto& parser : kParsers) {
+        const QJsonValue text = request.value(parser.name);
+        if (!text.isString())
+            continue;
+        const std::optional<QString> code = parser.parse(text.toString());
+        return code ? QJsonValue(*code) : QJsonValue(QJsonValue::Null);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+ExitStatus Commands::key(const QStringList& arguments)
+{
+    QStringList paths = arguments;
+    const bool isRaw = paths.removeAll(QStringLiteral("--raw")) > 0;
+    if (paths.isEmpty())
+        return ExitStatus::Usage;
+    ExitStatus status = ExitStatus::Success;
+    for (const QString& path : paths) {
+        QJsonObject answer = answerFor(path, isRaw);
+        if (answer.contains(QLatin1StringView("error")))
+            status = ExitStatus::ItemFailed;
+        answer.insert(QStringLiteral("path"), path);
+        Output::line(answer);
+    }
+    return status;
+}
+
+ExitStatus Commands::camelot(const QStringList& arguments)
+{
+    QFile input;
+    if (!arguments.isEmpty() || !input.open(stdin, QIODevice::ReadOnly))
+        return ExitStatus::Usage;
+    for (QByteArray line = input.readLine(); !line.isEmpty(); line = input.readLine()) {
+        const std::optional<QJsonValue> value = parsed(QJsonDocument::fromJson(line).object());
+        if (!value) {
+            Output::diagnose(QStringLiteral("this line is no request"));
+            return ExitStatus::Usage;
+        }
+        Output::line({{QStringLiteral("value"), *value}});
+    }
+    return ExitStatus::Success;
+}
