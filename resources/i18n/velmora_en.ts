@@ -580,6 +580,10 @@
     <translation>The chosen image could not be prepared as a cover.</translation>
   </message>
   <message>
+    <source>Не удалось подготовить спектральный анализ.</source>
+    <translation>The spectral analysis could not be prepared.</translation>
+  </message>
+  <message>
     <source>Не удалось сохранить обложку в %d из %d файлов. Первый файл: %@. %@</source>
     <translation>The cover could not be saved to %d of %d files. First file: %@. %@</translation>
   </message>
@@ -596,8 +600,16 @@
     <translation>Not set</translation>
   </message>
   <message>
+    <source>Недостаточно аудиоданных для определения BPM.</source>
+    <translation>There is not enough audio data to detect the BPM.</translation>
+  </message>
+  <message>
     <source>Недостаточно аудиоданных для определения тональности.</source>
     <translation>Not enough audio to determine the key.</translation>
+  </message>
+  <message>
+    <source>Недостаточно ритмического материала для определения BPM.</source>
+    <translation>There is not enough rhythmic material to detect the BPM.</translation>
   </message>
   <message>
     <source>Неизвестная ошибка</source>
@@ -606,6 +618,10 @@
   <message>
     <source>Нейтральный</source>
     <translation>Neutral</translation>
+  </message>
+  <message>
+    <source>Некорректный диапазон BPM.</source>
+    <translation>The BPM range is not valid.</translation>
   </message>
   <message>
     <source>Нет прав на запись в папку данных программы.</source>

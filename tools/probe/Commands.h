@@ -14,6 +14,7 @@ ExitStatus import(const QStringList& arguments);
 ExitStatus pcm(const QStringList& arguments);
 ExitStatus key(const QStringList& arguments);
 ExitStatus camelot(const QStringList& arguments);
+ExitStatus tempo(const QStringList& arguments);
 ExitStatus waveform(const QStringList& arguments);
 ExitStatus resample(const QStringList& arguments);
 ExitStatus write(const QStringList& arguments);

@@ -20,6 +20,7 @@ constexpr Command kCommands[] = {
     {QLatin1StringView("pcm"), QLatin1StringView("pcm FILE --rate R [--max S] --out RAW"), &Commands::pcm},
     {QLatin1StringView("key"), QLatin1StringView("key FILE... [--raw]"), &Commands::key},
     {QLatin1StringView("camelot"), QLatin1StringView("camelot < REQUESTS"), &Commands::camelot},
+    {QLatin1StringView("tempo"), QLatin1StringView("tempo FILE... [--low-impact] [--raw]"), &Commands::tempo},
     {QLatin1StringView("waveform"), QLatin1StringView("waveform FILE... [--direct]"), &Commands::waveform},
     {QLatin1StringView("resample"), QLatin1StringView("resample < REQUESTS"), &Commands::resample},
     {QLatin1StringView("write"), QLatin1StringView("write FILE --tags JSON [--keep] [--vault FOLDER]"),

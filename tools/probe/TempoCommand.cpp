@@ -1,0 +1,103 @@
+#include "Commands.h"
+#include "Output.h"
+
+#include "analysis/decoding/AudioPCMDecoder.h"
+#include "analysis/tempo/BPMAnalyzer.h"
+#include "platform/FileURL.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QtEndian>
+
+#include <cerrno>
+#include <system_error>
+
+namespace {
+
+using BPMAnalyzer::Estimate;
+
+// The range that the program itself asks for.
+constexpr double kMinimum = 70;
+constexpr double kMaximum = 200;
+
+struct Options {
+    bool isLowImpact = false;
+    bool isRaw = false;
+};
+
+std::vector<float> rawSamples(const QString& path)
+{
+    QFile file(path);
+    errno = 0;
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
+    const QByteArray bytes = file.readAll();
+    std::vector<float> samples(std::size_t(bytes.size()) / sizeof(float));
+    qFromLittleEndian<float>(bytes.constData(), qsizetype(samples.size()), samples.data());
+    return samples;
+}
+
+Estimate estimate(const QString& path, const Options& options)
+{
+    if (options.isRaw)
+        return BPMAnalyzer::estimateDetailed(rawSamples(path), kMinimum, kMaximum, options.isLowImpact, {});
+    const QUrl url = FileURL::fromPath(QDir::current().absoluteFilePath(path));
+    return BPMAnalyzer::estimateDetailed(url, kMinimum, kMaximum, options.isLowImpact, std::nullopt, {});
+}
+
+void print(const QString& path, const Estimate& estimate)
+{
+    QJsonArray alternatives;
+    for (const Estimate::Alternative& alternative : estimate.alternatives) {
+        alternatives.append(QJsonObject{{QStringLiteral("bpm"), alternative.bpm},
+                                        {QStringLiteral("relativeStrength"), alternative.relativeStrength}});
+    }
+    Output::line({{QStringLiteral("path"), path},
+                  {QStringLiteral("bpm"), estimate.bpm},
+                  {QStringLiteral("confidence"), estimate.confidence},
+                  {QStringLiteral("alternatives"), alternatives}});
+}
+
+ExitStatus fail(const QString& path, const QJsonObject& error)
+{
+    Output::line({{QStringLiteral("path"), path}, {QStringLiteral("error"), error}});
+    return ExitStatus::ItemFailed;
+}
+
+ExitStatus tempoOf(const QString& path, const Options& options)
+{
+    try {
+        print(path, estimate(path, options));
+        return ExitStatus::Success;
+    } catch (const BPMAnalyzer::Error& error) {
+        return fail(path, {{QStringLiteral("case"), QString(error.caseName())},
+                           {QStringLiteral("domain"), QString(BPMAnalyzer::Error::domain())},
+                           {QStringLiteral("code"), error.code()},
+                           {QStringLiteral("message"), error.message()}});
+    } catch (const AudioPCMDecoder::DecoderError& error) {
+        return fail(
+            path, {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}});
+    } catch (const std::system_error& error) {
+        return fail(path, {{QStringLiteral("domain"), QString::fromLatin1(error.code().category().name())},
+                           {QStringLiteral("code"), error.code().value()},
+                           {QStringLiteral("message"), QString::fromLocal8Bit(error.what())}});
+    }
+}
+
+} // namespace
+
+ExitStatus Commands::tempo(const QStringList& arguments)
+{
+    QStringList paths = arguments;
+    const Options options{.isLowImpact = paths.removeAll(QStringLiteral("--low-impact")) > 0,
+                          .isRaw = paths.removeAll(QStringLiteral("--raw")) > 0};
+    if (paths.isEmpty())
+        return ExitStatus::Usage;
+    ExitStatus status = ExitStatus::Success;
+    for (const QString& path : paths) {
+        if (tempoOf(path, options) != ExitStatus::Success)
+            status = ExitStatus::ItemFailed;
+    }
+    return status;
+}
