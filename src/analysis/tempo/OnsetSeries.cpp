@@ -70,7 +70,8 @@ public:
         }
         m_onsets[EnergyFlux].push_back(energyIncrease(frame));
         m_transform.transform();
-        m_change.advance(m_transform.spectrum());
+        const auto spectrum = m_transform.spectrum();
+        m_change.advance({reinterpret_cast<const float*>(spectrum.data()), 2 * spectrum.size()});
         m_onsets[LowBand].push_back(meanOf(bins(m_change.increases(), kLowestBin, kLowBandEnd)));
         m_onsets[HighFlux].push_back(meanOf(bins(m_change.increases(), kHighBandStart + 1, kTopBin)));
         m_onsets[ComplexFlux].push_back(meanOf(bins(m_change.deviations(), kLowestBin, kTopBin)));
@@ -105,7 +106,7 @@ private:
     FourierTransform m_transform = makeTransform();
     const std::vector<float> m_window = FourierTransform::hannWindow(kFrameSize);
     const MelMap m_mel = MelMap(kFrameSize, kSampleRate);
-    SpectralChange m_change = SpectralChange(kFrameSize, kLowestBin, kTopBin + 1);
+    SpectralChange m_change = SpectralChange(kLowestBin, kTopBin + 1);
     std::array<float, MelMap::kBandCount> m_melLevels{};
     float m_level = 0;
     OnsetSection m_onsets;
