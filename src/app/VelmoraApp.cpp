@@ -5,6 +5,7 @@
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/DefaultsMigration.h"
+#include "app/LibraryAnalyzers.h"
 #include "app/LibraryPlayer.h"
 #include "app/LibraryTagFiles.h"
 #include "app/LibraryTrashCan.h"
@@ -156,6 +157,10 @@ void VelmoraApp::buildStore()
     services.readMetadata = [readsWindows1251](const QUrl& url, const AudioTags& fallbackTags) {
         return AudioMetadataLoader::loadIfReadable(url, fallbackTags, *readsWindows1251);
     };
+    services.analyzeBPM = [](const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop) {
+        return LibraryAnalyzers::analyzeBPM(url, mode, std::move(stop));
+    };
+    services.analyzeMusicalKey = &LibraryAnalyzers::analyzeMusicalKey;
     services.sessionStorage = m_sessionStorage.get();
     m_trashCan = std::make_unique<LibraryTrashCan>();
     services.trashCan = m_trashCan.get();

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "analysis/decoding/WorkerClock.h"
+#include "core/library/tempo/BPMAnalysisOutcome.h"
+#include "core/model/MusicalKey.h"
+
+#include <QUrl>
+
+#include <optional>
+#include <stop_token>
+
+/// The estimators as the library's analyses call them. Thread: a worker, which is blocked. Nothing is thrown.
+namespace LibraryAnalyzers {
+
+/// The tempo of one file. A decoder that had to be stopped at its deadline is a permanent failure, all else that goes
+/// wrong may go right the next time.
+BPMAnalysisOutcome analyzeBPM(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop,
+                              const WorkerClock& clock = WorkerClock::system());
+/// The key of one file; nothing where none is heard, the file cannot be read, or the analysis was stopped.
+std::optional<MusicalKeyAnalysis> analyzeMusicalKey(const QUrl& url, std::stop_token stop);
+
+} // namespace LibraryAnalyzers
