@@ -3,6 +3,7 @@
 
 #include "Measure.h"
 #include "core/library/order/Order.h"
+#include "core/library/tempo/TempoResults.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
@@ -58,7 +59,8 @@ struct Library {
     Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
     Notifications notifications;
     Workspace workspace;
-    Order order{{workspace, preferences, notifications, clock, {}, {}, {}, {}, {}, {}}};
+    TempoResults tempo;
+    Order order{{workspace, tempo, preferences, notifications, clock, {}, {}, {}, {}, {}, {}}};
 
     explicit Library(const QList<Track>& tracks)
     {

@@ -15,6 +15,7 @@
 #include "core/library/session/Session.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tempo/Tempo.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 
@@ -28,6 +29,7 @@ struct LibraryConcerns {
     Workspace workspace;
     StatusLine status;
     QuickLists quickLists;
+    TempoResults tempoResults;
     Order order;
     Selection selection;
     Playback playback;
@@ -37,6 +39,7 @@ struct LibraryConcerns {
     TagWriting tagWriting;
     Artwork artwork;
     MetadataLoads loads;
+    Tempo tempo;
     Sending sending;
     Removal removal;
     StrayTemporaries strayTemporaries;
@@ -54,6 +57,8 @@ private:
     TagWriting::Dependencies tagWritingDependencies();
     Artwork::Dependencies artworkDependencies();
     MetadataLoads::Dependencies loadsDependencies();
+    Playback::Dependencies playbackDependencies();
+    Tempo::Dependencies tempoDependencies();
     Sending::Dependencies sendingDependencies();
     Removal::Dependencies removalDependencies();
     std::function<void(const QUrl&)> movingToTrash() const;

@@ -38,7 +38,6 @@ struct LibraryServices {
     TrashCan* trashCan = nullptr;
 
     // Calls to the analysers; an empty one means that nobody listens.
-    std::function<void(const QSet<TrackID>& ids)> detectBPM;
     std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
     std::function<void(const QList<QUrl>& urls)> preloadWaveforms;
     std::function<void(const QUrl& currentURL, const QList<QUrl>& followingURLs)> prioritizeWaveforms;
@@ -51,4 +50,8 @@ struct LibraryServices {
     /// Estimates the key of one file; called on worker threads, must not throw. Gives nothing where no key is heard or
     /// the analysis was stopped. Empty where nothing is estimated.
     std::function<std::optional<MusicalKeyAnalysis>(const QUrl& url, std::stop_token stop)> analyzeMusicalKey;
+
+    /// Whether power is low or the machine is hot, so that analyses hold back; asked often, must not block. Empty where
+    /// nobody knows.
+    std::function<bool()> bpmResourcesAreConstrained;
 };

@@ -39,6 +39,10 @@ TagWriting& LibraryStore::tagWriting() const
 {
     return m_concerns->tagWriting;
 }
+Tempo& LibraryStore::tempo() const
+{
+    return m_concerns->tempo;
+}
 Artwork& LibraryStore::artwork() const
 {
     return m_concerns->artwork;

@@ -17,6 +17,7 @@ class Session;
 class StatusLine;
 class StrayTemporaries;
 class TagWriting;
+class Tempo;
 class Waveforms;
 class Workspace;
 struct LibraryConcerns;
@@ -39,6 +40,7 @@ public:
     StrayTemporaries& strayTemporaries() const;
     Order& order() const;
     TagWriting& tagWriting() const;
+    Tempo& tempo() const;
     Artwork& artwork() const;
     Sending& sending() const;
     Removal& removal() const;

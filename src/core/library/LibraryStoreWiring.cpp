@@ -10,13 +10,14 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , quickLists(services.preferences)
     , order(orderDependencies())
     , selection(workspace, order)
-    , playback({selection})
+    , playback(playbackDependencies())
     , waveforms({selection, services.preloadWaveforms, services.prioritizeWaveforms})
     , favorites(favoritesDependencies())
     , tagSaver(tagSaverDependencies())
     , tagWriting(tagWritingDependencies())
     , artwork(artworkDependencies())
     , loads(loadsDependencies())
+    , tempo(tempoDependencies())
     , sending(sendingDependencies())
     , removal(removalDependencies())
     , strayTemporaries({status, services.executor, movingToTrash()})
@@ -60,15 +61,16 @@ void LibraryConcerns::wireOrder()
 Order::Dependencies LibraryConcerns::orderDependencies()
 {
     return {workspace,
+            tempoResults,
             services.preferences,
             services.notifications,
             services.clock,
             [this] { return loads.isApplyingBatch(); },
             [this] { return favorites.isPatchingMembership(); },
             [this] { return loads.isBusy(); },
-            {},
+            [this] { return tempo.isQueueing(); },
             [this](bool scrolling) { loads.setPlaylistScrolling(scrolling); },
-            {}};
+            [this] { tempo.startBPMWorkerIfPossible(); }};
 }
 
 Favorites::Dependencies LibraryConcerns::favoritesDependencies()
@@ -107,7 +109,34 @@ Artwork::Dependencies LibraryConcerns::artworkDependencies()
 MetadataLoads::Dependencies LibraryConcerns::loadsDependencies()
 {
     return {workspace,         services.notifications, services.clock,
-            services.executor, services.readMetadata,  services.detectBPM};
+            services.executor, services.readMetadata,  [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); }};
+}
+
+/// Tempo analysis gives way to the player.
+Playback::Dependencies LibraryConcerns::playbackDependencies()
+{
+    return {selection, [this](bool isPlaying, const std::optional<TrackID>& currentTrackID) {
+                tempo.playbackStateDidChange(isPlaying, currentTrackID);
+            }};
+}
+
+Tempo::Dependencies LibraryConcerns::tempoDependencies()
+{
+    return {workspace,
+            order,
+            tempoResults,
+            status,
+            tagWriting,
+            services.notifications,
+            services.clock,
+            services.executor,
+            services.analyzeBPM,
+            [this] { return loads.operationCount() > 0; },
+            services.bpmResourcesAreConstrained,
+            [this] { session.scheduleWorkspaceSave(); },
+            [this] { session.saveWorkspaceSessionNow(); },
+            {},
+            {}};
 }
 
 Sending::Dependencies LibraryConcerns::sendingDependencies()
@@ -154,7 +183,7 @@ Imports::Dependencies LibraryConcerns::importsDependencies()
             services.clock,
             services.executor,
             loads,
-            services.detectBPM,
+            [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); },
             [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); },
             services.analyzeQuality,
             [this](const QList<QUrl>& urls) { strayTemporaries.add(urls); }};
@@ -165,6 +194,7 @@ Session::Dependencies LibraryConcerns::sessionDependencies()
     return {workspace,
             selection,
             order,
+            tempo,
             status,
             services.preferences,
             loads,

@@ -307,7 +307,9 @@ TEST_F(OrderTest, EstimatedTemposWaitForTheirQueueAndForTheHand)
     bool isQueueing = false;
     int workerStarts = 0;
     QList<bool> scrolls;
+    TempoResults tempos;
     Order own({alone,
+               tempos,
                preferences,
                notifications,
                clock,
@@ -415,7 +417,7 @@ TEST_F(OrderTest, TheOrderFollowsAnyWalkOfChanges)
             expected += TrackSorter::sorted(base.rows().rows().sliced(folder.first, folder.end - folder.first),
                                             order().trackSortField(LibraryTab::Playlist),
                                             order().trackSortDirection(LibraryTab::Playlist),
-                                            order().estimatedBPMByTrackID(), {});
+                                            store->tempo().tempoTables().estimatedBPMByTrackID, {});
         const QList<Track>& result = order().playlistTracks();
         ASSERT_EQ(result.size(), expected.size()) << "step " << step;
         for (qsizetype row = 0; row < result.size(); ++row)

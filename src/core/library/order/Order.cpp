@@ -1,6 +1,7 @@
 #include "core/library/order/Order.h"
 
 #include "async/MainQueue.h"
+#include "core/library/tempo/TempoResults.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
@@ -77,7 +78,7 @@ const QList<Track>& Order::playlistTracks()
         return base;
     }
     if (!m_areRowsFinished)
-        m_folderSorts.update(base, playlistFolderSections(), key, {m_estimatedBPM, m_popularity});
+        m_folderSorts.update(base, playlistFolderSections(), key, {m_dependencies.tempo.estimates(), m_popularity});
     m_areRowsFinished = true;
     return m_folderSorts.rows();
 }
@@ -92,7 +93,8 @@ const std::vector<Order::PlaylistFolderSection>& Order::playlistFolderSections()
 
 const QList<Track>& Order::favoriteTracks()
 {
-    return m_favorites.rows(m_dependencies.workspace.tracks(), m_filter, m_favoriteChoice.key(), m_estimatedBPM);
+    return m_favorites.rows(m_dependencies.workspace.tracks(), m_filter, m_favoriteChoice.key(),
+                            m_dependencies.tempo.estimates());
 }
 
 QList<Track> Order::coverTracks() const
@@ -237,12 +239,13 @@ void Order::setPlaylistScrolling(bool scrolling)
         m_dependencies.startBPMWorker();
 }
 
-void Order::setEstimatedBPMs(const EstimatedBPMByTrackID& estimates)
+void Order::adoptTempoTables(TempoTables tables)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (m_estimatedBPM == estimates)
+    const bool changes = m_dependencies.tempo.estimates() != tables.estimatedBPMByTrackID;
+    m_dependencies.tempo.assign(std::move(tables));
+    if (!changes)
         return;
-    m_estimatedBPM = estimates;
     m_folderSorts.forgetInputs();
     reorder();
 }
@@ -250,14 +253,8 @@ void Order::setEstimatedBPMs(const EstimatedBPMByTrackID& estimates)
 void Order::setEstimatedBPM(const TrackID& id, const std::optional<QString>& text)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const auto known = m_estimatedBPM.constFind(id);
-    const bool isKnown = known != m_estimatedBPM.constEnd();
-    if (isKnown == text.has_value() && (!isKnown || *known == *text))
+    if (!m_dependencies.tempo.setEstimate(id, text))
         return;
-    if (text)
-        m_estimatedBPM.insert(id, *text);
-    else
-        m_estimatedBPM.remove(id);
     const TrackSortField field = m_playlistChoice.key().field;
     const bool movesPlaylist = field == TrackSortField::BPM || field == TrackSortField::Rating;
     if (movesPlaylist)

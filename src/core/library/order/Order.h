@@ -10,7 +10,9 @@
 
 class Notifications;
 class Preferences;
+class TempoResults;
 class Workspace;
+struct TempoTables;
 
 /// The display order of the playlist and of Favorites. The playlist's base order is by folder and file name; a field of
 /// the user's choice reorders within each folder. While the list scrolls or a batch of tags is applied the order is
@@ -22,6 +24,7 @@ public:
     /// Questions and calls to other concerns; an empty one is "no" or nobody.
     struct Dependencies {
         Workspace& workspace;
+        TempoResults& tempo;
         Preferences& preferences;
         Notifications& notifications;
         async::Clock& clock;
@@ -69,9 +72,8 @@ public:
     /// Reading of tags came to an end: a second later the playlist is put in order, if that is owed.
     void scheduleMetadataSortRefresh() { m_refresh.schedule(); }
 
-    const EstimatedBPMByTrackID& estimatedBPMByTrackID() const { return m_estimatedBPM; }
-    /// Takes the tempo estimates of a session over.
-    void setEstimatedBPMs(const EstimatedBPMByTrackID& estimates);
+    /// Takes the tempo tables of a session over.
+    void adoptTempoTables(TempoTables tables);
     /// Stores or removes the estimate of a track. The order follows with settleBPMSort().
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
     /// A round of tempo analysis ended: lists sorted by tempo are put in order, unless that has to wait.
@@ -111,7 +113,6 @@ private:
     SortChoice m_playlistChoice;
     SortChoice m_favoriteChoice;
     FavoriteFilter m_filter;
-    EstimatedBPMByTrackID m_estimatedBPM;
     TrackPopularitySortValues m_popularity;
 
     PlaylistBase m_base;

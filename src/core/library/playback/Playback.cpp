@@ -20,6 +20,8 @@ void Playback::playbackStateDidChange(bool isPlaying, const std::optional<TrackI
     VELMORA_ASSERT_MAIN_THREAD();
     m_isPlaying = isPlaying;
     m_currentTrackID = currentTrackID;
+    if (m_dependencies.playbackStateDidChange)
+        m_dependencies.playbackStateDidChange(isPlaying, currentTrackID);
 }
 
 void Playback::continuePlaybackAfterRemoving(const QSet<TrackID>& ids, const QList<Track>& rows)

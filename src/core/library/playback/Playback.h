@@ -5,6 +5,8 @@
 #include <QList>
 #include <QSet>
 
+#include <functional>
+
 class Selection;
 
 /// The library's side of playing: what the player told last, and what it is asked when rows go. Thread: main.
@@ -12,6 +14,8 @@ class Playback {
 public:
     struct Dependencies {
         Selection& selection;
+        /// Called with what the player told; may be empty.
+        std::function<void(bool isPlaying, const std::optional<TrackID>& currentTrackID)> playbackStateDidChange;
     };
 
     explicit Playback(const Dependencies& dependencies);

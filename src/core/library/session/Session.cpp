@@ -7,6 +7,7 @@
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Localization.h"
 #include "platform/Preferences.h"
@@ -209,8 +210,7 @@ SessionRecord Session::makeWorkspaceSession()
     record.musicalKeyAnalyses = m_musicalKeyAnalyses;
     record.duplicateRoots = workspace.duplicateSearchRoots();
     record.duplicateTracks = workspace.duplicateTracks().rows();
-    record.tempo = m_tempo;
-    record.tempo.estimatedBPMByTrackID = m_dependencies.order.estimatedBPMByTrackID();
+    record.tempo = m_dependencies.tempo.tempoTables();
     const auto& offset = m_dependencies.preferences.playlistScrollOffset;
     if (offset.isSet())
         record.playlistScrollOffset = offset.get();
@@ -259,12 +259,11 @@ void Session::putListsInPlace(WorkspaceLoad::Result& result)
 {
     Workspace& workspace = m_dependencies.workspace;
     SessionRecord& session = result.session;
-    m_dependencies.order.setEstimatedBPMs(session.tempo.estimatedBPMByTrackID);
+    m_dependencies.tempo.restoreTempoTables(std::move(session.tempo));
     if (!result.tracks.isEmpty()) {
         m_dependencies.order.adopt(std::move(result.playlist), result.language);
         workspace.adoptTracks(std::move(result.tracks));
     }
-    m_tempo = std::move(session.tempo);
     m_musicalKeyAnalyses = std::move(session.musicalKeyAnalyses);
     workspace.setConversionItems(std::move(result.conversionItems));
     workspace.setList(Destination::Analysis, session.analysisTracks);

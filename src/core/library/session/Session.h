@@ -15,6 +15,7 @@ class Order;
 class Preferences;
 class Selection;
 class StatusLine;
+class Tempo;
 class Workspace;
 class WorkspaceSessionStorage;
 
@@ -28,6 +29,7 @@ public:
         Workspace& workspace;
         Selection& selection;
         Order& order;
+        Tempo& tempo;
         StatusLine& status;
         Preferences& preferences;
         MetadataLoads& loads;
@@ -94,7 +96,6 @@ private:
     qint64 m_saveRevision = 0;
     int m_leftOut = 0;
     // Results of analyses as the session file holds them, kept for those who fill and use them.
-    TempoTables m_tempo;
     QHash<TrackID, MusicalKeyAnalysis> m_musicalKeyAnalyses;
     async::TaskSlot m_restoreTask;
     async::TaskSlot m_waveformTask;

@@ -69,6 +69,8 @@ struct TagWriting::UndoStep {
     TagEditPlan::TagValues after = {};
     /// Fields whose value before is a guess until the file is looked at.
     QHash<TrackID, TagFields> unknown = {};
+    std::function<void()> undone = {};
+    std::function<void()> redone = {};
 };
 
 TagWriting::TagWriting(const Dependencies& dependencies)
@@ -158,20 +160,26 @@ QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
 /// Gives the fields of \p kind to the rows and their files, as one step of undo. \return how many rows changed.
 int TagWriting::edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager)
 {
-    const TrackList& tracks = m_dependencies.workspace.tracks();
     const auto step = std::make_shared<UndoStep>(kind);
-    step->before = TagEditPlan::valuesBefore(tracks, tags, step->fields, ids);
-    for (auto entry = step->before.cbegin(); entry != step->before.cend(); ++entry) {
+    step->before = TagEditPlan::valuesBefore(m_dependencies.workspace.tracks(), tags, step->fields, ids);
+    for (auto entry = step->before.cbegin(); entry != step->before.cend(); ++entry)
         step->after.insert(entry.key(), TagFieldSet::merged(entry.value(), tags, step->fields));
-        const TagFields unknown = TagEditPlan::unknownFields(*tracks.find(entry.key()), step->fields,
-                                                             m_dependencies.saver.pendingEdits(entry.key()));
+    return perform(step, undoManager);
+}
+
+int TagWriting::perform(const std::shared_ptr<UndoStep>& step, UndoManager* undoManager)
+{
+    const TrackList& tracks = m_dependencies.workspace.tracks();
+    for (const TrackID& id : step->before.keys()) {
+        const TagFields unknown =
+            TagEditPlan::unknownFields(*tracks.find(id), step->fields, m_dependencies.saver.pendingEdits(id));
         if (unknown)
-            step->unknown.insert(entry.key(), unknown);
+            step->unknown.insert(id, unknown);
     }
     if (undoManager && !step->before.isEmpty()) {
         watchUnknown(step);
         undoManager->registerUndo(
-            step->actionName, [this, step] { takeBack(*step); }, [this, step] { apply(step->after, *step); });
+            step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(*step); });
     }
     apply(step->after, *step);
     return static_cast<int>(step->before.size());
@@ -201,6 +209,15 @@ void TagWriting::takeBack(const UndoStep& step)
     apply(step.before, step);
     for (auto entry = step.unknown.cbegin(); entry != step.unknown.cend(); ++entry)
         m_dependencies.saver.forgetEdits(entry.key(), entry.value());
+    if (step.undone)
+        step.undone();
+}
+
+void TagWriting::writeAgain(const UndoStep& step)
+{
+    apply(step.after, step);
+    if (step.redone)
+        step.redone();
 }
 
 void TagWriting::apply(const TagEditPlan::TagValues& values, const UndoStep& step)
@@ -248,6 +265,24 @@ void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<
     if (count > 0)
         m_dependencies.status.showCounted(QStringLiteral("Теги изменены: %d"), {count}, QStringLiteral("tag"),
                                           Tone::Success);
+}
+
+void TagWriting::saveTexts(const FieldTexts& edit, UndoManager* undoManager)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const auto step = std::make_shared<UndoStep>(UndoStep{edit.actionName, QString(), edit.field});
+    step->undone = edit.undone;
+    step->redone = edit.redone;
+    for (auto entry = edit.texts.cbegin(); entry != edit.texts.cend(); ++entry) {
+        const Track* track = m_dependencies.workspace.tracks().find(entry.key());
+        if (!track)
+            continue;
+        AudioTags after = track->tags();
+        after.*TagFieldSet::member(edit.field) = *entry;
+        step->before.insert(entry.key(), track->tags());
+        step->after.insert(entry.key(), after);
+    }
+    perform(step, undoManager);
 }
 
 void TagWriting::synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks)

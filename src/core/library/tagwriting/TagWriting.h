@@ -11,6 +11,7 @@
 #include <QSet>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class Notifications;
@@ -47,6 +48,16 @@ public:
     void save(const AudioTags& tags, const TrackID& id);
     /// Writes the chosen fields into rows and files, as one step of undo. \param undoManager may be null.
     void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// A text per row for one field, and what goes with it.
+    struct FieldTexts {
+        TagField field;
+        QString actionName; ///< localisation key
+        QHash<TrackID, QString> texts;
+        std::function<void()> undone; ///< called after the texts were taken back; may be empty
+        std::function<void()> redone; ///< called after they were written again; may be empty
+    };
+    /// Writes each row's own text into rows and files, as one step of undo. \param undoManager may be null.
+    void saveTexts(const FieldTexts& edit, UndoManager* undoManager);
     /// Sets the key of all rows of these files, in the list that is handed in. \param keys by standardized path.
     static void synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks);
 
@@ -67,8 +78,10 @@ private:
     void clear(AssignedField field, const QSet<TrackID>& ids, UndoManager* undoManager);
     QSet<TrackID> favoriteTargets(const QSet<TrackID>& ids);
     int edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager);
+    int perform(const std::shared_ptr<UndoStep>& step, UndoManager* undoManager);
     void watchUnknown(const std::shared_ptr<UndoStep>& step);
     void takeBack(const UndoStep& step);
+    void writeAgain(const UndoStep& step);
     void apply(const TagEditPlan::TagValues& values, const UndoStep& step);
     void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
     void announceAndWrite(const QString& fieldName, TagFields edited, const QList<Track>& changed);

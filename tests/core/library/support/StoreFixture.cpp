@@ -26,10 +26,14 @@ LibraryServices StoreFixture::services()
         readURLs.append(url);
         return reader ? reader(url, fallback) : std::nullopt;
     };
-    services.detectBPM = [this](const QSet<TrackID>& asked) {
-        tempoAsked.unite(asked);
+    services.analyzeBPM = [this](const QUrl& url, const BPMAnalysisMode& mode, const std::stop_token& stop) {
         ++tempoCalls;
+        if (const std::optional<int> row = workspace().tracks().indexOfURL(url))
+            tempoAsked.insert(workspace().tracks().at(*row).id());
+        return analyzer ? analyzer(url, mode, stop)
+                        : BPMAnalysisOutcome{BPMAnalysisOutcome::Case::PermanentFailure, {}};
     };
+    services.bpmResourcesAreConstrained = [this] { return areResourcesConstrained; };
     services.preloadWaveforms = [this](const QList<QUrl>& urls) { waveformURLs.append(urls); };
     services.analyzeQuality = [this](const QSet<TrackID>& asked) { qualityAsked.unite(asked); };
     services.trashCan = m_trashCan;

@@ -12,6 +12,7 @@
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tempo/Tempo.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
@@ -84,14 +85,17 @@ protected:
 
     // What left the store.
     QList<QUrl> readURLs;
-    QSet<TrackID> tempoAsked;
-    int tempoCalls = 0;
+    QSet<TrackID> tempoAsked; ///< tracks whose analysis ran
+    int tempoCalls = 0;       ///< analyses that ran
     QList<QUrl> waveformURLs;
     QSet<TrackID> qualityAsked;
     RecordingPlayer player;
 
     /// What a read gives; nothing for files that cannot be read.
     std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)> reader;
+    /// What an analysis of tempo gives; a failure for good where it is empty.
+    std::function<BPMAnalysisOutcome(const QUrl&, const BPMAnalysisMode&, const std::stop_token&)> analyzer;
+    bool areResourcesConstrained = false;
     std::unique_ptr<LibraryStore> store;
 
 private:

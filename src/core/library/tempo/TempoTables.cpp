@@ -1,4 +1,4 @@
-#include "core/library/session/SessionRecord.h"
+#include "core/library/tempo/TempoTables.h"
 
 #include "platform/files/FileCalls.h"
 

@@ -1,0 +1,165 @@
+#pragma once
+
+#include "async/Clock.h"
+#include "async/Executor.h"
+#include "async/TaskSlot.h"
+#include "core/library/tempo/BPMAnalysisProgress.h"
+#include "core/library/tempo/BPMQueue.h"
+#include "core/library/tempo/BPMWorkers.h"
+#include "core/library/tempo/TempoRequests.h"
+#include "core/library/tempo/TempoResults.h"
+
+#include <QObject>
+
+#include <functional>
+
+class Notifications;
+class Order;
+class StatusLine;
+class TagWriting;
+class UndoManager;
+class Workspace;
+
+/// What a row shows of its tempo beside its tag.
+struct PlaylistBPMState {
+    bool isAnalyzing = false;
+    std::optional<QString> estimatedBPM;
+
+    bool operator==(const PlaylistBPMState&) const = default;
+};
+
+/// Tempo analysis in the background: which tracks get one, when and how gently, and what the user makes of the results.
+/// A tag is always believed: a track that has one is never analysed. Playback comes first: running analyses are stopped
+/// and begun again more gently when it starts. Thread: main.
+class Tempo : public QObject {
+    Q_OBJECT
+
+public:
+    /// Questions and calls to others; an empty one is "no" or nobody.
+    struct Dependencies {
+        Workspace& workspace;
+        Order& order;
+        TempoResults& results;
+        StatusLine& status;
+        TagWriting& tagWriting;
+        Notifications& notifications;
+        async::Clock& clock;
+        async::Executor& executor;
+        /// Empty where nothing is estimated: nothing is queued then.
+        BPMWorkers::Analyzer analyzeBPM;
+        std::function<bool()> isLoadingMetadata;
+        /// Whether power is low or the machine is hot.
+        std::function<bool()> bpmResourcesAreConstrained;
+        std::function<void()> scheduleWorkspaceSave;
+        std::function<void()> saveWorkspaceSessionNow;
+        /// Playing starts: the analyses of quality and key stop, and their workers with them.
+        std::function<void()> cancelQuietAnalyses;
+        /// Playing stopped a while ago: the worker for quality starts, then that for keys.
+        std::function<void()> startQuietAnalyses;
+    };
+
+    explicit Tempo(Dependencies dependencies);
+    ~Tempo() override;
+
+    /// Queues tracks that have neither tag nor estimate; one whose file is unchanged since an earlier analysis gets
+    /// that result instead. Many tracks are gone through in slices.
+    void detectBPM(const QSet<TrackID>& ids);
+    /// Follows the player: analyses become gentle when it starts, the track it plays comes first, and they speed up
+    /// again when it stops.
+    void playbackStateDidChange(bool isPlaying, const std::optional<TrackID>& currentTrackID);
+    /// Starts as many workers as tracks wait and circumstances allow.
+    void startBPMWorkerIfPossible() { m_workers.startBPMWorkerIfPossible(); }
+
+    /// How far analysis is now; nothing while nothing is queued.
+    std::optional<BPMAnalysisProgress> bpmAnalysisProgress() const;
+    /// What was published last, at most every tenth of a second.
+    const BPMAnalysisProgressState& bpmAnalysisProgressState() const { return m_progressState; }
+    PlaylistBPMState playlistBPMState(const TrackID& id) const;
+    /// Of the estimate, 0 to 1; 1 where the user chose it.
+    std::optional<double> confidence(const TrackID& id) const { return m_dependencies.results.confidence(id); }
+    /// Other tempos of the same rhythm, strongest first, where an analysis of this run found them.
+    QList<TempoEstimate::Alternative> alternatives(const TrackID& id) const
+    {
+        return m_dependencies.results.alternatives(id);
+    }
+    /// Whether tracks wait for their tempo or are being analysed.
+    bool isQueueing() const { return !m_queue.isEmpty(); }
+
+    /// Forgets the estimates of rows without tag, and queues them.
+    void detectAgain(const QSet<TrackID>& ids);
+    /// Writes the estimates as whole numbers into the tags, as one step of undo; a row whose write begins loses its
+    /// estimate, for the tag is believed. Says how many, or that there is none. \param undoManager may be null.
+    void writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager = nullptr);
+    /// Makes what is shown (the estimate, else the number in the tag) times a factor the estimate, as a whole number.
+    /// Rows that would get less than 20 or more than 400 keep what they have.
+    void scaleTempo(const QSet<TrackID>& ids, double factor);
+    /// Makes a tempo from 20 to 400 the estimate of rows, with full confidence.
+    void setTempo(const QSet<TrackID>& ids, int bpm);
+
+    /// The tables that outlive the program.
+    const TempoTables& tempoTables() const { return m_dependencies.results.tables(); }
+    /// Takes the tables of a session over.
+    void restoreTempoTables(TempoTables tables);
+
+Q_SIGNALS:
+    /// At once; one signal for all rows of one operation.
+    void playlistBPMStatesChanged(const QSet<TrackID>& ids);
+    /// bpmAnalysisProgressState() differs.
+    void progressChanged();
+
+private:
+    struct TakenEstimate;
+
+    BPMWorkers::Dependencies workersDependencies();
+    BPMAnalysisSchedulingPolicy currentBPMSchedulingPolicy() const;
+    const Track* withoutTag(const TrackID& id) const;
+
+    void request(const QSet<TrackID>& ids, bool forgets);
+    async::Task<> takeRequests(std::stop_token stop);
+    void enqueue(const QList<TrackID>& ids, const QSet<QString>& changedFiles);
+    bool takeOverFileEstimate(const Track& track, const QSet<QString>& changedFiles);
+    void forgetEstimates(const QList<TrackID>& ids);
+    void finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
+    void succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
+    void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
+
+    static QSet<TrackID> idsOf(const QHash<TrackID, TakenEstimate>& taken);
+    void giveUp(const QSet<TrackID>& ids);
+    void giveBack(const QHash<TrackID, TakenEstimate>& taken);
+    void chooseTempos(const QHash<TrackID, int>& tempos);
+    async::Task<> recordChoices(QHash<TrackID, int> tempos, std::stop_token stop);
+    void withdraw(const QSet<TrackID>& ids);
+    void estimatesChosen();
+
+    void prioritizeBPMAnalysisForPlayback(const std::optional<TrackID>& trackID);
+    async::Task<bool> workersGone(std::stop_token stop);
+    async::Task<> resumePlaying(std::stop_token stop);
+    async::Task<> resumeStopped(std::stop_token stop);
+
+    void stateChanged(const TrackID& id);
+    void announceStates();
+    void scheduleBPMNotification();
+    async::Task<> notifyLater(std::stop_token stop);
+    void countRows() const;
+
+    /// Rows of the playlist, and those of them that have a tempo.
+    struct RowCount {
+        int total = 0;
+        int completed = 0;
+    };
+
+    Dependencies m_dependencies;
+    BPMQueue m_queue;
+    TempoRequests m_requests;
+    bool m_isPlaying = false;
+    BPMAnalysisProgressState m_progressState;
+    mutable std::optional<RowCount> m_rowCount; ///< nothing while the list differs from what was counted
+    QSet<TrackID> m_changedStates;              ///< not announced yet
+    std::optional<async::Duration> m_lastBPMWorkspaceCheckpointAt;
+    bool m_isNotificationPending = false;
+    BPMWorkers m_workers;
+    async::TaskSlot m_requestTask;
+    async::TaskSlot m_notificationTask;
+    async::TaskSlot m_resumeTask; ///< after a change of playback
+    async::TaskGroup m_recordTasks;
+};

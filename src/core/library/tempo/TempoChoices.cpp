@@ -1,0 +1,180 @@
+#include "core/library/tempo/Tempo.h"
+
+#include "async/MainQueue.h"
+#include "core/library/order/TrackSorter.h"
+#include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/TagWriting.h"
+#include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
+
+#include <cmath>
+
+// What the user makes of the tempos that were found.
+
+namespace {
+
+using Tone = WorkspaceStatus::Tone;
+
+// Chosen: wider than any music, so that no slip of a key makes nonsense.
+constexpr int kLowestTempo = 20;
+constexpr int kHighestTempo = 400;
+
+/// A file whose tempo the user chose.
+struct ChosenFile {
+    TrackID id;
+    QUrl url;
+    QString text;
+};
+
+/// What is kept for a file; in the order of the files.
+QList<std::optional<CachedBPMEstimate>> recordsOf(const QList<ChosenFile>& files)
+{
+    QList<std::optional<CachedBPMEstimate>> records;
+    for (const ChosenFile& file : files)
+        records.append(CachedBPMEstimate::make(file.url, file.text, 1));
+    return records;
+}
+
+} // namespace
+
+/// An estimate that was taken away and may come back.
+struct Tempo::TakenEstimate {
+    QString text;
+    std::optional<double> confidence;
+    QList<TempoEstimate::Alternative> alternatives;
+};
+
+void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    TempoResults& results = m_dependencies.results;
+    TagWriting::FieldTexts edit{TagField::Tempo, QStringLiteral("Записать темп"), {}, {}, {}};
+    QHash<TrackID, TakenEstimate> taken;
+    for (const TrackID& id : ids) {
+        const std::optional<QString> text = results.estimate(id);
+        const std::optional<double> bpm = text ? TrackSorter::bpmNumber(*text) : std::nullopt;
+        if (!bpm || !m_dependencies.workspace.tracks().contains(id))
+            continue;
+        edit.texts.insert(id, BPMWorkers::textOf(*bpm));
+        taken.insert(id, {*text, results.confidence(id), results.alternatives(id)});
+    }
+    if (taken.isEmpty()) {
+        m_dependencies.status.showStatus(QStringLiteral("Нет темпа для записи"), QStringLiteral("metronome"),
+                                         Tone::Warning);
+        return;
+    }
+    edit.undone = [this, taken] { giveBack(taken); };
+    edit.redone = [this, written = idsOf(taken)] { giveUp(written); };
+    m_dependencies.tagWriting.saveTexts(edit, undoManager);
+    giveUp(idsOf(taken));
+    m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d"), {static_cast<int>(taken.size())},
+                                      QStringLiteral("metronome"), Tone::Success);
+}
+
+QSet<TrackID> Tempo::idsOf(const QHash<TrackID, TakenEstimate>& taken)
+{
+    return {taken.keyBegin(), taken.keyEnd()};
+}
+
+/// The tag tells it from now on, and the file changes.
+void Tempo::giveUp(const QSet<TrackID>& ids)
+{
+    withdraw(ids);
+    for (const TrackID& id : ids) {
+        setEstimatedBPM(id, std::nullopt);
+        if (const Track* track = m_dependencies.workspace.tracks().find(id))
+            m_dependencies.results.forgetFile(FileURL::standardizedPath(track->url()));
+    }
+    estimatesChosen();
+}
+
+void Tempo::giveBack(const QHash<TrackID, TakenEstimate>& taken)
+{
+    for (auto entry = taken.cbegin(); entry != taken.cend(); ++entry) {
+        if (!m_dependencies.workspace.tracks().contains(entry.key()))
+            continue;
+        setEstimatedBPM(entry.key(), entry->text);
+        if (entry->confidence)
+            m_dependencies.results.setConfidence(entry.key(), *entry->confidence);
+        m_dependencies.results.setAlternatives(entry.key(), entry->alternatives);
+    }
+    withdraw(idsOf(taken));
+    estimatesChosen();
+}
+
+void Tempo::scaleTempo(const QSet<TrackID>& ids, double factor)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    QHash<TrackID, int> tempos;
+    for (const TrackID& id : ids) {
+        const Track* track = m_dependencies.workspace.tracks().find(id);
+        const std::optional<double> shown =
+            track ? TrackSorter::bpmValue(*track, m_dependencies.results.estimates()) : std::nullopt;
+        const double scaled = std::round(shown.value_or(0) * factor);
+        if (scaled >= kLowestTempo && scaled <= kHighestTempo)
+            tempos.insert(id, static_cast<int>(scaled));
+    }
+    chooseTempos(tempos);
+}
+
+void Tempo::setTempo(const QSet<TrackID>& ids, int bpm)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    QHash<TrackID, int> tempos;
+    for (const TrackID& id : ids) {
+        if (bpm >= kLowestTempo && bpm <= kHighestTempo && m_dependencies.workspace.tracks().contains(id))
+            tempos.insert(id, bpm);
+    }
+    chooseTempos(tempos);
+}
+
+/// What the user says stands: an analysis of the row that waits or runs is given up.
+void Tempo::chooseTempos(const QHash<TrackID, int>& tempos)
+{
+    if (tempos.isEmpty())
+        return;
+    withdraw({tempos.keyBegin(), tempos.keyEnd()});
+    for (auto entry = tempos.cbegin(); entry != tempos.cend(); ++entry) {
+        setEstimatedBPM(entry.key(), QString::number(*entry));
+        m_dependencies.results.setConfidence(entry.key(), 1);
+    }
+    estimatesChosen();
+    m_recordTasks.add([this, tempos](std::stop_token stop) { return recordChoices(tempos, std::move(stop)); });
+}
+
+/// Keeps the choices for the files too. What was chosen anew meanwhile has a task of its own.
+async::Task<> Tempo::recordChoices(QHash<TrackID, int> tempos, std::stop_token stop)
+{
+    QList<ChosenFile> files;
+    for (auto entry = tempos.cbegin(); entry != tempos.cend(); ++entry) {
+        if (const Track* track = m_dependencies.workspace.tracks().find(entry.key()))
+            files.append({entry.key(), track->url(), QString::number(*entry)});
+    }
+    auto job = [files](const std::stop_token&) { return recordsOf(files); };
+    const QList<std::optional<CachedBPMEstimate>> records =
+        co_await m_dependencies.executor.run(async::Priority::Utility, stop, std::move(job));
+    TempoResults& results = m_dependencies.results;
+    for (qsizetype place = 0; place < files.size(); ++place) {
+        const ChosenFile& file = files[place];
+        if (records[place] && results.estimate(file.id) == file.text)
+            results.setOfFile(FileURL::standardizedPath(file.url), *records[place]);
+    }
+    if (m_dependencies.scheduleWorkspaceSave)
+        m_dependencies.scheduleWorkspaceSave();
+}
+
+void Tempo::withdraw(const QSet<TrackID>& ids)
+{
+    if (m_queue.isEmpty())
+        return;
+    m_queue.withdraw(ids);
+    m_workers.forget(ids);
+}
+
+void Tempo::estimatesChosen()
+{
+    announceStates();
+    scheduleBPMNotification();
+    if (m_dependencies.scheduleWorkspaceSave)
+        m_dependencies.scheduleWorkspaceSave();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/library/workspace/TrackList.h"
+
+#include <QSet>
+
+#include <deque>
+
+/// Requests for tempo that are gone through in slices, each in the order of the list. A value. Thread: main.
+class TempoRequests {
+public:
+    /// Rows of one request.
+    struct Slice {
+        QList<TrackID> ids;   ///< in the order of the list
+        bool forgets = false; ///< whether their estimates shall be forgotten first
+    };
+
+    void add(QSet<TrackID> ids, bool forgets);
+    bool isEmpty() const { return m_requests.empty(); }
+    /// The next slice, which may be empty; tracks that are not in the list are left out.
+    Slice next(const TrackList& tracks);
+
+private:
+    struct Request {
+        QSet<TrackID> ids; ///< still to come
+        bool forgets = false;
+        int row = 0;           ///< where the walk over the list stands
+        bool hasFound = false; ///< whether this walk found any
+    };
+
+    static QList<TrackID> walk(Request& request, const TrackList& tracks);
+
+    std::deque<Request> m_requests;
+};
