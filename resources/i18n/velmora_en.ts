@@ -88,6 +88,10 @@
     <translation>BPM analysis was stopped: the decoder did not respond in time.</translation>
   </message>
   <message>
+    <source>Анализ BPM: %d из %d</source>
+    <translation>BPM analysis: %d of %d</translation>
+  </message>
+  <message>
     <source>Анализ качества</source>
     <translation>Quality analysis</translation>
   </message>
@@ -368,6 +372,10 @@
     <translation>Replace…</translation>
   </message>
   <message>
+    <source>Записать темп</source>
+    <translation>Write Tempo</translation>
+  </message>
+  <message>
     <source>Запись остановлена, в файлы не записано: %d</source>
     <translation>Writing stopped, not written to files: %d</translation>
   </message>
@@ -638,6 +646,10 @@
   <message>
     <source>Нет прав на чтение файла %@.</source>
     <translation>You are not permitted to read the file %@.</translation>
+  </message>
+  <message>
+    <source>Нет темпа для записи</source>
+    <translation>No tempo to write</translation>
   </message>
   <message>
     <source>Низкая</source>
@@ -1076,6 +1088,10 @@
   <message>
     <source>Тема</source>
     <translation>Theme</translation>
+  </message>
+  <message>
+    <source>Темп записан: %d</source>
+    <translation>Tempo written: %d</translation>
   </message>
   <message>
     <source>Только десять полей</source>

@@ -27,6 +27,7 @@
 #include "platform/Preferences.h"
 #include "platform/TerminationSignals.h"
 #include "platform/audio/AudioFilePlayer.h"
+#include "platform/power/ResourceWatch.h"
 #include "playback/AudioPlayer.h"
 #include "tags/AudioMetadataLoader.h"
 #include "tags/keeping/TagInventoryReader.h"
@@ -96,6 +97,7 @@ VelmoraApp::~VelmoraApp()
     m_library.reset();
     m_waveformQueue.reset();
     m_waveforms.reset();
+    m_resourceWatch.reset();
     async::MainQueue::drain(); // tasks that were stopped just now come to their end while the clock is there
     m_executor.reset();        // waits for the file that is being written
     async::MainQueue::drain();
@@ -162,6 +164,8 @@ void VelmoraApp::buildStore()
     };
     services.analyzeMusicalKey = &LibraryAnalyzers::analyzeMusicalKey;
     services.sessionStorage = m_sessionStorage.get();
+    m_resourceWatch = std::make_unique<ResourceWatch>(*m_clock, *m_executor);
+    services.bpmResourcesAreConstrained = [this] { return m_resourceWatch->areConstrained(); };
     m_trashCan = std::make_unique<LibraryTrashCan>();
     services.trashCan = m_trashCan.get();
     m_waveforms = std::make_unique<WaveformCache>(*m_clock, *m_executor, AppPaths::waveformFolder());

@@ -21,6 +21,7 @@ class Lifecycle;
 class MainWindow;
 class Notifications;
 class Preferences;
+class ResourceWatch;
 class TagFiles;
 class TrashCan;
 class TerminationSignals;
@@ -79,6 +80,7 @@ private:
     std::unique_ptr<WorkspaceSessionStorage> m_sessionStorage; // likewise
     std::unique_ptr<TrashCan> m_trashCan;                      // or moving one
     std::unique_ptr<async::Executor> m_executor;
+    std::unique_ptr<ResourceWatch> m_resourceWatch;
     std::unique_ptr<WaveformCache> m_waveforms;
     std::unique_ptr<WaveformPreloadQueue> m_waveformQueue;
     std::optional<QUuid> m_prioritizedID; ///< track whose waveforms were preferred last

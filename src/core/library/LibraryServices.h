@@ -53,5 +53,5 @@ struct LibraryServices {
 
     /// Whether power is low or the machine is hot, so that analyses hold back; asked often, must not block. Empty where
     /// nobody knows.
-    std::function<bool()> bpmResourcesAreConstrained;
+    std::function<bool()> bpmResourcesAreConstrained = {};
 };

@@ -6,6 +6,7 @@
 #include "core/library/removal/Removal.h"
 #include "core/library/session/Session.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tempo/Tempo.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/DashboardActions.h"
@@ -69,6 +70,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.library.tempo(), &Tempo::progressChanged, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(&context.library.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });
@@ -145,7 +147,9 @@ void StatusStrip::progressMoved()
     const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
     const Imports::Progress reads = m_context.library.imports().metadataProgress();
     const Removal::Progress moves = m_context.library.removal().progress();
-    const bool isDone = writes.done >= writes.total && reads.done >= reads.total && moves.done >= moves.total;
+    const bool isCounting = m_context.library.tempo().bpmAnalysisProgressState().progress().has_value();
+    const bool isDone =
+        writes.done >= writes.total && reads.done >= reads.total && moves.done >= moves.total && !isCounting;
     const bool isSwitching = (isWriting(writes) || isMoving(moves)) == m_stop->isHidden();
     if (isDone || isSwitching || !m_pause.isActive())
         refreshProgress();
@@ -169,7 +173,11 @@ void StatusStrip::refreshProgress()
         return;
     }
     const Imports::Progress reads = m_context.library.imports().metadataProgress();
-    takeProgress(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total);
+    const std::optional<BPMAnalysisProgress> tempo = m_context.library.tempo().bpmAnalysisProgressState().progress();
+    if (tempo && reads.done >= reads.total)
+        takeProgress(QStringLiteral("Анализ BPM: %d из %d"), tempo->completed, tempo->total);
+    else
+        takeProgress(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total);
 }
 
 /// Stops what the progress speaks of.

@@ -9,7 +9,7 @@ class ThemeButton;
 
 /// The line at the bottom: a message with its icon in the colour of its tone, what can be undone, leftovers that may go
 /// to the Trash, and the progress of moving files to the Trash or back, else of writing tags, which can both be
-/// stopped, or else of reading them.
+/// stopped, else of reading them, or else of finding their tempo.
 class StatusStrip : public Panel {
     Q_OBJECT
 

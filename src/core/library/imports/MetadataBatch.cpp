@@ -31,12 +31,19 @@ Applied apply(const TrackList& tracks, const QList<PendingMetadataResult>& resul
     return applied;
 }
 
-QSet<TrackID> withoutTempo(const TrackList& tracks, const QList<PendingMetadataResult>& results)
+QSet<TrackID> ids(const QList<PendingMetadataResult>& results)
+{
+    QSet<TrackID> ids;
+    for (const PendingMetadataResult& result : results)
+        ids.insert(result.id);
+    return ids;
+}
+
+QSet<TrackID> withoutTempo(const QList<PendingMetadataResult>& results)
 {
     QSet<TrackID> ids;
     for (const PendingMetadataResult& result : results) {
-        const Track* track = tracks.find(result.id);
-        if (track && track->tags().bpm.trimmed().isEmpty())
+        if (result.metadata.tags.bpm.trimmed().isEmpty())
             ids.insert(result.id);
     }
     return ids;

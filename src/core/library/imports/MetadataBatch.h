@@ -32,7 +32,8 @@ struct Applied {
 /// The list with the results taken over by the rule for late results.
 Applied apply(const TrackList& tracks, const QList<PendingMetadataResult>& results);
 
-/// Those of the tracks read, as they stand now, whose tempo nobody told: an empty tag after trimming.
-QSet<TrackID> withoutTempo(const TrackList& tracks, const QList<PendingMetadataResult>& results);
+QSet<TrackID> ids(const QList<PendingMetadataResult>& results);
+/// Tracks whose files told no tempo: an empty tag after trimming.
+QSet<TrackID> withoutTempo(const QList<PendingMetadataResult>& results);
 
 } // namespace MetadataBatch

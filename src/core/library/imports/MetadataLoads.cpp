@@ -197,17 +197,20 @@ void MetadataLoads::applyNow(const QList<PendingMetadataResult>& results, Track:
     requestTempo(results);
 }
 
+/// While the list moves, rows keep their guessed tags: only of files that told no tempo it is certain that they want
+/// one.
 void MetadataLoads::requestTempo(const QList<PendingMetadataResult>& results)
 {
-    const QSet<TrackID> ids = MetadataBatch::withoutTempo(m_dependencies.workspace.tracks(), results);
-    if (ids.isEmpty())
-        return;
-    if (!m_isScrolling) {
+    const QSet<TrackID> ids = MetadataBatch::ids(results);
+    if (!m_isScrolling && m_deferred.isEmpty()) {
         detectTempo(ids);
         return;
     }
     m_deferredTempoIDs.unite(ids);
-    scheduleDeferredFlush();
+    if (m_isScrolling)
+        detectTempo(MetadataBatch::withoutTempo(results));
+    else
+        scheduleDeferredFlush();
 }
 
 void MetadataLoads::detectTempo(const QSet<TrackID>& ids)

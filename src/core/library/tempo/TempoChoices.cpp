@@ -59,7 +59,7 @@ void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
         taken.insert(id, {*text, results.confidence(id), results.alternatives(id)});
     }
     if (taken.isEmpty()) {
-        m_dependencies.status.showStatus(QStringLiteral("Нет темпа для записи"), QStringLiteral("metronome"),
+        m_dependencies.status.showStatus(QStringLiteral("Нет темпа для записи"), QStringLiteral("waveform.path.ecg"),
                                          Tone::Warning);
         return;
     }
@@ -68,7 +68,7 @@ void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
     m_dependencies.tagWriting.saveTexts(edit, undoManager);
     giveUp(idsOf(taken));
     m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d"), {static_cast<int>(taken.size())},
-                                      QStringLiteral("metronome"), Tone::Success);
+                                      QStringLiteral("waveform.path.ecg"), Tone::Success);
 }
 
 QSet<TrackID> Tempo::idsOf(const QHash<TrackID, TakenEstimate>& taken)
