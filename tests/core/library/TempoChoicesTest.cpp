@@ -1,0 +1,135 @@
+#include "support/TempoFixture.h"
+
+#include "async/MainQueue.h"
+
+#include <QSignalSpy>
+
+class TempoChoicesTest : public TempoFixture {
+protected:
+    void estimates(const QHash<TrackID, QString>& texts)
+    {
+        TempoTables tables;
+        tables.estimatedBPMByTrackID = texts;
+        tempo().restoreTempoTables(tables);
+    }
+};
+
+TEST_F(TempoChoicesTest, DoublingAndHalvingStayWithinWhatMusicHas)
+{
+    struct Row {
+        const char* name;
+        std::optional<QString> estimate;
+        QString tag;
+        double factor;
+        std::optional<QString> result;
+    };
+    const Row cases[] = {
+        {"estimate", QStringLiteral("90"), {}, 2, QStringLiteral("180")},
+        {"half, rounded up", QStringLiteral("129"), {}, 0.5, QStringLiteral("65")},
+        {"estimate before tag", QStringLiteral("90"), QStringLiteral("100"), 2, QStringLiteral("180")},
+        {"number of the tag", std::nullopt, QStringLiteral("87,5 BPM"), 2, QStringLiteral("175")},
+        {"nothing", std::nullopt, {}, 2, std::nullopt},
+        {"no number", std::nullopt, QStringLiteral("~"), 2, std::nullopt},
+        {"highest", QStringLiteral("200"), {}, 2, QStringLiteral("400")},
+        {"too fast", QStringLiteral("201"), {}, 2, QStringLiteral("201")},
+        {"lowest", QStringLiteral("40"), {}, 0.5, QStringLiteral("20")},
+        {"too slow", QStringLiteral("38"), {}, 0.5, QStringLiteral("38")},
+        {"hardly a number", QStringLiteral("1e999"), {}, 2, QStringLiteral("1e999")},
+    };
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        const Track row = withTempo(make(1).first(), test.tag);
+        fill({row});
+        estimates(test.estimate ? QHash<TrackID, QString>{{row.id(), *test.estimate}} : QHash<TrackID, QString>());
+        tempo().scaleTempo(ids({row}), test.factor);
+        EXPECT_EQ(estimate(row), test.result);
+        settle();
+    }
+}
+
+TEST_F(TempoChoicesTest, AChosenTempoStandsAgainstAnAnalysisUnderWay)
+{
+    const QList<Track> tracks = make(3);
+    tempo().detectBPM(ids(tracks));
+    ASSERT_TRUE(isAnalyzing(tracks[0]) && !isAnalyzing(tracks[2]));
+    QSignalSpy states(&tempo(), &Tempo::playlistBPMStatesChanged);
+    tempo().setTempo(ids({tracks[0], tracks[2]}), 140);
+    EXPECT_FALSE(isAnalyzing(tracks[0]));
+    EXPECT_EQ(states.last().first().value<QSet<TrackID>>(), ids({tracks[0], tracks[2]})) << "one signal for all";
+    tempo().setTempo(ids({tracks[1]}), 19);
+    tempo().setTempo(ids({tracks[1]}), 401);
+    settle();
+    EXPECT_EQ(analysed, QStringList({QStringLiteral("b.mp3")}));
+    EXPECT_EQ(estimate(tracks[0]), QStringLiteral("140"));
+    EXPECT_EQ(estimate(tracks[2]), QStringLiteral("140"));
+    EXPECT_EQ(tempo().confidence(tracks[2].id()), 1);
+    EXPECT_EQ(estimate(tracks[1]), QStringLiteral("124")) << "no tempo of music was chosen for it";
+    EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(tracks[0].url())),
+              CachedBPMEstimate::make(tracks[0].url(), QStringLiteral("140"), 1))
+        << "the file keeps it too";
+}
+
+TEST_F(TempoChoicesTest, ARowGivenUpAndAskedForAgainIsAnalysedOnce)
+{
+    const QList<Track> tracks = make(1);
+    tempo().detectBPM(ids(tracks));
+    tempo().setTempo(ids(tracks), 140);
+    tempo().detectAgain(ids(tracks));
+    EXPECT_FALSE(estimate(tracks[0]));
+    settle();
+    EXPECT_EQ(analysed.size(), 1) << "the first one had not begun and never does";
+    EXPECT_EQ(estimate(tracks[0]), QStringLiteral("124"));
+    EXPECT_FALSE(tempo().isQueueing());
+}
+
+TEST_F(TempoChoicesTest, DetectingAgainForgetsRowAndFileButNotATag)
+{
+    QList<Track> tracks = make(2);
+    tempo().setTempo(ids(tracks), 140);
+    settle();
+    tracks[1] = withTempo(tracks[1], QStringLiteral("100"));
+    fill(tracks);
+    analysed.clear();
+    tempo().detectAgain(ids(tracks));
+    settle();
+    EXPECT_EQ(analysed, QStringList({QStringLiteral("a.mp3")}));
+    EXPECT_EQ(estimate(tracks[0]), QStringLiteral("124"));
+    EXPECT_EQ(tempo().confidence(tracks[0].id()), 0.75);
+    EXPECT_EQ(estimate(tracks[1]), QStringLiteral("140"));
+}
+
+TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
+{
+    QList<Track> tracks = make(3);
+    for (Track& track : tracks)
+        track.setIsRead(true);
+    fill(tracks);
+    TempoTables tables;
+    tables.estimatedBPMByTrackID = {{tracks[0].id(), QStringLiteral("124")}, {tracks[1].id(), QStringLiteral("90.5")}};
+    tables.estimatedBPMConfidenceByTrackID = {{tracks[0].id(), 0.25}};
+    tempo().restoreTempoTables(tables);
+    tempo().writeTempo(ids(tracks), &undo);
+    EXPECT_EQ(now(tracks[0]).tags().bpm, QStringLiteral("124"));
+    EXPECT_EQ(now(tracks[1]).tags().bpm, QStringLiteral("91")) << "whole";
+    EXPECT_TRUE(now(tracks[2]).tags().bpm.isEmpty());
+    EXPECT_FALSE(estimate(tracks[0]) || estimate(tracks[1])) << "the tag is believed";
+    EXPECT_EQ(statusText(), QStringLiteral("Темп записан: 2"));
+    settle();
+    EXPECT_EQ(files.calls.size(), 2);
+
+    undo.undo();
+    EXPECT_TRUE(now(tracks[0]).tags().bpm.isEmpty());
+    EXPECT_EQ(estimate(tracks[0]), QStringLiteral("124"));
+    EXPECT_EQ(tempo().confidence(tracks[0].id()), 0.25);
+    EXPECT_EQ(estimate(tracks[1]), QStringLiteral("90.5"));
+    undo.redo();
+    EXPECT_EQ(now(tracks[1]).tags().bpm, QStringLiteral("91"));
+    EXPECT_FALSE(estimate(tracks[1]));
+    settle();
+    EXPECT_EQ(tempoCalls, 0);
+
+    undo.clear();
+    tempo().writeTempo(ids(tracks), &undo);
+    EXPECT_EQ(statusText(), QStringLiteral("Нет темпа для записи"));
+    EXPECT_FALSE(undo.canUndo());
+}

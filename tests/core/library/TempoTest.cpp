@@ -1,0 +1,286 @@
+#include "support/TempoFixture.h"
+
+#include "async/MainQueue.h"
+#include "core/library/removal/Removal.h"
+
+#include <QSignalSpy>
+
+class TempoTest : public TempoFixture {
+protected:
+    /// Moves the modification date of a file by some seconds.
+    static void touch(const Track& track, int seconds)
+    {
+        QFile file(track.url().toLocalFile());
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        const QDateTime date = file.fileTime(QFileDevice::FileModificationTime).addSecs(seconds);
+        ASSERT_TRUE(file.setFileTime(date, QFileDevice::FileModificationTime));
+    }
+};
+
+TEST_F(TempoTest, AnAnalysisGivesTextConfidenceAlternativesAndARecordOfTheFile)
+{
+    const Track a = make(1).first();
+    QList<bool> announced;
+    const auto connection =
+        QObject::connect(&tempo(), &Tempo::playlistBPMStatesChanged, &notifications, [&](const QSet<TrackID>& ids) {
+            EXPECT_EQ(ids, StoreFixture::ids({a}));
+            announced.append(isAnalyzing(a));
+        });
+    tempo().detectBPM(ids({a}));
+    EXPECT_EQ(executor.jobs(), std::vector({async::Priority::Utility})) << "alone it need not be gentle";
+    settle();
+    EXPECT_EQ(announced, QList<bool>({true, false}));
+    EXPECT_EQ(estimate(a), QStringLiteral("124"));
+    EXPECT_EQ(tempo().confidence(a.id()), 0.75);
+    ASSERT_EQ(tempo().alternatives(a.id()).size(), 1);
+    EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(a.url())),
+              CachedBPMEstimate::make(a.url(), QStringLiteral("124"), 0.75));
+    EXPECT_FALSE(tempo().isQueueing());
+
+    QObject::disconnect(connection);
+    outcomes[QStringLiteral("b.mp3")] = {success(127.5, 1)};
+    const Track b = make(2).last();
+    tempo().detectBPM(ids({b}));
+    settle();
+    EXPECT_EQ(estimate(b), QStringLiteral("128")) << "halves go up";
+}
+
+TEST_F(TempoTest, OnlyWhoHasNoTempoIsAnalysed)
+{
+    QList<Track> tracks = make(8);
+    tracks[0] = withTempo(tracks[0], QStringLiteral("~"));
+    tracks[1] = withTempo(tracks[1], QStringLiteral(" \n"));
+    fill(tracks);
+    TempoTables tables;
+    tables.estimatedBPMByTrackID.insert(tracks[2].id(), QStringLiteral("90"));
+    for (const int row : {3, 4, 5, 6}) {
+        append(tracks[row], "audio");
+        tables.estimatedBPMByFile.insert(FileURL::standardizedPath(tracks[row].url()),
+                                         *CachedBPMEstimate::make(tracks[row].url(), QStringLiteral("91"), 0.4));
+    }
+    append(tracks[4], "x");
+    touch(tracks[5], 1);
+    QFile::remove(tracks[6].url().toLocalFile());
+    tempo().restoreTempoTables(tables);
+    tempo().detectBPM(ids(tracks.first(7)));
+    settle();
+    EXPECT_EQ(analysed, QStringList({QStringLiteral("b.mp3"), QStringLiteral("e.mp3"), QStringLiteral("f.mp3"),
+                                     QStringLiteral("g.mp3")}));
+    EXPECT_EQ(estimate(tracks[2]), QStringLiteral("90"));
+    EXPECT_EQ(estimate(tracks[3]), QStringLiteral("91")) << "unchanged since";
+    EXPECT_EQ(tempo().confidence(tracks[3].id()), 0.4);
+    EXPECT_EQ(estimate(tracks[4]), QStringLiteral("124"));
+}
+
+TEST_F(TempoTest, AKnownFileCostsNoAnalysisAndShowsNoProgress)
+{
+    const QList<Track> tracks = make(1);
+    TempoTables tables;
+    tables.estimatedBPMByFile.insert(FileURL::standardizedPath(tracks[0].url()),
+                                     *CachedBPMEstimate::make(tracks[0].url(), QStringLiteral("91"), 0.4));
+    tempo().restoreTempoTables(tables);
+    QSignalSpy progress(&tempo(), &Tempo::progressChanged);
+    tempo().detectBPM(ids(tracks));
+    tempo().detectBPM(ids(tracks));
+    settle();
+    EXPECT_EQ(progress.size(), 0);
+    EXPECT_EQ(tempoCalls, 0);
+    EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile, tables.estimatedBPMByFile) << "the record is not written anew";
+}
+
+TEST_F(TempoTest, NobodyIsQueuedTwiceAndTheSelectedTrackComesFirst)
+{
+    const QList<Track> tracks = make(5);
+    workspace().setSelection({}, tracks[3].id());
+    tempo().detectBPM(ids(tracks.mid(1)));
+    tempo().detectBPM(ids(tracks));
+    EXPECT_EQ(executor.pendingCount(), 2) << "two at once";
+    settle();
+    EXPECT_EQ(analysed, QStringList({QStringLiteral("d.mp3"), QStringLiteral("b.mp3"), QStringLiteral("c.mp3"),
+                                     QStringLiteral("e.mp3"), QStringLiteral("a.mp3")}));
+}
+
+TEST_F(TempoTest, WhatFailsIsTriedAgainBehindTheRestOrNot)
+{
+    const BPMAnalysisOutcome retryable{Case::RetryableFailure, {}};
+    const BPMAnalysisOutcome permanent{Case::PermanentFailure, {}};
+    struct Row {
+        const char* name;
+        QList<BPMAnalysisOutcome> outcomes;
+        int tries;
+        bool hasEstimate;
+    };
+    const Row cases[] = {
+        {"no failure", {}, 1, true},
+        {"second try succeeds", {retryable}, 2, true},
+        {"second failure is for good", {retryable, retryable, permanent}, 2, false},
+        {"failure for good", {permanent}, 1, false},
+        {"second failure of the other kind", {retryable, permanent}, 2, false},
+        {"cancelled by itself", {BPMAnalysisOutcome()}, 2, true},
+    };
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        const QList<Track> tracks = make(3);
+        analysed.clear();
+        outcomes = {{QStringLiteral("a.mp3"), test.outcomes}};
+        tempo().detectBPM(ids(tracks));
+        settle();
+        EXPECT_EQ(analysed.count(QStringLiteral("a.mp3")), test.tries);
+        EXPECT_EQ(estimate(tracks[0]).has_value(), test.hasEstimate);
+        EXPECT_TRUE(estimate(tracks[1]) && estimate(tracks[2]));
+        EXPECT_FALSE(tempo().isQueueing());
+        const bool isTriedLast = analysed.last() == QStringLiteral("a.mp3");
+        EXPECT_EQ(isTriedLast, !test.outcomes.isEmpty() && test.outcomes.first().which == Case::RetryableFailure);
+        if (!test.hasEstimate) {
+            outcomes = {{QStringLiteral("a.mp3"), {retryable}}};
+            tempo().detectBPM(ids(tracks));
+            settle();
+            EXPECT_TRUE(estimate(tracks[0])) << "nothing is remembered, its attempts neither";
+        }
+    }
+}
+
+TEST_F(TempoTest, AnAnalyserThatThrowsIsAFailureLikeOthers)
+{
+    analyzer = [](const QUrl&, const BPMAnalysisMode&, const std::stop_token&) -> BPMAnalysisOutcome {
+        throw std::bad_alloc();
+    };
+    tempo().detectBPM(ids(make(1)));
+    settle();
+    EXPECT_EQ(tempoCalls, 2);
+    EXPECT_FALSE(tempo().isQueueing());
+}
+
+TEST_F(TempoTest, RowsThatGoOrGetATagLeaveTheQueue)
+{
+    const QList<Track> tracks = make(5);
+    tempo().detectBPM(ids(tracks));
+    EXPECT_TRUE(isAnalyzing(tracks[0]) && isAnalyzing(tracks[1]) && !isAnalyzing(tracks[2]));
+    fill({tracks[1], withTempo(tracks[2], QStringLiteral("100")), tracks[4]});
+    settle();
+    EXPECT_EQ(analysed, QStringList({QStringLiteral("a.mp3"), QStringLiteral("b.mp3"), QStringLiteral("e.mp3")}));
+    EXPECT_FALSE(tempo().tempoTables().estimatedBPMByTrackID.contains(tracks[0].id())) << "gone while it was heard";
+    EXPECT_FALSE(estimate(tracks[2]));
+    EXPECT_TRUE(estimate(tracks[4]));
+    EXPECT_FALSE(tempo().isQueueing());
+}
+
+TEST_F(TempoTest, TwoWorkersShrinkToOneWithoutAStop)
+{
+    struct Row {
+        const char* name;
+        std::function<void()> act;
+        BPMAnalysisMode mode;
+    };
+    const Row cases[] = {
+        {"scrolling", [&] { store->order().setPlaylistScrolling(true); }, {true, true}},
+        {"little power", [&] { areResourcesConstrained = true; }, {false, true}},
+        {"nothing", [] {}, {false, true}},
+    };
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        areResourcesConstrained = false;
+        store->order().setPlaylistScrolling(false);
+        const QList<Track> tracks = make(6);
+        modes.clear();
+        tempo().detectBPM(ids(tracks));
+        ASSERT_EQ(executor.pendingCount(), 2);
+        EXPECT_EQ(executor.jobs(), std::vector(2, async::Priority::Background));
+        test.act();
+        executor.runOne();
+        executor.runOne();
+        EXPECT_EQ(executor.pendingCount(), QLatin1StringView(test.name) == QLatin1StringView("nothing") ? 2 : 1);
+        EXPECT_TRUE(estimate(tracks[0]) && estimate(tracks[1]));
+        executor.runOne();
+        EXPECT_EQ(modes.last().lowImpact, test.mode.lowImpact);
+        EXPECT_EQ(modes.last().decoderLowPriority, test.mode.decoderLowPriority);
+        settle();
+        EXPECT_FALSE(tempo().isQueueing());
+    }
+    const QList<Track> tracks = make(4);
+    store->order().setPlaylistScrolling(true);
+    tempo().detectBPM(ids(tracks));
+    EXPECT_EQ(executor.pendingCount(), 1);
+    store->order().setPlaylistScrolling(false);
+    EXPECT_EQ(executor.pendingCount(), 2) << "the hand rests: a second one joins";
+    settle();
+}
+
+TEST_F(TempoTest, ProgressCountsThePlaylistElseTheBatch)
+{
+    QList<Track> tracks = make(4);
+    tracks[3] = withTempo(tracks[3], QStringLiteral("100"));
+    fill(tracks);
+    EXPECT_FALSE(tempo().bpmAnalysisProgress());
+    tempo().detectBPM(ids(tracks));
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 4}));
+    executor.runOne();
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{2, 4}));
+    QList<Track> without = tracks;
+    without[2].setIsInPlaylist(false);
+    fill(without);
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{2, 3}));
+    for (Track& track : without)
+        track.setIsInPlaylist(false);
+    fill(without);
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 3})) << "of the batch";
+    settle();
+    EXPECT_FALSE(tempo().bpmAnalysisProgress());
+}
+
+TEST_F(TempoTest, BurstsAreToldOncePerTenthOfASecondAndSortedAtTheEnd)
+{
+    const QList<Track> tracks = make(3);
+    outcomes = {{QStringLiteral("a.mp3"), {success(130, 1)}}, {QStringLiteral("b.mp3"), {success(90, 1)}}};
+    store->order().setTrackSortField(TrackSortField::BPM, LibraryTab::Playlist);
+    QSignalSpy changes(&notifications, &Notifications::velmoraBPMDidChange);
+    QSignalSpy orders(&workspace(), &Workspace::orderChanged);
+    const auto order = [&] { return titles(store->order().playlistTracks()).join(u' '); };
+    ASSERT_EQ(order(), QStringLiteral("c b a"));
+    tempo().detectBPM(ids(tracks));
+    executor.runOne();
+    executor.runOne();
+    EXPECT_EQ(changes.size(), 0);
+    EXPECT_FALSE(tempo().bpmAnalysisProgressState().progress()) << "not published yet";
+    clock.advance(async::seconds(0.1));
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(tempo().bpmAnalysisProgressState().progress(), (BPMAnalysisProgress{2, 3}));
+    EXPECT_EQ(orders.size(), 0) << "a batch never moves the list";
+    executor.runOne();
+    clock.advance(async::seconds(0.1));
+    EXPECT_EQ(changes.size(), 2);
+    EXPECT_FALSE(tempo().bpmAnalysisProgressState().progress());
+    EXPECT_EQ(orders.size(), 1);
+    EXPECT_EQ(order(), QStringLiteral("a c b")) << "the fastest first";
+    clock.advance(async::seconds(1));
+    EXPECT_EQ(changes.size(), 2);
+}
+
+TEST_F(TempoTest, ManyRowsAreGoneThroughInSlicesAndInOrder)
+{
+    QList<Track> tracks;
+    for (int i = 0; i < 3500; ++i)
+        tracks.append(track(QStringLiteral("%1.mp3").arg(i, 4, 10, QLatin1Char('0'))));
+    fill(tracks);
+    tempo().detectBPM(ids(tracks));
+    EXPECT_EQ(tempo().bpmAnalysisProgress()->total, 3500);
+    settle();
+    EXPECT_EQ(analysed.size(), 3500);
+    EXPECT_TRUE(std::ranges::is_sorted(analysed));
+}
+
+TEST_F(TempoTest, AStoreThatDiesDuringAnAnalysisIsLeftAlone)
+{
+    const QList<Track> tracks = make(3);
+    bool wasStopped = false;
+    analyzer = [&](const QUrl&, const BPMAnalysisMode&, const std::stop_token& stop) {
+        if (store)
+            store.reset(); // while the worker runs
+        wasStopped = stop.stop_requested();
+        return success(120, 1);
+    };
+    tempo().detectBPM(ids(tracks));
+    executor.runOne();
+    EXPECT_TRUE(wasStopped) << "the analysis learns of it";
+    executor.runAll();
+}
