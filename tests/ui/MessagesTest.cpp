@@ -109,6 +109,21 @@ TEST_F(MessagesTest, MovesToTheTrashCanBeStopped)
     EXPECT_FALSE(stop->isVisible());
 }
 
+TEST_F(MessagesTest, TempoAnalysisIsToldWhileNothingElseIs)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    show();
+    store->tempo().detectBPM(ids(tracks));
+    clock.advance(async::seconds(0.1));
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Анализ BPM: 0 из 3"));
+    write(tracks);
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Запись тегов: 0 из 3"));
+    settle();
+    clock.advance(async::seconds(0.1));
+    EXPECT_EQ(strip().accessibleDescription(), QString());
+}
+
 TEST_F(MessagesTest, WritesComeBeforeReads)
 {
     const QList<Track> tracks = rows(3);
