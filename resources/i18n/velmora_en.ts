@@ -16,6 +16,10 @@
     <translation>%@ — in the file</translation>
   </message>
   <message>
+    <source>%d %%</source>
+    <translation>%d%%</translation>
+  </message>
+  <message>
     <source>%d КБ</source>
     <translation>%d KB</translation>
   </message>
@@ -344,6 +348,10 @@
     <translation>Wait until the covers being written are done</translation>
   </message>
   <message>
+    <source>Другие варианты: %@</source>
+    <translation>Other tempos: %@</translation>
+  </message>
+  <message>
     <source>Дубликаты</source>
     <translation>Duplicates</translation>
   </message>
@@ -364,6 +372,10 @@
     <translation>Genre cleared: %d</translation>
   </message>
   <message>
+    <source>Задать темп нажатиями</source>
+    <translation>Tap the Tempo</translation>
+  </message>
+  <message>
     <source>Закрыть</source>
     <translation>Close</translation>
   </message>
@@ -374,6 +386,10 @@
   <message>
     <source>Записать темп</source>
     <translation>Write Tempo</translation>
+  </message>
+  <message>
+    <source>Записать темп в тег</source>
+    <translation>Write Tempo to Tag</translation>
   </message>
   <message>
     <source>Запись остановлена, в файлы не записано: %d</source>
@@ -530,6 +546,10 @@
   <message>
     <source>На месте файла %@ уже стоит другой файл.</source>
     <translation>Another file already stands in the place of %@.</translation>
+  </message>
+  <message>
+    <source>Нажимайте в такт, чтобы задать темп</source>
+    <translation>Tap along to set the tempo</translation>
   </message>
   <message>
     <source>Название</source>
@@ -690,6 +710,14 @@
   <message>
     <source>Определение тональности</source>
     <translation>Key detection</translation>
+  </message>
+  <message>
+    <source>Определить темп заново</source>
+    <translation>Find Tempo Again</translation>
+  </message>
+  <message>
+    <source>Определён темп: %@ BPM</source>
+    <translation>Tempo found: %@ BPM</translation>
   </message>
   <message>
     <source>Оранжевый</source>
@@ -1090,8 +1118,20 @@
     <translation>Theme</translation>
   </message>
   <message>
+    <source>Темп</source>
+    <translation>Tempo</translation>
+  </message>
+  <message>
+    <source>Темп записан в теге: он не определяется</source>
+    <translation>The tag holds a tempo: it is not looked for</translation>
+  </message>
+  <message>
     <source>Темп записан: %d</source>
     <translation>Tempo written: %d</translation>
+  </message>
+  <message>
+    <source>Темп определяется</source>
+    <translation>Tempo is being found</translation>
   </message>
   <message>
     <source>Только десять полей</source>
@@ -1186,6 +1226,18 @@
     <translation>Remove from key</translation>
   </message>
   <message>
+    <source>Уверенность: %d %%</source>
+    <translation>Confidence: %d%%</translation>
+  </message>
+  <message>
+    <source>Удвоить темп</source>
+    <translation>Double the Tempo</translation>
+  </message>
+  <message>
+    <source>Уменьшить темп вдвое</source>
+    <translation>Halve the Tempo</translation>
+  </message>
+  <message>
     <source>Устройство вывода</source>
     <translation>Output device</translation>
   </message>
@@ -1272,6 +1324,10 @@
   <message>
     <source>не записывается</source>
     <translation>not written</translation>
+  </message>
+  <message>
+    <source>около %@</source>
+    <translation>about %@</translation>
   </message>
 </context>
 </TS>

@@ -12,6 +12,7 @@
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -275,6 +276,26 @@ void ContentView::chooseArtwork(std::function<void(const QByteArray& image)> cho
 void ContentView::restoreOriginalTags(const QSet<TrackID>& ids)
 {
     m_library.tagWriting().restoreOriginalTags(ids);
+}
+
+void ContentView::detectTempoAgain(const QSet<TrackID>& ids)
+{
+    m_library.tempo().detectAgain(ids);
+}
+
+void ContentView::writeTempo(const QSet<TrackID>& ids)
+{
+    m_library.tempo().writeTempo(ids, &m_undoManager);
+}
+
+void ContentView::scaleTempo(double factor, const QSet<TrackID>& ids)
+{
+    m_library.tempo().scaleTempo(ids, factor);
+}
+
+void ContentView::setTempo(int bpm, const QSet<TrackID>& ids)
+{
+    m_library.tempo().setTempo(ids, bpm);
 }
 
 void ContentView::stopMovingFiles()

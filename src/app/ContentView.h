@@ -59,6 +59,10 @@ public:
     void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids) override;
     void chooseArtwork(std::function<void(const QByteArray& image)> chosen) override;
     void restoreOriginalTags(const QSet<TrackID>& ids) override;
+    void detectTempoAgain(const QSet<TrackID>& ids) override;
+    void writeTempo(const QSet<TrackID>& ids) override;
+    void scaleTempo(double factor, const QSet<TrackID>& ids) override;
+    void setTempo(int bpm, const QSet<TrackID>& ids) override;
     void cancelTagWrites() override;
     void stopMovingFiles() override;
     void trashStrayTemporaries() override;

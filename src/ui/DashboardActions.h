@@ -60,6 +60,14 @@ public:
     virtual void chooseArtwork(std::function<void(const QByteArray& image)> chosen) = 0;
     /// Puts the tags back that the files had before the program first changed them.
     virtual void restoreOriginalTags(const QSet<TrackID>& ids) = 0;
+    /// Looks for the tempo of rows without one in their tags again.
+    virtual void detectTempoAgain(const QSet<TrackID>& ids) = 0;
+    /// Writes tempos that were estimated into the tags.
+    virtual void writeTempo(const QSet<TrackID>& ids) = 0;
+    /// Multiplies the tempos shown, as estimates. \param factor 2 or 0.5.
+    virtual void scaleTempo(double factor, const QSet<TrackID>& ids) = 0;
+    /// Makes a tempo the estimate of rows.
+    virtual void setTempo(int bpm, const QSet<TrackID>& ids) = 0;
     /// Stops the writing of a batch before its next file.
     virtual void cancelTagWrites() = 0;
     /// Stops the moving of files to the Trash, or back, before the next file.

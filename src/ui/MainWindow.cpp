@@ -13,6 +13,7 @@
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionRows.h"
 #include "ui/sections/SectionView.h"
+#include "ui/tempo/TapButton.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
@@ -69,7 +70,8 @@ MainWindow::MainWindow(const WindowServices& services)
     buildLayout();
     m_banner = new Banner(*m_context, *m_stack);
     m_commands = std::make_unique<WindowCommands>(*m_context, *this);
-    m_playerCommands = std::make_unique<PlayerCommands>(*m_context, *this, [this] { m_player->volume().toggleMute(); });
+    m_playerCommands = std::make_unique<PlayerCommands>(
+        *m_context, *this, [this] { m_player->volume().toggleMute(); }, [this] { m_player->tapButton().tap(); });
     connectWorkspace();
     connectPreferences();
     applySidebar();

@@ -14,6 +14,7 @@
 #include "core/library/imports/Imports.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
@@ -161,6 +162,16 @@ void importFolders(VelmoraApp& app, const QStringList& folders, LibraryTab tab)
     pump(kReadLimitMilliseconds, [&] { return library.imports().metadataLoadOperationCount() == 0; });
 }
 
+/// Estimates for the rows whose tag tells no tempo.
+void inventTempos(LibraryStore& library)
+{
+    int bpm = 118;
+    for (const Track& track : library.workspace().tracks().rows()) {
+        if (track.tags().bpm.isEmpty() && bpm < 140)
+            library.tempo().setTempo({track.id()}, bpm += 3);
+    }
+}
+
 void inventRows(LibraryStore& library)
 {
     const QString music = QDir::homePath() + QStringLiteral("/Music");
@@ -176,6 +187,7 @@ void inventRows(LibraryStore& library)
         jobs.append(job);
     }
     workspace.setConversionItems(jobs);
+    inventTempos(library);
 }
 
 void selectSome(LibraryStore& library, LibraryTab tab, const QString& range)

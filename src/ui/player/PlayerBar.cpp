@@ -10,6 +10,7 @@
 #include "ui/player/PositionBar.h"
 #include "ui/player/TransportControls.h"
 #include "ui/player/VolumeControl.h"
+#include "ui/tempo/TapButton.h"
 #include "ui/text/Texts.h"
 #include "ui/window/ThemeButton.h"
 
@@ -30,6 +31,7 @@ PlayerBar::PlayerBar(const WindowContext& context, QWidget* parent)
     , m_nowPlaying(new NowPlaying(context, this))
     , m_transport(new TransportControls(context, this))
     , m_position(new PositionBar(context, this))
+    , m_tap(new TapButton(context, this))
     , m_volume(new VolumeControl(context, this))
     , m_output(new ThemeButton(context.theme, ThemeButton::Kind::Quiet, this))
 {
@@ -56,8 +58,17 @@ void PlayerBar::refresh()
     m_nowPlaying->setTrack(track);
     m_transport->refresh(track.has_value());
     m_position->setAwaitedLength(track ? track->duration() : 0);
+    m_tap->setTrack(tappedTrack());
     showWaveform(track);
     setAccessibleName(m_nowPlaying->accessibleName());
+}
+
+/// Taps are for what is heard, where the main list has it.
+std::optional<Track> PlayerBar::tappedTrack() const
+{
+    const std::optional<Track> track = shownTrack();
+    const bool isListed = track && m_context.library.workspace().tracks().find(track->id());
+    return isListed ? track : std::nullopt;
 }
 
 void PlayerBar::showWaveform(const std::optional<Track>& track)
@@ -72,6 +83,7 @@ void PlayerBar::retranslate()
 {
     m_nowPlaying->retranslate();
     m_position->retranslate();
+    m_tap->retranslate();
     m_volume->retranslate();
     m_output->setIconOnly(QStringLiteral("output"), Texts::localized(QStringLiteral("Устройство вывода")));
     refresh();
@@ -104,12 +116,14 @@ void PlayerBar::place()
     const int words = std::clamp(static_cast<int>(width() * kWordsShare), kLeastWords, kMostWords);
     const int left = kLeft + NowPlaying::widthFor(words) + kGap + m_transport->sizeHint().width() + kTimeGap;
     const int outputWidth = Metrics::kStep + m_output->sizeHint().width();
-    const auto envelope = [&](bool isWide, bool hasOutput) {
+    const int tapWidth = m_tap->sizeHint().width() + Metrics::kSpace2;
+    const auto envelope = [&](bool isWide, bool hasOutput, bool hasTap) {
         return width() - left - m_position->timesWidth() - kTimeGap - VolumeControl::widthFor(isWide) -
-               (hasOutput ? outputWidth : 0) - kRight;
+               (hasOutput ? outputWidth : 0) - (hasTap ? tapWidth : 0) - kRight;
     };
-    const bool hasOutput = envelope(true, true) >= kComfortableEnvelope;
-    const bool isWide = envelope(true, hasOutput) >= kComfortableEnvelope;
+    const bool hasTap = envelope(true, true, true) >= kComfortableEnvelope;
+    const bool hasOutput = envelope(true, true, hasTap) >= kComfortableEnvelope;
+    const bool isWide = envelope(true, hasOutput, hasTap) >= kComfortableEnvelope;
 
     int x = kLeft;
     const auto put = [&](QWidget& widget, int breadth) {
@@ -120,8 +134,12 @@ void PlayerBar::place()
     x += kGap;
     put(*m_transport, m_transport->sizeHint().width());
     x += kTimeGap;
-    put(*m_position, std::max(0, envelope(isWide, hasOutput)) + m_position->timesWidth());
+    put(*m_position, std::max(0, envelope(isWide, hasOutput, hasTap)) + m_position->timesWidth());
     x += kTimeGap;
+    const QSize tapSize = m_tap->sizeHint();
+    m_tap->setGeometry(x, (height() - tapSize.height()) / 2, tapSize.width(), tapSize.height());
+    m_tap->setVisible(hasTap);
+    x += hasTap ? tapWidth : 0;
     m_volume->setWide(isWide);
     put(*m_volume, VolumeControl::widthFor(isWide));
     m_output->setVisible(hasOutput);

@@ -8,12 +8,14 @@
 
 class NowPlaying;
 class PositionBar;
+class TapButton;
 class ThemeButton;
 class TransportControls;
 class VolumeControl;
 
 /// The player: the current track, or the focused one while nothing was started; transport, position, volume, output.
-/// In a narrow window the choice of the output goes first, then the volume's slider.
+/// In a narrow window the button for tapping the tempo goes first, then the choice of the output and the volume's
+/// slider.
 class PlayerBar : public Panel {
     Q_OBJECT
 
@@ -26,6 +28,7 @@ public:
     /// Whether the bar stands above the sections or below them.
     void setOnTop(bool onTop);
     VolumeControl& volume() const { return *m_volume; }
+    TapButton& tapButton() const { return *m_tap; }
     /// The menu of the output devices, at its button.
     void openOutputs();
 
@@ -34,6 +37,7 @@ protected:
 
 private:
     std::optional<Track> shownTrack() const;
+    std::optional<Track> tappedTrack() const;
     void showWaveform(const std::optional<Track>& track);
     void place();
 
@@ -41,6 +45,7 @@ private:
     NowPlaying* m_nowPlaying;
     TransportControls* m_transport;
     PositionBar* m_position;
+    TapButton* m_tap;
     VolumeControl* m_volume;
     ThemeButton* m_output;
 };

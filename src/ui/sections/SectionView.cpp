@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/workspace/Workspace.h"
+#include "core/library/tempo/Tempo.h"
 #include "platform/Notifications.h"
 #include "ui/DashboardActions.h"
 #include "ui/covers/CoverAssignment.h"
@@ -40,6 +41,7 @@ SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* 
     , m_body(new SectionBody(this))
     , m_stack(new QStackedLayout)
 {
+    m_model->setBPMStates([&tempo = context.library.tempo()](const TrackID& id) { return tempo.playlistBPMState(id); });
     buildList();
     followKeys();
     buildActions();

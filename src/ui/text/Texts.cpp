@@ -85,14 +85,6 @@ QString facts(const QStringList& parts)
     return present.join(QStringLiteral(" · "));
 }
 
-QString tempo(const QString& tag)
-{
-    QString text = tag.trimmed();
-    bool ok = false;
-    const double value = text.replace(u',', u'.').toDouble(&ok);
-    return ok && value > 0 && value < 1000 ? QString::number(std::lround(value)) : tag.trimmed();
-}
-
 QString pageTitle(LibraryTab tab)
 {
     switch (tab) {

@@ -34,8 +34,6 @@ QString number(qint64 value);
 QString facts(const QStringList& parts);
 /// Size of a file, "412 КБ" or "1,5 МБ"; steps of 1,024.
 QString byteCount(qint64 bytes);
-/// Tempo for display: the tag's text rounded to a whole number if it is one, else as it is.
-QString tempo(const QString& tag);
 /// The heading of a section's page, e.g. "Анализ качества".
 QString pageTitle(LibraryTab tab);
 /// What the button says that brings files into a section.

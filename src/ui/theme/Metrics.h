@@ -22,6 +22,7 @@ inline constexpr int kPlayerHeight = 88;
 inline constexpr int kPlayerCover = 56;
 inline constexpr int kPlayButton = 42;
 inline constexpr int kKnob = 12; ///< of sliders
+inline constexpr int kTapWidth = 52;
 inline constexpr int kStatusHeight = 28;
 inline constexpr int kProgressWidth = 160;
 inline constexpr int kProgressThickness = 4;

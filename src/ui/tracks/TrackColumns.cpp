@@ -143,7 +143,7 @@ QString text(TrackColumn column, const Track& track)
     case TrackColumn::Genre:
         return track.tags().genre;
     case TrackColumn::BPM:
-        return Texts::tempo(track.tags().bpm);
+        return track.tags().bpm.trimmed();
     case TrackColumn::Key:
         return track.tags().musicalKey.trimmed();
     case TrackColumn::Format:

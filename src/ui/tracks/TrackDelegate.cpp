@@ -1,6 +1,7 @@
 #include "ui/tracks/TrackDelegate.h"
 
 #include "core/library/LibraryStore.h"
+#include "ui/tempo/TempoText.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"
@@ -105,7 +106,7 @@ void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const QModel
         Paint::line(painter, text, model.statusText(track.id()), font, c.text2);
         break;
     case TrackColumn::BPM:
-        Paint::number(painter, text, TrackColumns::text(column, track), font, c.text);
+        paintTempo(painter, text, TempoText::bpmDisplayText(track, model.bpmState(track.id())));
         break;
     case TrackColumn::BitRate:
         Paint::number(painter, text, TrackColumns::text(column, track), font, c.text3);
@@ -175,6 +176,23 @@ void TrackDelegate::paintWaveform(QPainter& painter, const QRect& rect, const Tr
     m_context.rowWaveforms.paint(painter, place.topLeft(), track.url(), look, played * place.width());
 }
 
+/// A number, with the mark of an estimate as a hint in front of it; other signs are hints as a whole.
+void TrackDelegate::paintTempo(QPainter& painter, const QRect& rect, const QString& text) const
+{
+    const ThemeColours& c = m_context.theme.colours();
+    const QFont& font = m_context.theme.font(roleOf(TrackColumn::BPM));
+    const bool isEstimate = text.startsWith(TempoText::kEstimateMark);
+    const QString number = isEstimate ? text.sliced(TempoText::kEstimateMark.size()) : text;
+    if (!number.at(0).isDigit() || Paint::numberWidth(number, font) > rect.width()) {
+        Paint::line(painter, rect, number, font, number.at(0).isDigit() ? c.text : c.text3, Qt::AlignRight);
+        return;
+    }
+    const int left = Paint::number(painter, rect, number, font, c.text);
+    if (isEstimate)
+        Paint::number(painter, {rect.left(), rect.top(), left - rect.left(), rect.height()}, TempoText::kEstimateMark,
+                      m_context.theme.font(TextRole::Secondary), c.text3);
+}
+
 void TrackDelegate::paintKey(QPainter& painter, const QRect& rect, const QString& text) const
 {
     if (const auto key = KeyColours::parse(text)) {
@@ -208,6 +226,10 @@ QString TrackDelegate::tooltip(const QModelIndex& index, const QRect& cell) cons
         const bool titleFits = fits(track.displayTitle(), m_context.theme.font(TextRole::BodyStrong), width);
         const bool artistFits = fits(track.tags().artist, m_context.theme.font(TextRole::Secondary), width);
         return titleFits && artistFits ? QString() : Texts::spoken(track);
+    }
+    if (column == TrackColumn::BPM) {
+        if (const QString told = TempoText::toolTip(m_context.library.tempo(), track.id()); !told.isEmpty())
+            return told;
     }
     const QString text = index.data(Qt::DisplayRole).toString();
     if (column == TrackColumn::Key) {

@@ -43,6 +43,7 @@ private:
     void paintCover(QPainter& painter, const QRect& rect, const Track& track, const RowState& state) const;
     void paintTitle(QPainter& painter, const QRect& rect, const Track& track) const;
     void paintWaveform(QPainter& painter, const QRect& rect, const Track& track, double played) const;
+    void paintTempo(QPainter& painter, const QRect& rect, const QString& text) const;
     void paintKey(QPainter& painter, const QRect& rect, const QString& text) const;
     void paintHeart(QPainter& painter, const QRect& rect, bool isFavorite) const;
 

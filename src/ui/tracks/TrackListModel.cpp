@@ -1,5 +1,6 @@
 #include "ui/tracks/TrackListModel.h"
 
+#include "ui/tempo/TempoText.h"
 #include "ui/text/Texts.h"
 
 #include <QSet>
@@ -301,8 +302,12 @@ QVariant TrackListModel::data(const QModelIndex& index, int role) const
     const TrackColumn column = columnAt(index.column());
     switch (role) {
     case Qt::DisplayRole:
+        if (column == TrackColumn::BPM)
+            return TempoText::bpmDisplayText(track, bpmState(track.id()));
         return column == TrackColumn::Status ? statusText(track.id()) : TrackColumns::text(column, track);
     case Qt::AccessibleTextRole:
+        if (column == TrackColumn::BPM)
+            return TempoText::spoken(track, bpmState(track.id()));
         if (column == TrackColumn::Status && m_statusTexts.contains(track.id()))
             return statusText(track.id());
         return TrackColumns::spokenText(column, track);

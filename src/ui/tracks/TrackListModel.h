@@ -1,10 +1,12 @@
 #pragma once
 
+#include "core/library/tempo/Tempo.h"
 #include "ui/tracks/TrackColumns.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
 
+#include <functional>
 #include <optional>
 
 /// A list of tracks for views. Takes whole lists and tells the views only what differs, so that selection, scroll
@@ -26,6 +28,10 @@ public:
     /// The texts of the column Status.
     void setStatusTexts(const QHash<TrackID, QString>& texts);
     QString statusText(const TrackID& id) const { return m_statusTexts.value(id); }
+
+    /// Who knows the tempos beside the tags; nobody at first.
+    void setBPMStates(std::function<PlaylistBPMState(const TrackID&)> states) { m_bpmStates = std::move(states); }
+    PlaylistBPMState bpmState(const TrackID& id) const { return m_bpmStates ? m_bpmStates(id) : PlaylistBPMState(); }
 
     const std::vector<TrackColumn>& columns() const { return m_columns; }
     TrackColumn columnAt(int column) const { return m_columns[static_cast<size_t>(column)]; }
@@ -58,4 +64,5 @@ private:
     std::vector<TrackColumn> m_columns;
     QList<Track> m_rows;
     QHash<TrackID, QString> m_statusTexts;
+    std::function<PlaylistBPMState(const TrackID&)> m_bpmStates;
 };

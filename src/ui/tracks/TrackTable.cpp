@@ -1,6 +1,7 @@
 #include "ui/tracks/TrackTable.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/tempo/Tempo.h"
 #include "platform/Notifications.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
@@ -43,6 +44,7 @@ TrackTable::TrackTable(const WindowContext& context, TrackListModel& model, QWid
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
     connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
             &TrackTable::playbackChanged);
+    connect(&context.library.tempo(), &Tempo::playlistBPMStatesChanged, this, &TrackTable::updateTempos);
     connectWaveforms();
 }
 
@@ -69,6 +71,19 @@ void TrackTable::setFolders(const QList<FolderRun>& runs)
 void TrackTable::rowsChanged()
 {
     m_folderHeader.forget();
+}
+
+/// Of all rows that may have another tempo those in view matter.
+void TrackTable::updateTempos(const QSet<TrackID>& ids)
+{
+    const std::optional<int> column = m_model.columnOf(TrackColumn::BPM);
+    if (!column || !isVisible())
+        return;
+    const RowRange range = rowsInView();
+    for (int row = range.first; row < range.end; ++row) {
+        if (ids.contains(m_model.track(row).id()))
+            viewport()->update(visualRect(m_model.index(row, *column)));
+    }
 }
 
 /// The base class repaints where rows would stand without folder headers.

@@ -99,6 +99,7 @@ private:
     void updateWaveforms(const QUrl& url);
     double playedOf(const Track& track) const;
     void movePlayed();
+    void updateTempos(const QSet<TrackID>& ids);
     void setHoveredRow(int row);
     void updateRow(int row);
 

@@ -5,7 +5,8 @@
 
 #include <QAction>
 
-PlayerCommands::PlayerCommands(const WindowContext& context, QWidget& window, std::function<void()> toggleMute)
+PlayerCommands::PlayerCommands(const WindowContext& context, QWidget& window, std::function<void()> toggleMute,
+                               std::function<void()> tap)
     : QObject(&window)
     , m_window(window)
 {
@@ -20,6 +21,7 @@ PlayerCommands::PlayerCommands(const WindowContext& context, QWidget& window, st
     add(QStringLiteral("Следующий трек"), keys(Qt::Key_Down, Qt::CTRL | Qt::Key_Right), Repeat::Yes,
         [&actions] { actions.selectAdjacent(1); });
     add(QStringLiteral("Выключить или включить звук"), keys(Qt::Key_M), Repeat::No, std::move(toggleMute));
+    add(QStringLiteral("Задать темп нажатиями"), keys(Qt::Key_T), Repeat::No, std::move(tap));
     retranslate();
 }
 

@@ -17,8 +17,9 @@ class PlayerCommands : public QObject {
     Q_OBJECT
 
 public:
-    /// \param toggleMute what M does.
-    PlayerCommands(const WindowContext& context, QWidget& window, std::function<void()> toggleMute);
+    /// \param toggleMute what M does. \param tap what T does.
+    PlayerCommands(const WindowContext& context, QWidget& window, std::function<void()> toggleMute,
+                   std::function<void()> tap);
 
     void retranslate();
 

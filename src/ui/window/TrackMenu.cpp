@@ -7,6 +7,7 @@
 #include "playback/AudioPlayer.h"
 #include "ui/DashboardActions.h"
 #include "ui/sections/SectionRows.h"
+#include "ui/tempo/TempoMenu.h"
 #include "ui/text/Texts.h"
 
 #include <QMenu>
@@ -176,6 +177,7 @@ void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet
         menu.addSeparator();
         addTagging(menu, context, ids);
         addFileEdits(menu, context, ids);
+        TempoMenu::fill(*menu.addMenu(Texts::localized(QStringLiteral("Темп"))), context, ids);
         menu.addSeparator();
         menu.addAction(Texts::localized(QStringLiteral("Отправить в анализ")),
                        [&actions, ids] { actions.addToAnalysis(ids); });

@@ -33,6 +33,10 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
     m_remove->setAutoRepeat(false);
     m_trash->setAutoRepeat(false);
     m_reveal = add({}, [this] { reveal(); });
+    m_doubleTempo = add({QKeySequence(Qt::ALT | Qt::Key_Up)}, [this] { scaleTempo(2); });
+    m_halveTempo = add({QKeySequence(Qt::ALT | Qt::Key_Down)}, [this] { scaleTempo(0.5); });
+    m_doubleTempo->setAutoRepeat(false);
+    m_halveTempo->setAutoRepeat(false);
     m_tags = add({QKeySequence(Qt::CTRL | Qt::Key_I)}, [this] {
         Preference<bool>& visible = m_context.library.preferences().inspectorVisible;
         if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
@@ -67,6 +71,8 @@ void WindowCommands::retranslate()
     m_trash->setText(Texts::localized(QStringLiteral("Переместить в Корзину")));
     m_trash->setToolTip(Texts::localized(QStringLiteral("Отмена вернёт файлы из Корзины на место")));
     m_reveal->setText(Texts::localized(QStringLiteral("Открыть в Finder")));
+    m_doubleTempo->setText(Texts::localized(QStringLiteral("Удвоить темп")));
+    m_halveTempo->setText(Texts::localized(QStringLiteral("Уменьшить темп вдвое")));
     m_tags->setText(Texts::localized(QStringLiteral("Теги")));
     refreshUndo();
 }
@@ -91,6 +97,14 @@ void WindowCommands::toggleFavorites()
     const QSet<TrackID> ids = section.selectedIDs();
     if (!ids.isEmpty())
         m_context.actions.toggleFavorites(ids);
+}
+
+void WindowCommands::scaleTempo(double factor)
+{
+    SectionView& section = m_window.activeSection();
+    const QSet<TrackID> ids = section.selectedIDs();
+    if (SectionRows::holdsLibraryTracks(section.tab()) && !ids.isEmpty())
+        m_context.actions.scaleTempo(factor, ids);
 }
 
 void WindowCommands::remove()

@@ -28,6 +28,7 @@ private:
     void moveToTrash();
     void reveal();
     void pastePicture();
+    void scaleTempo(double factor);
 
     WindowContext m_context;
     MainWindow& m_window;
@@ -41,5 +42,7 @@ private:
     QAction* m_remove; ///< from the section shown
     QAction* m_trash;
     QAction* m_reveal;
+    QAction* m_doubleTempo;
+    QAction* m_halveTempo;
     QAction* m_tags;
 };

@@ -91,6 +91,13 @@ public:
     }
     void restoreOriginalTags(const QSet<TrackID>& ids) override { note("restoreOriginalTags", ids); }
     void trashStrayTemporaries() override { note("trashStrayTemporaries"); }
+    void detectTempoAgain(const QSet<TrackID>& ids) override { note("detectTempoAgain", ids); }
+    void writeTempo(const QSet<TrackID>& ids) override { note("writeTempo", ids); }
+    void scaleTempo(double factor, const QSet<TrackID>& ids) override
+    {
+        note(factor > 1 ? "doubleTempo" : "halveTempo", ids);
+    }
+    void setTempo(int bpm, const QSet<TrackID>& ids) override { note("setTempo", ids, QString::number(bpm)); }
     void cancelTagWrites() override { note("cancelTagWrites"); }
     void stopMovingFiles() override { note("stopMovingFiles"); }
     void answerWhatSavesKeep(bool keepsOthers) override

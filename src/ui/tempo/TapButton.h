@@ -1,0 +1,36 @@
+#pragma once
+
+#include "async/TaskSlot.h"
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+#include "ui/tempo/TapTempo.h"
+#include "ui/window/ThemeButton.h"
+
+/// Tap it along with the music: shows the tempo of the taps, and a pause later makes it the estimate of the track that
+/// was tapped to.
+class TapButton : public ThemeButton {
+    Q_OBJECT
+
+public:
+    explicit TapButton(const WindowContext& context, QWidget* parent = nullptr);
+
+    /// The track that taps are for; nothing disables the button. Another track gives unfinished taps up.
+    void setTrack(const std::optional<Track>& track);
+    void retranslate();
+    /// One beat, by the button or its key.
+    void tap();
+    /// As wide as the widest text asks for, so that nothing beside it moves.
+    QSize sizeHint() const override;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void show();
+    async::Task<> finishLater(std::stop_token stop);
+
+    WindowContext m_context;
+    std::optional<TrackID> m_trackID;
+    TapTempo m_taps;
+    async::TaskSlot m_finish;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "async/Clock.h"
+
+#include <optional>
+#include <vector>
+
+/// The tempo of somebody's tapping. A pause begins anew. A value; times are those of any monotonic clock.
+class TapTempo {
+public:
+    static constexpr async::Duration kPause = async::seconds(2); ///< chosen: a beat of 30 BPM
+    static constexpr int kLeastTaps = 4;                         ///< chosen: fewer say nothing
+    static constexpr int kMostTaps = 32;                         ///< chosen: eight bars, so that a change is followed
+
+    void tap(async::Duration now);
+    void clear() { m_taps.clear(); }
+    int count() const { return static_cast<int>(m_taps.size()); }
+    /// Whole beats in a minute, 30 to 400; nothing before the fourth tap and outside that range.
+    std::optional<int> bpm() const;
+
+private:
+    std::vector<async::Duration> m_taps; ///< ascending, without a pause between them
+};

@@ -1,0 +1,202 @@
+#include "support/WindowFixture.h"
+
+#include "core/library/tempo/Tempo.h"
+#include "ui/player/PlayerBar.h"
+#include "ui/tempo/TapButton.h"
+#include "ui/tempo/TempoMenu.h"
+#include "ui/tempo/TempoText.h"
+#include "ui/theme/Theme.h"
+#include "ui/thumbnails/ThumbnailCache.h"
+#include "ui/tracks/TrackListModel.h"
+
+#include <QMenu>
+#include <QTest>
+
+namespace {
+
+Track withTag(const QString& bpm)
+{
+    Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3")));
+    AudioTags tags;
+    tags.bpm = bpm;
+    track.replaceTags(tags);
+    return track;
+}
+
+} // namespace
+
+TEST(TapTempo, FollowsTheLineThroughTheTaps)
+{
+    struct Case {
+        const char* what;
+        std::vector<double> seconds;
+        std::optional<int> bpm;
+    };
+    const Case kCases[] = {
+        {"three say nothing", {0, 0.5, 1}, std::nullopt},
+        {"even", {10, 10.5, 11, 11.5}, 120},
+        {"one late finger", {0, 0.5, 1.02, 1.5, 2, 2.5, 3, 3.5}, 120},
+        {"the last one early", {0, 0.47, 0.94, 1.41, 1.88, 2.30}, 130},
+        {"a pause begins anew", {0, 0.5, 1, 1.5, 3.6, 4.0, 4.4, 4.8}, 150},
+        {"nobody mixes that fast", {0, 0.1, 0.2, 0.3}, std::nullopt},
+        {"all at once", {1, 1, 1, 1}, std::nullopt},
+    };
+    for (const Case& each : kCases) {
+        TapTempo taps;
+        for (const double second : each.seconds)
+            taps.tap(async::seconds(second));
+        EXPECT_EQ(taps.bpm(), each.bpm) << each.what;
+    }
+    TapTempo changing; // many slow beats do not hold the later ones back
+    double now = 0;
+    for (int beat = 0; beat < 200; ++beat)
+        changing.tap(async::seconds(now += beat < 100 ? 0.6 : 0.4));
+    EXPECT_EQ(changing.bpm(), 150);
+}
+
+TEST(TempoText, AnalysisComesFirstThenTheEstimateThenTheTag)
+{
+    struct Case {
+        QString tag;
+        PlaylistBPMState state;
+        QString shown;
+    };
+    const Case kCases[] = {
+        {QStringLiteral("128"), {true, QStringLiteral("64")}, QStringLiteral("…")},
+        {QStringLiteral("128"), {false, QStringLiteral(" 64 ")}, QStringLiteral("≈ 64")},
+        {QStringLiteral(" 127.98 "), {false, QStringLiteral("  ")}, QStringLiteral("127.98")},
+        {QStringLiteral(" 127.98 "), {}, QStringLiteral("127.98")},
+        {QStringLiteral(" "), {}, QStringLiteral("—")},
+    };
+    for (const Case& each : kCases)
+        EXPECT_EQ(TempoText::bpmDisplayText(withTag(each.tag), each.state), each.shown);
+}
+
+/// Tempos in the window.
+class TempoTest : public WindowFixture {
+protected:
+    Tempo& tempo() { return store->tempo(); }
+    TapButton& tapButton() { return window->findChild<PlayerBar*>()->tapButton(); }
+    QString cell(int row)
+    {
+        const QAbstractItemModel& model = *window->activeSection().list().model();
+        const auto& tracks = static_cast<const TrackListModel&>(model);
+        return model.index(row, *tracks.columnOf(TrackColumn::BPM)).data().toString();
+    }
+    static QAction* action(const QMenu& menu, const QString& text)
+    {
+        for (QAction* each : menu.actions()) {
+            if (each->text().section(u'\t', 0, 0) == text)
+                return each;
+        }
+        return nullptr;
+    }
+    void tapAt(std::initializer_list<double> pauses)
+    {
+        for (const double pause : pauses) {
+            clock.advance(async::seconds(pause));
+            QTest::mousePress(&tapButton(), Qt::LeftButton);
+            QTest::mouseRelease(&tapButton(), Qt::LeftButton);
+        }
+    }
+
+    ThumbnailCache thumbnails{executor, {}};
+    WindowContext context{*store,          dashboard,  player,    audio,
+                          window->theme(), thumbnails, waveforms, window->rowWaveforms(),
+                          clock,           executor};
+};
+
+TEST_F(TempoTest, RowsFollowTheEstimates)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    show();
+    EXPECT_EQ(cell(1), QStringLiteral("—"));
+    tempo().setTempo({tracks[1].id()}, 126);
+    EXPECT_EQ(cell(1), QStringLiteral("≈ 126"));
+    settle();
+    const QString told = TempoText::toolTip(tempo(), tracks[1].id());
+    EXPECT_TRUE(told.contains(QStringLiteral("126 BPM"))) << qPrintable(told);
+    EXPECT_TRUE(told.contains(QStringLiteral("100 %"))) << qPrintable(told);
+    EXPECT_EQ(TempoText::toolTip(tempo(), tracks[0].id()), QString());
+}
+
+TEST_F(TempoTest, TheMenuOffersWhatTheRowsAllow)
+{
+    QList<Track> tracks = rows(3);
+    AudioTags tags = tracks[2].tags();
+    tags.bpm = QStringLiteral("100");
+    tracks[2].replaceTags(tags);
+    fill(tracks);
+    show();
+    tempo().setTempo({tracks[1].id()}, 126);
+    struct Case {
+        QSet<TrackID> ids;
+        bool scales, writes, analyses;
+    };
+    const Case kCases[] = {
+        {{tracks[0].id()}, false, false, true},
+        {{tracks[1].id()}, true, true, true},
+        {{tracks[2].id()}, true, false, false},
+        {ids(tracks), true, true, true},
+    };
+    for (const Case& each : kCases) {
+        QMenu menu;
+        TempoMenu::fill(menu, context, each.ids);
+        const std::tuple<QString, bool, const char*> kActions[] = {
+            {QStringLiteral("Удвоить темп"), each.scales, "doubleTempo"},
+            {QStringLiteral("Уменьшить темп вдвое"), each.scales, "halveTempo"},
+            {QStringLiteral("Записать темп в тег"), each.writes, "writeTempo"},
+            {QStringLiteral("Определить темп заново"), each.analyses, "detectTempoAgain"}};
+        for (const auto& [text, isEnabled, call] : kActions) {
+            QAction* found = action(menu, text);
+            ASSERT_TRUE(found) << qPrintable(text);
+            EXPECT_EQ(found->isEnabled(), isEnabled) << qPrintable(text);
+            const int before = dashboard.count(call);
+            found->trigger();
+            EXPECT_EQ(dashboard.count(call), before + (isEnabled ? 1 : 0)) << qPrintable(text);
+        }
+    }
+}
+
+TEST_F(TempoTest, TapsSetTheTempoOfTheTrackShown)
+{
+    const QList<Track> tracks = rows(2);
+    fill(tracks);
+    show();
+    EXPECT_FALSE(tapButton().isEnabled()) << "nothing to tap to";
+    workspace().setSelection({tracks[1].id()}, tracks[1].id());
+    ASSERT_TRUE(tapButton().isEnabled());
+    tapAt({0, 0.5, 0.5});
+    clock.advance(async::seconds(5));
+    EXPECT_EQ(dashboard.count("setTempo"), 0) << "three taps say nothing";
+    tapAt({0, 0.5, 0.5, 0.5});
+    EXPECT_EQ(tapButton().text(), QStringLiteral("120"));
+    EXPECT_EQ(dashboard.count("setTempo"), 0) << "not before the end";
+    QTest::keyClick(window.get(), Qt::Key_T);
+    clock.advance(async::seconds(3));
+    EXPECT_EQ(dashboard.count("setTempo"), 1);
+    EXPECT_EQ(dashboard.last("setTempo").ids, ids({tracks[1]}));
+    EXPECT_GT(dashboard.last("setTempo").text.toInt(), 100);
+    EXPECT_EQ(tapButton().text(), QStringLiteral("TAP"));
+
+    tapAt({0, 0.5, 0.5, 0.5});
+    workspace().setSelection({tracks[0].id()}, tracks[0].id());
+    clock.advance(async::seconds(3));
+    EXPECT_EQ(dashboard.count("setTempo"), 1) << "taps are not for another track";
+}
+
+TEST_F(TempoTest, OneKeyEachDoublesAndHalves)
+{
+    const QList<Track> tracks = rows(2);
+    fill(tracks);
+    show();
+    QTest::keyClick(window.get(), Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(dashboard.count("doubleTempo"), 0) << "nothing is selected";
+    workspace().setSelection(ids(tracks), tracks[1].id());
+    QTest::keyClick(window.get(), Qt::Key_Up, Qt::AltModifier);
+    QTest::keyClick(window.get(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(dashboard.count("doubleTempo"), 1);
+    EXPECT_EQ(dashboard.count("halveTempo"), 1);
+    EXPECT_EQ(dashboard.last("halveTempo").ids, ids(tracks));
+}
