@@ -46,10 +46,11 @@ struct LibraryServices {
     WorkspaceSessionStorage* sessionStorage = nullptr;
 
     /// Estimates the tempo of one file; called on worker threads, must not throw. Empty where nothing is estimated.
-    std::function<BPMAnalysisOutcome(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop)> analyzeBPM;
+    std::function<BPMAnalysisOutcome(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop)> analyzeBPM =
+        {};
     /// Estimates the key of one file; called on worker threads, must not throw. Gives nothing where no key is heard or
     /// the analysis was stopped. Empty where nothing is estimated.
-    std::function<std::optional<MusicalKeyAnalysis>(const QUrl& url, std::stop_token stop)> analyzeMusicalKey;
+    std::function<std::optional<MusicalKeyAnalysis>(const QUrl& url, std::stop_token stop)> analyzeMusicalKey = {};
 
     /// Whether power is low or the machine is hot, so that analyses hold back; asked often, must not block. Empty where
     /// nobody knows.

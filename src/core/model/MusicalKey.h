@@ -41,7 +41,7 @@ struct MusicalKeyAnalysis {
 
     MusicalKey key;
     double confidence = 0;  ///< 0 to 1
-    double tuningCents = 0; ///< how far the music is off 440 Hz, in thirds of a semitone
+    double tuningCents = 0; ///< how far the music is off 440 Hz, in cents: the median of steps of a third of a semitone
     /// At most four, best first, key among them.
     QList<Alternative> alternatives;
 
