@@ -16,10 +16,6 @@
     <translation>%@ — in the file</translation>
   </message>
   <message>
-    <source>%d %%</source>
-    <translation>%d%%</translation>
-  </message>
-  <message>
     <source>%d КБ</source>
     <translation>%d KB</translation>
   </message>

@@ -40,8 +40,7 @@ void addAlternatives(QMenu& menu, const WindowContext& context, const TrackID& i
     const QString shown = tempo.playlistBPMState(id).estimatedBPM.value_or(QString());
     for (const TempoEstimate::Alternative& other : tempo.alternatives(id)) {
         const int bpm = qRound(other.bpm);
-        const QString share =
-            VelmoraLocalization::format(QStringLiteral("%d %%"), {qRound(other.relativeStrength * 100)});
+        const QString share = QStringLiteral("%1 %").arg(qRound(other.relativeStrength * 100));
         QAction* action = menu.addAction(QStringLiteral("%1 BPM\t%2").arg(QString::number(bpm), share),
                                          [&actions = context.actions, bpm, id] { actions.setTempo(bpm, {id}); });
         action->setCheckable(true);
