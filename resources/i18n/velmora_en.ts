@@ -664,6 +664,10 @@
     <translation>You are not permitted to read the file %@.</translation>
   </message>
   <message>
+    <source>Нет результатов для записи</source>
+    <translation>No results to write</translation>
+  </message>
+  <message>
     <source>Нет темпа для записи</source>
     <translation>No tempo to write</translation>
   </message>
@@ -1136,6 +1140,14 @@
   <message>
     <source>Тональность</source>
     <translation>Key</translation>
+  </message>
+  <message>
+    <source>Тональность сохранена: %d</source>
+    <translation>Key saved: %d</translation>
+  </message>
+  <message>
+    <source>Тональность сохранена: %d · пропущено: %d</source>
+    <translation>Key saved: %d · skipped: %d</translation>
   </message>
   <message>
     <source>Точки</source>

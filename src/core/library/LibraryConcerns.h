@@ -6,6 +6,7 @@
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/MetadataLoads.h"
 #include "core/library/imports/StrayTemporaries.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
@@ -44,6 +45,7 @@ struct LibraryConcerns {
     Removal removal;
     StrayTemporaries strayTemporaries;
     Imports imports;
+    Keys keys;
     Session session;
 
 private:
@@ -63,5 +65,6 @@ private:
     Removal::Dependencies removalDependencies();
     std::function<void(const QUrl&)> movingToTrash() const;
     Imports::Dependencies importsDependencies();
+    Keys::Dependencies keysDependencies();
     Session::Dependencies sessionDependencies();
 };

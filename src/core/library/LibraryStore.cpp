@@ -51,6 +51,10 @@ Sending& LibraryStore::sending() const
 {
     return m_concerns->sending;
 }
+Keys& LibraryStore::keys() const
+{
+    return m_concerns->keys;
+}
 Session& LibraryStore::session() const
 {
     return m_concerns->session;

@@ -5,6 +5,7 @@
 class Artwork;
 class Favorites;
 class Imports;
+class Keys;
 class Notifications;
 class Order;
 class Playback;
@@ -43,6 +44,7 @@ public:
     Tempo& tempo() const;
     Artwork& artwork() const;
     Sending& sending() const;
+    Keys& keys() const;
     Removal& removal() const;
     Session& session() const;
     Playback& playback() const;

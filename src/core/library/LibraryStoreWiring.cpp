@@ -22,6 +22,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , removal(removalDependencies())
     , strayTemporaries({status, services.executor, movingToTrash()})
     , imports(importsDependencies())
+    , keys(keysDependencies())
     , session(sessionDependencies())
 {
     wireUpkeep();
@@ -135,8 +136,8 @@ Tempo::Dependencies LibraryConcerns::tempoDependencies()
             services.bpmResourcesAreConstrained,
             [this] { session.scheduleWorkspaceSave(); },
             [this] { session.saveWorkspaceSessionNow(); },
-            {},
-            {}};
+            [this] { keys.cancelMusicalKeyAnalysis(); },
+            [this] { keys.startMusicalKeyWorkerIfPossible(); }};
 }
 
 Sending::Dependencies LibraryConcerns::sendingDependencies()
@@ -189,6 +190,21 @@ Imports::Dependencies LibraryConcerns::importsDependencies()
             [this](const QList<QUrl>& urls) { strayTemporaries.add(urls); }};
 }
 
+/// The analysis of quality is not there yet, so nobody takes turns.
+Keys::Dependencies LibraryConcerns::keysDependencies()
+{
+    return {workspace,
+            status,
+            services.notifications,
+            services.executor,
+            tagSaver,
+            services.analyzeMusicalKey,
+            [this] { return playback.isPlaying(); },
+            {},
+            {},
+            [this] { session.scheduleWorkspaceSave(); }};
+}
+
 Session::Dependencies LibraryConcerns::sessionDependencies()
 {
     return {workspace,
@@ -198,6 +214,7 @@ Session::Dependencies LibraryConcerns::sessionDependencies()
             status,
             services.preferences,
             loads,
+            keys,
             services.clock,
             services.executor,
             services.sessionStorage,

@@ -2,6 +2,7 @@
 
 #include "async/MainQueue.h"
 #include "core/library/imports/MetadataLoads.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/session/SessionCoding.h"
@@ -207,7 +208,7 @@ SessionRecord Session::makeWorkspaceSession()
         record.conversionURLs.append(item.url);
     record.analysisTracks = workspace.analysisTracks().rows();
     record.keyAnalysisTracks = workspace.keyAnalysisTracks().rows();
-    record.musicalKeyAnalyses = m_musicalKeyAnalyses;
+    record.musicalKeyAnalyses = m_dependencies.keys.musicalKeyAnalyses();
     record.duplicateRoots = workspace.duplicateSearchRoots();
     record.duplicateTracks = workspace.duplicateTracks().rows();
     record.tempo = m_dependencies.tempo.tempoTables();
@@ -264,9 +265,9 @@ void Session::putListsInPlace(WorkspaceLoad::Result& result)
         m_dependencies.order.adopt(std::move(result.playlist), result.language);
         workspace.adoptTracks(std::move(result.tracks));
     }
-    m_musicalKeyAnalyses = std::move(session.musicalKeyAnalyses);
     workspace.setConversionItems(std::move(result.conversionItems));
     workspace.setList(Destination::Analysis, session.analysisTracks);
+    m_dependencies.keys.setMusicalKeyAnalyses(std::move(session.musicalKeyAnalyses));
     workspace.setList(Destination::MusicalKey, session.keyAnalysisTracks);
     workspace.setDuplicateSearchRoots(session.duplicateRoots);
     workspace.setList(Destination::Duplicates, session.duplicateTracks);

@@ -10,6 +10,7 @@
 
 #include <functional>
 
+class Keys;
 class MetadataLoads;
 class Order;
 class Preferences;
@@ -33,6 +34,7 @@ public:
         StatusLine& status;
         Preferences& preferences;
         MetadataLoads& loads;
+        Keys& keys;
         async::Clock& clock;
         async::Executor& executor;
         WorkspaceSessionStorage* storage; ///< may be null; outlives the executor's jobs
@@ -95,8 +97,6 @@ private:
     Dependencies m_dependencies;
     qint64 m_saveRevision = 0;
     int m_leftOut = 0;
-    // Results of analyses as the session file holds them, kept for those who fill and use them.
-    QHash<TrackID, MusicalKeyAnalysis> m_musicalKeyAnalyses;
     async::TaskSlot m_restoreTask;
     async::TaskSlot m_waveformTask;
     async::TaskSlot m_saveTask; ///< waits for quiet

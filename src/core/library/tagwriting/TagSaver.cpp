@@ -18,6 +18,8 @@ struct TagSaver::Batch {
     std::optional<TagFileError> firstFailure = {};
     QList<SavedRow> rows = {}; ///< not yet in the list
     QSet<TrackID> restored = {};
+    int failed = 0;
+    std::function<void(int written)> ended = {};
 };
 
 TagSaver::TagSaver(const Dependencies& dependencies)
@@ -61,12 +63,14 @@ async::Task<> TagSaver::writeOne(Item item, std::stop_token stop)
         m_dependencies.report(*saved.failure);
 }
 
-void TagSaver::writeBatch(const QList<Item>& items)
+void TagSaver::writeBatch(const QList<Item>& items, std::function<void(int written)> ended)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     for (const Item& item : items)
         noteEdits(item.track.id(), item.edited);
-    startBatch(std::make_shared<Batch>(Batch{items}));
+    const auto batch = std::make_shared<Batch>(Batch{items});
+    batch->ended = std::move(ended);
+    startBatch(batch);
 }
 
 void TagSaver::restoreBatch(const QList<Track>& tracks)
@@ -108,7 +112,7 @@ void TagSaver::note(Batch& batch, const Saved& saved)
 {
     if (saved.row.changesRow())
         batch.rows.append(saved.row);
-    if (saved.failure && !batch.firstFailure)
+    if (saved.failure && batch.failed++ == 0)
         batch.firstFailure = saved.failure;
     if (saved.isRestored)
         batch.restored.insert(saved.row.id);
@@ -125,6 +129,8 @@ void TagSaver::finishBatch(const Batch& batch)
         setProgress(m_progress.done, m_progress.total - notDone);
     if (!batch.restored.isEmpty())
         emit restored(batch.restored);
+    if (batch.ended)
+        batch.ended(static_cast<int>(batch.next) - batch.failed);
     if (batch.isCancelled)
         emit stopped(notDone);
     else if (batch.firstFailure)

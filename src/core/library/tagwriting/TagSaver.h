@@ -35,10 +35,14 @@ public:
         std::function<void(const TagFileError&)> report;
     };
 
+    /// What becomes of a file's picture and of entries that are no tag of the row.
+    enum class Others { AsPreferred, Stay };
+
     /// One file to be written: the row as it was edited, for the case that it is gone when its turn comes.
     struct Item {
         Track track;
         TagFields edited; ///< what the user changed
+        Others others = Others::AsPreferred;
     };
 
     /// Files done and to be done by the batches under way.
@@ -53,7 +57,8 @@ public:
     /// Writes one row's file. A row that is gone when its turn comes is not written.
     void write(const TrackID& id, TagFields edited);
     /// Writes files one after another. A failed one does not stop the others; the first failure is reported at the end.
-    void writeBatch(const QList<Item>& items);
+    /// \param ended is told then how many files were written; may be empty.
+    void writeBatch(const QList<Item>& items, std::function<void(int written)> ended = {});
     /// Puts the tags back that the files had at first, where they are kept, and reads them again; restored() tells.
     void restoreBatch(const QList<Track>& tracks);
     /// Stops all batches before their next file; what is not done then is told by stopped().
@@ -98,6 +103,7 @@ private:
         Track track;
         TagFields edited;
         bool isInList = false;
+        Others others = Others::AsPreferred;
     };
     using Artwork = std::optional<QByteArray>;
 

@@ -53,14 +53,16 @@ async::Task<std::optional<TagFileError>> TagSaver::writeHeld(Turn turn, Artwork 
         co_return SaveJobs::unreadable(url);
     tell(turn, look);
     // Edits may have been made or taken back while the file was looked at.
-    const Turn now = turnOf({turn.track, turn.edited});
+    const Turn now = turnOf({turn.track, turn.edited, turn.others});
     AudioTags tags = now.track.tags();
     if (!turn.track.isRead()) {
         saved->row.read = look.tags;
         saved->row.edited = now.edited;
         tags = SavedRows::merged(*look.tags, tags, now.edited).tags;
     }
-    const bool keeps = co_await keepsOthers(look.inventory, tags, artwork.has_value(), stop);
+    bool keeps = now.others == Others::Stay;
+    if (!keeps)
+        keeps = co_await keepsOthers(look.inventory, tags, artwork.has_value(), stop);
     const TagWrite write{url, tags, replacedFields(tags, now.edited, look.tags), keeps};
     auto job = [&files = m_dependencies.files, write, artwork](const std::stop_token&) {
         return SaveJobs::write(files, write, artwork);
@@ -80,8 +82,8 @@ TagSaver::Turn TagSaver::turnOf(const Item& item) const
 {
     const Track* row = m_dependencies.workspace.tracks().find(item.track.id());
     if (!row || row->url() != item.track.url())
-        return {item.track, m_edits.value(item.track.id(), item.edited), false};
-    return {*row, m_edits.value(row->id()), true};
+        return {item.track, m_edits.value(item.track.id(), item.edited), false, item.others};
+    return {*row, m_edits.value(row->id()), true, item.others};
 }
 
 SaveJobs::Wanted TagSaver::wantedOf(const Turn& turn) const

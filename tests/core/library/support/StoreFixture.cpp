@@ -21,7 +21,7 @@ void StoreFixture::useTrashCan(TrashCan& can)
 
 LibraryServices StoreFixture::services()
 {
-    LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
+    LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}, {}, {}, {}};
     services.readMetadata = [this](const QUrl& url, const AudioTags& fallback) {
         readURLs.append(url);
         return reader ? reader(url, fallback) : std::nullopt;
@@ -37,6 +37,10 @@ LibraryServices StoreFixture::services()
     services.preloadWaveforms = [this](const QList<QUrl>& urls) { waveformURLs.append(urls); };
     services.analyzeQuality = [this](const QSet<TrackID>& asked) { qualityAsked.unite(asked); };
     services.trashCan = m_trashCan;
+    services.analyzeMusicalKey = [this](const QUrl& url, const std::stop_token&) {
+        keyURLs.append(url);
+        return keyOf ? keyOf(url) : std::nullopt;
+    };
     return services;
 }
 

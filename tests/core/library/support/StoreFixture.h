@@ -5,6 +5,7 @@
 #include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
@@ -89,6 +90,7 @@ protected:
     int tempoCalls = 0;       ///< analyses that ran
     QList<QUrl> waveformURLs;
     QSet<TrackID> qualityAsked;
+    QList<QUrl> keyURLs;
     RecordingPlayer player;
 
     /// What a read gives; nothing for files that cannot be read.
@@ -96,6 +98,8 @@ protected:
     /// What an analysis of tempo gives; a failure for good where it is empty.
     std::function<BPMAnalysisOutcome(const QUrl&, const BPMAnalysisMode&, const std::stop_token&)> analyzer;
     bool areResourcesConstrained = false;
+    /// What the analysis of a key gives; nothing for files without a key.
+    std::function<std::optional<MusicalKeyAnalysis>(const QUrl&)> keyOf;
     std::unique_ptr<LibraryStore> store;
 
 private:

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/library/tagwriting/TagSaver.h"
+#include "core/library/workspace/TrackList.h"
+#include "core/model/MusicalKey.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <optional>
+
+/// How determined keys come into files and rows: pure functions of the lists.
+namespace KeyTagPlan {
+
+/// The Camelot codes to be written, by file.
+using Codes = QHash<QUrl, QString>;
+
+struct Plan {
+    Codes codes;
+    QList<TagSaver::Item> items; ///< one per file
+};
+
+/// What is written for those of the rows that have a result. \param rows of the key section. \param tracks the main
+/// list, whose rows a save may have to fill in.
+Plan make(const TrackList& rows, const TrackList& tracks, const QHash<TrackID, MusicalKeyAnalysis>& analyses,
+          const QSet<TrackID>& ids);
+
+/// The rows of a list with the codes of their files; nothing if none changes. Rows of the side lists that were not read
+/// yet are left out: their read brings all tags.
+std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes, Track::MetadataDestination list);
+
+/// The rows that withCodes() would change in the main list.
+QSet<TrackID> differing(const TrackList& tracks, const Codes& codes);
+
+} // namespace KeyTagPlan

@@ -1,0 +1,103 @@
+#include "async/MainQueue.h"
+#include "core/library/keys/Keys.h"
+#include "support/StoreFixture.h"
+
+namespace {
+
+using List = Track::MetadataDestination;
+
+/// Rows of files "a" and "b" in the key section, of "a" in the playlist and the analysis list too.
+class KeyWritingTest : public StoreFixture {
+protected:
+    KeyWritingTest()
+    {
+        reader = [this](const QUrl&, const AudioTags&) {
+            LoadedTrackMetadata metadata;
+            metadata.tags = inFile;
+            return unreadable ? std::nullopt : std::optional(metadata);
+        };
+        inFile.title = QStringLiteral("In the file");
+        inFile.comment = QStringLiteral("Kept");
+        put(List::Library, {read(QStringLiteral("a.mp3"))});
+        put(List::Analysis, {read(QStringLiteral("a.mp3"))});
+        put(List::MusicalKey, {read(QStringLiteral("a.mp3")), read(QStringLiteral("b.mp3"))});
+        store->keys().setMusicalKeyAnalyses({{row(0).id(), {{2, MusicalKeyMode::Major}, 0.7, 0, {}}},
+                                             {row(1).id(), {{9, MusicalKeyMode::Minor}, 0.4, 0, {}}}});
+    }
+
+    static Track read(const QString& path)
+    {
+        Track row = track(path);
+        AudioTags tags;
+        tags.title = QStringLiteral("Older");
+        row.replaceTags(tags);
+        row.setIsRead(true);
+        return row;
+    }
+    void put(List list, const QList<Track>& rows) { workspace().setList(list, rows); }
+    Track row(int place) { return workspace().keyAnalysisTracks().at(place); }
+    QString keyIn(List list, int place = 0) { return workspace().list(list).at(place).tags().musicalKey; }
+    void write()
+    {
+        store->keys().writeAnalyzedMusicalKeys(ids(workspace().keyAnalysisTracks().rows()));
+        settle();
+    }
+
+    AudioTags inFile;
+    bool unreadable = false;
+};
+
+TEST_F(KeyWritingTest, changesTheKeyAloneInEveryRowOfTheFile)
+{
+    write();
+    ASSERT_EQ(files.calls.size(), 2);
+    AudioTags expected = inFile; // not the older values of the rows
+    expected.musicalKey = QStringLiteral("10B");
+    EXPECT_EQ(files.calls[0].write.tags, expected);
+    EXPECT_TRUE(files.calls[0].write.keepsOthers);
+    EXPECT_FALSE(workspace().isAskingWhatSavesKeep());
+    EXPECT_EQ(files.calls[1].write.tags.musicalKey, QStringLiteral("8A"));
+    for (const List list : {List::Library, List::Analysis, List::MusicalKey})
+        EXPECT_EQ(keyIn(list), QStringLiteral("10B")) << static_cast<int>(list);
+    EXPECT_EQ(workspace().tracks().at(0).tags().title, QStringLiteral("Older"));
+    EXPECT_EQ(statusText(), QStringLiteral("Тональность сохранена: 2"));
+}
+
+TEST_F(KeyWritingTest, tellsWhatWasLeftOut)
+{
+    files.before = [](const FakeTagFiles::Call& call) {
+        if (call.write.url.path().endsWith(QStringLiteral("a.mp3")))
+            throw TagFileError(QStringLiteral("full"), false);
+    };
+    write();
+    EXPECT_EQ(statusText(), QStringLiteral("Тональность сохранена: 1 · пропущено: 1"));
+    files.before = {};
+    unreadable = true; // its other tags are not known, so it is left alone
+    write();
+    EXPECT_EQ(statusText(), QStringLiteral("Тональность сохранена: 0 · пропущено: 2"));
+}
+
+TEST_F(KeyWritingTest, saysWhenThereIsNothingToWrite)
+{
+    store->keys().setMusicalKeyAnalyses({});
+    write();
+    EXPECT_EQ(statusText(), QStringLiteral("Нет результатов для записи"));
+    EXPECT_TRUE(files.calls.isEmpty());
+}
+
+TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
+{
+    put(List::Library, {track(QStringLiteral("a.mp3"))});
+    Track unread = row(1);
+    unread.setIsRead(false);
+    put(List::MusicalKey, {row(0), unread});
+    write();
+    EXPECT_EQ(keyIn(List::Library), QStringLiteral("10B"));
+    EXPECT_EQ(workspace().tracks().at(0).tags().title, inFile.title);
+    // Its read, which is on its way, shall not find a newer stamp.
+    EXPECT_EQ(row(1).metadataVersion().tags, unread.metadataVersion().tags);
+    ASSERT_EQ(files.calls.size(), 2);
+    EXPECT_EQ(files.calls[1].write.tags.title, inFile.title);
+}
+
+} // namespace

@@ -1,0 +1,202 @@
+#include "core/library/keys/Keys.h"
+
+#include "async/MainQueue.h"
+#include "core/library/removal/Removal.h"
+#include "support/StoreFixture.h"
+
+#include <stdexcept>
+
+namespace {
+
+using List = Track::MetadataDestination;
+
+const MusicalKeyAnalysis kDMajor{{2, MusicalKeyMode::Major}, 0.74, -33, {}};
+
+class KeysTest : public StoreFixture {
+protected:
+    KeysTest()
+    {
+        workspace().setList(List::MusicalKey, {a, b, c});
+        keyOf = [](const QUrl&) { return kDMajor; };
+        QObject::connect(&keys(), &Keys::musicalKeyStatesChanged, &keys(),
+                         [this](const QSet<TrackID>& ids) { told.unite(ids); });
+    }
+
+    Keys& keys() { return store->keys(); }
+    void play(bool isPlaying) { store->playback().playbackStateDidChange(isPlaying, a.id()); }
+
+    /// One letter per row: n(ew), q(ueued), r(unning), d(etermined), u(ndetermined).
+    QString states() const
+    {
+        QString text;
+        for (const Track& row : {a, b, c}) {
+            const Keys& k = store->keys();
+            const bool isQueued = k.analyzingMusicalKeyIDs().contains(row.id());
+            if (k.activeMusicalKeyTrackID() == row.id())
+                text += isQueued ? u'r' : u'!';
+            else if (isQueued)
+                text += k.pendingMusicalKeyTrackIDs().contains(row.id()) ? u'q' : u'!';
+            else if (k.musicalKeyAnalyses().contains(row.id()))
+                text += k.undeterminedMusicalKeyIDs().contains(row.id()) ? u'!' : u'd';
+            else
+                text += k.undeterminedMusicalKeyIDs().contains(row.id()) ? u'u' : u'n';
+        }
+        return text;
+    }
+
+    const Track a = track(QStringLiteral("a.mp3"));
+    const Track b = track(QStringLiteral("b.mp3"));
+    const Track c = track(QStringLiteral("c.mp3"));
+    QSet<TrackID> told;
+};
+
+TEST_F(KeysTest, analysesRowAfterRow)
+{
+    keyOf = [this](const QUrl& url) { return url == b.url() ? std::nullopt : std::optional(kDMajor); };
+    keys().analyzeMusicalKey({c.id(), b.id(), a.id(), track(QStringLiteral("foreign.mp3")).id()});
+    EXPECT_EQ(states(), QStringLiteral("rqq"));
+    EXPECT_EQ(told, ids({a, b, c}));
+    EXPECT_EQ(executor.jobs(), std::vector{async::Priority::Background});
+    for (const char* after : {"drq", "dur", "dud"}) {
+        told.clear();
+        EXPECT_TRUE(executor.runOne());
+        EXPECT_EQ(states(), QString::fromLatin1(after));
+        EXPECT_FALSE(told.isEmpty()) << after;
+    }
+    EXPECT_EQ(keys().musicalKeyAnalyses().value(a.id()), kDMajor);
+    EXPECT_FALSE(keys().isMusicalKeyWorkerRunning());
+    EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), b.url(), c.url()}));
+}
+
+TEST_F(KeysTest, queuesARowOnceAndForgetsItsResult)
+{
+    keys().analyzeMusicalKey(ids({a}));
+    keys().analyzeMusicalKey(ids({a, b})); // a is under way
+    keys().analyzeMusicalKey(ids({b}));
+    executor.runAll();
+    EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), b.url()}));
+    EXPECT_EQ(states(), QStringLiteral("ddn"));
+    keyOf = {};
+    keys().analyzeMusicalKey(ids({a}));
+    EXPECT_EQ(states(), QStringLiteral("rdn")); // the old key is no answer to the new question
+    executor.runAll();
+    EXPECT_EQ(states(), QStringLiteral("udn"));
+    keyOf = [](const QUrl&) -> std::optional<MusicalKeyAnalysis> { throw std::runtime_error("broken"); };
+    keys().analyzeMusicalKey(ids({b}));
+    executor.runAll();
+    EXPECT_EQ(states(), QStringLiteral("uun"));
+}
+
+TEST_F(KeysTest, givesWayToPlayback)
+{
+    keys().analyzeMusicalKey(ids({a, b}));
+    play(true);
+    EXPECT_EQ(states(), QStringLiteral("qqn"));
+    EXPECT_EQ(keys().pendingMusicalKeyTrackIDs(), QList<TrackID>({a.id(), b.id()}));
+    executor.runAll(); // nobody waits for it any more
+    EXPECT_EQ(states(), QStringLiteral("qqn"));
+    keys().analyzeMusicalKey(ids({c}));
+    EXPECT_EQ(executor.pendingCount(), 0) << "started while something plays";
+    play(false);
+    EXPECT_EQ(states(), QStringLiteral("rqq"));
+    executor.runAll();
+    EXPECT_EQ(states(), QStringLiteral("ddd"));
+}
+
+TEST_F(KeysTest, isStoppedByTheUser)
+{
+    keys().analyzeMusicalKey(ids({a, b, c}));
+    executor.runOne();
+    told.clear();
+    keys().dropMusicalKeyQueue();
+    EXPECT_EQ(told, ids({b, c}));
+    executor.runAll();
+    EXPECT_EQ(states(), QStringLiteral("dnn"));
+    keys().analyzeMusicalKey(ids({b}));
+    executor.runAll();
+    EXPECT_EQ(states(), QStringLiteral("ddn"));
+}
+
+TEST_F(KeysTest, keepsTheStateOfRowsThatLeave)
+{
+    keys().analyzeMusicalKey(ids({a, b, c}));
+    store->removal().removeFromMusicalKeyAnalysis(ids({a, b}));
+    executor.runAll();
+    // The result of a row that left under way is nobody's; one that left before its turn is not analysed.
+    EXPECT_EQ(states(), QStringLiteral("nnd"));
+    EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), c.url()}));
+
+    store->removal().removeFromMusicalKeyAnalysis(ids({c}));
+    store->removal().undoLastRemoval();
+    settle();
+    EXPECT_EQ(states(), QStringLiteral("nnd")); // comes back with its key
+}
+
+TEST_F(KeysTest, survivesTheEndOfTheStoreWhileItWorks)
+{
+    keys().analyzeMusicalKey(ids({a}));
+    store.reset();
+    executor.runAll();
+    EXPECT_EQ(async::liveTaskCount(), 0);
+}
+
+/// The concern alone, with an analysis of quality to take turns with.
+class KeyTurnsTest : public KeysTest {
+protected:
+    Keys::Dependencies dependencies()
+    {
+        return {workspace(),
+                store->status(),
+                notifications,
+                executor,
+                store->tagWriting().saver(),
+                [](const QUrl&, const std::stop_token&) { return kDMajor; },
+                [this] { return isPlaying; },
+                [this] { return isQualityRunning; },
+                [this] {
+                    ++qualityStarts;
+                    isQualityRunning = qualityHasWork;
+                },
+                [this] { ++saves; }};
+    }
+
+    bool isPlaying = false;
+    bool isQualityRunning = false;
+    bool qualityHasWork = false;
+    int qualityStarts = 0;
+    int saves = 0;
+    Keys alone{dependencies()};
+};
+
+TEST_F(KeyTurnsTest, takesTurnsWithTheAnalysisOfQuality)
+{
+    isQualityRunning = true;
+    alone.analyzeMusicalKey(ids({a, b}));
+    EXPECT_EQ(saves, 1);
+    EXPECT_FALSE(alone.isMusicalKeyWorkerRunning());
+    isQualityRunning = false;
+    alone.startMusicalKeyWorkerIfPossible();
+    EXPECT_TRUE(alone.isMusicalKeyWorkerRunning());
+    executor.runAll();
+    EXPECT_EQ(saves, 3); // and one per result
+    EXPECT_EQ(qualityStarts, 1) << "the queue ran empty";
+
+    qualityHasWork = true;
+    alone.analyzeMusicalKey(ids({c}));
+    alone.cancelMusicalKeyAnalysis();
+    EXPECT_EQ(qualityStarts, 2);
+    EXPECT_FALSE(alone.isMusicalKeyWorkerRunning()) << "quality has the turn";
+    EXPECT_EQ(alone.pendingMusicalKeyTrackIDs(), QList<TrackID>{c.id()});
+}
+
+TEST_F(KeyTurnsTest, throwsAResultAwayThatComesWhilePlaying)
+{
+    alone.analyzeMusicalKey(ids({a, b}));
+    isPlaying = true; // nobody cancelled
+    executor.runAll();
+    EXPECT_EQ(alone.pendingMusicalKeyTrackIDs(), QList<TrackID>({a.id(), b.id()}));
+    EXPECT_TRUE(alone.musicalKeyAnalyses().isEmpty());
+    EXPECT_EQ(qualityStarts, 0);
+}
+
+} // namespace
