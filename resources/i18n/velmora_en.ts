@@ -12,6 +12,14 @@
     <translation>%@ of %@</translation>
   </message>
   <message>
+    <source>%@ мажор</source>
+    <translation>%@ major</translation>
+  </message>
+  <message>
+    <source>%@ минор</source>
+    <translation>%@ minor</translation>
+  </message>
+  <message>
     <source>%@ — в файле</source>
     <translation>%@ — in the file</translation>
   </message>
@@ -53,6 +61,13 @@
     <translation>
       <numerusform>%n file</numerusform>
       <numerusform>%n files</numerusform>
+    </translation>
+  </message>
+  <message numerus="yes">
+    <source>%n центов</source>
+    <translation>
+      <numerusform>%n cent</numerusform>
+      <numerusform>%n cents</numerusform>
     </translation>
   </message>
   <message>
@@ -108,6 +123,10 @@
     <translation>No cover</translation>
   </message>
   <message>
+    <source>Без результата</source>
+    <translation>No result</translation>
+  </message>
+  <message>
     <source>Битрейт</source>
     <translation>Bit rate</translation>
   </message>
@@ -152,12 +171,28 @@
     <translation>Waiting</translation>
   </message>
   <message>
+    <source>В очереди. Тональность определяется, пока ничего не играет.</source>
+    <translation>Queued. Keys are detected while nothing plays.</translation>
+  </message>
+  <message>
+    <source>В теге</source>
+    <translation>In tag</translation>
+  </message>
+  <message>
+    <source>В теге пусто, код стоит в имени файла</source>
+    <translation>The tag is empty, the code is in the file name</translation>
+  </message>
+  <message>
     <source>В файле нет ничего лишнего</source>
     <translation>The file holds nothing else</translation>
   </message>
   <message>
     <source>В файлы этого формата обложка не записывается</source>
     <translation>Files of this format take no cover</translation>
+  </message>
+  <message>
+    <source>Варианты</source>
+    <translation>Alternatives</translation>
   </message>
   <message>
     <source>Вернуть из копии…</source>
@@ -300,6 +335,10 @@
     <translation>Add Files to Covers…</translation>
   </message>
   <message>
+    <source>Добавить файлы в тональность…</source>
+    <translation>Add files to Key…</translation>
+  </message>
+  <message>
     <source>Добавить файлы…</source>
     <translation>Add files…</translation>
   </message>
@@ -332,8 +371,8 @@
     <translation>Add the folders to search for identical tracks.</translation>
   </message>
   <message>
-    <source>Добавьте файлы, чтобы определить их тональность.</source>
-    <translation>Add files to detect their key.</translation>
+    <source>Добавьте файлы для определения тональности</source>
+    <translation>Add files to detect their keys</translation>
   </message>
   <message>
     <source>Добавьте файлы, чтобы проверить качество звука.</source>
@@ -380,12 +419,20 @@
     <translation>Replace…</translation>
   </message>
   <message>
+    <source>Записать в теги</source>
+    <translation>Write to tags</translation>
+  </message>
+  <message>
     <source>Записать темп</source>
     <translation>Write Tempo</translation>
   </message>
   <message>
     <source>Записать темп в тег</source>
     <translation>Write Tempo to Tag</translation>
+  </message>
+  <message>
+    <source>Записать тональность</source>
+    <translation>Write key</translation>
   </message>
   <message>
     <source>Запись остановлена, в файлы не записано: %d</source>
@@ -460,6 +507,10 @@
     <translation>Key</translation>
   </message>
   <message>
+    <source>Код</source>
+    <translation>Code</translation>
+  </message>
+  <message>
     <source>Колесо мыши над волной</source>
     <translation>Wheel over the waveform</translation>
   </message>
@@ -520,12 +571,20 @@
     <translation>Curve</translation>
   </message>
   <message>
+    <source>Круг Camelot</source>
+    <translation>Camelot wheel</translation>
+  </message>
+  <message>
     <source>Кэш волн: %@</source>
     <translation>Waveform cache: %@</translation>
   </message>
   <message>
     <source>Ломаная</source>
     <translation>Straight lines</translation>
+  </message>
+  <message>
+    <source>Лучший найденный код Camelot для каждого успешно прочитанного трека.</source>
+    <translation>The best Camelot code found for every track that could be read.</translation>
   </message>
   <message>
     <source>Меньше 500 пикселей: на больших экранах будет нечётко</source>
@@ -554,6 +613,10 @@
   <message>
     <source>Найдены незавершённые временные файлы: %d</source>
     <translation>Unfinished temporary files found: %d</translation>
+  </message>
+  <message>
+    <source>Настройка</source>
+    <translation>Tuning</translation>
   </message>
   <message>
     <source>Настройки</source>
@@ -712,8 +775,20 @@
     <translation>Key detection</translation>
   </message>
   <message>
+    <source>Определить все</source>
+    <translation>Detect all</translation>
+  </message>
+  <message>
+    <source>Определить выбранные</source>
+    <translation>Detect selected</translation>
+  </message>
+  <message>
     <source>Определить темп заново</source>
     <translation>Find Tempo Again</translation>
+  </message>
+  <message>
+    <source>Определяется…</source>
+    <translation>Detecting…</translation>
   </message>
   <message>
     <source>Определён темп: %@ BPM</source>
@@ -980,6 +1055,10 @@
     <translation>Light</translation>
   </message>
   <message>
+    <source>Сводится с</source>
+    <translation>Mixes with</translation>
+  </message>
+  <message>
     <source>Свой…</source>
     <translation>Custom…</translation>
   </message>
@@ -1048,6 +1127,10 @@
   <message>
     <source>Сохраняем обложку…</source>
     <translation>Saving the cover…</translation>
+  </message>
+  <message>
+    <source>Сохраняет найденные коды Camelot, не изменяя остальные теги.</source>
+    <translation>Saves the Camelot codes that were found and leaves all other tags as they are.</translation>
   </message>
   <message>
     <source>Сохраняется…</source>
@@ -1234,8 +1317,16 @@
     <translation>Remove from key</translation>
   </message>
   <message>
+    <source>Уверенность</source>
+    <translation>Confidence</translation>
+  </message>
+  <message>
     <source>Уверенность: %d %%</source>
     <translation>Confidence: %d%%</translation>
+  </message>
+  <message>
+    <source>Удалить из тональности</source>
+    <translation>Remove from Key</translation>
   </message>
   <message>
     <source>Удвоить темп</source>
@@ -1326,8 +1417,52 @@
     <translation>without a cover %d</translation>
   </message>
   <message>
+    <source>без результата %d</source>
+    <translation>%d without result</translation>
+  </message>
+  <message>
     <source>в избранном %d</source>
     <translation>%d in Favorites</translation>
+  </message>
+  <message>
+    <source>в очереди %d</source>
+    <translation>%d queued</translation>
+  </message>
+  <message>
+    <source>до</source>
+    <translation>C</translation>
+  </message>
+  <message>
+    <source>до-диез</source>
+    <translation>C sharp</translation>
+  </message>
+  <message>
+    <source>ещё не определена</source>
+    <translation>not detected yet</translation>
+  </message>
+  <message>
+    <source>ждёт, пока играет музыка</source>
+    <translation>waiting while music plays</translation>
+  </message>
+  <message>
+    <source>из имени</source>
+    <translation>from name</translation>
+  </message>
+  <message>
+    <source>ля</source>
+    <translation>A</translation>
+  </message>
+  <message>
+    <source>ля-бемоль</source>
+    <translation>A flat</translation>
+  </message>
+  <message>
+    <source>ми</source>
+    <translation>E</translation>
+  </message>
+  <message>
+    <source>ми-бемоль</source>
+    <translation>E flat</translation>
   </message>
   <message>
     <source>не записывается</source>
@@ -1336,6 +1471,42 @@
   <message>
     <source>около %@</source>
     <translation>about %@</translation>
+  </message>
+  <message>
+    <source>определено %d</source>
+    <translation>%d detected</translation>
+  </message>
+  <message>
+    <source>ре</source>
+    <translation>D</translation>
+  </message>
+  <message>
+    <source>ре-бемоль</source>
+    <translation>D flat</translation>
+  </message>
+  <message>
+    <source>си</source>
+    <translation>B</translation>
+  </message>
+  <message>
+    <source>си-бемоль</source>
+    <translation>B flat</translation>
+  </message>
+  <message>
+    <source>соль</source>
+    <translation>G</translation>
+  </message>
+  <message>
+    <source>соль-диез</source>
+    <translation>G sharp</translation>
+  </message>
+  <message>
+    <source>фа</source>
+    <translation>F</translation>
+  </message>
+  <message>
+    <source>фа-диез</source>
+    <translation>F sharp</translation>
   </message>
 </context>
 </TS>

@@ -36,6 +36,14 @@
     </translation>
   </message>
   <message numerus="yes">
+    <source>%n центов</source>
+    <translation>
+      <numerusform>%n цент</numerusform>
+      <numerusform>%n цента</numerusform>
+      <numerusform>%n центов</numerusform>
+    </translation>
+  </message>
+  <message numerus="yes">
     <source>Сохранение удалит %n других полей</source>
     <translation>
       <numerusform>Сохранение удалит %n другое поле</numerusform>

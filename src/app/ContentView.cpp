@@ -6,6 +6,7 @@
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/StrayTemporaries.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
@@ -316,6 +317,21 @@ void ContentView::trashStrayTemporaries()
 void ContentView::answerWhatSavesKeep(bool keepsOthers)
 {
     m_library.tagWriting().saver().answerWhatSavesKeep(keepsOthers);
+}
+
+void ContentView::analyzeMusicalKey(const QSet<TrackID>& ids)
+{
+    m_library.keys().analyzeMusicalKey(ids);
+}
+
+void ContentView::stopMusicalKeyAnalysis()
+{
+    m_library.keys().dropMusicalKeyQueue();
+}
+
+void ContentView::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
+{
+    m_library.keys().writeAnalyzedMusicalKeys(ids);
 }
 
 void ContentView::revealInFileManager(const QSet<TrackID>& ids)

@@ -67,6 +67,10 @@ public:
     void stopMovingFiles() override;
     void trashStrayTemporaries() override;
     void answerWhatSavesKeep(bool keepsOthers) override;
+    void openMusicalKeyPanel() override { choose(LibraryTab::MusicalKey); }
+    void analyzeMusicalKey(const QSet<TrackID>& ids) override;
+    void stopMusicalKeyAnalysis() override;
+    void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids) override;
     void revealInFileManager(const QSet<TrackID>& ids) override;
     void setPlaylistScrolling(bool scrolling) override;
     void setTrackSortField(TrackSortField field, LibraryTab tab) override;

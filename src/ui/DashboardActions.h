@@ -76,6 +76,14 @@ public:
     virtual void trashStrayTemporaries() = 0;
     /// The answer to Workspace::isAskingWhatSavesKeep().
     virtual void answerWhatSavesKeep(bool keepsOthers) = 0;
+    /// The file dialog of the key section.
+    virtual void openMusicalKeyPanel() = 0;
+    /// Estimates the keys of rows of the key section.
+    virtual void analyzeMusicalKey(const QSet<TrackID>& ids) = 0;
+    /// Drops what of it has not been done yet.
+    virtual void stopMusicalKeyAnalysis() = 0;
+    /// Writes the estimated keys of such rows into their files.
+    virtual void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids) = 0;
     /// Shows the files in the system's file manager.
     virtual void revealInFileManager(const QSet<TrackID>& ids) = 0;
     virtual void setPlaylistScrolling(bool scrolling) = 0;

@@ -89,7 +89,7 @@ TEST_F(RemovalKeysTest, TheMenuOfARowOffersItsSectionsRemoval)
         {LibraryTab::Playlist, QStringLiteral("Убрать из плейлиста"), true},
         {LibraryTab::Favorites, {}, true},
         {LibraryTab::Analysis, QStringLiteral("Убрать из анализа"), true},
-        {LibraryTab::MusicalKey, QStringLiteral("Убрать из тональности"), true},
+        {LibraryTab::MusicalKey, QStringLiteral("Удалить из тональности"), true},
         {LibraryTab::Duplicates, {}, true},
         {LibraryTab::Converter, {}, false},
     };

@@ -1,5 +1,6 @@
 #include "support/WindowFixture.h"
 
+#include "ui/keys/KeyTexts.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"
@@ -39,7 +40,10 @@ TEST(ThemeTest, TextIsReadableOnEveryGround)
         }
     }
     for (int number = 1; number <= 12; ++number)
-        EXPECT_GE(contrast(KeyColours::chipText(), KeyColours::colour({number, false})), 4.5) << number;
+        EXPECT_GE(contrast(KeyColours::chipText(),
+                           KeyColours::colour(*MusicalKey::fromCamelotCode(QString::number(number) + u'A'))),
+                  4.5)
+            << number;
 }
 
 TEST(ThemeTest, KeysAreReadInEveryCommonSpelling)
@@ -65,8 +69,8 @@ TEST(ThemeTest, KeysAreReadInEveryCommonSpelling)
         {QString(), QString()},
     };
     for (const auto& each : kCases) {
-        const auto key = KeyColours::parse(each.text);
-        EXPECT_EQ(key ? key->code() : QString(), each.code) << qPrintable(each.text);
+        const auto key = KeyTexts::keyOf(each.text);
+        EXPECT_EQ(key ? key->camelot() : QString(), each.code) << qPrintable(each.text);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "DemoAudio.h"
 #include "DemoEnvelopes.h"
+#include "DemoKeys.h"
 #include "DemoLibrary.h"
 
 #include "app/AppPaths.h"
@@ -87,7 +88,8 @@ Options parse(const QStringList& arguments)
     option("select", "FIRST+COUNT of the rows", "2+2");
     option("scale", "scale factor of the screen", "1");
     option("state",
-           "rows, empty, notice, error, ontop, playing, paused, loading, writing, outputs, hover, volume, or menu for "
+           "rows, empty, notice, error, ontop, playing, paused, loading, writing, outputs, hover, volume, keys or "
+           "waiting-keys for results of the key section, or menu for "
            "the menu of "
            "a row alone, settings for that of the waveforms",
            "rows");
@@ -339,6 +341,8 @@ int main(int argc, char** argv)
         importFolders(*app, options.folders, tab);
     else if (options.state != QLatin1StringView("empty"))
         inventRows(app->library());
+    if (options.state.endsWith(QLatin1StringView("keys")))
+        DemoKeys::fill(app->library(), options.state.startsWith(QLatin1StringView("waiting")));
     selectSome(app->library(), tab, options.select);
     prepareInspector(*app, tab, options.inspector);
     chooseCover(app->window(), options.coverImage);

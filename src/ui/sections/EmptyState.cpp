@@ -36,7 +36,7 @@ Words wordsFor(LibraryTab tab)
     case LibraryTab::Analysis:
         return {QStringLiteral("Добавьте файлы, чтобы проверить качество звука."), formats};
     case LibraryTab::MusicalKey:
-        return {QStringLiteral("Добавьте файлы, чтобы определить их тональность."), formats};
+        return {QStringLiteral("Добавьте файлы для определения тональности"), formats};
     case LibraryTab::Duplicates:
         return {QStringLiteral("Добавьте папки, в которых нужно искать одинаковые треки."),
                 QStringLiteral("Сюда можно перетащить папки и файлы")};

@@ -8,8 +8,9 @@ SectionBody::SectionBody(QWidget* parent)
 {
 }
 
-void SectionBody::setPanel(QWidget* panel)
+void SectionBody::setPanel(QWidget* panel, Narrow narrow)
 {
+    m_narrow = narrow;
     if (m_panel == panel)
         return;
     if (m_panel)
@@ -31,8 +32,12 @@ QSize SectionBody::minimumSizeHint() const
 
 void SectionBody::place()
 {
+    if (m_panel && m_narrow == Narrow::Without)
+        m_panel->setVisible(width() >= kListMinimum + m_panel->minimumWidth());
     const bool isShown = m_panel && m_panel->parentWidget() == this && !m_panel->isHidden();
-    const int panel = isShown ? m_panel->minimumWidth() : 0;
+    const int panel = isShown ? std::clamp(width() - kListComfort, m_panel->minimumWidth(),
+                                           std::max(m_panel->minimumWidth(), m_panel->maximumWidth()))
+                              : 0;
     m_content->setGeometry(0, 0, std::max(width() - panel, std::min(width(), kListMinimum)), height());
     if (!isShown)
         return;

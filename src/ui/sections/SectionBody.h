@@ -11,12 +11,17 @@ class SectionBody : public QWidget {
 public:
     /// The table's columns that never leave.
     static constexpr int kListMinimum = 404;
+    /// What a panel of variable width leaves to the list before it grows.
+    static constexpr int kListComfort = 736;
+    /// What becomes of the panel where the list needs the room.
+    enum class Narrow { Over, Without };
 
     explicit SectionBody(QWidget* parent = nullptr);
 
     QWidget& content() const { return *m_content; }
-    /// Takes a panel of fixed width in, from another section if it is there. Null lets it go.
-    void setPanel(QWidget* panel);
+    /// Takes a panel in, from another section if it is there; its width stays within its minimum and maximum. Null lets
+    /// it go. \param narrow whether it lies over the list where there is no room for both, or is hidden.
+    void setPanel(QWidget* panel, Narrow narrow = Narrow::Over);
     QSize minimumSizeHint() const override;
 
 protected:
@@ -28,4 +33,5 @@ private:
 
     QWidget* m_content;
     QPointer<QWidget> m_panel;
+    Narrow m_narrow = Narrow::Over;
 };

@@ -19,14 +19,14 @@ public:
     const QString& facts() const;
     /// Adds an action before the main button. Owned by the header.
     ThemeButton* addAction();
-    /// The accented button at the end: adds files, but in Covers, where the section says what it does.
+    /// The accented button at the end: adds files, but in Covers and the key section, which say what it does.
     ThemeButton& mainButton() const { return *m_mainButton; }
     /// Button of the menu that holds the commands.
     ThemeButton& menuButton() const { return *m_menuButton; }
     void retranslate();
 
 private:
-    bool addsFiles() const { return m_tab != LibraryTab::Covers; }
+    bool addsFiles() const { return m_tab != LibraryTab::Covers && m_tab != LibraryTab::MusicalKey; }
     void addTagsButton();
     void showTagsButton();
 

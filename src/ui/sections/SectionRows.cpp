@@ -1,9 +1,11 @@
 #include "ui/sections/SectionRows.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/workspace/Workspace.h"
+#include "ui/keys/KeyState.h"
 #include "ui/text/Texts.h"
 #include "ui/tracks/RowLayout.h"
 #include "ui/tracks/TrackColumns.h"
@@ -71,6 +73,23 @@ QString coverFacts(const QList<Track>& rows)
     return Texts::facts({Texts::trackCount(rows.size()), without});
 }
 
+QString keyFacts(const Keys& keys, const QList<Track>& rows)
+{
+    using Step = KeyState::Step;
+    QHash<Step, qint64> counts;
+    for (const Track& track : rows)
+        ++counts[KeyState::of(keys, track.id()).step];
+    const auto counted = [&](const QString& text, qint64 count) {
+        return count > 0 ? VelmoraLocalization::format(text, {count}) : QString();
+    };
+    const bool waits = counts.value(Step::Queued) > 0 && !keys.isMusicalKeyWorkerRunning();
+    return Texts::facts(
+        {fileCount(rows.size()), counted(QStringLiteral("определено %d"), counts.value(Step::Determined)),
+         counted(QStringLiteral("без результата %d"), counts.value(Step::Undetermined)),
+         counted(QStringLiteral("в очереди %d"), counts.value(Step::Queued) + counts.value(Step::Running)),
+         waits ? Texts::localized(QStringLiteral("ждёт, пока играет музыка")) : QString()});
+}
+
 } // namespace
 
 namespace SectionRows {
@@ -86,6 +105,8 @@ const std::vector<TrackColumn>& columns(LibraryTab tab)
         return TrackColumns::covers();
     case LibraryTab::Converter:
         return TrackColumns::conversion();
+    case LibraryTab::MusicalKey:
+        return TrackColumns::keys();
     default:
         return TrackColumns::brief();
     }
@@ -136,6 +157,8 @@ QString facts(LibraryStore& library, LibraryTab tab, const QList<Track>& rows)
         return Texts::facts({Texts::trackCount(rows.size()), length});
     case LibraryTab::Covers:
         return coverFacts(rows);
+    case LibraryTab::MusicalKey:
+        return keyFacts(library.keys(), rows);
     default:
         return Texts::facts({fileCount(rows.size()), length});
     }
@@ -187,7 +210,7 @@ QString removalText(LibraryTab tab)
     case LibraryTab::Analysis:
         return Texts::localized(QStringLiteral("Убрать из анализа"));
     case LibraryTab::MusicalKey:
-        return Texts::localized(QStringLiteral("Убрать из тональности"));
+        return Texts::localized(QStringLiteral("Удалить из тональности"));
     default:
         return {};
     }

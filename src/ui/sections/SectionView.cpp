@@ -8,8 +8,8 @@
 #include "ui/covers/CoverAssignment.h"
 #include "ui/covers/CoverChoiceCard.h"
 #include "ui/covers/CoverGrid.h"
+#include "ui/keys/KeySection.h"
 #include "ui/sections/EmptyState.h"
-#include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionRows.h"
 #include "ui/sections/SortControls.h"
@@ -121,6 +121,10 @@ void SectionView::buildActions()
         m_covers = new CoverAssignment(m_context, *this);
         m_retranslateActions = [this] { m_covers->retranslate(); };
     }
+    if (m_tab == LibraryTab::MusicalKey) {
+        m_keys = new KeySection(m_context, *this);
+        m_retranslateActions = [this] { m_keys->retranslate(); };
+    }
     if (m_tab != LibraryTab::Favorites)
         return;
     ThemeButton* convert = m_header->addAction();
@@ -208,7 +212,13 @@ void SectionView::refresh()
     }
     if (isEmpty || m_header->facts().isEmpty())
         updateFacts();
-    else if (!m_factsTimer.isActive())
+    else
+        factsChanged();
+}
+
+void SectionView::factsChanged()
+{
+    if (!m_factsTimer.isActive())
         m_factsTimer.start();
 }
 
@@ -285,14 +295,21 @@ void SectionView::selectAll()
     m_list->selectAll();
 }
 
-void SectionView::setPanel(QWidget* panel)
+void SectionView::setPanel(QWidget* panel, SectionBody::Narrow narrow)
 {
-    m_body->setPanel(panel);
+    m_body->setPanel(panel, narrow);
 }
 
 void SectionView::focusList()
 {
     m_stack->currentWidget()->setFocus(Qt::OtherFocusReason);
+}
+
+void SectionView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (m_keys)
+        m_keys->fitHeader(width());
 }
 
 void SectionView::hideEvent(QHideEvent* event)

@@ -3,6 +3,7 @@
 #include "core/model/LibraryTab.h"
 #include "core/model/Track.h"
 #include "ui/WindowContext.h"
+#include "ui/sections/SectionBody.h"
 #include "ui/tracks/TrackListModel.h"
 
 #include <QTimer>
@@ -13,10 +14,10 @@
 class CoverAssignment;
 class DropTarget;
 class EmptyState;
+class KeySection;
 class QAbstractItemView;
 class QStackedLayout;
 class ScrollActivity;
-class SectionBody;
 class SectionHeader;
 class ScrollMemory;
 class SelectionSync;
@@ -38,6 +39,9 @@ public:
     /// Choosing and assigning pictures; null but in Covers.
     CoverAssignment* coverAssignment() const { return m_covers; }
 
+    /// The states of keys and the wheel; null but in the key section.
+    KeySection* keySection() const { return m_keys; }
+
     /// Whether this is the page that the user sees.
     void setShown(bool shown);
     /// Something that the page shows has changed.
@@ -54,7 +58,9 @@ public:
     void selectAll();
     void focusList();
     /// Shows a panel at the right of the list for as long as that is not hidden.
-    void setPanel(QWidget* panel);
+    void setPanel(QWidget* panel, SectionBody::Narrow narrow = SectionBody::Narrow::Over);
+    /// What the line under the title says may be another thing now.
+    void factsChanged();
 
 Q_SIGNALS:
     void contextMenuWanted(const QPoint& globalPosition);
@@ -62,6 +68,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
@@ -87,6 +94,7 @@ private:
     SelectionSync* m_sync = nullptr; ///< null where the section keeps a selection of its own
     ScrollActivity* m_scrolling = nullptr;
     CoverAssignment* m_covers = nullptr;
+    KeySection* m_keys = nullptr;
     ScrollMemory* m_scrollMemory = nullptr;
     SortControls* m_sorting = nullptr; ///< null where nothing can be sorted
     std::function<void()> m_retranslateActions;

@@ -14,10 +14,12 @@ struct Spec {
 };
 
 constexpr Spec kSpecs[]{
-    {TrackColumn::Cover, 92, 0, 0},  {TrackColumn::Title, 184, 5, 0},  {TrackColumn::Waveform, 136, 0, 3},
-    {TrackColumn::Album, 120, 2, 1}, {TrackColumn::Genre, 120, 2, 6},  {TrackColumn::BPM, 68, 0, 0},
-    {TrackColumn::Key, 76, 0, 7},    {TrackColumn::Format, 72, 0, 4},  {TrackColumn::BitRate, 92, 0, 2},
-    {TrackColumn::Length, 72, 0, 5}, {TrackColumn::Status, 160, 1, 0}, {TrackColumn::Heart, 60, 0, 0},
+    {TrackColumn::Cover, 92, 0, 0},        {TrackColumn::Title, 184, 5, 0},   {TrackColumn::Waveform, 136, 0, 3},
+    {TrackColumn::Album, 120, 2, 1},       {TrackColumn::Genre, 120, 2, 6},   {TrackColumn::BPM, 68, 0, 0},
+    {TrackColumn::Key, 76, 0, 7},          {TrackColumn::Format, 72, 0, 4},   {TrackColumn::BitRate, 92, 0, 2},
+    {TrackColumn::Length, 72, 0, 5},       {TrackColumn::Status, 160, 1, 0},  {TrackColumn::Heart, 60, 0, 0},
+    {TrackColumn::KeyInTag, 92, 1, 3},     {TrackColumn::FoundKey, 72, 0, 0}, {TrackColumn::KeyConfidence, 136, 0, 2},
+    {TrackColumn::KeyVariants, 144, 1, 1},
 };
 
 const Spec& specOf(TrackColumn column)
@@ -67,6 +69,14 @@ const std::vector<TrackColumn>& conversion()
     return kColumns;
 }
 
+const std::vector<TrackColumn>& keys()
+{
+    static const std::vector<TrackColumn> kColumns{TrackColumn::Cover,         TrackColumn::Title,
+                                                   TrackColumn::KeyInTag,      TrackColumn::FoundKey,
+                                                   TrackColumn::KeyConfidence, TrackColumn::KeyVariants};
+    return kColumns;
+}
+
 const std::vector<TrackColumn>& covers()
 {
     static const std::vector<TrackColumn> kColumns{TrackColumn::Title};
@@ -99,6 +109,14 @@ QString heading(TrackColumn column)
         return Texts::localized(QStringLiteral("Время"));
     case TrackColumn::Status:
         return Texts::localized(QStringLiteral("Состояние"));
+    case TrackColumn::KeyInTag:
+        return Texts::localized(QStringLiteral("В теге"));
+    case TrackColumn::FoundKey:
+        return Texts::localized(QStringLiteral("Код"));
+    case TrackColumn::KeyConfidence:
+        return Texts::localized(QStringLiteral("Уверенность"));
+    case TrackColumn::KeyVariants:
+        return Texts::localized(QStringLiteral("Варианты"));
     }
     Q_UNREACHABLE();
 }
@@ -156,6 +174,10 @@ QString text(TrackColumn column, const Track& track)
     case TrackColumn::Waveform:
     case TrackColumn::Status:
     case TrackColumn::Heart:
+    case TrackColumn::KeyInTag:
+    case TrackColumn::FoundKey:
+    case TrackColumn::KeyConfidence:
+    case TrackColumn::KeyVariants:
         return {};
     }
     Q_UNREACHABLE();

@@ -9,7 +9,24 @@
 #include <vector>
 
 /// What a list of tracks can show, left to right.
-enum class TrackColumn { Cover, Title, Waveform, Album, Genre, BPM, Key, Format, BitRate, Length, Status, Heart };
+enum class TrackColumn {
+    Cover,
+    Title,
+    Waveform,
+    Album,
+    Genre,
+    BPM,
+    Key,
+    Format,
+    BitRate,
+    Length,
+    Status,
+    Heart,
+    KeyInTag,
+    FoundKey,
+    KeyConfidence,
+    KeyVariants
+};
 
 namespace TrackColumns {
 
@@ -21,6 +38,8 @@ const std::vector<TrackColumn>& full();
 const std::vector<TrackColumn>& brief();
 /// The converter's: brief with the state of each job.
 const std::vector<TrackColumn>& conversion();
+/// The key section's: what the tag says and what was heard.
+const std::vector<TrackColumn>& keys();
 /// The grid of covers shows a cell per track.
 const std::vector<TrackColumn>& covers();
 

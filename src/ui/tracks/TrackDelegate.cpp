@@ -1,6 +1,8 @@
 #include "ui/tracks/TrackDelegate.h"
 
 #include "core/library/LibraryStore.h"
+#include "ui/keys/KeyCells.h"
+#include "ui/keys/KeyTexts.h"
 #include "ui/tempo/TempoText.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
@@ -117,6 +119,12 @@ void TrackDelegate::paintCell(QPainter& painter, const QRect& rect, const QModel
     case TrackColumn::Key:
         paintKey(painter, text, TrackColumns::text(column, track));
         break;
+    case TrackColumn::KeyInTag:
+    case TrackColumn::FoundKey:
+    case TrackColumn::KeyConfidence:
+    case TrackColumn::KeyVariants:
+        KeyCells::paint(painter, text, m_context.theme, column, track, model.keyState(track.id()));
+        break;
     case TrackColumn::Heart:
         paintHeart(painter, rect, track.isFavorite());
         break;
@@ -195,8 +203,8 @@ void TrackDelegate::paintTempo(QPainter& painter, const QRect& rect, const QStri
 
 void TrackDelegate::paintKey(QPainter& painter, const QRect& rect, const QString& text) const
 {
-    if (const auto key = KeyColours::parse(text)) {
-        Paint::chip(painter, {rect.left(), rect.top() + rect.height() / 2}, key->code(),
+    if (const auto key = KeyTexts::keyOf(text)) {
+        Paint::chip(painter, {rect.left(), rect.top() + rect.height() / 2}, key->camelot(),
                     m_context.theme.font(TextRole::Chip), KeyColours::colour(*key), KeyColours::chipText());
         return;
     }
@@ -222,6 +230,8 @@ QString TrackDelegate::tooltip(const QModelIndex& index, const QRect& cell) cons
         return Texts::localized(track.isFavorite() ? QStringLiteral("Убрать из избранного")
                                                    : QStringLiteral("Добавить в избранное")) +
                QStringLiteral(" (F)");
+    if (KeyTexts::isKeyColumn(column))
+        return KeyTexts::tooltip(column, track, model.keyState(track.id()));
     if (column == TrackColumn::Title) {
         const bool titleFits = fits(track.displayTitle(), m_context.theme.font(TextRole::BodyStrong), width);
         const bool artistFits = fits(track.tags().artist, m_context.theme.font(TextRole::Secondary), width);
@@ -233,8 +243,8 @@ QString TrackDelegate::tooltip(const QModelIndex& index, const QRect& cell) cons
     }
     const QString text = index.data(Qt::DisplayRole).toString();
     if (column == TrackColumn::Key) {
-        const auto key = KeyColours::parse(text);
-        return key && key->code() != text ? text : QString();
+        const auto key = KeyTexts::keyOf(text);
+        return key && key->camelot() != text ? text : QString();
     }
     return fits(text, m_context.theme.font(roleOf(column)), width) ? QString() : text;
 }

@@ -1,9 +1,8 @@
 #include "ui/tracks/TrackListModel.h"
 
+#include "ui/keys/KeyTexts.h"
 #include "ui/tempo/TempoText.h"
 #include "ui/text/Texts.h"
-
-#include <QSet>
 
 // How a list becomes another one:
 // 1. what both have in common at the head and at the tail stays untouched;
@@ -271,6 +270,16 @@ void TrackListModel::setStatusTexts(const QHash<TrackID, QString>& texts)
     emit dataChanged(index(0, place), index(rowCount() - 1, place));
 }
 
+void TrackListModel::keyStatesChanged(const QSet<TrackID>& ids)
+{
+    QList<int> changed;
+    for (int row = 0; row < rowCount() && changed.size() < ids.size(); ++row) {
+        if (ids.contains(track(row).id()))
+            changed.append(row);
+    }
+    emitChanged(changed);
+}
+
 std::optional<int> TrackListModel::columnOf(TrackColumn column) const
 {
     const auto found = std::ranges::find(m_columns, column);
@@ -300,14 +309,19 @@ QVariant TrackListModel::data(const QModelIndex& index, int role) const
         return {};
     const Track& track = m_rows[index.row()];
     const TrackColumn column = columnAt(index.column());
+    const bool saysKey = KeyTexts::isKeyColumn(column);
     switch (role) {
     case Qt::DisplayRole:
         if (column == TrackColumn::BPM)
             return TempoText::bpmDisplayText(track, bpmState(track.id()));
+        if (saysKey)
+            return KeyTexts::text(column, track, keyState(track.id()));
         return column == TrackColumn::Status ? statusText(track.id()) : TrackColumns::text(column, track);
     case Qt::AccessibleTextRole:
         if (column == TrackColumn::BPM)
             return TempoText::spoken(track, bpmState(track.id()));
+        if (saysKey)
+            return KeyTexts::spoken(column, track, keyState(track.id()));
         if (column == TrackColumn::Status && m_statusTexts.contains(track.id()))
             return statusText(track.id());
         return TrackColumns::spokenText(column, track);

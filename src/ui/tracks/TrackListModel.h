@@ -1,10 +1,12 @@
 #pragma once
 
 #include "core/library/tempo/Tempo.h"
+#include "ui/keys/KeyState.h"
 #include "ui/tracks/TrackColumns.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
+#include <QSet>
 
 #include <functional>
 #include <optional>
@@ -32,6 +34,11 @@ public:
     /// Who knows the tempos beside the tags; nobody at first.
     void setBPMStates(std::function<PlaylistBPMState(const TrackID&)> states) { m_bpmStates = std::move(states); }
     PlaylistBPMState bpmState(const TrackID& id) const { return m_bpmStates ? m_bpmStates(id) : PlaylistBPMState(); }
+    /// What the columns about keys show. \param stateOf asked when a cell is; may be empty.
+    void setKeyStates(std::function<KeyState(const TrackID&)> stateOf) { m_keyStateOf = std::move(stateOf); }
+    KeyState keyState(const TrackID& id) const { return m_keyStateOf ? m_keyStateOf(id) : KeyState(); }
+    /// That of these rows is another one now. One pass over the list.
+    void keyStatesChanged(const QSet<TrackID>& ids);
 
     const std::vector<TrackColumn>& columns() const { return m_columns; }
     TrackColumn columnAt(int column) const { return m_columns[static_cast<size_t>(column)]; }
@@ -65,4 +72,5 @@ private:
     QList<Track> m_rows;
     QHash<TrackID, QString> m_statusTexts;
     std::function<PlaylistBPMState(const TrackID&)> m_bpmStates;
+    std::function<KeyState(const TrackID&)> m_keyStateOf;
 };

@@ -1,6 +1,7 @@
 #include "ui/window/KeyPrecedence.h"
 
 #include "ui/inspector/Inspector.h"
+#include "ui/keys/KeyWheel.h"
 #include "ui/player/VolumeSlider.h"
 
 #include <QAbstractButton>
@@ -53,6 +54,8 @@ bool focusKeeps(const QWidget* focused, const QKeyEvent& event)
         return false;
     if (qobject_cast<const QAbstractButton*>(focused))
         return key == Qt::Key_Space;
+    if (qobject_cast<const KeyWheel*>(focused))
+        return isArrow(key) || key == Qt::Key_Space;
     return isArrow(key) && qobject_cast<const VolumeSlider*>(focused);
 }
 

@@ -1,6 +1,7 @@
 #include "ui/window/TrackMenu.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
@@ -11,6 +12,8 @@
 #include "ui/text/Texts.h"
 
 #include <QMenu>
+
+#include <algorithm>
 
 namespace {
 
@@ -151,6 +154,21 @@ void addRemoval(QMenu& menu, const WindowContext& context, LibraryTab tab, const
     trash->setToolTip(Texts::localized(QStringLiteral("Отмена вернёт файлы из Корзины на место")));
 }
 
+void addKeys(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+{
+    DashboardActions& actions = context.actions;
+    const Keys& keys = context.library.keys();
+    QAction* analyze = menu.addAction(Texts::localized(QStringLiteral("Определить выбранные")),
+                                      [&actions, ids] { actions.analyzeMusicalKey(ids); });
+    analyze->setEnabled(!keys.analyzingMusicalKeyIDs().contains(ids));
+    QAction* write = menu.addAction(Texts::localized(QStringLiteral("Записать тональность")),
+                                    [&actions, ids] { actions.writeAnalyzedMusicalKeys(ids); });
+    write->setToolTip(Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));
+    write->setEnabled(
+        std::ranges::any_of(ids, [&](const TrackID& id) { return keys.musicalKeyAnalyses().contains(id); }));
+    menu.addSeparator();
+}
+
 void addPlayback(QMenu& menu, const WindowContext& context, const Track& track)
 {
     const AudioPlayer& player = context.player;
@@ -185,6 +203,8 @@ void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet
                        [&actions, ids] { actions.addToConversion(ids); });
         menu.addSeparator();
     }
+    if (tab == LibraryTab::MusicalKey)
+        addKeys(menu, context, ids);
     menu.addAction(Texts::localized(QStringLiteral("Открыть в Finder")),
                    [&actions, ids] { actions.revealInFileManager(ids); });
     if (tab != LibraryTab::Converter)

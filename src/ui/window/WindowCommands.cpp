@@ -63,7 +63,6 @@ QAction* WindowCommands::add(const QList<QKeySequence>& shortcuts, std::function
 void WindowCommands::retranslate()
 {
     m_open->setText(Texts::localized(QStringLiteral("Добавить файлы…")));
-    m_add->setText(Texts::localized(QStringLiteral("Добавить файлы в обложки…")));
     m_paste->setText(Texts::localized(QStringLiteral("Вставить изображение")));
     m_selectAll->setText(Texts::localized(QStringLiteral("Выделить всё")));
     m_favorite->setText(Texts::localized(QStringLiteral("Добавить в избранное или убрать")));
@@ -142,8 +141,12 @@ void WindowCommands::fillMenu(QMenu& menu) const
     m_favorite->setEnabled(true); // its shortcut decides by itself
     menu.addAction(m_open);
     if (m_window.activeSection().coverAssignment()) {
+        m_add->setText(Texts::localized(QStringLiteral("Добавить файлы в обложки…")));
         menu.addAction(m_add);
         menu.addAction(m_paste);
+    } else if (m_window.activeSection().keySection()) {
+        m_add->setText(Texts::localized(QStringLiteral("Добавить файлы в тональность…")));
+        menu.addAction(m_add);
     }
     menu.addSeparator();
     menu.addAction(m_undo);

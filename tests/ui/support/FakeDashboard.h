@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/favorites/Favorites.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/undo/UndoManager.h"
@@ -105,6 +106,18 @@ public:
         note("answerWhatSavesKeep", {}, keepsOthers ? QStringLiteral("keep") : QStringLiteral("drop"));
         m_store.workspace().setAskingWhatSavesKeep(false);
     }
+    void openMusicalKeyPanel() override { note("openMusicalKeyPanel"); }
+    void analyzeMusicalKey(const QSet<TrackID>& ids) override
+    {
+        note("analyzeMusicalKey", ids);
+        m_store.keys().analyzeMusicalKey(ids);
+    }
+    void stopMusicalKeyAnalysis() override
+    {
+        note("stopMusicalKeyAnalysis");
+        m_store.keys().dropMusicalKeyQueue();
+    }
+    void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids) override { note("writeAnalyzedMusicalKeys", ids); }
     void revealInFileManager(const QSet<TrackID>& ids) override { note("revealInFileManager", ids); }
     void setPlaylistScrolling(bool scrolling) override { scrollStates.append(scrolling); }
     void setTrackSortField(TrackSortField field, LibraryTab tab) override

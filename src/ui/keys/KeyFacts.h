@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ui/keys/KeyState.h"
+
+#include <QWidget>
+
+class Theme;
+
+/// What the panel says below the wheel: tuning, confidence, and the keys that mix. Empty without a result.
+class KeyFacts : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit KeyFacts(const Theme& theme, QWidget* parent = nullptr);
+
+    void setState(const KeyState& state);
+    void retranslate();
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QRect valueRect(int row) const;
+    void paintLabel(QPainter& painter, int row, const QString& text) const;
+
+    const Theme& m_theme;
+    KeyState m_state;
+};

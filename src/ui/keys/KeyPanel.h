@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/model/Track.h"
+#include "ui/WindowContext.h"
+#include "ui/keys/KeyState.h"
+#include "ui/window/Panel.h"
+
+#include <optional>
+
+class KeyFacts;
+class KeyWheel;
+class ThemeLabel;
+
+/// The panel at the right of the key section: the focused track, its key on the Camelot wheel, and what else was heard.
+class KeyPanel : public Panel {
+    Q_OBJECT
+
+public:
+    static constexpr int kNarrowest = 340;
+    static constexpr int kWidest = 420;
+
+    explicit KeyPanel(const Theme& theme, QWidget* parent = nullptr);
+
+    /// \param track nothing if no row is focused.
+    void setTrack(const std::optional<Track>& track, const KeyState& state);
+    void retranslate();
+    KeyWheel& wheel() const { return *m_wheel; }
+
+private:
+    std::optional<Track> m_track;
+    KeyState m_state;
+    ThemeLabel* m_title;
+    ThemeLabel* m_artist;
+    KeyWheel* m_wheel;
+    KeyFacts* m_facts;
+};

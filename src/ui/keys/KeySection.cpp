@@ -1,0 +1,157 @@
+#include "ui/keys/KeySection.h"
+
+#include "core/library/LibraryStore.h"
+#include "core/library/keys/Keys.h"
+#include "ui/DashboardActions.h"
+#include "ui/keys/KeyTexts.h"
+#include "ui/keys/KeyWheel.h"
+#include "ui/sections/SectionHeader.h"
+#include "ui/sections/SectionView.h"
+#include "ui/text/Texts.h"
+#include "ui/window/ThemeButton.h"
+
+#include <QAbstractItemView>
+#include <QItemSelectionModel>
+
+namespace {
+constexpr int kCountDelay = 120;        // milliseconds; as the facts of a header
+constexpr int kRoomForAllButtons = 800; // of the header, in pixels, with Russian words
+} // namespace
+
+KeySection::KeySection(const WindowContext& context, SectionView& section)
+    : QObject(&section)
+    , m_context(context)
+    , m_section(section)
+    , m_add(section.header().addAction())
+    , m_selected(section.header().addAction())
+    , m_all(section.header().addAction())
+    , m_write(&section.header().mainButton())
+    , m_panel(new KeyPanel(context.theme, &section))
+{
+    const Keys& keys = context.library.keys();
+    section.model().setKeyStates([&keys](const TrackID& id) { return KeyState::of(keys, id); });
+    section.setPanel(m_panel, SectionBody::Narrow::Without);
+    m_countTimer.setSingleShot(true);
+    m_countTimer.setInterval(kCountDelay);
+    connect(&m_countTimer, &QTimer::timeout, this, &KeySection::count);
+    connect(m_add, &QAbstractButton::clicked, this, [this] { m_context.actions.openMusicalKeyPanel(); });
+    connect(m_selected, &QAbstractButton::clicked, this,
+            [this] { m_context.actions.analyzeMusicalKey(m_section.selectedIDs()); });
+    connect(m_all, &QAbstractButton::clicked, this, &KeySection::analyzeAllOrStop);
+    connect(m_write, &QAbstractButton::clicked, this, [this] { m_context.actions.writeAnalyzedMusicalKeys(allIDs()); });
+    connect(&m_panel->wheel(), &KeyWheel::keyChosen, this, &KeySection::selectRowsIn);
+    connect(&keys, &Keys::musicalKeyStatesChanged, this, &KeySection::statesChanged);
+    connect(&section.model(), &TrackListModel::rowsReplaced, this, [this] {
+        refreshPanel();
+        count();
+    });
+    const QItemSelectionModel* selection = section.list().selectionModel();
+    connect(selection, &QItemSelectionModel::selectionChanged, this, &KeySection::refreshPanel);
+    connect(selection, &QItemSelectionModel::currentChanged, this, &KeySection::refreshPanel);
+    retranslate();
+}
+
+void KeySection::retranslate()
+{
+    m_add->setIconOnly(QStringLiteral("plus"), Texts::localized(QStringLiteral("Добавить файлы…")));
+    m_selected->setContent(Texts::localized(QStringLiteral("Определить выбранные")));
+    m_write->setContent(Texts::localized(QStringLiteral("Записать в теги")));
+    m_write->setToolTip(
+        Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));
+    m_panel->retranslate();
+    refreshButtons();
+}
+
+void KeySection::fitHeader(int width)
+{
+    m_selected->setVisible(width >= kRoomForAllButtons); // the menu of the rows has it too
+}
+
+QSet<TrackID> KeySection::allIDs() const
+{
+    QSet<TrackID> ids;
+    for (const Track& track : m_section.model().rows())
+        ids.insert(track.id());
+    return ids;
+}
+
+bool KeySection::isAnalyzing() const
+{
+    return !m_context.library.keys().analyzingMusicalKeyIDs().isEmpty();
+}
+
+void KeySection::analyzeAllOrStop()
+{
+    if (isAnalyzing())
+        m_context.actions.stopMusicalKeyAnalysis();
+    else
+        m_context.actions.analyzeMusicalKey(allIDs());
+}
+
+void KeySection::selectRowsIn(const MusicalKey& key)
+{
+    QSet<TrackID> ids;
+    std::optional<TrackID> first;
+    for (const Track& track : m_section.model().rows()) {
+        const KeyState state = m_section.model().keyState(track.id());
+        if (!state.analysis || state.analysis->key != key)
+            continue;
+        ids.insert(track.id());
+        if (!first)
+            first = track.id();
+    }
+    if (!first)
+        return;
+    m_context.actions.select(ids, first);
+    m_section.scrollTo(*first);
+}
+
+void KeySection::statesChanged(const QSet<TrackID>& ids)
+{
+    m_section.model().keyStatesChanged(ids);
+    refreshButtons();
+    refreshPanel();
+    m_section.factsChanged();
+    if (!m_countTimer.isActive())
+        m_countTimer.start();
+}
+
+/// How many rows each key has, for the wheel.
+void KeySection::count()
+{
+    QHash<QString, int> counts;
+    for (const Track& track : m_section.model().rows()) {
+        if (const KeyState state = m_section.model().keyState(track.id()); state.analysis)
+            ++counts[state.analysis->key.camelot()];
+    }
+    m_hasResults = !counts.isEmpty();
+    m_panel->wheel().setCounts(counts);
+    refreshButtons();
+}
+
+void KeySection::refreshButtons()
+{
+    m_all->setContent(
+        Texts::localized(isAnalyzing() ? QStringLiteral("Остановить") : QStringLiteral("Определить все")));
+    m_all->setToolTip(isAnalyzing() ? QString()
+                                    : Texts::localized(QStringLiteral(
+                                          "Лучший найденный код Camelot для каждого успешно прочитанного трека.")));
+    m_all->setEnabled(!m_section.model().rows().isEmpty() || isAnalyzing());
+    m_selected->setEnabled(m_section.list().selectionModel()->hasSelection());
+    m_write->setEnabled(m_hasResults);
+}
+
+void KeySection::refreshPanel()
+{
+    refreshButtons();
+    const QModelIndex current = m_section.list().currentIndex();
+    const bool isFocused = current.isValid() && m_section.list().selectionModel()->isRowSelected(current.row());
+    const QModelIndexList rows = m_section.list().selectionModel()->selectedRows();
+    const int row = isFocused ? current.row() : rows.isEmpty() ? -1 : rows.first().row();
+    if (row < 0 || row >= m_section.model().rowCount()) {
+        m_panel->setTrack(std::nullopt, {});
+        return;
+    }
+    const Track& track = m_section.model().track(row);
+    m_panel->setTrack(track, m_section.model().keyState(track.id()));
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ui/WindowContext.h"
+#include "ui/keys/KeyPanel.h"
+
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+class SectionView;
+class ThemeButton;
+
+/// What the key section has beyond a list: the actions of its header, the states of its rows, and the panel with the
+/// wheel. Owned by the section. Thread: main.
+class KeySection : public QObject {
+    Q_OBJECT
+
+public:
+    /// \param section the key section, whose list exists already.
+    KeySection(const WindowContext& context, SectionView& section);
+
+    KeyPanel& panel() const { return *m_panel; }
+    ThemeButton& selectedButton() const { return *m_selected; }
+    /// Estimates all keys, or stops while it is at it.
+    ThemeButton& allButton() const { return *m_all; }
+    ThemeButton& writeButton() const { return *m_write; }
+    void retranslate();
+    /// The header has become this wide.
+    void fitHeader(int width);
+
+private:
+    QSet<TrackID> allIDs() const;
+    bool isAnalyzing() const;
+    void analyzeAllOrStop();
+    void selectRowsIn(const MusicalKey& key);
+    void statesChanged(const QSet<TrackID>& ids);
+    void refreshButtons();
+    void refreshPanel();
+    void count();
+
+    WindowContext m_context;
+    SectionView& m_section;
+    ThemeButton* m_add;
+    ThemeButton* m_selected;
+    ThemeButton* m_all;
+    ThemeButton* m_write;
+    KeyPanel* m_panel;
+    QTimer m_countTimer;
+    bool m_hasResults = false; ///< any row has
+};
