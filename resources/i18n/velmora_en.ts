@@ -1441,10 +1441,6 @@
     <translation>not detected yet</translation>
   </message>
   <message>
-    <source>ждёт, пока играет музыка</source>
-    <translation>waiting while music plays</translation>
-  </message>
-  <message>
     <source>из имени</source>
     <translation>from name</translation>
   </message>
@@ -1475,6 +1471,10 @@
   <message>
     <source>определено %d</source>
     <translation>%d detected</translation>
+  </message>
+  <message>
+    <source>пауза</source>
+    <translation>paused</translation>
   </message>
   <message>
     <source>ре</source>

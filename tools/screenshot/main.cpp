@@ -161,7 +161,11 @@ void importFolders(VelmoraApp& app, const QStringList& folders, LibraryTab tab)
     library.favorites().addToFavorites(starred, nullptr);
     if (tab != LibraryTab::Playlist && tab != LibraryTab::Favorites && tab != LibraryTab::Covers)
         app.contentView().receiveDroppedTracks(urls, tab);
-    pump(kReadLimitMilliseconds, [&] { return library.imports().metadataLoadOperationCount() == 0; });
+    const bool waitsForRows = tab == LibraryTab::MusicalKey;
+    pump(kReadLimitMilliseconds, [&] {
+        const bool hasRows = !waitsForRows || !library.workspace().keyAnalysisTracks().isEmpty();
+        return hasRows && library.imports().metadataLoadOperationCount() == 0;
+    });
 }
 
 /// Estimates for the rows whose tag tells no tempo.

@@ -37,6 +37,14 @@ void KeyPanel::setTrack(const std::optional<Track>& track, const KeyState& state
     retranslate();
 }
 
+/// The wheel is round: it needs no more height than it has width, and the facts follow it.
+void KeyPanel::resizeEvent(QResizeEvent* event)
+{
+    Panel::resizeEvent(event);
+    const QMargins margins = layout()->contentsMargins();
+    m_wheel->setMaximumHeight(width() - margins.left() - margins.right());
+}
+
 void KeyPanel::retranslate()
 {
     m_title->setText(m_track ? m_track->displayTitle() : Texts::localized(QStringLiteral("Трек не выбран")));

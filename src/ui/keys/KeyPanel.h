@@ -26,6 +26,9 @@ public:
     void retranslate();
     KeyWheel& wheel() const { return *m_wheel; }
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     std::optional<Track> m_track;
     KeyState m_state;

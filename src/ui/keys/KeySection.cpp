@@ -15,7 +15,7 @@
 
 namespace {
 constexpr int kCountDelay = 120;        // milliseconds; as the facts of a header
-constexpr int kRoomForAllButtons = 800; // of the header, in pixels, with Russian words
+constexpr int kRoomForAllButtons = 920; // of the header, in pixels, with Russian words
 } // namespace
 
 KeySection::KeySection(const WindowContext& context, SectionView& section)

@@ -23,9 +23,9 @@ constexpr int kPreferredSide = 372;
 constexpr int kSmallestSide = 200;
 constexpr double kGap = 3;
 constexpr double kOutline = 3;
-constexpr double kDimShare = 0.13;    // of the colour of a key that no row has
-constexpr double kPresentShare = 0.3; // of one that some rows have
-constexpr double kHoverShare = 0.12;  // on top, of text
+constexpr double kDimShare = 0.1;      // of the colour of a key that no row has
+constexpr double kPresentShare = 0.24; // of one that some rows have
+constexpr double kHoverShare = 0.12;   // on top, of text
 
 MusicalKey keyAtPlace(int number, MusicalKeyMode mode)
 {
@@ -48,8 +48,7 @@ KeyWheel::KeyWheel(const Theme& theme, QWidget* parent)
 {
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    setSizePolicy(policy);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setMinimumSize(kSmallestSide, kSmallestSide);
     connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     retranslate();
@@ -133,7 +132,7 @@ void KeyWheel::paintSegment(QPainter& painter, const KeyWheelGeometry& geometry,
     const double pixels = side / kPreferredSide * (key.mode == MusicalKeyMode::Major ? 16 : 14);
     painter.setFont(sized(m_theme.font(TextRole::BodyStrong), std::max(pixels, 10.0)));
     const bool isPresent = m_counts.value(key.camelot()) > 0;
-    painter.setPen(isLit(key) ? KeyCells::textOn(fill, c) : isPresent ? c.text : c.text2);
+    painter.setPen(isLit(key) ? KeyCells::textOn(fill, c) : isPresent ? c.text2 : c.text3);
     const QPointF centre = geometry.labelCentre(key);
     const QRectF label(centre.x() - side / 8, centre.y() - side / 16, side / 4, side / 8);
     painter.drawText(label, Qt::AlignCenter, key.camelot());
@@ -141,6 +140,8 @@ void KeyWheel::paintSegment(QPainter& painter, const KeyWheelGeometry& geometry,
 
 void KeyWheel::paintMiddle(QPainter& painter, const KeyWheelGeometry& geometry) const
 {
+    if (!m_key && m_words.isEmpty())
+        return;
     const ThemeColours& c = m_theme.colours();
     const double radius = geometry.innerRadius();
     const QPointF centre = geometry.centre();

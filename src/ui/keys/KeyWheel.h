@@ -24,8 +24,6 @@ public:
     void setCounts(const QHash<QString, int>& counts);
     void retranslate();
     QSize sizeHint() const override;
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override { return width; }
 
 Q_SIGNALS:
     void keyChosen(const MusicalKey& key);

@@ -87,7 +87,7 @@ QString keyFacts(const Keys& keys, const QList<Track>& rows)
         {fileCount(rows.size()), counted(QStringLiteral("определено %d"), counts.value(Step::Determined)),
          counted(QStringLiteral("без результата %d"), counts.value(Step::Undetermined)),
          counted(QStringLiteral("в очереди %d"), counts.value(Step::Queued) + counts.value(Step::Running)),
-         waits ? Texts::localized(QStringLiteral("ждёт, пока играет музыка")) : QString()});
+         waits ? Texts::localized(QStringLiteral("пауза")) : QString()});
 }
 
 } // namespace

@@ -18,7 +18,7 @@ constexpr Spec kSpecs[]{
     {TrackColumn::Album, 120, 2, 1},       {TrackColumn::Genre, 120, 2, 6},   {TrackColumn::BPM, 68, 0, 0},
     {TrackColumn::Key, 76, 0, 7},          {TrackColumn::Format, 72, 0, 4},   {TrackColumn::BitRate, 92, 0, 2},
     {TrackColumn::Length, 72, 0, 5},       {TrackColumn::Status, 160, 1, 0},  {TrackColumn::Heart, 60, 0, 0},
-    {TrackColumn::KeyInTag, 92, 1, 3},     {TrackColumn::FoundKey, 72, 0, 0}, {TrackColumn::KeyConfidence, 136, 0, 2},
+    {TrackColumn::KeyInTag, 84, 1, 3},     {TrackColumn::FoundKey, 72, 0, 0}, {TrackColumn::KeyConfidence, 128, 0, 2},
     {TrackColumn::KeyVariants, 144, 1, 1},
 };
 

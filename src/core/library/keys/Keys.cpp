@@ -76,13 +76,14 @@ void Keys::startMusicalKeyWorkerIfPossible()
 }
 
 /// The row whose turn it is, still at the front of the queue. Those that left the section meanwhile are passed over.
-const Track* Keys::nextTrack()
+std::optional<Track> Keys::nextTrack()
 {
     QSet<TrackID> gone;
-    const Track* track = nullptr;
-    while (!track && !m_pending.isEmpty()) {
-        track = m_dependencies.workspace.keyAnalysisTracks().find(m_pending.first());
-        if (!track)
+    std::optional<Track> next;
+    while (!next && !m_pending.isEmpty()) {
+        if (const Track* row = m_dependencies.workspace.keyAnalysisTracks().find(m_pending.first()))
+            next = *row;
+        else
             gone.insert(m_pending.takeFirst());
     }
     if (!gone.isEmpty()) {
@@ -90,13 +91,13 @@ const Track* Keys::nextTrack()
         m_analyzing.subtract(gone);
         emit musicalKeyStatesChanged(gone);
     }
-    return track;
+    return next;
 }
 
 async::Task<> Keys::work(std::stop_token stop)
 {
     while (!isPlaying()) {
-        const Track* track = nextTrack();
+        const std::optional<Track> track = nextTrack();
         if (!track)
             break;
         const TrackID id = track->id();

@@ -75,7 +75,7 @@ Q_SIGNALS:
     void musicalKeyStatesChanged(const QSet<TrackID>& ids);
 
 private:
-    const Track* nextTrack();
+    std::optional<Track> nextTrack();
     async::Task<> work(std::stop_token stop);
     void finish(const TrackID& id, const std::optional<MusicalKeyAnalysis>& analysis);
     void putBack(const TrackID& id);
