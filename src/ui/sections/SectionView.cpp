@@ -1,8 +1,8 @@
 #include "ui/sections/SectionView.h"
 
 #include "core/library/LibraryStore.h"
-#include "core/library/workspace/Workspace.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
 #include "ui/DashboardActions.h"
 #include "ui/covers/CoverAssignment.h"

@@ -98,6 +98,9 @@ TEST_F(KeysTest, givesWayToPlayback)
     keys().analyzeMusicalKey(ids({c}));
     EXPECT_EQ(executor.pendingCount(), 0) << "started while something plays";
     play(false);
+    clock.advance(async::seconds(0.59));
+    EXPECT_EQ(states(), QStringLiteral("qqq")) << "a step to the next track is no end of playing";
+    clock.advance(async::seconds(0.02));
     EXPECT_EQ(states(), QStringLiteral("rqq"));
     executor.runAll();
     EXPECT_EQ(states(), QStringLiteral("ddd"));

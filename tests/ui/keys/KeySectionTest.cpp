@@ -94,6 +94,7 @@ TEST_F(KeySectionTest, FactsAndButtonsFollowTheQueue)
     EXPECT_EQ(keys().allButton().text(), QStringLiteral("Остановить"));
 
     store->playback().playbackStateDidChange(false, std::nullopt);
+    clock.advance(async::seconds(1));
     EXPECT_EQ(cell(a, TrackColumn::FoundKey).toString(), QStringLiteral("Определяется…"));
     QTest::mouseClick(&keys().allButton(), Qt::LeftButton);
     EXPECT_EQ(dashboard.count("stopMusicalKeyAnalysis"), 1);
