@@ -37,6 +37,16 @@ double processSeconds()
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
 }
 
+qint64 residentMegabytes()
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray status = file.readAll();
+    const qsizetype line = status.indexOf("VmRSS:");
+    return status.mid(line + 6, status.indexOf("kB", line) - line - 6).trimmed().toLongLong() / 1024;
+}
+
 std::unique_ptr<VelmoraApp> makeApp(const QList<QUrl>& files)
 {
     auto app = std::make_unique<VelmoraApp>(std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>()),
@@ -164,6 +174,7 @@ int restore(SliceMeter& meter, int rows)
            app.window().section(LibraryTab::Playlist).model().rowCount());
     turn(3);
     report(meter, "while their files are read");
+    printf("resident memory %lld MB   (limit 600)\n", static_cast<long long>(residentMegabytes()));
     return 0;
 }
 

@@ -95,13 +95,13 @@ std::optional<QUrl> WaveformPreloadQueue::takeNext()
         return std::nullopt;
     const QUrl url = *next;
     m_pending.erase(next);
-    m_queued.remove(url);
+    m_queued.erase(url);
     return url;
 }
 
 void WaveformPreloadQueue::takeOut(const QUrl& url)
 {
-    if (m_queued.remove(url))
+    if (m_queued.erase(url) > 0)
         m_pending.removeOne(url);
 }
 

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <optional>
+#include <unordered_set>
 
 /// Fills the cache ahead of the eye, one file at a time and without disturbing what plays: during playback only the
 /// present file and the next two are prepared. Thread: main; outlived by clock and cache.
@@ -31,6 +32,11 @@ public:
     qsizetype pendingCount() const { return m_pending.size(); }
 
 private:
+    /// Not noexcept, so that the set keeps the hashes: growing by 100,000 files else hashes them all in one go.
+    struct URLHash {
+        size_t operator()(const QUrl& url) const { return qHash(url); }
+    };
+
     void startAvailableWork();
     std::optional<QUrl> takeNext();
     void takeOut(const QUrl& url);
@@ -41,7 +47,7 @@ private:
     WaveformCache& m_cache;
     std::function<void(const QUrl&)> m_preloaded;
     QList<QUrl> m_pending;
-    QSet<QUrl> m_queued; ///< members of m_pending
+    std::unordered_set<QUrl, URLHash> m_queued; ///< members of m_pending
     QSet<QUrl> m_playbackPriority;
     std::optional<QUrl> m_activeURL;
     bool m_playbackActive = false;
