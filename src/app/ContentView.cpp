@@ -284,6 +284,11 @@ void ContentView::detectTempoAgain(const QSet<TrackID>& ids)
     m_library.tempo().detectAgain(ids);
 }
 
+void ContentView::stopTempoAnalysis()
+{
+    m_library.tempo().dropBPMQueue();
+}
+
 void ContentView::writeTempo(const QSet<TrackID>& ids)
 {
     m_library.tempo().writeTempo(ids, &m_undoManager);

@@ -60,6 +60,7 @@ public:
     void chooseArtwork(std::function<void(const QByteArray& image)> chosen) override;
     void restoreOriginalTags(const QSet<TrackID>& ids) override;
     void detectTempoAgain(const QSet<TrackID>& ids) override;
+    void stopTempoAnalysis() override;
     void writeTempo(const QSet<TrackID>& ids) override;
     void scaleTempo(double factor, const QSet<TrackID>& ids) override;
     void setTempo(int bpm, const QSet<TrackID>& ids) override;

@@ -62,6 +62,8 @@ public:
     virtual void restoreOriginalTags(const QSet<TrackID>& ids) = 0;
     /// Looks for the tempo of rows without one in their tags again.
     virtual void detectTempoAgain(const QSet<TrackID>& ids) = 0;
+    /// Gives up looking for tempos; what was found stays.
+    virtual void stopTempoAnalysis() = 0;
     /// Writes tempos that were estimated into the tags.
     virtual void writeTempo(const QSet<TrackID>& ids) = 0;
     /// Multiplies the tempos shown, as estimates. \param factor 2 or 0.5.

@@ -117,6 +117,8 @@ TEST_F(MessagesTest, TempoAnalysisIsToldWhileNothingElseIs)
     store->tempo().detectBPM(ids(tracks));
     clock.advance(async::seconds(0.1));
     EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Анализ BPM: 0 из 3"));
+    QTest::mouseClick(button(strip(), QStringLiteral("Остановить")), Qt::LeftButton);
+    EXPECT_EQ(dashboard.count("stopTempoAnalysis"), 1);
     write(tracks);
     EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Запись тегов: 0 из 3"));
     settle();

@@ -38,9 +38,9 @@ struct LibraryServices {
     TrashCan* trashCan = nullptr;
 
     // Calls to the analysers; an empty one means that nobody listens.
-    std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
-    std::function<void(const QList<QUrl>& urls)> preloadWaveforms;
-    std::function<void(const QUrl& currentURL, const QList<QUrl>& followingURLs)> prioritizeWaveforms;
+    std::function<void(const QSet<TrackID>& ids)> analyzeQuality = {};
+    std::function<void(const QList<QUrl>& urls)> preloadWaveforms = {};
+    std::function<void(const QUrl& currentURL, const QList<QUrl>& followingURLs)> prioritizeWaveforms = {};
 
     /// Where the workspace is kept; null where nothing is. Outlives the executor.
     WorkspaceSessionStorage* sessionStorage = nullptr;

@@ -38,17 +38,6 @@ QColor ThemeColours::*colourOf(WorkspaceStatus::Tone tone)
     return &ThemeColours::text2;
 }
 
-/// One file is written before anyone could read of it.
-bool isWriting(const TagSaver::Progress& writes)
-{
-    return writes.total > 1 && writes.done < writes.total;
-}
-
-bool isMoving(const Removal::Progress& moves)
-{
-    return moves.total > 1 && moves.done < moves.total;
-}
-
 } // namespace
 
 StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
@@ -144,59 +133,27 @@ void StatusStrip::refreshOffer()
 /// Shows the first step, the end and a change of what is done at once, and what comes between from time to time.
 void StatusStrip::progressMoved()
 {
-    const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
-    const Imports::Progress reads = m_context.library.imports().metadataProgress();
-    const Removal::Progress moves = m_context.library.removal().progress();
-    const bool isCounting = m_context.library.tempo().bpmAnalysisProgressState().progress().has_value();
-    const bool isDone =
-        writes.done >= writes.total && reads.done >= reads.total && moves.done >= moves.total && !isCounting;
-    const bool isSwitching = (isWriting(writes) || isMoving(moves)) == m_stop->isHidden();
-    if (isDone || isSwitching || !m_pause.isActive())
+    const std::optional<CurrentWork> work = CurrentWork::of(m_context.library);
+    const bool isOther = work.has_value() != m_work.has_value() || (work && work->stop != m_work->stop);
+    if (isOther || !m_pause.isActive())
         refreshProgress();
-    if (!isDone && !m_pause.isActive())
+    if (work && !m_pause.isActive())
         m_pause.start();
 }
 
 void StatusStrip::refreshProgress()
 {
-    const TagSaver::Progress writes = m_context.library.tagWriting().saver().progress();
-    const Removal::Progress moves = m_context.library.removal().progress();
-    m_stop->setVisible(isWriting(writes) || isMoving(moves));
-    if (isMoving(moves)) {
-        takeProgress(moves.isRestoring ? QStringLiteral("Возврат из Корзины: %d из %d")
-                                       : QStringLiteral("Перемещение в Корзину: %d из %d"),
-                     moves.done, moves.total);
-        return;
-    }
-    if (isWriting(writes)) {
-        takeProgress(QStringLiteral("Запись тегов: %d из %d"), writes.done, writes.total);
-        return;
-    }
-    const Imports::Progress reads = m_context.library.imports().metadataProgress();
-    const std::optional<BPMAnalysisProgress> tempo = m_context.library.tempo().bpmAnalysisProgressState().progress();
-    if (tempo && reads.done >= reads.total)
-        takeProgress(QStringLiteral("Анализ BPM: %d из %d"), tempo->completed, tempo->total);
-    else
-        takeProgress(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total);
-}
-
-/// Stops what the progress speaks of.
-void StatusStrip::stopWork()
-{
-    if (isMoving(m_context.library.removal().progress()))
-        m_context.actions.stopMovingFiles();
-    else
-        m_context.actions.cancelTagWrites();
-}
-
-void StatusStrip::takeProgress(const QString& text, int done, int total)
-{
-    const bool isRunning = done < total;
-    m_progress = isRunning ? static_cast<double>(done) / total : 0;
-    m_progressText = isRunning ? VelmoraLocalization::format(text, {done, total}) : QString();
-    setAccessibleDescription(m_progressText);
+    m_work = CurrentWork::of(m_context.library);
+    m_stop->setVisible(m_work && m_work->stop);
+    setAccessibleDescription(m_work ? m_work->text : QString());
     place();
     update();
+}
+
+void StatusStrip::stopWork()
+{
+    if (m_work && m_work->stop)
+        (m_context.actions.*(m_work->stop))();
 }
 
 int StatusStrip::messageWidth() const
@@ -231,9 +188,9 @@ int StatusStrip::barLeft() const
 
 int StatusStrip::progressLeft() const
 {
-    if (m_progressText.isEmpty())
+    if (!m_work)
         return width() - Metrics::kSpace4;
-    const int text = Paint::numberWidth(m_progressText, m_context.theme.font(TextRole::Secondary));
+    const int text = Paint::numberWidth(m_work->text, m_context.theme.font(TextRole::Secondary));
     return barLeft() - Metrics::kSpace3 - text;
 }
 
@@ -263,7 +220,7 @@ void StatusStrip::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     if (!m_message.isEmpty())
         paintMessage(painter);
-    if (!m_progressText.isEmpty())
+    if (m_work)
         paintProgress(painter);
 }
 
@@ -284,8 +241,8 @@ void StatusStrip::paintProgress(QPainter& painter) const
     QRectF bar(barLeft(), (height() - Metrics::kProgressThickness) / 2, Metrics::kProgressWidth,
                Metrics::kProgressThickness);
     const QRect text(0, 0, static_cast<int>(bar.left()) - Metrics::kSpace3, height());
-    Paint::number(painter, text, m_progressText, m_context.theme.font(TextRole::Secondary), c.text2);
+    Paint::number(painter, text, m_work->text, m_context.theme.font(TextRole::Secondary), c.text2);
     Paint::roundedFill(painter, bar, Metrics::kProgressThickness / 2.0, c.line);
-    bar.setWidth(std::max<double>(Metrics::kProgressThickness, bar.width() * m_progress));
+    bar.setWidth(std::max<double>(Metrics::kProgressThickness, bar.width() * m_work->done / m_work->total));
     Paint::roundedFill(painter, bar, Metrics::kProgressThickness / 2.0, c.accent);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/WindowContext.h"
+#include "ui/window/CurrentWork.h"
 #include "ui/window/Panel.h"
 
 #include <QTimer>
@@ -8,8 +9,7 @@
 class ThemeButton;
 
 /// The line at the bottom: a message with its icon in the colour of its tone, what can be undone, leftovers that may go
-/// to the Trash, and the progress of moving files to the Trash or back, else of writing tags, which can both be
-/// stopped, else of reading them, or else of finding their tempo.
+/// to the Trash, and how far the work in the background is, most of which can be stopped.
 class StatusStrip : public Panel {
     Q_OBJECT
 
@@ -29,7 +29,6 @@ private:
     void progressMoved();
     void refreshProgress();
     void stopWork();
-    void takeProgress(const QString& text, int done, int total);
     void refreshRestore();
     void place();
     void paintMessage(QPainter& painter) const;
@@ -43,12 +42,11 @@ private:
     WindowContext m_context;
     ThemeButton* m_undo;
     ThemeButton* m_offer;   ///< moves what interrupted writes left behind to the Trash
-    ThemeButton* m_stop;    ///< stops the writing or moving
+    ThemeButton* m_stop;    ///< stops what runs
     ThemeButton* m_restore; ///< there while the last start is known to have left files out
     QString m_message;
     QString m_iconName;
     QColor ThemeColours::*m_tone = &ThemeColours::text3;
-    QString m_progressText;
-    double m_progress = 0; ///< 0 to 1
-    QTimer m_pause;        ///< runs after a step of the progress was shown
+    std::optional<CurrentWork> m_work; ///< as it is shown
+    QTimer m_pause;                    ///< runs after a step of the progress was shown
 };

@@ -269,6 +269,25 @@ TEST_F(TempoTest, ManyRowsAreGoneThroughInSlicesAndInOrder)
     EXPECT_TRUE(std::ranges::is_sorted(analysed));
 }
 
+TEST_F(TempoTest, WhatIsGivenUpIsNotAnalysed)
+{
+    const QList<Track> tracks = make(4);
+    tempo().detectBPM(ids(tracks));
+    executor.runOne();
+    ASSERT_TRUE(isAnalyzing(tracks[1]));
+    tempo().dropBPMQueue();
+    EXPECT_FALSE(tempo().isQueueing());
+    EXPECT_FALSE(isAnalyzing(tracks[1]));
+    settle();
+    EXPECT_TRUE(estimate(tracks[0])) << "what was found stays";
+    for (const Track& other : tracks.sliced(1))
+        EXPECT_FALSE(estimate(other));
+    EXPECT_FALSE(tempo().bpmAnalysisProgressState().progress());
+    tempo().detectBPM(ids(tracks)); // and it can be asked for again
+    settle();
+    EXPECT_TRUE(estimate(tracks[3]));
+}
+
 TEST_F(TempoTest, AStoreThatDiesDuringAnAnalysisIsLeftAlone)
 {
     const QList<Track> tracks = make(3);

@@ -93,6 +93,7 @@ public:
     void restoreOriginalTags(const QSet<TrackID>& ids) override { note("restoreOriginalTags", ids); }
     void trashStrayTemporaries() override { note("trashStrayTemporaries"); }
     void detectTempoAgain(const QSet<TrackID>& ids) override { note("detectTempoAgain", ids); }
+    void stopTempoAnalysis() override { note("stopTempoAnalysis"); }
     void writeTempo(const QSet<TrackID>& ids) override { note("writeTempo", ids); }
     void scaleTempo(double factor, const QSet<TrackID>& ids) override
     {

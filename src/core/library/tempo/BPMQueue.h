@@ -26,6 +26,7 @@ public:
     /// Queued or being analysed.
     bool contains(const TrackID& id) const { return m_queued.contains(id); }
     qsizetype size() const { return m_queued.size(); }
+    const QSet<TrackID>& queued() const { return m_queued; }
     /// In order; without those being analysed.
     const QList<TrackID>& waiting() const { return m_waiting; }
     /// Tracks that came since nothing was queued.

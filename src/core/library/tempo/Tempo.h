@@ -87,6 +87,8 @@ public:
 
     /// Forgets the estimates of rows without tag, and queues them.
     void detectAgain(const QSet<TrackID>& ids);
+    /// Gives up what waits and what is being analysed: the user wants no more of it. What was found stays.
+    void dropBPMQueue();
     /// Writes the estimates as whole numbers into the tags, as one step of undo; a row whose write begins loses its
     /// estimate, for the tag is believed. Says how many, or that there is none. \param undoManager may be null.
     void writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager = nullptr);

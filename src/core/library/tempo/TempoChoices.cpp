@@ -163,6 +163,16 @@ async::Task<> Tempo::recordChoices(QHash<TrackID, int> tempos, std::stop_token s
         m_dependencies.scheduleWorkspaceSave();
 }
 
+void Tempo::dropBPMQueue()
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_requestTask.cancel();
+    m_requests = {};
+    withdraw(QSet<TrackID>(m_queue.queued()));
+    announceStates();
+    scheduleBPMNotification();
+}
+
 void Tempo::withdraw(const QSet<TrackID>& ids)
 {
     if (m_queue.isEmpty())

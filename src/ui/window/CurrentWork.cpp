@@ -1,0 +1,39 @@
+#include "ui/window/CurrentWork.h"
+
+#include "core/library/LibraryStore.h"
+#include "core/library/imports/Imports.h"
+#include "core/library/removal/Removal.h"
+#include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tempo/Tempo.h"
+#include "ui/DashboardActions.h"
+#include "ui/text/Texts.h"
+
+namespace {
+
+CurrentWork work(const QString& text, int done, int total, void (DashboardActions::*stop)())
+{
+    return {VelmoraLocalization::format(text, {done, total}), done, total, stop};
+}
+
+} // namespace
+
+std::optional<CurrentWork> CurrentWork::of(const LibraryStore& library)
+{
+    const Removal::Progress moves = library.removal().progress();
+    if (moves.total > 1 && moves.done < moves.total)
+        return work(moves.isRestoring ? QStringLiteral("Возврат из Корзины: %d из %d")
+                                      : QStringLiteral("Перемещение в Корзину: %d из %d"),
+                    moves.done, moves.total, &DashboardActions::stopMovingFiles);
+    const TagSaver::Progress writes = library.tagWriting().saver().progress();
+    if (writes.total > 1 && writes.done < writes.total)
+        return work(QStringLiteral("Запись тегов: %d из %d"), writes.done, writes.total,
+                    &DashboardActions::cancelTagWrites);
+    const Imports::Progress reads = library.imports().metadataProgress();
+    if (reads.done < reads.total)
+        return work(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total, nullptr);
+    const std::optional<BPMAnalysisProgress>& tempos = library.tempo().bpmAnalysisProgressState().progress();
+    if (tempos && tempos->completed < tempos->total)
+        return work(QStringLiteral("Анализ BPM: %d из %d"), tempos->completed, tempos->total,
+                    &DashboardActions::stopTempoAnalysis);
+    return std::nullopt;
+}
