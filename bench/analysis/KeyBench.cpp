@@ -2,13 +2,14 @@
 // ffmpeg alone with the same arguments. Everything runs at the nice value of the decoder. usage: bench_key     (needs
 // ffmpeg)
 
+#include "Bounds.h"
+#include "FFmpegRuns.h"
 #include "Measure.h"
 #include "analysis/decoding/FFmpegExecutable.h"
 #include "analysis/key/MusicalKeyAnalyzer.h"
 #include "async/ThreadNiceness.h"
 
 #include <QCoreApplication>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -21,15 +22,9 @@ namespace {
 constexpr int kRounds = 9;
 constexpr int kNiceness = 5;
 constexpr int kSampleRate = 22050;
+constexpr int kSeconds = 180; // that the key of a file is heard in
 
-bool allMet = true;
-
-void print(const char* what, double value, const char* unit, double bound)
-{
-    std::printf("%-44s %8.2f %s (bound %g)%s\n", what, value, unit, bound, value <= bound ? "" : " MISSED");
-    std::fflush(stdout);
-    allMet = allMet && value <= bound;
-}
+Bounds bounds;
 
 double processorSeconds()
 {
@@ -63,46 +58,28 @@ void measureEstimate(const char* what, const std::vector<float>& samples)
         MusicalKeyAnalyzer::estimate(MusicalKeyAnalyzer::features(samples, kSampleRate, false, {}));
         times.push_back(processorSeconds() - start);
     }
-    print(what, Measure::median(times) * 1000, "ms", 70);
-}
-
-QStringList words(const char* text)
-{
-    return QString::fromLatin1(text).split(u' ');
-}
-
-void runFFmpeg(const QStringList& arguments)
-{
-    QProcess process;
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(FFmpegExecutable::url().value_or(QUrl()).toLocalFile(), arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        qFatal("ffmpeg failed");
+    bounds.print(what, Measure::median(times) * 1000, "ms", 70);
 }
 
 /// Ratios of pairs that run one after the other, because other work on the machine changes from moment to moment.
 void measureFile(const QTemporaryDir& folder)
 {
-    const QString path = folder.filePath(QStringLiteral("a.mp3"));
-    runFFmpeg(words("-nostdin -y -v error -f lavfi -i") +
-              QStringList{QStringLiteral("anoisesrc=color=pink:amplitude=0.5:duration=240:sample_rate=44100,"
-                                         "tremolo=f=2:d=0.8,aformat=channel_layouts=stereo")} +
-              words("-b:a 320k") + QStringList{path});
-    const QStringList bare = words("-nostdin -y -v error -threads 1 -filter_threads 1 -fflags +discardcorrupt "
-                                   "-err_detect ignore_err -i") +
-                             QStringList{path} + words("-map 0:a:0 -vn -sn -dn -t 180 -ac 1 -ar 22050 -f f32le") +
-                             QStringList{folder.filePath(QStringLiteral("bare.raw"))};
+    const QString ffmpeg = FFmpegExecutable::url().value_or(QUrl()).toLocalFile();
+    const QString path =
+        FFmpegRuns::makeFile(ffmpeg, folder.filePath(QStringLiteral("a.mp3")), 240, FFmpegRuns::words("-b:a 320k"));
+    const QString output = folder.filePath(QStringLiteral("bare.raw"));
     const QUrl url = QUrl::fromLocalFile(path);
     std::vector<double> ratios;
     std::vector<double> decodings;
     for (int round = 0; round < kRounds; ++round) {
-        decodings.push_back(Measure::secondsOf([&] { runFFmpeg(bare); }));
+        decodings.push_back(
+            Measure::secondsOf([&] { FFmpegRuns::decodeBarely(ffmpeg, path, kSeconds, kSampleRate, output); }));
         const double whole =
             Measure::secondsOf([&] { MusicalKeyAnalyzer::estimate(MusicalKeyAnalyzer::features(url, false, {})); });
         ratios.push_back(whole / decodings.back());
     }
     std::printf("%-44s %8.2f s\n", "four minutes of MP3, ffmpeg alone", Measure::median(decodings));
-    print("the key of the same against it", Measure::median(ratios), "times", 1.25);
+    bounds.print("the key of the same against it", Measure::median(ratios), "times", 1.25);
 }
 
 } // namespace
@@ -114,5 +91,5 @@ int main(int argc, char** argv)
     measureEstimate("180 s of samples, chords and noise", music(180));
     const QTemporaryDir folder;
     measureFile(folder);
-    return allMet ? 0 : 1;
+    return bounds.exitStatus();
 }

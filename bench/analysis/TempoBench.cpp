@@ -2,6 +2,8 @@
 // (decoder, temporary file, estimate) against ffmpeg alone with the same arguments, by pairs that run one after the
 // other. Everything runs at the nice value of the decoder. usage: bench_tempo     (needs ffmpeg to make the file)
 
+#include "Bounds.h"
+#include "FFmpegRuns.h"
 #include "Measure.h"
 #include "analysis/decoding/AudioPCMDecoder.h"
 #include "analysis/decoding/FFmpegExecutable.h"
@@ -9,7 +11,6 @@
 #include "async/ThreadNiceness.h"
 
 #include <QCoreApplication>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -21,45 +22,7 @@ constexpr int kRounds = 15;
 /// That of a decoder somebody waits for.
 constexpr int kNiceness = 5;
 
-bool allMet = true;
-
-void print(const char* what, double value, const char* unit, double bound)
-{
-    std::printf("%-34s %8.2f %s (bound %g)%s\n", what, value, unit, bound, value <= bound ? "" : " MISSED");
-    allMet = allMet && value <= bound;
-}
-
-QStringList words(const char* text)
-{
-    return QString::fromLatin1(text).split(u' ');
-}
-
-void runFFmpeg(const QStringList& arguments)
-{
-    QProcess process;
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(FFmpegExecutable::url().value_or(QUrl()).toLocalFile(), arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        qFatal("ffmpeg failed");
-}
-
-/// Noise with two beats a second, so that nothing is easier to decode than music.
-QString makeFile(const QString& path)
-{
-    runFFmpeg(words("-nostdin -y -v error -f lavfi -i "
-                    "anoisesrc=color=pink:amplitude=0.5:duration=240:sample_rate=44100,tremolo=f=2:d=0.8,"
-                    "aformat=channel_layouts=stereo -b:a 320k") +
-              QStringList{path});
-    return path;
-}
-
-void decodeBarely(const QString& path, const QString& output)
-{
-    runFFmpeg(words("-nostdin -y -v error -threads 1 -filter_threads 1 -fflags +discardcorrupt -err_detect ignore_err "
-                    "-i") +
-              QStringList{path} + words("-map 0:a:0 -vn -sn -dn -t 132 -ac 1 -ar 11025 -f f32le") +
-              QStringList{output});
-}
+Bounds bounds;
 
 double threadMilliseconds()
 {
@@ -78,20 +41,21 @@ void measureAlone(const QUrl& url)
         BPMAnalyzer::estimateDetailed(samples, 70, 200, false, {});
         times.push_back(threadMilliseconds() - start);
     }
-    print("estimate alone, 132 s", Measure::median(times), "ms of CPU time", 90);
+    bounds.print("estimate alone, 132 s", Measure::median(times), "ms of CPU time", 90);
 }
 
-void measureWhole(const QUrl& url, const QString& output)
+void measureWhole(const QUrl& url, const QString& ffmpeg, const QString& output)
 {
     std::vector<double> bare;
     std::vector<double> whole;
     for (int round = 0; round < kRounds; ++round) {
-        bare.push_back(Measure::secondsOf([&] { decodeBarely(url.toLocalFile(), output); }));
+        bare.push_back(
+            Measure::secondsOf([&] { FFmpegRuns::decodeBarely(ffmpeg, url.toLocalFile(), 132, 11025, output); }));
         const auto job = [&] { BPMAnalyzer::estimateDetailed(url, 70, 200, false, std::nullopt, {}); };
         whole.push_back(Measure::secondsOf(job) / bare.back());
     }
     std::printf("MP3, 240 s: ffmpeg alone %.3f s\n", Measure::median(bare));
-    print("  whole job", Measure::median(whole), "of that", 1.4);
+    bounds.print("  whole job", Measure::median(whole), "of that", 1.4);
 }
 
 } // namespace
@@ -101,8 +65,10 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     async::setThreadNiceness(kNiceness);
     const QTemporaryDir folder;
-    const QUrl url = QUrl::fromLocalFile(makeFile(folder.filePath(QStringLiteral("a.mp3"))));
+    const QString ffmpeg = FFmpegExecutable::url().value_or(QUrl()).toLocalFile();
+    const QUrl url = QUrl::fromLocalFile(
+        FFmpegRuns::makeFile(ffmpeg, folder.filePath(QStringLiteral("a.mp3")), 240, FFmpegRuns::words("-b:a 320k")));
     measureAlone(url);
-    measureWhole(url, folder.filePath(QStringLiteral("bare.pcm")));
-    return allMet ? 0 : 1;
+    measureWhole(url, ffmpeg, folder.filePath(QStringLiteral("bare.pcm")));
+    return bounds.exitStatus();
 }

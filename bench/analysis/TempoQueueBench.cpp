@@ -2,6 +2,7 @@
 // resources ask for. Other names for one file of four minutes of MP3 stand for the tracks. usage: bench_tempo_queue
 // [tracks]
 
+#include "FFmpegRuns.h"
 #include "Measure.h"
 #include "analysis/decoding/FFmpegExecutable.h"
 #include "app/LibraryAnalyzers.h"
@@ -20,7 +21,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -40,20 +40,11 @@ public:
     void restoreOriginal(const QUrl&) override {}
 };
 
-void makeFile(const QString& path)
-{
-    const QString arguments =
-        QStringLiteral("-nostdin -y -v error -f lavfi -i anoisesrc=color=pink:amplitude=0.5:duration=240:"
-                       "sample_rate=44100,tremolo=f=2:d=0.8,aformat=channel_layouts=stereo -b:a 320k");
-    const QString ffmpeg = FFmpegExecutable::url().value_or(QUrl()).toLocalFile();
-    if (QProcess::execute(ffmpeg, arguments.split(u' ') + QStringList{path}) != 0)
-        qFatal("ffmpeg failed");
-}
-
 QList<Track> makeTracks(const QTemporaryDir& folder, int count)
 {
     const QString first = folder.filePath(QStringLiteral("0.mp3"));
-    makeFile(first);
+    FFmpegRuns::makeFile(FFmpegExecutable::url().value_or(QUrl()).toLocalFile(), first, 240,
+                         FFmpegRuns::words("-b:a 320k"));
     QList<Track> tracks;
     for (int number = 0; number < count; ++number) {
         const QString path = folder.filePath(QStringLiteral("%1.mp3").arg(number));

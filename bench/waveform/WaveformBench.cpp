@@ -2,6 +2,8 @@
 // how long an entry on disk takes; and how much memory an hour of sound takes, in a process that does nothing else.
 // Everything runs at the nice value of the decoder. usage: bench_waveform     (needs ffmpeg to make the files)
 
+#include "Bounds.h"
+#include "FFmpegRuns.h"
 #include "Measure.h"
 #include "WaveformScrubber/cache/EnvelopeFile.h"
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
@@ -23,45 +25,16 @@ constexpr int kRounds = 9;
 /// That of a decoder somebody waits for.
 constexpr int kNiceness = 5;
 
-bool allMet = true;
+Bounds bounds;
 
-void print(const char* what, double value, const char* unit, double bound)
+QString ffmpeg()
 {
-    std::printf("%-34s %8.2f %s (bound %g)%s\n", what, value, unit, bound, value <= bound ? "" : " MISSED");
-    std::fflush(stdout);
-    allMet = allMet && value <= bound;
+    return WaveformExecutable::path().value_or(QString());
 }
 
-QStringList words(const char* text)
-{
-    return QString::fromLatin1(text).split(u' ');
-}
-
-void runFFmpeg(const QStringList& arguments)
-{
-    QProcess process;
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(WaveformExecutable::path().value_or(QString()), arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        qFatal("ffmpeg failed");
-}
-
-/// Noise with a beat, so that nothing is easier to decode than music.
 QString makeFile(const QString& path, int seconds, const QStringList& options)
 {
-    const QString source =
-        QStringLiteral("anoisesrc=color=pink:amplitude=0.5:duration=%1:sample_rate=44100,tremolo=f=2:d=0.8,"
-                       "aformat=channel_layouts=stereo")
-            .arg(seconds);
-    runFFmpeg(words("-nostdin -y -v error -f lavfi -i") + QStringList{source} + options + QStringList{path});
-    return path;
-}
-
-void decodeBarely(const QString& path, const QString& output)
-{
-    runFFmpeg(words("-nostdin -y -v error -threads 1 -filter_threads 1 -fflags +discardcorrupt -err_detect ignore_err "
-                    "-i") +
-              QStringList{path} + words("-map 0:a:0 -vn -sn -dn -ac 1 -ar 8000 -f f32le") + QStringList{output});
+    return FFmpegRuns::makeFile(ffmpeg(), path, seconds, options);
 }
 
 std::vector<float> envelopeOf(const QString& path, bool isDirect)
@@ -80,13 +53,13 @@ void measureSpeed(const QTemporaryDir& folder, const char* name, const QStringLi
     std::vector<double> byProgram;
     std::vector<double> direct;
     for (int round = 0; round < kRounds; ++round) {
-        bare.push_back(Measure::secondsOf([&] { decodeBarely(path, output); }));
+        bare.push_back(Measure::secondsOf([&] { FFmpegRuns::decodeBarely(ffmpeg(), path, 0, 8000, output); }));
         byProgram.push_back(Measure::secondsOf([&] { envelopeOf(path, false); }) / bare.back());
         direct.push_back(Measure::secondsOf([&] { envelopeOf(path, true); }) / bare.back());
     }
     std::printf("%s, 240 s: ffmpeg alone %.3f s\n", name, Measure::median(bare));
-    print("  through ffmpeg", Measure::median(byProgram), "of that", 1.08);
-    print("  directly", Measure::median(direct), "of that", directBound);
+    bounds.print("  through ffmpeg", Measure::median(byProgram), "of that", 1.08);
+    bounds.print("  directly", Measure::median(direct), "of that", directBound);
 }
 
 void measureDiskHit(const QTemporaryDir& folder)
@@ -105,7 +78,7 @@ void measureDiskHit(const QTemporaryDir& folder)
         }));
     }
     std::ranges::sort(times);
-    print("disk hit, 99 of 100 within", times[times.size() * 99 / 100] * 1000, "ms", 2);
+    bounds.print("disk hit, 99 of 100 within", times[times.size() * 99 / 100] * 1000, "ms", 2);
 }
 
 /// Of this program alone: what getrusage() tells is not less than what its parent had.
@@ -125,7 +98,7 @@ void measureMemory(const QString& path, const char* what, const char* way, doubl
     QProcess process;
     process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--peak"), QLatin1StringView(way), path});
     process.waitForFinished(-1);
-    print(what, process.readAllStandardOutput().trimmed().toDouble(), "MB", bound);
+    bounds.print(what, process.readAllStandardOutput().trimmed().toDouble(), "MB", bound);
 }
 
 } // namespace
@@ -142,13 +115,14 @@ int main(int argc, char** argv)
     }
     async::setThreadNiceness(kNiceness);
     const QTemporaryDir folder;
-    measureSpeed(folder, "a.mp3", words("-b:a 320k"), 0.80);
+    measureSpeed(folder, "a.mp3", FFmpegRuns::words("-b:a 320k"), 0.80);
     measureSpeed(folder, "a.flac", {}, 0.70);
     measureDiskHit(folder);
-    const QString hours[] = {makeFile(folder.filePath(QStringLiteral("hour.mp3")), 3600, words("-b:a 320k")),
-                             makeFile(folder.filePath(QStringLiteral("hour.flac")), 3600, {})};
+    const QString hours[] = {
+        makeFile(folder.filePath(QStringLiteral("hour.mp3")), 3600, FFmpegRuns::words("-b:a 320k")),
+        makeFile(folder.filePath(QStringLiteral("hour.flac")), 3600, {})};
     measureMemory(hours[0], "an hour of MP3 through ffmpeg", "through", 150);
     measureMemory(hours[0], "an hour of MP3 directly", "directly", 40);
     measureMemory(hours[1], "an hour of FLAC directly", "directly", 40);
-    return allMet ? 0 : 1;
+    return bounds.exitStatus();
 }
