@@ -52,16 +52,16 @@ float profileOf(const LagAggregate& aggregate, int lag)
     return median(std::move(values));
 }
 
-/// The score but for the grid's share.
-float untrackedScore(const LagAggregate& aggregate, const LagCandidate& candidate)
+/// Added in one fixed order, so that equal candidates stay equal.
+float scoreOf(const LagAggregate& aggregate, const LagCandidate& candidate, float tracking)
 {
     const int lag = candidate.lag;
     const auto near = [&](int other) { return neighborScore(aggregate.candidates, other); };
     const float sharpness = std::max(0.0F, candidate.periodicity - std::max(near(lag - 2), near(lag + 2)));
     return candidate.periodicity + kDoubleWeight * near(2 * lag) + kTripleWeight * near(3 * lag) +
            kHalfWeight * near(std::max(lag / 2, 1)) + kSharpnessWeight * sharpness +
-           kAgreementWeight * candidate.agreement + kVoteWeight * voteShare(aggregate.votes, lag) +
-           kProfileWeight * profileOf(aggregate, lag);
+           kAgreementWeight * candidate.agreement + kTrackingWeight * tracking +
+           kVoteWeight * voteShare(aggregate.votes, lag) + kProfileWeight * profileOf(aggregate, lag);
 }
 
 } // namespace
@@ -97,9 +97,8 @@ std::vector<RankedCandidate> rankCandidates(const LagAggregate& aggregate, std::
         pace.checkpoint(i++, kCandidatesBetweenChecks);
         const float tracking = trackingOf(sections, candidate.lag, pace);
         pace.throwIfCancelled();
-        ranking.push_back({.candidate = candidate,
-                           .score = untrackedScore(aggregate, candidate) + kTrackingWeight * tracking,
-                           .tracking = tracking});
+        ranking.push_back(
+            {.candidate = candidate, .score = scoreOf(aggregate, candidate, tracking), .tracking = tracking});
     }
     if (ranking.empty())
         throw Error(Error::Case::EmptyRanking);

@@ -17,6 +17,10 @@ constexpr float kSilentPower = 1e-30F;
 /// From a transform without scale to amplitudes.
 constexpr float kScale = 1.0F / kFrameSize;
 
+/// A deviation below this share of both amplitudes is what rounding leaves of a bin that goes on as foreseen: several
+/// products of floats. It has to count as none, else a passage that repeats itself would be full of faint onsets.
+constexpr float kRounding = 5e-7F;
+
 constexpr std::size_t kLanes = 8;
 
 float totalOf(const std::array<float, kLanes>& lanes)
@@ -58,7 +62,9 @@ void SpectralChange::advance(Bins& bins, const float* __restrict points, int fir
         const float predictedSine = squaredSine * bins.earlierCosines[i] - squaredCosine * bins.earlierSines[i];
         const float dx = (sounds ? real * kScale : 0.0F) - bins.amplitudes[i] * predictedCosine;
         const float dy = (sounds ? imaginary * kScale : 0.0F) - bins.amplitudes[i] * predictedSine;
-        bins.deviations[i] = fastLog1p(std::sqrt(dx * dx + dy * dy) * kDeviationGain);
+        const float deviation = std::sqrt(dx * dx + dy * dy);
+        const bool deviates = deviation > kRounding * (amplitude + bins.amplitudes[i]);
+        bins.deviations[i] = fastLog1p(deviates ? deviation * kDeviationGain : 0.0F);
 
         const float logarithm = fastLog1p(amplitude * kAmplitudeGain);
         const float growth = logarithm - bins.logarithms[i];

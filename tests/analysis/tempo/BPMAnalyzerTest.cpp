@@ -62,6 +62,14 @@ TEST(BPMAnalyzer, SilenceIs72)
     EXPECT_NEAR(estimate.confidence, 0.52, 1e-6);
 }
 
+TEST(BPMAnalyzer, WhatRepeatsItselfHasNoOnsets)
+{
+    // Every frame is the one before: nothing but the first frames differs, and no lag is better than another.
+    const Estimate estimate = tempoOf(std::vector<float>(kSampleRate * 60, 0.5F));
+    EXPECT_EQ(estimate.bpm, 70);
+    EXPECT_NEAR(estimate.confidence, 0.34, 0.005);
+}
+
 TEST(BPMAnalyzer, WhateverTheSamplesAreItEndsWithATempo)
 {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
