@@ -80,10 +80,11 @@ QString withoutExtension(const QString& fileName)
     return point > 0 ? name.first(point) : name;
 }
 
-/// Letters and digits; an accent written as a character of its own belongs to its letter.
-bool belongsToAWord(char32_t character)
+/// Letters and digits; an accent or another mark that is written as a character of its own belongs to what it stands
+/// on.
+bool belongsToAWord(char32_t character, bool wasPartOfAWord)
 {
-    return QChar::isLetterOrNumber(character) || QChar::isMark(character);
+    return QChar::isLetterOrNumber(character) || (wasPartOfAWord && QChar::isMark(character));
 }
 
 } // namespace
@@ -137,8 +138,10 @@ std::optional<QString> MusicalKey::embeddedCamelotCode(const QString& inFileName
 {
     const QString name = withoutExtension(inFileName);
     QString piece;
+    bool isInWord = false;
     for (const char32_t character : (name + u' ').toUcs4()) {
-        if (belongsToAWord(character)) {
+        isInWord = belongsToAWord(character, isInWord);
+        if (isInWord) {
             piece += QChar::fromUcs4(character);
             continue;
         }

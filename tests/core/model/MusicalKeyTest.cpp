@@ -138,9 +138,11 @@ TEST(MusicalKey, FindsCodesInFileNames)
         {u".8A", u"8A"}, // no extension but a hidden file
         {u"Name8A.mp3", {}},
         {u"8Amp.mp3", {}},
-        {u"e\u03018A.mp3", {}},       // a letter and its accent are one word with what follows
-        {u"\U0001D4008A.mp3", {}},    // and so is a letter of another plane
-        {u"\U0001F3B58A.mp3", u"8A"}, // a picture is none
+        {u"e\u03018A.mp3", {}},           // a letter and its accent are one word with what follows
+        {u"\U0001D4008A.mp3", {}},        // and so is a letter of another plane
+        {u"\U0001F3B58A.mp3", u"8A"},     // a picture is none
+        {u"\u2764\uFE0F8A.mp3", u"8A"},   // nor one with a sign of how to draw it
+        {u"- \u25CC\u03018A.mp3", u"8A"}, // nor an accent over nothing
         {u"Am.mp3", {}},
         {u"", {}},
         {u".", {}},
