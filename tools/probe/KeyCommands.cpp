@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Output.h"
+#include "RawSamples.h"
 
 #include "analysis/decoding/DecoderError.h"
 #include "analysis/key/MusicalKeyAnalyzer.h"
@@ -9,7 +10,6 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QtEndian>
 
 #include <system_error>
 
@@ -17,17 +17,6 @@ namespace {
 
 /// Of raw samples.
 constexpr int kRawSampleRate = 22050;
-
-std::vector<float> rawSamples(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw std::system_error(std::make_error_code(std::errc::no_such_file_or_directory));
-    const QByteArray bytes = file.readAll();
-    std::vector<float> samples(std::size_t(bytes.size()) / sizeof(float));
-    qFromLittleEndian<float>(bytes.constData(), qsizetype(samples.size()), samples.data());
-    return samples;
-}
 
 MusicalKeyAnalysis analyze(const QString& path, bool isRaw)
 {
@@ -98,7 +87,7 @@ ExitStatus Commands::key(const QStringList& arguments)
 {
     QStringList paths = arguments;
     const bool isRaw = paths.removeAll(QStringLiteral("--raw")) > 0;
-    if (paths.isEmpty())
+    if (paths.isEmpty() || Output::holdsOption(paths))
         return ExitStatus::Usage;
     ExitStatus status = ExitStatus::Success;
     for (const QString& path : paths) {
@@ -116,13 +105,13 @@ ExitStatus Commands::camelot(const QStringList& arguments)
     QFile input;
     if (!arguments.isEmpty() || !input.open(stdin, QIODevice::ReadOnly))
         return ExitStatus::Usage;
+    ExitStatus status = ExitStatus::Success;
     for (QByteArray line = input.readLine(); !line.isEmpty(); line = input.readLine()) {
         const std::optional<QJsonValue> value = parsed(QJsonDocument::fromJson(line).object());
-        if (!value) {
-            Output::diagnose(QStringLiteral("this line is no request"));
-            return ExitStatus::Usage;
-        }
-        Output::line({{QStringLiteral("value"), *value}});
+        if (value)
+            Output::line({{QStringLiteral("value"), *value}});
+        else
+            status = Output::noRequest();
     }
-    return ExitStatus::Success;
+    return status;
 }

@@ -115,19 +115,20 @@ ExitStatus answerLines(const QStringList& arguments,
     QFile input;
     if (!arguments.isEmpty() || !input.open(stdin, QIODevice::ReadOnly))
         return ExitStatus::Usage;
+    ExitStatus status = ExitStatus::Success;
     for (QByteArray line = input.readLine(); !line.isEmpty(); line = input.readLine()) {
         const std::optional<Request> request = requestFrom(line);
         const std::optional<QList<Track>> tracks = request ? order(*request) : std::nullopt;
         if (!tracks) {
-            Output::diagnose(QStringLiteral("this line is no request"));
-            return ExitStatus::Usage;
+            status = Output::noRequest();
+            continue;
         }
         QJsonArray ids;
         for (const Track& track : *tracks)
             ids.append(request->names.value(track.id()));
         Output::line({{QStringLiteral("ids"), ids}});
     }
-    return ExitStatus::Success;
+    return status;
 }
 
 } // namespace

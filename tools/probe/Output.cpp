@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace Output {
@@ -16,6 +17,19 @@ void line(const QJsonObject& object)
 void diagnose(const QString& message)
 {
     std::fprintf(stderr, "velmora-probe: %s\n", qUtf8Printable(message));
+}
+
+ExitStatus noRequest()
+{
+    const QJsonObject error{{QStringLiteral("case"), QStringLiteral("noRequest")},
+                            {QStringLiteral("message"), QStringLiteral("this line is no request")}};
+    line({{QStringLiteral("error"), error}});
+    return ExitStatus::ItemFailed;
+}
+
+bool holdsOption(const QStringList& arguments)
+{
+    return std::ranges::any_of(arguments, [](const QString& word) { return word.startsWith(QStringLiteral("--")); });
 }
 
 } // namespace Output

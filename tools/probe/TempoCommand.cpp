@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Output.h"
+#include "RawSamples.h"
 
 #include "analysis/decoding/AudioPCMDecoder.h"
 #include "analysis/tempo/BPMAnalyzer.h"
@@ -8,9 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
-#include <QtEndian>
 
-#include <cerrno>
 #include <system_error>
 
 namespace {
@@ -25,18 +24,6 @@ struct Options {
     bool isLowImpact = false;
     bool isRaw = false;
 };
-
-std::vector<float> rawSamples(const QString& path)
-{
-    QFile file(path);
-    errno = 0;
-    if (!file.open(QIODevice::ReadOnly))
-        throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
-    const QByteArray bytes = file.readAll();
-    std::vector<float> samples(std::size_t(bytes.size()) / sizeof(float));
-    qFromLittleEndian<float>(bytes.constData(), qsizetype(samples.size()), samples.data());
-    return samples;
-}
 
 Estimate estimate(const QString& path, const Options& options)
 {
@@ -92,7 +79,7 @@ ExitStatus Commands::tempo(const QStringList& arguments)
     QStringList paths = arguments;
     const Options options{.isLowImpact = paths.removeAll(QStringLiteral("--low-impact")) > 0,
                           .isRaw = paths.removeAll(QStringLiteral("--raw")) > 0};
-    if (paths.isEmpty())
+    if (paths.isEmpty() || Output::holdsOption(paths))
         return ExitStatus::Usage;
     ExitStatus status = ExitStatus::Success;
     for (const QString& path : paths) {
