@@ -1213,6 +1213,10 @@
     <translation>Tempo written: %d</translation>
   </message>
   <message>
+    <source>Темп записан: %d · пропущено: %d</source>
+    <translation>Tempo written: %d · skipped: %d</translation>
+  </message>
+  <message>
     <source>Темп определяется</source>
     <translation>Tempo is being found</translation>
   </message>

@@ -113,8 +113,9 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     EXPECT_EQ(now(tracks[1]).tags().bpm, QStringLiteral("91")) << "whole";
     EXPECT_TRUE(now(tracks[2]).tags().bpm.isEmpty());
     EXPECT_FALSE(estimate(tracks[0]) || estimate(tracks[1])) << "the tag is believed";
-    EXPECT_EQ(statusText(), QStringLiteral("Темп записан: 2"));
+    EXPECT_TRUE(statusText().isEmpty()) << "no file holds it yet";
     settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Темп записан: 2"));
     EXPECT_EQ(files.calls.size(), 2);
 
     undo.undo();
@@ -132,4 +133,61 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     tempo().writeTempo(ids(tracks), &undo);
     EXPECT_EQ(statusText(), QStringLiteral("Нет темпа для записи"));
     EXPECT_FALSE(undo.canUndo());
+}
+
+TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
+{
+    struct Row {
+        const char* name;
+        std::function<void(const QList<Track>&)> meanwhile;
+        int fails;         ///< row whose file cannot be written
+        const char* tags;  ///< in the end
+        const char* shown; ///< estimates in the end
+        const char* status;
+    };
+    const auto nothing = [](const QList<Track>&) {};
+    const auto edit = [this](const QList<Track>& rows) {
+        AudioTags tags;
+        tags.bpm = QStringLiteral("99");
+        store->tagWriting().saveFields(tags, TagField::Tempo, {rows[1].id()}, nullptr);
+    };
+    const auto stop = [this](const QList<Track>&) { store->tagWriting().saver().cancelBatches(); };
+    const auto takeBack = [this](const QList<Track>&) { undo.undo(); };
+    const Row cases[] = {
+        {"a file fails", nothing, 1, "124 80 125", "- 126 -", "Темп записан: 2 · пропущено: 1"},
+        {"edited meanwhile", edit, 1, "124 99 125", "- - -", "Темп записан: 2 · пропущено: 1"},
+        {"stopped", stop, -1, "124 80 -", "- 126 125", "Запись остановлена, в файлы не записано: 2"},
+        {"taken back before the failure", takeBack, 1, "- 80 -", "124 126 125", "before"},
+    };
+    const QString dash = QStringLiteral("-");
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        QList<Track> tracks = make(3);
+        tracks[1] = withTempo(tracks[1], QStringLiteral("80"));
+        for (Track& track : tracks)
+            track.setIsRead(true);
+        fill(tracks);
+        estimates({{tracks[0].id(), QStringLiteral("124")},
+                   {tracks[1].id(), QStringLiteral("126")},
+                   {tracks[2].id(), QStringLiteral("125")}});
+        files.before = [url = test.fails < 0 ? QUrl() : tracks[test.fails].url()](const FakeTagFiles::Call& call) {
+            if (call.write.url == url)
+                throw TagFileError(QStringLiteral("no room"), false);
+        };
+        undo.clear();
+        store->status().showStatus(QStringLiteral("before"), {}, WorkspaceStatus::Tone::Neutral);
+        tempo().writeTempo(ids(tracks), &undo);
+        test.meanwhile(tracks);
+        settle();
+        QStringList tags;
+        QStringList shown;
+        for (const Track& track : tracks) {
+            tags.append(now(track).tags().bpm.isEmpty() ? dash : now(track).tags().bpm);
+            shown.append(estimate(track).value_or(dash));
+        }
+        EXPECT_EQ(tags.join(u' '), QString::fromUtf8(test.tags));
+        EXPECT_EQ(shown.join(u' '), QString::fromUtf8(test.shown));
+        EXPECT_EQ(statusText(), QString::fromUtf8(test.status));
+    }
+    files.before = {};
 }

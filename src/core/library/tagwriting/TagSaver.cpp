@@ -18,8 +18,8 @@ struct TagSaver::Batch {
     std::optional<TagFileError> firstFailure = {};
     QList<SavedRow> rows = {}; ///< not yet in the list
     QSet<TrackID> restored = {};
-    int failed = 0;
-    std::function<void(int written)> ended = {};
+    QList<TrackID> failed = {}; ///< rows, one for each file
+    std::function<void(const Batch&)> ended = {};
 };
 
 TagSaver::TagSaver(const Dependencies& dependencies)
@@ -65,12 +65,31 @@ async::Task<> TagSaver::writeOne(Item item, std::stop_token stop)
 
 void TagSaver::writeBatch(const QList<Item>& items, std::function<void(int written)> ended)
 {
-    VELMORA_ASSERT_MAIN_THREAD();
-    for (const Item& item : items)
-        noteEdits(item.track.id(), item.edited);
     const auto batch = std::make_shared<Batch>(Batch{items});
-    batch->ended = std::move(ended);
-    startBatch(batch);
+    if (ended)
+        batch->ended = [ended](const Batch& b) { ended(static_cast<int>(b.next - b.failed.size())); };
+    startWrites(batch);
+}
+
+void TagSaver::writeBatchNaming(const QList<Item>& items, std::function<void(const QSet<TrackID>& notWritten)> ended)
+{
+    const auto batch = std::make_shared<Batch>(Batch{items});
+    if (ended)
+        batch->ended = [ended](const Batch& b) {
+            QSet<TrackID> notWritten(b.failed.cbegin(), b.failed.cend());
+            for (const Item& item : b.items.sliced(b.next))
+                notWritten.insert(item.track.id());
+            ended(notWritten);
+        };
+    startWrites(batch);
+}
+
+void TagSaver::startWrites(std::shared_ptr<Batch> batch)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    for (const Item& item : std::as_const(batch->items))
+        noteEdits(item.track.id(), item.edited);
+    startBatch(std::move(batch));
 }
 
 void TagSaver::restoreBatch(const QList<Track>& tracks)
@@ -112,8 +131,10 @@ void TagSaver::note(Batch& batch, const Saved& saved)
 {
     if (saved.row.changesRow())
         batch.rows.append(saved.row);
-    if (saved.failure && batch.failed++ == 0)
+    if (saved.failure && !batch.firstFailure)
         batch.firstFailure = saved.failure;
+    if (saved.failure)
+        batch.failed.append(saved.row.id);
     if (saved.isRestored)
         batch.restored.insert(saved.row.id);
     if (batch.rows.size() >= kRowsPerUpdate)
@@ -130,7 +151,7 @@ void TagSaver::finishBatch(const Batch& batch)
     if (!batch.restored.isEmpty())
         emit restored(batch.restored);
     if (batch.ended)
-        batch.ended(static_cast<int>(batch.next) - batch.failed);
+        batch.ended(batch);
     if (batch.isCancelled)
         emit stopped(notDone);
     else if (batch.firstFailure)

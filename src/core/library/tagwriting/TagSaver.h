@@ -59,6 +59,8 @@ public:
     /// Writes files one after another. A failed one does not stop the others; the first failure is reported at the end.
     /// \param ended is told then how many files were written; may be empty.
     void writeBatch(const QList<Item>& items, std::function<void(int written)> ended = {});
+    /// The same. \param ended is told the rows whose files were not written, because of a failure or a stop.
+    void writeBatchNaming(const QList<Item>& items, std::function<void(const QSet<TrackID>& notWritten)> ended);
     /// Puts the tags back that the files had at first, where they are kept, and reads them again; restored() tells.
     void restoreBatch(const QList<Track>& tracks);
     /// Stops all batches before their next file; what is not done then is told by stopped().
@@ -108,6 +110,7 @@ private:
     using Artwork = std::optional<QByteArray>;
 
     void noteEdits(const TrackID& id, TagFields edited);
+    void startWrites(std::shared_ptr<Batch> batch);
     void startBatch(std::shared_ptr<Batch> batch);
     async::Task<> writeOne(Item item, std::stop_token stop);
     async::Task<> runBatch(std::shared_ptr<Batch> batch, std::stop_token stop);

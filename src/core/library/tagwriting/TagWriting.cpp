@@ -71,6 +71,8 @@ struct TagWriting::UndoStep {
     QHash<TrackID, TagFields> unknown = {};
     std::function<void()> undone = {};
     std::function<void()> redone = {};
+    std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended = {};
+    int turns = 0; ///< how often it was done or taken back: what ends later is of the past
 };
 
 TagWriting::TagWriting(const Dependencies& dependencies)
@@ -179,9 +181,9 @@ int TagWriting::perform(const std::shared_ptr<UndoStep>& step, UndoManager* undo
     if (undoManager && !step->before.isEmpty()) {
         watchUnknown(step);
         undoManager->registerUndo(
-            step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(*step); });
+            step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(step); });
     }
-    apply(step->after, *step);
+    write(step);
     return static_cast<int>(step->before.size());
 }
 
@@ -204,8 +206,9 @@ void TagWriting::fileTold(const TrackID& id, const AudioTags& values, TagFields 
 }
 
 /// What has not come to the file yet is no edit any more, and the guess is not written in its place.
-void TagWriting::takeBack(const UndoStep& step)
+void TagWriting::takeBack(UndoStep& step)
 {
+    ++step.turns;
     apply(step.before, step);
     for (auto entry = step.unknown.cbegin(); entry != step.unknown.cend(); ++entry)
         m_dependencies.saver.forgetEdits(entry.key(), entry.value());
@@ -213,33 +216,67 @@ void TagWriting::takeBack(const UndoStep& step)
         step.undone();
 }
 
-void TagWriting::writeAgain(const UndoStep& step)
+void TagWriting::writeAgain(const std::shared_ptr<UndoStep>& step)
 {
-    apply(step.after, step);
-    if (step.redone)
-        step.redone();
+    write(step);
+    if (step->redone)
+        step->redone();
 }
 
-void TagWriting::apply(const TagEditPlan::TagValues& values, const UndoStep& step)
+void TagWriting::write(const std::shared_ptr<UndoStep>& step)
+{
+    BatchEnd batchEnd;
+    if (step->ended)
+        batchEnd = [this, step, turn = ++step->turns](const QSet<TrackID>& notWritten) {
+            if (step->turns == turn)
+                ended(*step, notWritten);
+        };
+    apply(step->after, *step, batchEnd);
+}
+
+/// Rows that somebody edited meanwhile keep their new text; it goes with the next save.
+void TagWriting::ended(UndoStep& step, const QSet<TrackID>& notWritten)
+{
+    TagEditPlan::TagValues former;
+    for (const TrackID& id : notWritten) {
+        const AudioTags after = step.after.take(id);
+        const AudioTags before = step.before.take(id);
+        step.unknown.remove(id);
+        const Track* track = m_dependencies.workspace.tracks().find(id);
+        if (!track || (TagFieldSet::differing(track->tags(), after) & step.fields))
+            continue;
+        former.insert(id, before);
+        m_dependencies.saver.forgetEdits(id, step.fields);
+    }
+    const QSet<TrackID> putBack(former.keyBegin(), former.keyEnd());
+    if (!putBack.isEmpty()) {
+        setFields(former, step.fields);
+        emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, putBack);
+    }
+    step.ended(notWritten, putBack);
+}
+
+QList<Track> TagWriting::setFields(const TagEditPlan::TagValues& values, TagFields fields)
 {
     QList<Track> changed;
     Workspace& workspace = m_dependencies.workspace;
-    workspace.setTracks(TagEditPlan::withTags(workspace.tracks(), values, step.fields, changed));
-    announceAndWrite(step.fieldName, step.fields, changed);
+    workspace.setTracks(TagEditPlan::withTags(workspace.tracks(), values, fields, changed));
+    return changed;
 }
 
-void TagWriting::announceAndWrite(const QString& fieldName, TagFields edited, const QList<Track>& changed)
+void TagWriting::apply(const TagEditPlan::TagValues& values, const UndoStep& step, const BatchEnd& batchEnd)
 {
+    const QList<Track> changed = setFields(values, step.fields);
     if (changed.isEmpty())
         return;
     QSet<TrackID> ids;
     QList<TagSaver::Item> items;
     for (const Track& track : changed) {
         ids.insert(track.id());
-        items.append({track, edited});
+        items.append({track, step.fields});
     }
-    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(fieldName, ids);
-    m_dependencies.saver.writeBatch(items);
+    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, ids);
+    m_dependencies.saver.writeBatchNaming(items, batchEnd);
 }
 
 void TagWriting::save(const AudioTags& tags, const TrackID& id)
@@ -273,6 +310,7 @@ void TagWriting::saveTexts(const FieldTexts& edit, UndoManager* undoManager)
     const auto step = std::make_shared<UndoStep>(UndoStep{edit.actionName, QString(), edit.field});
     step->undone = edit.undone;
     step->redone = edit.redone;
+    step->ended = edit.ended;
     for (auto entry = edit.texts.cbegin(); entry != edit.texts.cend(); ++entry) {
         const Track* track = m_dependencies.workspace.tracks().find(entry.key());
         if (!track)

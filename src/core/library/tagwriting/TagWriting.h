@@ -55,6 +55,10 @@ public:
         QHash<TrackID, QString> texts;
         std::function<void()> undone; ///< called after the texts were taken back; may be empty
         std::function<void()> redone; ///< called after they were written again; may be empty
+        /// Called when the last file is done, unless the texts were taken back before. The step leaves rows out whose
+        /// files were not written; \p putBack are those of them that have their former text again, that is all that
+        /// nobody changed meanwhile. May be empty.
+        std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended;
     };
     /// Writes each row's own text into rows and files, as one step of undo. \param undoManager may be null.
     void saveTexts(const FieldTexts& edit, UndoManager* undoManager);
@@ -73,6 +77,7 @@ public:
 
 private:
     struct UndoStep;
+    using BatchEnd = std::function<void(const QSet<TrackID>& notWritten)>;
 
     void assign(AssignedField field, const QString& value, const QSet<TrackID>& ids, UndoManager* undoManager);
     void clear(AssignedField field, const QSet<TrackID>& ids, UndoManager* undoManager);
@@ -80,11 +85,13 @@ private:
     int edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager);
     int perform(const std::shared_ptr<UndoStep>& step, UndoManager* undoManager);
     void watchUnknown(const std::shared_ptr<UndoStep>& step);
-    void takeBack(const UndoStep& step);
-    void writeAgain(const UndoStep& step);
-    void apply(const TagEditPlan::TagValues& values, const UndoStep& step);
+    void takeBack(UndoStep& step);
+    void writeAgain(const std::shared_ptr<UndoStep>& step);
+    void write(const std::shared_ptr<UndoStep>& step);
+    void ended(UndoStep& step, const QSet<TrackID>& notWritten);
+    void apply(const TagEditPlan::TagValues& values, const UndoStep& step, const BatchEnd& batchEnd = {});
+    QList<Track> setFields(const TagEditPlan::TagValues& values, TagFields fields);
     void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
-    void announceAndWrite(const QString& fieldName, TagFields edited, const QList<Track>& changed);
     void announceRestored(const QSet<TrackID>& ids);
 
     Dependencies m_dependencies;

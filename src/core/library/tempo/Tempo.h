@@ -90,7 +90,8 @@ public:
     /// Gives up what waits and what is being analysed: the user wants no more of it. What was found stays.
     void dropBPMQueue();
     /// Writes the estimates as whole numbers into the tags, as one step of undo; a row whose write begins loses its
-    /// estimate, for the tag is believed. Says how many, or that there is none. \param undoManager may be null.
+    /// estimate, for the tag is believed. Those whose file could not be written get it back. Says at the end how many
+    /// were written, or at once that there is none. \param undoManager may be null.
     void writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager = nullptr);
     /// Makes what is shown (the estimate, else the number in the tag) times a factor the estimate, as a whole number.
     /// Rows that would get less than 20 or more than 400 keep what they have.
@@ -111,6 +112,7 @@ Q_SIGNALS:
 
 private:
     struct TakenEstimate;
+    using TakenEstimates = QHash<TrackID, TakenEstimate>;
 
     BPMWorkers::Dependencies workersDependencies();
     BPMAnalysisSchedulingPolicy currentBPMSchedulingPolicy() const;
@@ -125,9 +127,10 @@ private:
     void succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
 
-    static QSet<TrackID> idsOf(const QHash<TrackID, TakenEstimate>& taken);
+    static QSet<TrackID> idsOf(const TakenEstimates& taken);
+    void tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack);
     void giveUp(const QSet<TrackID>& ids);
-    void giveBack(const QHash<TrackID, TakenEstimate>& taken);
+    void giveBack(const TakenEstimates& taken);
     void chooseTempos(const QHash<TrackID, int>& tempos);
     async::Task<> recordChoices(QHash<TrackID, int> tempos, std::stop_token stop);
     void withdraw(const QSet<TrackID>& ids);

@@ -48,8 +48,8 @@ void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     TempoResults& results = m_dependencies.results;
-    TagWriting::FieldTexts edit{TagField::Tempo, QStringLiteral("Записать темп"), {}, {}, {}};
-    QHash<TrackID, TakenEstimate> taken;
+    TagWriting::FieldTexts edit{TagField::Tempo, QStringLiteral("Записать темп"), {}, {}, {}, {}};
+    TakenEstimates taken;
     for (const TrackID& id : ids) {
         const std::optional<QString> text = results.estimate(id);
         const std::optional<double> bpm = text ? TrackSorter::bpmNumber(*text) : std::nullopt;
@@ -63,17 +63,41 @@ void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
                                          Tone::Warning);
         return;
     }
-    edit.undone = [this, taken] { giveBack(taken); };
-    edit.redone = [this, written = idsOf(taken)] { giveUp(written); };
+    const auto step = std::make_shared<TakenEstimates>(taken);
+    edit.undone = [this, step] { giveBack(*step); };
+    edit.redone = [this, step] { giveUp(idsOf(*step)); };
+    edit.ended = [this, step](const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack) {
+        tempoWritten(*step, notWritten, putBack);
+    };
     m_dependencies.tagWriting.saveTexts(edit, undoManager);
     giveUp(idsOf(taken));
-    m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d"), {static_cast<int>(taken.size())},
-                                      QStringLiteral("waveform.path.ecg"), Tone::Success);
 }
 
-QSet<TrackID> Tempo::idsOf(const QHash<TrackID, TakenEstimate>& taken)
+QSet<TrackID> Tempo::idsOf(const TakenEstimates& taken)
 {
     return {taken.keyBegin(), taken.keyEnd()};
+}
+
+/// What did not come to its file is an estimate again.
+void Tempo::tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)
+{
+    const qsizetype all = step.size();
+    TakenEstimates back;
+    for (const TrackID& id : notWritten) {
+        const TakenEstimate taken = step.take(id);
+        if (putBack.contains(id))
+            back.insert(id, taken);
+    }
+    if (!back.isEmpty())
+        giveBack(back);
+    const auto written = static_cast<int>(step.size());
+    const auto skipped = static_cast<int>(all - step.size());
+    const QString icon = QStringLiteral("waveform.path.ecg");
+    if (skipped > 0)
+        m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d · пропущено: %d"), {written, skipped}, icon,
+                                          Tone::Warning);
+    else
+        m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d"), {written}, icon, Tone::Success);
 }
 
 /// The tag tells it from now on, and the file changes.
@@ -88,7 +112,7 @@ void Tempo::giveUp(const QSet<TrackID>& ids)
     estimatesChosen();
 }
 
-void Tempo::giveBack(const QHash<TrackID, TakenEstimate>& taken)
+void Tempo::giveBack(const TakenEstimates& taken)
 {
     for (auto entry = taken.cbegin(); entry != taken.cend(); ++entry) {
         if (!m_dependencies.workspace.tracks().contains(entry.key()))
