@@ -156,13 +156,54 @@ TEST_F(TempoTest, RowsThatGoOrGetATagLeaveTheQueue)
     const QList<Track> tracks = make(5);
     tempo().detectBPM(ids(tracks));
     EXPECT_TRUE(isAnalyzing(tracks[0]) && isAnalyzing(tracks[1]) && !isAnalyzing(tracks[2]));
-    fill({tracks[1], withTempo(tracks[2], QStringLiteral("100")), tracks[4]});
+    const QString text = QStringLiteral("100");
+    fill({withTempo(tracks[1], text), withTempo(tracks[2], text), tracks[4]});
     settle();
     EXPECT_EQ(analysed, QStringList({QStringLiteral("a.mp3"), QStringLiteral("b.mp3"), QStringLiteral("e.mp3")}));
+    EXPECT_FALSE(estimate(tracks[1])) << "it got a tag while it was heard";
     EXPECT_FALSE(tempo().tempoTables().estimatedBPMByTrackID.contains(tracks[0].id())) << "gone while it was heard";
     EXPECT_FALSE(estimate(tracks[2]));
     EXPECT_TRUE(estimate(tracks[4]));
     EXPECT_FALSE(tempo().isQueueing());
+}
+
+TEST_F(TempoTest, AnEditedTagIsBelieved)
+{
+    using Edit = std::function<void(const Track&, const QString&)>;
+    const Edit inspector = [this](const Track& row, const QString& text) {
+        store->tagWriting().save(withTempo(now(row), text).tags(), row.id());
+    };
+    const Edit selection = [this](const Track& row, const QString& text) {
+        store->tagWriting().saveFields(withTempo(row, text).tags(), TagField::Tempo, {row.id()}, nullptr);
+    };
+    const Edit title = [this](const Track& row, const QString& text) {
+        AudioTags tags = now(row).tags();
+        tags.title = text;
+        store->tagWriting().save(tags, row.id());
+    };
+    struct Row {
+        const char* name;
+        Edit edit;
+        QString text;
+        std::optional<QString> estimate;
+    };
+    const Row cases[] = {
+        {"inspector", inspector, QStringLiteral("100"), std::nullopt},
+        {"selection", selection, QStringLiteral("100"), std::nullopt},
+        {"emptied", inspector, QString(), QStringLiteral("50")},
+        {"another field", title, QStringLiteral("100"), QStringLiteral("50")},
+    };
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        Track row = withTempo(make(1).first(), QStringLiteral("99"));
+        row.setIsRead(true);
+        fill({row});
+        tempo().setTempo({row.id()}, 50); // what is shown may stand beside a tag
+        test.edit(row, test.text);
+        EXPECT_EQ(estimate(row), test.estimate);
+        settle();
+        EXPECT_EQ(estimate(row), test.estimate);
+    }
 }
 
 TEST_F(TempoTest, TwoWorkersShrinkToOneWithoutAStop)

@@ -72,6 +72,7 @@ struct TagWriting::UndoStep {
     std::function<void()> undone = {};
     std::function<void()> redone = {};
     std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended = {};
+    bool tellsTempo = true;
     int turns = 0; ///< how often it was done or taken back: what ends later is of the past
 };
 
@@ -276,6 +277,8 @@ void TagWriting::apply(const TagEditPlan::TagValues& values, const UndoStep& ste
         items.append({track, step.fields});
     }
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, ids);
+    if (step.tellsTempo && (step.fields & TagField::Tempo))
+        emit tempoEdited(ids);
     m_dependencies.saver.writeBatchNaming(items, batchEnd);
 }
 
@@ -291,6 +294,8 @@ void TagWriting::save(const AudioTags& tags, const TrackID& id)
     rows[*place].replaceTags(tags);
     workspace.setTracks(std::move(rows));
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), {id});
+    if (edited & TagField::Tempo)
+        emit tempoEdited({id});
     m_dependencies.saver.write(id, edited);
 }
 
@@ -310,6 +315,7 @@ void TagWriting::saveTexts(const FieldTexts& edit, UndoManager* undoManager)
     const auto step = std::make_shared<UndoStep>(UndoStep{edit.actionName, QString(), edit.field});
     step->undone = edit.undone;
     step->redone = edit.redone;
+    step->tellsTempo = false;
     step->ended = edit.ended;
     for (auto entry = edit.texts.cbegin(); entry != edit.texts.cend(); ++entry) {
         const Track* track = m_dependencies.workspace.tracks().find(entry.key());
@@ -361,6 +367,7 @@ void TagWriting::restoreOriginalTags(const QSet<TrackID>& ids)
 void TagWriting::announceRestored(const QSet<TrackID>& ids)
 {
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), ids);
+    emit tempoEdited(ids);
     m_dependencies.status.showCounted(QStringLiteral("Исходные теги возвращены: %d"), {static_cast<int>(ids.size())},
                                       QStringLiteral("arrow.uturn.backward"), Tone::Success);
 }

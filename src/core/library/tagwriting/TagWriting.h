@@ -60,7 +60,8 @@ public:
         /// nobody changed meanwhile. May be empty.
         std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended;
     };
-    /// Writes each row's own text into rows and files, as one step of undo. \param undoManager may be null.
+    /// Writes each row's own text into rows and files, as one step of undo. Whoever asks for it sees to what goes with
+    /// the field: tempoEdited() is not told. \param undoManager may be null.
     void saveTexts(const FieldTexts& edit, UndoManager* undoManager);
     /// Sets the key of all rows of these files, in the list that is handed in. \param keys by standardized path.
     static void synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks);
@@ -74,6 +75,10 @@ public:
     void reportWriteError(const TagFileError& error);
     /// Writes under way.
     TagSaver& saver() { return m_dependencies.saver; }
+
+Q_SIGNALS:
+    /// The tempo of these rows was edited, or put back as their files had it at first.
+    void tempoEdited(const QSet<TrackID>& ids);
 
 private:
     struct UndoStep;

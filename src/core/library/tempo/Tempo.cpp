@@ -2,6 +2,7 @@
 
 #include "async/MainQueue.h"
 #include "core/library/order/Order.h"
+#include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
@@ -55,6 +56,7 @@ Tempo::Tempo(Dependencies dependencies)
     , m_recordTasks(1)
 {
     connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, [this] { m_rowCount.reset(); });
+    connect(&m_dependencies.tagWriting, &TagWriting::tempoEdited, this, &Tempo::tagsEdited);
 }
 
 Tempo::~Tempo() = default;
@@ -199,11 +201,11 @@ void Tempo::forgetEstimates(const QList<TrackID>& ids)
 void Tempo::finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result)
 {
     using Case = BPMAnalysisOutcome::Case;
-    const bool isThere = m_dependencies.workspace.tracks().contains(id);
-    if (isThere && result.outcome.which == Case::RetryableFailure && m_queue.retryLater(id))
+    const bool isWanted = withoutTag(id);
+    if (isWanted && result.outcome.which == Case::RetryableFailure && m_queue.retryLater(id))
         return;
     m_queue.drop(id);
-    if (isThere && result.outcome.which == Case::Success)
+    if (isWanted && result.outcome.which == Case::Success)
         succeeded(id, url, result);
 }
 

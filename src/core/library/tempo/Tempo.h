@@ -129,6 +129,7 @@ private:
 
     static QSet<TrackID> idsOf(const TakenEstimates& taken);
     void tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack);
+    void tagsEdited(const QSet<TrackID>& ids);
     void giveUp(const QSet<TrackID>& ids);
     void giveBack(const TakenEstimates& taken);
     void chooseTempos(const QHash<TrackID, int>& tempos);

@@ -100,6 +100,17 @@ void Tempo::tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWritten, 
         m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d"), {written}, icon, Tone::Success);
 }
 
+/// Whoever types a tempo is believed.
+void Tempo::tagsEdited(const QSet<TrackID>& ids)
+{
+    QSet<TrackID> told;
+    for (const TrackID& id : ids) {
+        if (m_dependencies.workspace.tracks().contains(id) && !withoutTag(id))
+            told.insert(id);
+    }
+    giveUp(told);
+}
+
 /// The tag tells it from now on, and the file changes.
 void Tempo::giveUp(const QSet<TrackID>& ids)
 {
