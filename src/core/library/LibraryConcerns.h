@@ -52,6 +52,7 @@ private:
     void wireUpkeep();
     void wireStoppedWrites();
     void wireOrder();
+    void wireTempo();
 
     Order::Dependencies orderDependencies();
     Favorites::Dependencies favoritesDependencies();

@@ -28,6 +28,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     wireUpkeep();
     wireStoppedWrites();
     wireOrder();
+    wireTempo();
 }
 
 LibraryConcerns::~LibraryConcerns() = default;
@@ -56,6 +57,12 @@ void LibraryConcerns::wireStoppedWrites()
 void LibraryConcerns::wireOrder()
 {
     QObject::connect(&loads, &MetadataLoads::settled, &order, &Order::scheduleMetadataSortRefresh);
+}
+
+/// While tags are read one file at a time is analysed.
+void LibraryConcerns::wireTempo()
+{
+    QObject::connect(&loads, &MetadataLoads::settled, &tempo, &Tempo::startBPMWorkerIfPossible);
 }
 
 /// The order is built first and asks concerns that come later; nobody calls it before they are there.

@@ -245,6 +245,13 @@ TEST_F(TempoTest, TwoWorkersShrinkToOneWithoutAStop)
     store->order().setPlaylistScrolling(false);
     EXPECT_EQ(executor.pendingCount(), 2) << "the hand rests: a second one joins";
     settle();
+    const QList<Track> others = make(4);
+    store->imports().scheduleMetadataLoads({others[0]}, Track::MetadataDestination::Library);
+    tempo().detectBPM(ids(others.sliced(1)));
+    ASSERT_EQ(executor.pendingCount(), 2) << "a read and an analysis";
+    executor.runOne();
+    EXPECT_EQ(executor.pendingCount(), 2) << "all is read: two analyses";
+    settle();
 }
 
 TEST_F(TempoTest, ProgressCountsThePlaylistElseTheBatch)
