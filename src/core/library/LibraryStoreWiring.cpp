@@ -170,7 +170,8 @@ Removal::Dependencies LibraryConcerns::removalDependencies()
             [this](const TrackID& id) {
                 if (const TagFields edits = tagSaver.pendingEdits(id))
                     tagSaver.write(id, edits);
-            }};
+            },
+            [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); }};
 }
 
 /// For leftovers of interrupted writes, which have no rows that could come back.

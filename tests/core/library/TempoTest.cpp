@@ -167,6 +167,31 @@ TEST_F(TempoTest, RowsThatGoOrGetATagLeaveTheQueue)
     EXPECT_FALSE(tempo().isQueueing());
 }
 
+TEST_F(TempoTest, RowsThatComeBackAreAnalysed)
+{
+    QList<Track> tracks = make(3);
+    for (Track& track : tracks)
+        track.setIsRead(true);
+    tracks[1].setIsRead(false);
+    fill(tracks);
+    tempo().detectBPM(ids(tracks));
+    store->removal().removeTracksFromPlaylist(ids(tracks));
+    settle();
+    ASSERT_FALSE(tempo().isQueueing());
+    analysed.clear();
+    int callsBeforeRead = 0;
+    reader = [&](const QUrl&, const AudioTags& fallback) {
+        callsBeforeRead = static_cast<int>(analysed.count(QStringLiteral("b.mp3")));
+        return LoadedTrackMetadata{fallback};
+    };
+    store->removal().undoLastRemoval();
+    settle();
+    analysed.sort();
+    EXPECT_EQ(analysed, QStringList({QStringLiteral("a.mp3"), QStringLiteral("b.mp3"), QStringLiteral("c.mp3")}));
+    EXPECT_EQ(callsBeforeRead, 0) << "its file may tell a tempo";
+    EXPECT_TRUE(estimate(tracks[2]));
+}
+
 TEST_F(TempoTest, AnEditedTagIsBelieved)
 {
     using Edit = std::function<void(const Track&, const QString&)>;

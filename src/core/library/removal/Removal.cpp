@@ -354,9 +354,13 @@ void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, Restore
         restored.files.insert(entry.track.url());
     workspace.setList(list, std::move(back.rows));
     QList<Track> unread; // what was read of them in the meantime found no row
+    QSet<TrackID> read;
     for (const TrackID& id : std::as_const(back.ids)) {
-        if (const Track* track = workspace.list(list).find(id); track && !track->isRead())
+        const Track* const track = workspace.list(list).find(id);
+        if (track && !track->isRead())
             unread.append(*track);
+        else if (track)
+            read.insert(id);
     }
     if (!unread.isEmpty())
         m_dependencies.readTags(unread, list);
@@ -364,6 +368,7 @@ void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, Restore
         return;
     for (const TrackID& id : std::as_const(back.ids))
         m_dependencies.writePendingEdits(id);
+    m_dependencies.detectBPM(read);
 }
 
 void Removal::announceRestored(const Restored& restored)

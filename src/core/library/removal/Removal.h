@@ -38,6 +38,8 @@ public:
         std::function<void(const QList<Track>& tracks, Track::MetadataDestination list)> readTags;
         /// Writes what was edited of a row and had not come to its file when it left.
         std::function<void(const TrackID& id)> writePendingEdits;
+        /// Wants the tempo of rows that came back into the main list and have been read.
+        std::function<void(const QSet<TrackID>& ids)> detectBPM;
     };
 
     /// Files moved and to be moved by the action under way; none at other times.
