@@ -100,15 +100,18 @@ void Tempo::tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWritten, 
         m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d"), {written}, icon, Tone::Success);
 }
 
-/// Whoever types a tempo is believed.
+/// Whoever types a tempo is believed; whoever takes one out wants to see what is heard.
 void Tempo::tagsEdited(const QSet<TrackID>& ids)
 {
     QSet<TrackID> told;
+    QSet<TrackID> untold;
     for (const TrackID& id : ids) {
-        if (m_dependencies.workspace.tracks().contains(id) && !withoutTag(id))
-            told.insert(id);
+        if (m_dependencies.workspace.tracks().contains(id))
+            (withoutTag(id) ? untold : told).insert(id);
     }
-    giveUp(told);
+    if (!told.isEmpty())
+        giveUp(told);
+    detectBPM(untold);
 }
 
 /// The tag tells it from now on, and the file changes.
