@@ -75,14 +75,45 @@ TEST_F(TempoChoicesTest, ARowGivenUpAndAskedForAgainIsAnalysedOnce)
     tempo().detectBPM(ids(tracks));
     tempo().setTempo(ids(tracks), 140);
     tempo().detectAgain(ids(tracks));
-    EXPECT_FALSE(estimate(tracks[0]));
+    EXPECT_EQ(estimate(tracks[0]), QStringLiteral("140")) << "until another one is found";
     settle();
     EXPECT_EQ(analysed.size(), 1) << "the first one had not begun and never does";
     EXPECT_EQ(estimate(tracks[0]), QStringLiteral("124"));
     EXPECT_FALSE(tempo().isQueueing());
 }
 
-TEST_F(TempoChoicesTest, DetectingAgainForgetsRowAndFileButNotATag)
+TEST_F(TempoChoicesTest, WithoutANewEstimateTheOldOneStays)
+{
+    const auto settles = [this](const QList<Track>&) { settle(); };
+    const auto stops = [this](const QList<Track>&) { tempo().dropBPMQueue(); };
+    const auto chooses = [this](const QList<Track>& rows) { tempo().setTempo(ids(rows), 130); };
+    struct Row {
+        const char* name;
+        std::function<void(const QList<Track>&)> act;
+        QString estimate;
+    };
+    const Row cases[] = {{"the analysis fails", settles, QStringLiteral("140")},
+                         {"it is stopped", stops, QStringLiteral("140")},
+                         {"another one is chosen", chooses, QStringLiteral("130")}};
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        const QList<Track> tracks = make(1);
+        tempo().setTempo(ids(tracks), 140);
+        settle();
+        outcomes[QStringLiteral("a.mp3")] = {{Case::PermanentFailure, {}}};
+        tempo().detectAgain(ids(tracks));
+        EXPECT_TRUE(tempo().isQueueing());
+        test.act(tracks);
+        settle();
+        EXPECT_EQ(estimate(tracks[0]), test.estimate);
+        EXPECT_EQ(tempo().confidence(tracks[0].id()), 1);
+        EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(tracks[0].url())),
+                  CachedBPMEstimate::make(tracks[0].url(), test.estimate, 1));
+        outcomes.clear();
+    }
+}
+
+TEST_F(TempoChoicesTest, DetectingAgainReplacesWhatIsKnownOfRowAndFileButNotATag)
 {
     QList<Track> tracks = make(2);
     tempo().setTempo(ids(tracks), 140);

@@ -128,10 +128,10 @@ TEST(TempoPolicyTest, RequestsComeInTheOrderOfTheListWhateverTheirSize)
         requests.add({ids.cbegin(), ids.cend()}, false);
         requests.add({ids.first(), QUuid::createUuid()}, true);
         QList<TrackID> found;
-        bool forgets = false;
-        while (!requests.isEmpty() && !forgets) {
+        bool again = false;
+        while (!requests.isEmpty() && !again) {
             const TempoRequests::Slice slice = requests.next(list);
-            forgets = slice.forgets;
+            again = slice.again;
             EXPECT_LE(slice.ids.size(), 1000);
             found.append(slice.ids);
         }

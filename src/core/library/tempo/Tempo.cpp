@@ -105,10 +105,10 @@ void Tempo::detectAgain(const QSet<TrackID>& ids)
     request(ids, true);
 }
 
-void Tempo::request(const QSet<TrackID>& ids, bool forgets)
+void Tempo::request(const QSet<TrackID>& ids, bool again)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    m_requests.add(ids, forgets);
+    m_requests.add(ids, again);
     if (!m_requests.isEmpty() && !m_requestTask.isActive())
         m_requestTask.start([this](std::stop_token stop) { return takeRequests(stop); });
 }
@@ -118,10 +118,9 @@ async::Task<> Tempo::takeRequests(std::stop_token stop)
 {
     while (!m_requests.isEmpty()) {
         const TempoRequests::Slice slice = m_requests.next(m_dependencies.workspace.tracks());
-        if (slice.forgets)
-            forgetEstimates(slice.ids);
         QList<RecordedFile> recorded;
-        for (const TrackID& id : m_dependencies.results.knowsFiles() ? slice.ids : QList<TrackID>()) {
+        const bool mayTakeOver = m_dependencies.results.knowsFiles() && !slice.again;
+        for (const TrackID& id : mayTakeOver ? slice.ids : QList<TrackID>()) {
             const Track* track = withoutTag(id);
             if (!track || m_dependencies.results.hasEstimate(id))
                 continue;
@@ -134,21 +133,22 @@ async::Task<> Tempo::takeRequests(std::stop_token stop)
             auto job = [recorded](const std::stop_token& jobStop) { return changedFiles(recorded, jobStop); };
             changed = co_await m_dependencies.executor.run(async::Priority::Utility, stop, std::move(job));
         }
-        enqueue(slice.ids, changed);
+        enqueue(slice, changed);
         if (!m_requests.isEmpty())
             co_await m_dependencies.clock.sleep({}, stop);
     }
 }
 
-void Tempo::enqueue(const QList<TrackID>& ids, const QSet<QString>& changedFiles)
+/// Those that want another estimate keep the one they have until it is found.
+void Tempo::enqueue(const TempoRequests::Slice& slice, const QSet<QString>& changedFiles)
 {
     QList<TrackID> fresh;
     bool hasTakenOver = false;
-    for (const TrackID& id : ids) {
+    for (const TrackID& id : slice.ids) {
         const Track* track = withoutTag(id);
-        if (!track || m_dependencies.results.hasEstimate(id))
+        if (!track || (!slice.again && m_dependencies.results.hasEstimate(id)))
             continue;
-        if (takeOverFileEstimate(*track, changedFiles))
+        if (!slice.again && takeOverFileEstimate(*track, changedFiles))
             hasTakenOver = true;
         else if (!m_queue.contains(id) && m_dependencies.analyzeBPM)
             fresh.append(id);
@@ -181,21 +181,6 @@ bool Tempo::takeOverFileEstimate(const Track& track, const QSet<QString>& change
     setEstimatedBPM(track.id(), known->bpm);
     results.setConfidence(track.id(), confidence);
     return true;
-}
-
-/// What is being analysed already gets its new estimate from that.
-void Tempo::forgetEstimates(const QList<TrackID>& ids)
-{
-    for (const TrackID& id : ids) {
-        const Track* track = withoutTag(id);
-        if (!track)
-            continue;
-        setEstimatedBPM(id, std::nullopt);
-        m_dependencies.results.forgetFile(FileURL::standardizedPath(track->url()));
-    }
-    announceStates();
-    call(m_dependencies.scheduleWorkspaceSave);
-    scheduleBPMNotification();
 }
 
 void Tempo::finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result)

@@ -85,7 +85,7 @@ public:
     /// Whether tracks wait for their tempo or are being analysed.
     bool isQueueing() const { return !m_queue.isEmpty(); }
 
-    /// Forgets the estimates of rows without tag, and queues them.
+    /// Queues rows without tag, those that have an estimate too: it stays until another one is found.
     void detectAgain(const QSet<TrackID>& ids);
     /// Gives up what waits and what is being analysed: the user wants no more of it. What was found stays.
     void dropBPMQueue();
@@ -118,11 +118,10 @@ private:
     BPMAnalysisSchedulingPolicy currentBPMSchedulingPolicy() const;
     const Track* withoutTag(const TrackID& id) const;
 
-    void request(const QSet<TrackID>& ids, bool forgets);
+    void request(const QSet<TrackID>& ids, bool again);
     async::Task<> takeRequests(std::stop_token stop);
-    void enqueue(const QList<TrackID>& ids, const QSet<QString>& changedFiles);
+    void enqueue(const TempoRequests::Slice& slice, const QSet<QString>& changedFiles);
     bool takeOverFileEstimate(const Track& track, const QSet<QString>& changedFiles);
-    void forgetEstimates(const QList<TrackID>& ids);
     void finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
     void succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);

@@ -42,7 +42,9 @@ void Tempo::playbackStateDidChange(bool isPlaying, const std::optional<TrackID>&
 void Tempo::prioritizeBPMAnalysisForPlayback(const std::optional<TrackID>& trackID)
 {
     m_queue.setPriority(std::nullopt);
-    if (!trackID || !withoutTag(*trackID) || m_dependencies.results.hasEstimate(*trackID))
+    if (!trackID || !withoutTag(*trackID))
+        return;
+    if (m_dependencies.results.hasEstimate(*trackID) && !m_queue.contains(*trackID))
         return;
     if (m_queue.isEmpty() && !m_workers.isAnalyzingAny() && !m_workers.isRunning())
         return; // no batch to come first in

@@ -24,10 +24,10 @@ QList<TrackID> inListOrder(const QSet<TrackID>& ids, const TrackList& tracks)
 
 } // namespace
 
-void TempoRequests::add(QSet<TrackID> ids, bool forgets)
+void TempoRequests::add(QSet<TrackID> ids, bool again)
 {
     if (!ids.isEmpty())
-        m_requests.push_back({std::move(ids), forgets});
+        m_requests.push_back({std::move(ids), again});
 }
 
 TempoRequests::Slice TempoRequests::next(const TrackList& tracks)
@@ -35,7 +35,7 @@ TempoRequests::Slice TempoRequests::next(const TrackList& tracks)
     if (m_requests.empty())
         return {};
     Request& request = m_requests.front();
-    Slice slice{{}, request.forgets};
+    Slice slice{{}, request.again};
     if (request.ids.size() <= kSliceIDs && request.row == 0) {
         slice.ids = inListOrder(request.ids, tracks);
         request.ids.clear();

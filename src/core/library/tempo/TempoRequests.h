@@ -11,11 +11,11 @@ class TempoRequests {
 public:
     /// Rows of one request.
     struct Slice {
-        QList<TrackID> ids;   ///< in the order of the list
-        bool forgets = false; ///< whether their estimates shall be forgotten first
+        QList<TrackID> ids; ///< in the order of the list
+        bool again = false; ///< whether those that have an estimate want another one
     };
 
-    void add(QSet<TrackID> ids, bool forgets);
+    void add(QSet<TrackID> ids, bool again);
     bool isEmpty() const { return m_requests.empty(); }
     /// The next slice, which may be empty; tracks that are not in the list are left out.
     Slice next(const TrackList& tracks);
@@ -23,7 +23,7 @@ public:
 private:
     struct Request {
         QSet<TrackID> ids; ///< still to come
-        bool forgets = false;
+        bool again = false;
         int row = 0;           ///< where the walk over the list stands
         bool hasFound = false; ///< whether this walk found any
     };
