@@ -166,6 +166,65 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     EXPECT_FALSE(undo.canUndo());
 }
 
+TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
+{
+    const auto retitle = [this](const Track& row) {
+        AudioTags tags = now(row).tags();
+        tags.title = QStringLiteral("title");
+        store->tagWriting().save(tags, row.id());
+    };
+    const auto restore = [this](const Track& row) { store->tagWriting().restoreOriginalTags({row.id()}); };
+    const auto change = [](const Track& row) { append(row, "other music"); };
+    const auto changeAndRetitle = [&](const Track& row) {
+        change(row);
+        retitle(row);
+    };
+    struct Row {
+        const char* name;
+        std::function<void(const Track&)> act;
+        bool fails;
+        QString estimate; ///< of the next start
+    };
+    const Row cases[] = {
+        {"a save", retitle, false, QStringLiteral("140")},
+        {"two saves",
+         [&](const Track& row) {
+             retitle(row);
+             settle();
+             retitle(row);
+         },
+         false, QStringLiteral("140")},
+        {"original tags", restore, false, QStringLiteral("140")},
+        {"changed by others", change, false, QStringLiteral("124")},
+        {"changed by others before a save", changeAndRetitle, false, QStringLiteral("124")},
+        {"half a save", retitle, true, QStringLiteral("124")},
+    };
+    reader = readsNothing();
+    for (const Row& test : cases) {
+        SCOPED_TRACE(test.name);
+        Track row = make(1).first();
+        row.setIsRead(true);
+        fill({row});
+        tempo().setTempo({row.id()}, 140);
+        settle();
+        files.originals = {row.url()};
+        files.before = [&](const FakeTagFiles::Call&) {
+            append(row, "tag");
+            if (test.fails)
+                throw TagFileError(QStringLiteral("no room"), false);
+        };
+        test.act(row);
+        settle();
+        TempoTables kept;
+        kept.estimatedBPMByFile = tempo().tempoTables().estimatedBPMByFile;
+        tempo().restoreTempoTables(kept);
+        tempo().detectBPM({row.id()});
+        settle();
+        EXPECT_EQ(estimate(row), test.estimate);
+    }
+    files.before = {};
+}
+
 TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
 {
     struct Row {

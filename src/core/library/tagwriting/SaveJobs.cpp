@@ -58,14 +58,18 @@ Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted)
     return result;
 }
 
-std::optional<TagFileError> write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork)
+Written write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork)
 {
-    return failureOf(write.url, [&] {
+    Written result;
+    result.rewrite.before = SizeAndDate::of(write.url);
+    result.failure = failureOf(write.url, [&] {
         if (artwork)
             files.assignArtwork(*artwork, write);
         else
             files.write(write);
     });
+    result.rewrite.after = SizeAndDate::of(write.url);
+    return result;
 }
 
 Restored restore(TagFiles& files, const Reader& reader, const QUrl& url)
@@ -74,7 +78,9 @@ Restored restore(TagFiles& files, const Reader& reader, const QUrl& url)
     result.isHeld = files.holdsOriginal(url);
     if (!result.isHeld)
         return result;
+    result.rewrite.before = SizeAndDate::of(url);
     result.failure = failureOf(url, [&] { files.restoreOriginal(url); });
+    result.rewrite.after = SizeAndDate::of(url);
     if (!result.failure)
         result.tags = read(reader, url, Track::fallbackTags(url));
     if (!result.failure && !result.tags)

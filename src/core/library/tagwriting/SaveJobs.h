@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/library/tagwriting/SizeAndDate.h"
 #include "core/library/tagwriting/TagFiles.h"
 #include "core/model/LoadedTrackMetadata.h"
 
@@ -24,13 +25,24 @@ struct Look {
 };
 Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted);
 
-/// \param artwork a picture to be written with the tags. \return the failure, if any.
-std::optional<TagFileError> write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork);
+/// A file before and after a change of its tags, as far as it could be looked at.
+struct Rewrite {
+    std::optional<SizeAndDate> before;
+    std::optional<SizeAndDate> after;
+};
+
+struct Written {
+    std::optional<TagFileError> failure;
+    Rewrite rewrite; ///< of a success
+};
+/// \param artwork a picture to be written with the tags.
+Written write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork);
 
 struct Restored {
     bool isHeld = false; ///< whether there was anything to put back
     std::optional<TagFileError> failure;
     std::optional<LoadedTrackMetadata> tags;
+    Rewrite rewrite; ///< whatever became of the read
 };
 /// Puts the original tags back and reads them.
 Restored restore(TagFiles& files, const Reader& reader, const QUrl& url);

@@ -91,6 +91,8 @@ Q_SIGNALS:
     void restored(const QSet<TrackID>& ids);
     /// What a file held in fields that its row did not know, told before the first write. \param known the fields.
     void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
+    /// A file got other tags or another picture; nothing else of it changed from one stamp to the other.
+    void fileRewritten(const QUrl& url, const SizeAndDate& before, const SizeAndDate& after);
 
 private:
     struct Batch;
@@ -125,6 +127,7 @@ private:
     Turn turnOf(const Item& item) const;
     SaveJobs::Wanted wantedOf(const Turn& turn) const;
     void tell(const Turn& turn, const SaveJobs::Look& look);
+    void tellRewritten(const QUrl& url, const SaveJobs::Rewrite& rewrite);
     async::Task<bool> keepsOthers(TagInventory inventory, AudioTags written, bool replacesPicture,
                                   std::stop_token stop);
     void applyToRows(const QList<SavedRow>& saved);

@@ -67,9 +67,10 @@ async::Task<std::optional<TagFileError>> TagSaver::writeHeld(Turn turn, Artwork 
     auto job = [&files = m_dependencies.files, write, artwork](const std::stop_token&) {
         return SaveJobs::write(files, write, artwork);
     };
-    const std::optional<TagFileError> failure = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
-    if (failure)
-        co_return failure;
+    const SaveJobs::Written written = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
+    if (written.failure)
+        co_return written.failure;
+    tellRewritten(url, written.rewrite);
     forgetEdits(turn.track.id(), now.edited);
     if (artwork || !keeps)
         saved->row.pictureMark = m_pictureWrites[turn.track.id()] = ++m_pictureWrite;
@@ -111,6 +112,12 @@ void TagSaver::tell(const Turn& turn, const SaveJobs::Look& look)
     }
     if (known)
         emit fileTold(turn.track.id(), values, known);
+}
+
+void TagSaver::tellRewritten(const QUrl& url, const SaveJobs::Rewrite& rewrite)
+{
+    if (rewrite.before && rewrite.after)
+        emit fileRewritten(url, *rewrite.before, *rewrite.after);
 }
 
 /// What the preference says; asks the user once when a save would take something away for the first time.
@@ -155,6 +162,7 @@ async::Task<TagSaver::Saved> TagSaver::restoreOne(Track track, std::stop_token s
     auto job = [&files = m_dependencies.files, reader = m_dependencies.readMetadata,
                 url = track.url()](const std::stop_token&) { return SaveJobs::restore(files, reader, url); };
     const SaveJobs::Restored restored = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
+    tellRewritten(track.url(), restored.rewrite);
     saved.failure = restored.failure;
     if (!restored.isHeld || saved.failure)
         co_return saved;

@@ -57,6 +57,7 @@ Tempo::Tempo(Dependencies dependencies)
 {
     connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, [this] { m_rowCount.reset(); });
     connect(&m_dependencies.tagWriting, &TagWriting::tempoEdited, this, &Tempo::tagsEdited);
+    connect(&m_dependencies.tagWriting.saver(), &TagSaver::fileRewritten, this, &Tempo::fileRewritten);
 }
 
 Tempo::~Tempo() = default;
@@ -212,6 +213,18 @@ void Tempo::succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResul
     } else if (m_queue.waiting().isEmpty()) {
         call(m_dependencies.scheduleWorkspaceSave);
     }
+}
+
+/// The music in the file is the same: what was known of it holds on.
+void Tempo::fileRewritten(const QUrl& url, const SizeAndDate& before, const SizeAndDate& after)
+{
+    const QString path = FileURL::standardizedPath(url);
+    const CachedBPMEstimate* known = m_dependencies.results.ofFile(path);
+    if (!known || !before.isSameFile({known->byteCount, known->modificationDate}))
+        return;
+    const CachedBPMEstimate renewed{known->bpm, known->confidence, after.byteCount, after.modificationDate};
+    m_dependencies.results.setOfFile(path, renewed);
+    call(m_dependencies.scheduleWorkspaceSave);
 }
 
 void Tempo::restoreTempoTables(TempoTables tables)

@@ -123,6 +123,7 @@ private:
     void enqueue(const TempoRequests::Slice& slice, const QSet<QString>& changedFiles);
     bool takeOverFileEstimate(const Track& track, const QSet<QString>& changedFiles);
     void finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
+    void fileRewritten(const QUrl& url, const SizeAndDate& before, const SizeAndDate& after);
     void succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
 

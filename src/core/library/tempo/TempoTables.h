@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/library/tagwriting/SizeAndDate.h"
 #include "core/model/Track.h"
 
 #include <QHash>
