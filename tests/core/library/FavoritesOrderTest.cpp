@@ -118,4 +118,8 @@ TEST_F(FavoritesOrderTest, EstimatedTemposCountOnceTheirRoundIsOver)
     EXPECT_TRUE(store->order().settleBPMSort());
     EXPECT_EQ(shown(), QStringLiteral("b a"));
     EXPECT_FALSE(store->order().settleBPMSort()) << "nothing more is owed";
+    store->order().setTrackSortField(TrackSortField::Name, LibraryTab::Favorites);
+    store->order().setEstimatedBPM(a.id(), QStringLiteral("90"));
+    store->order().setTrackSortField(TrackSortField::BPM, LibraryTab::Favorites);
+    EXPECT_EQ(shown(), QStringLiteral("a b")) << "back before anybody looked at the names";
 }

@@ -353,6 +353,9 @@ TEST_F(OrderTest, EstimatedTemposWaitForTheirQueueAndForTheHand)
     own.setTrackSortField(Field::Name, LibraryTab::Playlist);
     own.setEstimatedBPM(b.id(), QStringLiteral("1"));
     EXPECT_FALSE(own.settleBPMSort()) << "names do not care";
+    own.setEstimatedBPM(b.id(), QStringLiteral("150"));
+    own.setTrackSortField(Field::BPM, LibraryTab::Playlist);
+    EXPECT_EQ(titles(), QStringLiteral("b a c d e")) << "back before anybody looked at the names";
 }
 
 TEST_F(OrderTest, TheOrderFollowsAnyWalkOfChanges)

@@ -24,6 +24,12 @@ public:
     /// Upkeep after a change of the list: new values are taken, rows that left are dropped, all else is forgotten.
     void tracksChanged(const TrackList& tracks, const ListChange& change);
     void forget() { m_rows.reset(); }
+    /// Forgets them if they were sorted by tempo.
+    void forgetBPM()
+    {
+        if (m_key.field == TrackSortField::BPM)
+            forget();
+    }
 
     /// The default order of favourites. Without the numeric part of the playlist's order: "10" comes before "2".
     static QList<Track> byGenre(const QList<Track>& tracks);

@@ -30,6 +30,12 @@ public:
     void forgetInputs() { m_areInputsKnown = false; }
     /// The same if the last sort went by ratings.
     void forgetPopularity() { m_areInputsKnown = m_areInputsKnown && m_key.field != TrackSortField::Rating; }
+    /// The same if the last sort went by tempos, which ratings fall back to.
+    void forgetBPM()
+    {
+        m_areInputsKnown =
+            m_areInputsKnown && m_key.field != TrackSortField::BPM && m_key.field != TrackSortField::Rating;
+    }
     void clear();
 
     /// Folders sorted so far.

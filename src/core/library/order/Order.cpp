@@ -257,9 +257,11 @@ void Order::setEstimatedBPM(const TrackID& id, const std::optional<QString>& tex
         return;
     const TrackSortField field = m_playlistChoice.key().field;
     const bool movesPlaylist = field == TrackSortField::BPM || field == TrackSortField::Rating;
-    if (movesPlaylist)
-        m_folderSorts.forgetInputs();
-    if (movesPlaylist || m_favoriteChoice.key().field == TrackSortField::BPM)
+    const bool movesFavorites = m_favoriteChoice.key().field == TrackSortField::BPM;
+    m_folderSorts.forgetBPM(); // whatever is chosen by now, as with ratings
+    if (!movesFavorites)
+        m_favorites.forgetBPM();
+    if (movesPlaylist || movesFavorites)
         m_refresh.oweBPM();
 }
 
