@@ -320,6 +320,9 @@ TEST_F(TempoTest, ProgressCountsThePlaylistElseTheBatch)
         track.setIsInPlaylist(false);
     fill(without);
     EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 3})) << "of the batch";
+    without[3].setIsInPlaylist(true);
+    fill(without);
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 3})) << "all rows of the playlist are done";
     settle();
     EXPECT_FALSE(tempo().bpmAnalysisProgress());
 }

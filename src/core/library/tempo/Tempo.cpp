@@ -286,7 +286,7 @@ std::optional<BPMAnalysisProgress> Tempo::bpmAnalysisProgress() const
         return std::nullopt;
     if (!m_rowCount)
         countRows();
-    if (m_rowCount->total > 0)
+    if (m_rowCount->completed < m_rowCount->total) // else others are queued
         return BPMAnalysisProgress{m_rowCount->completed, m_rowCount->total};
     const qsizetype done = std::max<qsizetype>(m_queue.batchTotal() - m_queue.size(), 0);
     return BPMAnalysisProgress{static_cast<int>(done), static_cast<int>(m_queue.batchTotal())};
