@@ -144,7 +144,8 @@ Tempo::Dependencies LibraryConcerns::tempoDependencies()
             [this] { session.scheduleWorkspaceSave(); },
             [this] { session.saveWorkspaceSessionNow(); },
             [this] { keys.cancelMusicalKeyAnalysis(); },
-            [this] { keys.startMusicalKeyWorkerIfPossible(); }};
+            [this] { keys.startMusicalKeyWorkerIfPossible(); },
+            [this] { loads.forgetDeferredTempo(); }};
 }
 
 Sending::Dependencies LibraryConcerns::sendingDependencies()

@@ -387,6 +387,25 @@ TEST_F(TempoTest, WhatIsGivenUpIsNotAnalysed)
     EXPECT_TRUE(estimate(tracks[3]));
 }
 
+TEST_F(TempoTest, WhatWaitsForTheHandToRestIsGivenUpToo)
+{
+    for (const bool isGivenUp : {false, true}) {
+        SCOPED_TRACE(isGivenUp);
+        const QList<Track> tracks = make(3);
+        reader = readsNothing();
+        store->order().setPlaylistScrolling(true);
+        store->imports().scheduleMetadataLoads(tracks, Track::MetadataDestination::Library);
+        executor.runOne();
+        executor.runOne();
+        if (isGivenUp)
+            tempo().dropBPMQueue();
+        store->order().setPlaylistScrolling(false);
+        settle();
+        EXPECT_TRUE(now(tracks[2]).isRead());
+        EXPECT_EQ(estimate(tracks[2]).has_value(), !isGivenUp);
+    }
+}
+
 TEST_F(TempoTest, AStoreThatDiesDuringAnAnalysisIsLeftAlone)
 {
     const QList<Track> tracks = make(3);

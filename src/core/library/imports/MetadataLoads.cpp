@@ -182,19 +182,23 @@ void MetadataLoads::applyBatch(const QList<PendingMetadataResult>& results, Trac
 
 void MetadataLoads::applyNow(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination)
 {
+    applyToRows(results, destination);
+    if (destination == Track::MetadataDestination::Library)
+        requestTempo(results);
+}
+
+void MetadataLoads::applyToRows(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination)
+{
     Workspace& workspace = m_dependencies.workspace;
     MetadataBatch::Applied applied = MetadataBatch::apply(workspace.list(destination), results);
     if (!applied.changedIDs.isEmpty()) {
         const QScopedValueRollback applying(m_isApplying, true);
         workspace.setList(destination, std::move(applied.rows));
     }
-    if (destination != Track::MetadataDestination::Library)
-        return;
-    if (!applied.changedIDs.isEmpty()) {
+    if (destination == Track::MetadataDestination::Library && !applied.changedIDs.isEmpty()) {
         workspace.raisePlaylistAnalysisRevision();
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), applied.changedIDs);
     }
-    requestTempo(results);
 }
 
 /// While the list moves, rows keep their guessed tags: only of files that told no tempo it is certain that they want
@@ -234,7 +238,7 @@ async::Task<> MetadataLoads::flushDeferred(std::stop_token stop)
         QList<PendingMetadataResult> batch;
         while (!m_deferred.isEmpty() && batch.size() < kFlushBatch)
             batch.append(m_deferred.take(m_deferred.constBegin().key()));
-        applyNow(batch, Track::MetadataDestination::Library);
+        applyToRows(batch, Track::MetadataDestination::Library); // their tempo was asked for when they were held back
         co_await m_dependencies.clock.sleep(async::seconds(kFlushPause), stop);
     }
     if (!m_deferred.isEmpty() || m_isScrolling)

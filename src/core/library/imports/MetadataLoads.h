@@ -46,6 +46,8 @@ public:
     void schedule(const QList<Track>& tracks, Track::MetadataDestination destination);
     void scheduleDeferredFlush();
     void setPlaylistScrolling(bool scrolling);
+    /// Wants no tempo of the rows that wait for the playlist to come to rest.
+    void forgetDeferredTempo() { m_deferredTempoIDs.clear(); }
     bool playlistIsScrolling() const { return m_isScrolling; }
     int operationCount() const { return m_operationCount; }
     /// Whether library tags are being read, or results wait for the playlist to come to rest.
@@ -67,6 +69,7 @@ private:
     void finish(const OperationPtr& operation);
     void applyBatch(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination);
     void applyNow(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination);
+    void applyToRows(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination);
     void requestTempo(const QList<PendingMetadataResult>& results);
     void detectTempo(const QSet<TrackID>& ids);
     async::Task<> flushDeferred(std::stop_token stop);

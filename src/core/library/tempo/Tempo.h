@@ -56,6 +56,8 @@ public:
         std::function<void()> cancelQuietAnalyses;
         /// Playing stopped a while ago: the worker for quality starts, then that for keys.
         std::function<void()> startQuietAnalyses;
+        /// Nobody asks any more for the tempo of rows that wait for the playlist to come to rest.
+        std::function<void()> forgetDeferredRequests = {};
     };
 
     explicit Tempo(Dependencies dependencies);

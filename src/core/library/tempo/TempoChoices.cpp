@@ -206,6 +206,8 @@ void Tempo::dropBPMQueue()
     VELMORA_ASSERT_MAIN_THREAD();
     m_requestTask.cancel();
     m_requests = {};
+    if (m_dependencies.forgetDeferredRequests)
+        m_dependencies.forgetDeferredRequests();
     withdraw(QSet<TrackID>(m_queue.queued()));
     announceStates();
     scheduleBPMNotification();
