@@ -225,6 +225,36 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
     files.before = {};
 }
 
+TEST_F(TempoChoicesTest, TakingAWriteBackBringsTheRecordOfTheFileBackButNotOverALaterChoice)
+{
+    files.before = [](const FakeTagFiles::Call& call) {
+        QFile file(call.write.url.toLocalFile());
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write("tag");
+    };
+    for (const bool isChosenSince : {false, true}) {
+        SCOPED_TRACE(isChosenSince);
+        const QString text = isChosenSince ? QStringLiteral("130") : QStringLiteral("140");
+        Track row = make(1).first();
+        row.setIsRead(true);
+        fill({row});
+        tempo().setTempo({row.id()}, 140);
+        tempo().writeTempo({row.id()}, &undo); // at once: nothing was kept for the file yet
+        settle();
+        if (isChosenSince)
+            tempo().setTempo({row.id()}, 130);
+        undo.undo();
+        settle();
+        EXPECT_EQ(now(row).tags().bpm, QString());
+        EXPECT_EQ(estimate(row), text);
+        EXPECT_EQ(tempo().confidence(row.id()), 1);
+        EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(row.url())),
+                  CachedBPMEstimate::make(row.url(), text, 1));
+        undo.clear();
+    }
+    files.before = {};
+}
+
 TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
 {
     struct Row {

@@ -113,6 +113,7 @@ Q_SIGNALS:
     void progressChanged();
 
 private:
+    struct ChosenFile;
     struct TakenEstimate;
     using TakenEstimates = QHash<TrackID, TakenEstimate>;
 
@@ -135,7 +136,9 @@ private:
     void giveUp(const QSet<TrackID>& ids);
     void giveBack(const TakenEstimates& taken);
     void chooseTempos(const QHash<TrackID, int>& tempos);
-    async::Task<> recordChoices(QHash<TrackID, int> tempos, std::stop_token stop);
+    void record(const QSet<TrackID>& ids);
+    static QList<std::optional<CachedBPMEstimate>> recordsOf(const QList<ChosenFile>& files);
+    async::Task<> recordFiles(QList<ChosenFile> files, std::stop_token stop);
     void withdraw(const QSet<TrackID>& ids);
     void estimatesChosen();
 

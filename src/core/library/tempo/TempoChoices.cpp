@@ -19,23 +19,15 @@ using Tone = WorkspaceStatus::Tone;
 constexpr int kLowestTempo = 20;
 constexpr int kHighestTempo = 400;
 
-/// A file whose tempo the user chose.
-struct ChosenFile {
+} // namespace
+
+/// A file whose row got an estimate.
+struct Tempo::ChosenFile {
     TrackID id;
     QUrl url;
     QString text;
+    double confidence = 0;
 };
-
-/// What is kept for a file; in the order of the files.
-QList<std::optional<CachedBPMEstimate>> recordsOf(const QList<ChosenFile>& files)
-{
-    QList<std::optional<CachedBPMEstimate>> records;
-    for (const ChosenFile& file : files)
-        records.append(CachedBPMEstimate::make(file.url, file.text, 1));
-    return records;
-}
-
-} // namespace
 
 /// An estimate that was taken away and may come back.
 struct Tempo::TakenEstimate {
@@ -114,30 +106,35 @@ void Tempo::tagsEdited(const QSet<TrackID>& ids)
     detectBPM(untold);
 }
 
-/// The tag tells it from now on, and the file changes.
+/// The tag tells it from now on. What is known of the file stays, for the tag may go again.
 void Tempo::giveUp(const QSet<TrackID>& ids)
 {
     withdraw(ids);
     for (const TrackID& id : ids) {
         setEstimatedBPM(id, std::nullopt);
-        if (const Track* track = m_dependencies.workspace.tracks().find(id))
-            m_dependencies.results.forgetFile(FileURL::standardizedPath(track->url()));
     }
     estimatesChosen();
 }
 
 void Tempo::giveBack(const TakenEstimates& taken)
 {
+    TempoResults& results = m_dependencies.results;
+    QSet<TrackID> unrecorded;
     for (auto entry = taken.cbegin(); entry != taken.cend(); ++entry) {
-        if (!m_dependencies.workspace.tracks().contains(entry.key()))
+        const Track* track = m_dependencies.workspace.tracks().find(entry.key());
+        if (!track || results.hasEstimate(entry.key()))
             continue;
+        const CachedBPMEstimate* known = results.ofFile(FileURL::standardizedPath(track->url()));
+        if (!known || known->bpm != entry->text)
+            unrecorded.insert(entry.key());
         setEstimatedBPM(entry.key(), entry->text);
         if (entry->confidence)
-            m_dependencies.results.setConfidence(entry.key(), *entry->confidence);
-        m_dependencies.results.setAlternatives(entry.key(), entry->alternatives);
+            results.setConfidence(entry.key(), *entry->confidence);
+        results.setAlternatives(entry.key(), entry->alternatives);
     }
     withdraw(idsOf(taken));
     estimatesChosen();
+    record(unrecorded);
 }
 
 void Tempo::scaleTempo(const QSet<TrackID>& ids, double factor)
@@ -171,23 +168,41 @@ void Tempo::chooseTempos(const QHash<TrackID, int>& tempos)
 {
     if (tempos.isEmpty())
         return;
-    withdraw({tempos.keyBegin(), tempos.keyEnd()});
+    const QSet<TrackID> ids(tempos.keyBegin(), tempos.keyEnd());
+    withdraw(ids);
     for (auto entry = tempos.cbegin(); entry != tempos.cend(); ++entry) {
         setEstimatedBPM(entry.key(), QString::number(*entry));
         m_dependencies.results.setConfidence(entry.key(), 1);
     }
     estimatesChosen();
-    m_recordTasks.add([this, tempos](std::stop_token stop) { return recordChoices(tempos, std::move(stop)); });
+    record(ids);
 }
 
-/// Keeps the choices for the files too. What was chosen anew meanwhile has a task of its own.
-async::Task<> Tempo::recordChoices(QHash<TrackID, int> tempos, std::stop_token stop)
+/// Keeps the estimates of rows for their files too. What was chosen anew meanwhile has a task of its own.
+void Tempo::record(const QSet<TrackID>& ids)
 {
     QList<ChosenFile> files;
-    for (auto entry = tempos.cbegin(); entry != tempos.cend(); ++entry) {
-        if (const Track* track = m_dependencies.workspace.tracks().find(entry.key()))
-            files.append({entry.key(), track->url(), QString::number(*entry)});
+    for (const TrackID& id : ids) {
+        const Track* track = m_dependencies.workspace.tracks().find(id);
+        const std::optional<QString> text = m_dependencies.results.estimate(id);
+        if (track && text)
+            files.append({id, track->url(), *text, confidence(id).value_or(0)});
     }
+    if (!files.isEmpty())
+        m_recordTasks.add([this, files](std::stop_token stop) { return recordFiles(files, std::move(stop)); });
+}
+
+/// What is kept for a file; in the order of the files.
+QList<std::optional<CachedBPMEstimate>> Tempo::recordsOf(const QList<ChosenFile>& files)
+{
+    QList<std::optional<CachedBPMEstimate>> records;
+    for (const ChosenFile& file : files)
+        records.append(CachedBPMEstimate::make(file.url, file.text, file.confidence));
+    return records;
+}
+
+async::Task<> Tempo::recordFiles(QList<ChosenFile> files, std::stop_token stop)
+{
     auto job = [files](const std::stop_token&) { return recordsOf(files); };
     const QList<std::optional<CachedBPMEstimate>> records =
         co_await m_dependencies.executor.run(async::Priority::Utility, stop, std::move(job));

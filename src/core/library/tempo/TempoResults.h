@@ -30,7 +30,6 @@ public:
     const CachedBPMEstimate* ofFile(const QString& path) const;
     bool knowsFiles() const { return !m_tables.estimatedBPMByFile.isEmpty(); }
     void setOfFile(const QString& path, const CachedBPMEstimate& estimate);
-    void forgetFile(const QString& path) { m_tables.estimatedBPMByFile.remove(path); }
 
 private:
     TempoTables m_tables;
