@@ -93,8 +93,9 @@ TEST_F(KeysTest, givesWayToPlayback)
     play(true);
     EXPECT_EQ(states(), QStringLiteral("qqn"));
     EXPECT_EQ(keys().pendingMusicalKeyTrackIDs(), QList<TrackID>({a.id(), b.id()}));
-    executor.runAll(); // nobody waits for it any more
+    executor.runAll();
     EXPECT_EQ(states(), QStringLiteral("qqn"));
+    EXPECT_FALSE(keys().isMusicalKeyWorkerRunning());
     keys().analyzeMusicalKey(ids({c}));
     EXPECT_EQ(executor.pendingCount(), 0) << "started while something plays";
     play(false);
@@ -120,19 +121,70 @@ TEST_F(KeysTest, isStoppedByTheUser)
     EXPECT_EQ(states(), QStringLiteral("ddn"));
 }
 
-TEST_F(KeysTest, keepsTheStateOfRowsThatLeave)
+TEST_F(KeysTest, theNextBeginsWhenAStoppedOneHasEnded)
 {
     keys().analyzeMusicalKey(ids({a, b, c}));
-    store->removal().removeFromMusicalKeyAnalysis(ids({a, b}));
+    play(true);
+    play(false);
+    clock.advance(async::seconds(1));
+    EXPECT_EQ(executor.pendingCount(), 1) << "two at once";
+    EXPECT_EQ(states(), QStringLiteral("qqq"));
+    executor.runOne();
+    EXPECT_EQ(states(), QStringLiteral("rqq"));
+    keys().dropMusicalKeyQueue();
+    keys().analyzeMusicalKey(ids({a}));
+    EXPECT_EQ(executor.pendingCount(), 1) << "two at once";
+    EXPECT_EQ(states(), QStringLiteral("qnn"));
+    EXPECT_TRUE(keyURLs.isEmpty()) << "what was stopped before it began never begins";
     executor.runAll();
-    // The result of a row that left under way is nobody's; one that left before its turn is not analysed.
-    EXPECT_EQ(states(), QStringLiteral("nnd"));
+    EXPECT_EQ(states(), QStringLiteral("dnn"));
+    EXPECT_EQ(keyURLs, QList<QUrl>{a.url()});
+}
+
+TEST_F(KeysTest, rowsThatLeaveTheSectionLeaveTheQueue)
+{
+    keyOf = [this](const QUrl& url) {
+        if (url == a.url())
+            store->removal().removeFromMusicalKeyAnalysis(ids({a}));
+        return kDMajor;
+    };
+    keys().analyzeMusicalKey(ids({a, b, c}));
+    play(true);
+    told.clear();
+    store->removal().removeFromMusicalKeyAnalysis(ids({b}));
+    EXPECT_EQ(keys().analyzingMusicalKeyIDs(), ids({a, c})) << "nothing runs that could pass it over";
+    EXPECT_EQ(told, ids({b}));
+    executor.runAll();
+    play(false);
+    clock.advance(async::seconds(1));
+    executor.runAll();
+    EXPECT_EQ(states(), QStringLiteral("nnd")) << "the result of a row that left under way is nobody's";
     EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), c.url()}));
 
     store->removal().removeFromMusicalKeyAnalysis(ids({c}));
     store->removal().undoLastRemoval();
     settle();
-    EXPECT_EQ(states(), QStringLiteral("nnd")); // comes back with its key
+    EXPECT_TRUE(workspace().keyAnalysisTracks().contains(c.id()));
+    EXPECT_EQ(states(), QStringLiteral("nnd")) << "comes back with its key";
+}
+
+TEST_F(KeysTest, countsWhatIsDone)
+{
+    const auto progress = [this] {
+        return QStringLiteral("%1/%2").arg(keys().progress().done).arg(keys().progress().total);
+    };
+    EXPECT_EQ(progress(), QStringLiteral("0/0"));
+    keys().analyzeMusicalKey(ids({a, b}));
+    EXPECT_EQ(progress(), QStringLiteral("0/2"));
+    executor.runOne();
+    keys().analyzeMusicalKey(ids({c}));
+    EXPECT_EQ(progress(), QStringLiteral("1/3"));
+    store->removal().removeFromMusicalKeyAnalysis(ids({c}));
+    EXPECT_EQ(progress(), QStringLiteral("1/2"));
+    executor.runAll();
+    EXPECT_EQ(progress(), QStringLiteral("2/2"));
+    keys().analyzeMusicalKey(ids({a}));
+    EXPECT_EQ(progress(), QStringLiteral("0/1")) << "a new batch";
 }
 
 TEST_F(KeysTest, survivesTheEndOfTheStoreWhileItWorks)
@@ -153,7 +205,11 @@ protected:
                 notifications,
                 executor,
                 store->tagWriting().saver(),
-                [](const QUrl&, const std::stop_token&) { return kDMajor; },
+                [this](const QUrl&, const std::stop_token& stop) {
+                    if (during)
+                        during(stop);
+                    return kDMajor;
+                },
                 [this] { return isPlaying; },
                 [this] { return isQualityRunning; },
                 [this] {
@@ -163,6 +219,7 @@ protected:
                 [this] { ++saves; }};
     }
 
+    std::function<void(const std::stop_token&)> during; ///< happens while a file is analysed
     bool isPlaying = false;
     bool isQualityRunning = false;
     bool qualityHasWork = false;
@@ -185,8 +242,14 @@ TEST_F(KeyTurnsTest, takesTurnsWithTheAnalysisOfQuality)
     EXPECT_EQ(qualityStarts, 1) << "the queue ran empty";
 
     qualityHasWork = true;
+    during = [this](const std::stop_token& stop) {
+        alone.cancelMusicalKeyAnalysis();
+        EXPECT_TRUE(stop.stop_requested());
+        EXPECT_EQ(qualityStarts, 1) << "while the stopped one still runs";
+        EXPECT_TRUE(alone.isMusicalKeyWorkerRunning());
+    };
     alone.analyzeMusicalKey(ids({c}));
-    alone.cancelMusicalKeyAnalysis();
+    executor.runAll();
     EXPECT_EQ(qualityStarts, 2);
     EXPECT_FALSE(alone.isMusicalKeyWorkerRunning()) << "quality has the turn";
     EXPECT_EQ(alone.pendingMusicalKeyTrackIDs(), QList<TrackID>{c.id()});

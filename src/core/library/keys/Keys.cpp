@@ -14,11 +14,17 @@ using Destination = Track::MetadataDestination;
 constexpr Destination kAllLists[] = {Destination::Library, Destination::Analysis, Destination::MusicalKey,
                                      Destination::Duplicates};
 
+/// The work of one analysis in the background. It ends early both when the analysis is stopped and when its owner goes.
 /// Whatever goes wrong with a file, it just has no key.
-std::optional<MusicalKeyAnalysis> analyzeQuietly(const Analyze& analyze, const QUrl& url, std::stop_token stop)
+std::optional<MusicalKeyAnalysis> analyzeQuietly(const Analyze& analyze, const QUrl& url, std::stop_source stop,
+                                                 const std::stop_token& ownerStop)
 {
+    const auto forward = [&stop] { stop.request_stop(); };
+    const std::stop_callback onOwnerStop(ownerStop, forward);
+    if (!analyze || stop.stop_requested())
+        return std::nullopt;
     try {
-        return analyze ? analyze(url, std::move(stop)) : std::nullopt;
+        return analyze(url, stop.get_token());
     } catch (const std::exception&) {
         return std::nullopt;
     }
@@ -29,6 +35,7 @@ std::optional<MusicalKeyAnalysis> analyzeQuietly(const Analyze& analyze, const Q
 Keys::Keys(Dependencies dependencies)
     : m_dependencies(std::move(dependencies))
 {
+    connect(&m_dependencies.workspace, &Workspace::sectionListChanged, this, &Keys::sectionChanged);
 }
 
 Keys::~Keys() = default;
@@ -49,7 +56,7 @@ void Keys::analyzeMusicalKey(const QSet<TrackID>& ids)
     QSet<TrackID> joined;
     for (const Track& track : m_dependencies.workspace.keyAnalysisTracks()) {
         const TrackID& id = track.id();
-        if (!ids.contains(id) || m_queued.contains(id))
+        if (!ids.contains(id) || m_analyzing.contains(id))
             continue;
         m_analyses.remove(id);
         m_undetermined.remove(id);
@@ -58,7 +65,9 @@ void Keys::analyzeMusicalKey(const QSet<TrackID>& ids)
     }
     if (joined.isEmpty())
         return;
-    m_queued.unite(joined);
+    if (m_analyzing.isEmpty())
+        m_batchTotal = 0;
+    m_batchTotal += static_cast<int>(joined.size());
     m_analyzing.unite(joined);
     m_dependencies.scheduleWorkspaceSave();
     emit musicalKeyStatesChanged(joined);
@@ -75,23 +84,15 @@ void Keys::startMusicalKeyWorkerIfPossible()
     m_worker.start([this](std::stop_token stop) { return work(std::move(stop)); });
 }
 
-/// The row whose turn it is, still at the front of the queue. Those that left the section meanwhile are passed over.
+/// The row whose turn it is, still at the front of the queue.
 std::optional<Track> Keys::nextTrack()
 {
-    QSet<TrackID> gone;
-    std::optional<Track> next;
-    while (!next && !m_pending.isEmpty()) {
+    while (!m_pending.isEmpty()) {
         if (const Track* row = m_dependencies.workspace.keyAnalysisTracks().find(m_pending.first()))
-            next = *row;
-        else
-            gone.insert(m_pending.takeFirst());
+            return *row;
+        drop({m_pending.first()});
     }
-    if (!gone.isEmpty()) {
-        m_queued.subtract(gone);
-        m_analyzing.subtract(gone);
-        emit musicalKeyStatesChanged(gone);
-    }
-    return next;
+    return std::nullopt;
 }
 
 async::Task<> Keys::work(std::stop_token stop)
@@ -101,14 +102,15 @@ async::Task<> Keys::work(std::stop_token stop)
         if (!track)
             break;
         const TrackID id = track->id();
-        m_pending.removeFirst();
-        setActive(id);
-        auto job = [analyze = m_dependencies.analyze, url = track->url()](std::stop_token jobStop) {
-            return analyzeQuietly(analyze, url, std::move(jobStop));
+        const std::stop_source analysisStop = begin(id);
+        auto job = [analyze = m_dependencies.analyze, url = track->url(),
+                    analysisStop](const std::stop_token& ownerStop) {
+            return analyzeQuietly(analyze, url, analysisStop, ownerStop);
         };
-        // Whoever cancels the worker puts the row back: after a stop control does not come past here.
         const std::optional<MusicalKeyAnalysis> analysis =
             co_await m_dependencies.executor.run(async::Priority::Background, stop, std::move(job));
+        if (analysisStop.stop_requested())
+            break; // whoever stopped it has decided about the row
         if (isPlaying()) {
             putBack(id);
             break;
@@ -118,10 +120,17 @@ async::Task<> Keys::work(std::stop_token stop)
     leave();
 }
 
+std::stop_source Keys::begin(const TrackID& id)
+{
+    m_pending.removeFirst();
+    m_analysisStop = std::stop_source();
+    setActive(id);
+    return m_analysisStop;
+}
+
 void Keys::finish(const TrackID& id, const std::optional<MusicalKeyAnalysis>& analysis)
 {
     m_active.reset();
-    m_queued.remove(id);
     m_analyzing.remove(id);
     if (!analysis) {
         m_undetermined.insert(id);
@@ -165,28 +174,44 @@ void Keys::leave()
 void Keys::cancelMusicalKeyAnalysis()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (!m_isWorking)
+    if (!m_active)
         return;
-    m_worker.cancel();
-    if (m_active)
-        putBack(*m_active);
-    leave();
+    m_analysisStop.request_stop();
+    putBack(*m_active);
 }
 
 void Keys::dropMusicalKeyQueue()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const QSet<TrackID> dropped = std::exchange(m_analyzing, {});
-    m_pending.clear();
-    m_queued.clear();
-    if (!m_isWorking) {
-        emit musicalKeyStatesChanged(dropped);
+    drop(QSet<TrackID>(m_analyzing));
+}
+
+/// Rows that nobody wants the key of any more.
+void Keys::drop(const QSet<TrackID>& ids)
+{
+    if (ids.isEmpty())
         return;
+    if (m_active && ids.contains(*m_active)) {
+        m_analysisStop.request_stop();
+        m_active.reset();
     }
-    m_worker.cancel();
-    setActive(std::nullopt);
-    emit musicalKeyStatesChanged(dropped);
-    leave();
+    m_pending.removeIf([&ids](const TrackID& id) { return ids.contains(id); });
+    m_analyzing.subtract(ids);
+    m_batchTotal -= static_cast<int>(ids.size());
+    emit musicalKeyStatesChanged(ids);
+}
+
+/// Rows that left the section leave the queue with it.
+void Keys::sectionChanged(Destination list, const ListChange& change)
+{
+    if (list != Destination::MusicalKey || change.kind != ListChange::Kind::Structure)
+        return;
+    QSet<TrackID> gone;
+    for (const TrackID& id : std::as_const(m_analyzing)) {
+        if (!m_dependencies.workspace.keyAnalysisTracks().contains(id))
+            gone.insert(id);
+    }
+    drop(gone);
 }
 
 void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
