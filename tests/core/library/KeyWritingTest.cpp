@@ -11,9 +11,9 @@ class KeyWritingTest : public StoreFixture {
 protected:
     KeyWritingTest()
     {
-        reader = [this](const QUrl&, const AudioTags&) {
+        reader = [this](const QUrl&, const AudioTags& fallback) {
             LoadedTrackMetadata metadata;
-            metadata.tags = inFile;
+            metadata.tags = TagFieldSet::merged(inFile, fallback, TagFieldSet::kNeverRead);
             return unreadable ? std::nullopt : std::optional(metadata);
         };
         inFile.title = QStringLiteral("In the file");
@@ -87,7 +87,12 @@ TEST_F(KeyWritingTest, saysWhenThereIsNothingToWrite)
 
 TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
 {
-    put(List::Library, {track(QStringLiteral("a.mp3"))});
+    Track session = track(QStringLiteral("a.mp3"));
+    AudioTags tags;
+    tags.year = QStringLiteral("1999");
+    tags.albumArtist = QStringLiteral("From an earlier run");
+    session.replaceTags(tags);
+    put(List::Library, {session});
     Track unread = row(1);
     unread.setIsRead(false);
     put(List::MusicalKey, {row(0), unread});
@@ -98,6 +103,16 @@ TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
     EXPECT_EQ(row(1).metadataVersion().tags, unread.metadataVersion().tags);
     ASSERT_EQ(files.calls.size(), 2);
     EXPECT_EQ(files.calls[1].write.tags.title, inFile.title);
+    for (const FakeTagFiles::Call& call : files.calls) {
+        EXPECT_TRUE(call.write.keepsOthers);
+        EXPECT_EQ(call.write.fields, TagFields(TagField::MusicalKey)) << "what a session remembers is no edit";
+    }
+
+    // A later edit of the row is written in full.
+    store->tagWriting().saver().write(session.id(), TagField::Genre);
+    settle();
+    ASSERT_EQ(files.calls.size(), 3);
+    EXPECT_TRUE(files.calls[2].write.fields.testFlag(TagField::Year));
 }
 
 } // namespace

@@ -35,7 +35,8 @@ public:
         std::function<void(const TagFileError&)> report;
     };
 
-    /// What becomes of a file's picture and of entries that are no tag of the row.
+    /// What becomes of a file's picture, of entries that are no tag of the row, and of fields that were not edited:
+    /// what the user prefers and the row says, or nothing at all.
     enum class Others { AsPreferred, Stay };
 
     /// One file to be written: the row as it was edited, for the case that it is gone when its turn comes.

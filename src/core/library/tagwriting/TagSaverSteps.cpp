@@ -60,10 +60,12 @@ async::Task<std::optional<TagFileError>> TagSaver::writeHeld(Turn turn, Artwork 
         saved->row.edited = now.edited;
         tags = SavedRows::merged(*look.tags, tags, now.edited).tags;
     }
-    bool keeps = now.others == Others::Stay;
+    const bool leavesOthers = now.others == Others::Stay;
+    bool keeps = leavesOthers;
     if (!keeps)
         keeps = co_await keepsOthers(look.inventory, tags, artwork.has_value(), stop);
-    const TagWrite write{url, tags, replacedFields(tags, now.edited, look.tags), keeps};
+    const TagFields replaced = leavesOthers ? now.edited : replacedFields(tags, now.edited, look.tags);
+    const TagWrite write{url, tags, replaced, keeps};
     auto job = [&files = m_dependencies.files, write, artwork](const std::stop_token&) {
         return SaveJobs::write(files, write, artwork);
     };
@@ -75,7 +77,8 @@ async::Task<std::optional<TagFileError>> TagSaver::writeHeld(Turn turn, Artwork 
     if (artwork || !keeps)
         saved->row.pictureMark = m_pictureWrites[turn.track.id()] = ++m_pictureWrite;
     saved->row.losesArtwork = !artwork && !keeps;
-    saved->written = tags;
+    if (!leavesOthers) // else the row may hold more than the file
+        saved->written = tags;
     co_return std::nullopt;
 }
 
