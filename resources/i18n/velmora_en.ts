@@ -1317,10 +1317,6 @@
     <translation type="vanished">Remove from list</translation>
   </message>
   <message>
-    <source>Убрать из тональности</source>
-    <translation>Remove from key</translation>
-  </message>
-  <message>
     <source>Уверенность</source>
     <translation>Confidence</translation>
   </message>

@@ -74,7 +74,7 @@ TEST_F(RemovalTest, SectionsOfTheirOwnGiveRowsUpAndGetThemBack)
         {LibraryTab::Analysis, List::Analysis, &Removal::removeFromAnalysis, QStringLiteral("Убрано из анализа: 2"),
          QStringLiteral("Убрать из анализа")},
         {LibraryTab::MusicalKey, List::MusicalKey, &Removal::removeFromMusicalKeyAnalysis,
-         QStringLiteral("Убрано из тональности: 2"), QStringLiteral("Убрать из тональности")},
+         QStringLiteral("Убрано из тональности: 2"), QStringLiteral("Удалить из тональности")},
     };
     fill({a});
     for (const auto& each : cases) {

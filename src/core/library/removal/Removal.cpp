@@ -134,7 +134,7 @@ void Removal::removeFromAnalysis(const QSet<TrackID>& ids)
 
 void Removal::removeFromMusicalKeyAnalysis(const QSet<TrackID>& ids)
 {
-    removeFromList(List::MusicalKey, ids, {{}, QStringLiteral("Убрать из тональности"), 0},
+    removeFromList(List::MusicalKey, ids, {{}, QStringLiteral("Удалить из тональности"), 0},
                    QStringLiteral("Убрано из тональности: %d"));
 }
 
