@@ -61,10 +61,12 @@ QSize KeyWheel::sizeHint() const
 
 void KeyWheel::setKey(const std::optional<MusicalKey>& key, const QString& words)
 {
+    if (key == m_key && words == m_words)
+        return;
+    if (key && key != m_key) // else the keyboard would lose its place whenever another row is done
+        m_cursor = *key;
     m_key = key;
     m_words = words;
-    if (key)
-        m_cursor = *key;
     retranslate();
     update();
 }

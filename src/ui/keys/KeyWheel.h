@@ -18,7 +18,8 @@ class KeyWheel : public QWidget {
 public:
     explicit KeyWheel(const Theme& theme, QWidget* parent = nullptr);
 
-    /// \param key nothing if there is none. \param words what stands in the middle then.
+    /// Another key takes the keyboard's place on the wheel along. \param key nothing if there is none. \param words
+    /// what stands in the middle then.
     void setKey(const std::optional<MusicalKey>& key, const QString& words);
     /// How many rows have a key, by its code.
     void setCounts(const QHash<QString, int>& counts);

@@ -89,6 +89,20 @@ TEST_F(KeyWheelTest, TheKeyboardGoesRoundFromTheKeyShown)
         << qPrintable(wheel.accessibleDescription());
 }
 
+TEST_F(KeyWheelTest, OnlyAnotherKeyMovesTheKeyboard)
+{
+    wheel.setKey(key("12A"), {});
+    QTest::keyClick(&wheel, Qt::Key_Right);
+    wheel.setKey(key("12A"), QStringLiteral("the same again"));
+    wheel.setCounts({{QStringLiteral("1A"), 3}});
+    QTest::keyClick(&wheel, Qt::Key_Return);
+    wheel.setKey(std::nullopt, {});
+    QTest::keyClick(&wheel, Qt::Key_Return);
+    wheel.setKey(key("3B"), {});
+    QTest::keyClick(&wheel, Qt::Key_Return);
+    EXPECT_EQ(codes, QStringList({QStringLiteral("1A"), QStringLiteral("1A"), QStringLiteral("3B")}));
+}
+
 TEST_F(KeyWheelTest, LightsWhatMixes)
 {
     wheel.resize(300, 300);
