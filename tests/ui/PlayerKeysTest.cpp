@@ -3,6 +3,7 @@
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeSlider.h"
+#include "ui/tempo/TapButton.h"
 #include "ui/window/ThemeButton.h"
 
 #include <QComboBox>
@@ -69,8 +70,10 @@ TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
 
 TEST_F(PlayerKeysTest, TheFocusKeepsWhatItNeeds)
 {
-    fill(rows(3));
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
     show();
+    dashboard.select(ids({tracks[0]}), tracks[0].id()); // there is something to tap to, and to double the tempo of
     QLineEdit line(window.get());
     QPlainTextEdit text(window.get());
     QSpinBox number(window.get());
@@ -81,13 +84,19 @@ TEST_F(PlayerKeysTest, TheFocusKeepsWhatItNeeds)
         each->show();
     for (QWidget* each : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&text), static_cast<QWidget*>(&number),
                           static_cast<QWidget*>(&choice)}) {
-        for (int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_M})
+        for (int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_M, Qt::Key_T, Qt::Key_F})
             EXPECT_EQ(press(*each, key), QStringList()) << each->metaObject()->className() << " " << key;
-        if (each != &choice) {
+        if (each != &choice) { // which they open
+            for (int key : {Qt::Key_Up, Qt::Key_Down})
+                EXPECT_EQ(press(*each, key, Qt::AltModifier), QStringList()) << each->metaObject()->className();
             EXPECT_EQ(press(*each, Qt::Key_Space), QStringList()) << each->metaObject()->className();
         }
     }
-    EXPECT_EQ(line.text(), QStringLiteral("m "));
+    EXPECT_EQ(line.text(), QStringLiteral("mtf "));
+    TapButton& taps = window->findChild<PlayerBar*>()->tapButton();
+    EXPECT_EQ(taps.text(), QStringLiteral("TAP"));
+    press(table(), Qt::Key_T);
+    EXPECT_EQ(taps.text(), QStringLiteral("•")) << "else the line above proved nothing";
     auto& volume = *window->findChild<VolumeSlider*>();
     player.setVolume(0.5);
     EXPECT_EQ(press(volume, Qt::Key_Left), QStringList());

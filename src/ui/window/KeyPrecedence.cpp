@@ -45,7 +45,8 @@ bool focusKeeps(const QWidget* focused, const QKeyEvent& event)
     if (key == Qt::Key_V && event.modifiers() == Qt::ControlModifier)
         return isInInspector(focused);
     const bool deletes = key == Qt::Key_Delete || key == Qt::Key_Backspace;
-    const bool isContested = isArrow(key) || deletes || key == Qt::Key_Space || key == Qt::Key_M;
+    const bool isLetter = key >= Qt::Key_A && key <= Qt::Key_Z && event.modifiers() == Qt::NoModifier;
+    const bool isContested = isArrow(key) || deletes || key == Qt::Key_Space || isLetter;
     if (!focused || !isContested)
         return false;
     if (isEditing(*focused))
