@@ -24,6 +24,10 @@
     <translation>%@ — in the file</translation>
   </message>
   <message>
+    <source>%d BPM · сила %d %</source>
+    <translation>%d BPM · strength %d%</translation>
+  </message>
+  <message>
     <source>%d КБ</source>
     <translation>%d KB</translation>
   </message>
@@ -381,6 +385,10 @@
   <message>
     <source>Дождитесь завершения текущей записи обложек</source>
     <translation>Wait until the covers being written are done</translation>
+  </message>
+  <message>
+    <source>Другие варианты даст новое определение</source>
+    <translation>Finding the tempo again brings alternatives</translation>
   </message>
   <message>
     <source>Другие варианты: %@</source>
@@ -1321,8 +1329,8 @@
     <translation>Confidence</translation>
   </message>
   <message>
-    <source>Уверенность: %d %%</source>
-    <translation>Confidence: %d%%</translation>
+    <source>Уверенность: %d %</source>
+    <translation>Confidence: %d%</translation>
   </message>
   <message>
     <source>Удалить из тональности</source>

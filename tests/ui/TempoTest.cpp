@@ -116,17 +116,18 @@ TEST_F(TempoTest, RowsFollowTheEstimates)
     EXPECT_EQ(cell(1), QStringLiteral("≈ 126"));
     settle();
     const QString told = TempoText::toolTip(tempo(), tracks[1].id());
-    EXPECT_TRUE(told.contains(QStringLiteral("126 BPM"))) << qPrintable(told);
-    EXPECT_TRUE(told.contains(QStringLiteral("100 %"))) << qPrintable(told);
+    EXPECT_EQ(told, QStringLiteral("Определён темп: 126 BPM\nУверенность: 100 %"));
     EXPECT_EQ(TempoText::toolTip(tempo(), tracks[0].id()), QString());
 }
 
 TEST_F(TempoTest, TheMenuOffersWhatTheRowsAllow)
 {
-    QList<Track> tracks = rows(3);
+    QList<Track> tracks = rows(4);
     AudioTags tags = tracks[2].tags();
     tags.bpm = QStringLiteral("100");
     tracks[2].replaceTags(tags);
+    tags.bpm = QStringLiteral("~");
+    tracks[3].replaceTags(tags);
     fill(tracks);
     show();
     tempo().setTempo({tracks[1].id()}, 126);
@@ -138,6 +139,7 @@ TEST_F(TempoTest, TheMenuOffersWhatTheRowsAllow)
         {{tracks[0].id()}, false, false, true},
         {{tracks[1].id()}, true, true, true},
         {{tracks[2].id()}, true, false, false},
+        {{tracks[3].id()}, false, false, false}, // nothing that could be doubled
         {ids(tracks), true, true, true},
     };
     for (const Case& each : kCases) {
@@ -157,6 +159,50 @@ TEST_F(TempoTest, TheMenuOffersWhatTheRowsAllow)
             EXPECT_EQ(dashboard.count(call), before + (isEnabled ? 1 : 0)) << qPrintable(text);
         }
     }
+}
+
+TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
+{
+    analyzer = [](const QUrl&, const BPMAnalysisMode&, const std::stop_token&) {
+        BPMAnalysisOutcome outcome;
+        outcome.which = BPMAnalysisOutcome::Case::Success;
+        outcome.estimate = {128, 0.9, {{128, 1}, {64, 0.5}}};
+        return outcome;
+    };
+    const QList<Track> tracks = rows(2);
+    fill(tracks);
+    show();
+    tempo().setTempo({tracks[0].id()}, 100); // as after a start: the estimate is known, what else it may be is not
+    tempo().detectBPM(ids({tracks[1]}));
+    settle();
+    const struct {
+        const Track& row;
+        AppLanguage language;
+        QStringList offered;
+    } kCases[]{
+        {tracks[0], AppLanguage::Russian, {QStringLiteral("Другие варианты даст новое определение")}},
+        {tracks[1],
+         AppLanguage::Russian,
+         {QStringLiteral("128 BPM · сила 100 %"), QStringLiteral("64 BPM · сила 50 %")}},
+        {tracks[1],
+         AppLanguage::English,
+         {QStringLiteral("128 BPM · strength 100%"), QStringLiteral("64 BPM · strength 50%")}},
+    };
+    for (const auto& each : kCases) {
+        VelmoraLocalization::setLanguage(each.language);
+        QMenu menu;
+        TempoMenu::fill(menu, context, {each.row.id()});
+        QStringList offered;
+        for (int place = 0; !menu.actions().at(place)->isSeparator(); ++place)
+            offered.append(menu.actions().at(place)->text());
+        EXPECT_EQ(offered, each.offered);
+        EXPECT_EQ(menu.actions().first()->isEnabled(), each.offered.size() > 1);
+    }
+    QMenu menu;
+    TempoMenu::fill(menu, context, {tracks[1].id()});
+    EXPECT_TRUE(menu.actions().at(0)->isChecked());
+    menu.actions().at(1)->trigger();
+    EXPECT_EQ(dashboard.last("setTempo").text, QStringLiteral("64"));
 }
 
 TEST_F(TempoTest, TapsSetTheTempoOfTheTrackShown)

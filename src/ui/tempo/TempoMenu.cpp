@@ -1,6 +1,7 @@
 #include "ui/tempo/TempoMenu.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/order/TrackSorter.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/DashboardActions.h"
@@ -13,7 +14,7 @@ namespace {
 /// What of the rows the commands can work with.
 struct Rows {
     bool haveEstimate = false;
-    bool haveTempo = false;
+    bool haveTempo = false; ///< a number that can be doubled
     bool lackTag = false;
 };
 
@@ -27,25 +28,29 @@ Rows look(const LibraryStore& library, const QSet<TrackID>& ids)
         const bool hasTag = !track->tags().bpm.trimmed().isEmpty();
         const bool hasEstimate = library.tempo().playlistBPMState(id).estimatedBPM.has_value();
         rows.haveEstimate = rows.haveEstimate || hasEstimate;
-        rows.haveTempo = rows.haveTempo || hasEstimate || hasTag;
+        rows.haveTempo = rows.haveTempo || hasEstimate || TrackSorter::bpmValue(*track, {}).has_value();
         rows.lackTag = rows.lackTag || !hasTag;
     }
     return rows;
 }
 
-/// "128 · 100 %": how strongly the rhythm speaks for each.
-void addAlternatives(QMenu& menu, const WindowContext& context, const TrackID& id)
+/// How strongly the rhythm speaks for each. They are not kept from one run to the next, unlike the estimate.
+void addAlternatives(QMenu& menu, const WindowContext& context, const TrackID& id, const Rows& row)
 {
     const Tempo& tempo = context.library.tempo();
     const QString shown = tempo.playlistBPMState(id).estimatedBPM.value_or(QString());
-    for (const TempoEstimate::Alternative& other : tempo.alternatives(id)) {
+    const QList<TempoEstimate::Alternative> alternatives = tempo.alternatives(id);
+    for (const TempoEstimate::Alternative& other : alternatives) {
         const int bpm = qRound(other.bpm);
-        const QString share = QStringLiteral("%1 %").arg(qRound(other.relativeStrength * 100));
-        QAction* action = menu.addAction(QStringLiteral("%1 BPM\t%2").arg(QString::number(bpm), share),
-                                         [&actions = context.actions, bpm, id] { actions.setTempo(bpm, {id}); });
+        const int share = qRound(other.relativeStrength * 100);
+        QAction* action =
+            menu.addAction(VelmoraLocalization::format(QStringLiteral("%d BPM · сила %d %"), {bpm, share}),
+                           [&actions = context.actions, bpm, id] { actions.setTempo(bpm, {id}); });
         action->setCheckable(true);
         action->setChecked(QString::number(bpm) == shown.trimmed());
     }
+    if (alternatives.isEmpty() && row.haveEstimate && row.lackTag)
+        menu.addAction(Texts::localized(QStringLiteral("Другие варианты даст новое определение")))->setEnabled(false);
     menu.addSeparator();
 }
 
@@ -57,7 +62,7 @@ void TempoMenu::fill(QMenu& menu, const WindowContext& context, const QSet<Track
     const Rows rows = look(context.library, ids);
     menu.setToolTipsVisible(true);
     if (ids.size() == 1)
-        addAlternatives(menu, context, *ids.cbegin());
+        addAlternatives(menu, context, *ids.cbegin(), rows);
     menu.addAction(Texts::localized(QStringLiteral("Удвоить темп")) + QStringLiteral("\tAlt+↑"),
                    [&actions, ids] { actions.scaleTempo(2, ids); })
         ->setEnabled(rows.haveTempo);

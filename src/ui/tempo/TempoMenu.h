@@ -10,8 +10,8 @@ class QMenu;
 /// The commands for the tempo of rows.
 namespace TempoMenu {
 
-/// Puts them into \p menu: other tempos of the one row where an analysis found some, double, half, write into the tag,
-/// analyse again. \param ids rows of the main list.
+/// Puts them into \p menu: other tempos of the one row where an analysis found some, or where they come from, double,
+/// half, write into the tag, analyse again. \param ids rows of the main list.
 void fill(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids);
 
 } // namespace TempoMenu

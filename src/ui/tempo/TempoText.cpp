@@ -35,7 +35,7 @@ QString toolTip(const Tempo& tempo, const TrackID& id)
         return {};
     QStringList lines{VelmoraLocalization::format(QStringLiteral("Определён темп: %@ BPM"), {estimate->trimmed()})};
     if (const std::optional<double> confidence = tempo.confidence(id))
-        lines.append(VelmoraLocalization::format(QStringLiteral("Уверенность: %d %%"), {qRound(*confidence * 100)}));
+        lines.append(VelmoraLocalization::format(QStringLiteral("Уверенность: %d %"), {qRound(*confidence * 100)}));
     QStringList others;
     for (const TempoEstimate::Alternative& other : tempo.alternatives(id)) {
         const QString text = QString::number(qRound(other.bpm));
