@@ -10,6 +10,7 @@
 #include "ui/tracks/TrackListModel.h"
 
 #include <QMenu>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -112,9 +113,13 @@ TEST_F(TempoTest, RowsFollowTheEstimates)
     fill(tracks);
     show();
     EXPECT_EQ(cell(1), QStringLiteral("—"));
+    const QAbstractItemModel& model = *table().model();
+    QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
     tempo().setTempo({tracks[1].id()}, 126);
     EXPECT_EQ(cell(1), QStringLiteral("≈ 126"));
     settle();
+    ASSERT_EQ(changes.count(), 1) << "views and assistive tools are told by the model alone";
+    EXPECT_EQ(changes[0][0].toModelIndex().data().toString(), QStringLiteral("≈ 126"));
     const QString told = TempoText::toolTip(tempo(), tracks[1].id());
     EXPECT_EQ(told, QStringLiteral("Определён темп: 126 BPM\nУверенность: 100 %"));
     EXPECT_EQ(TempoText::toolTip(tempo(), tracks[0].id()), QString());

@@ -280,6 +280,12 @@ void TrackListModel::keyStatesChanged(const QSet<TrackID>& ids)
     emitChanged(changed);
 }
 
+void TrackListModel::bpmStateChanged(int row)
+{
+    if (const std::optional<int> column = columnOf(TrackColumn::BPM))
+        emit dataChanged(index(row, *column), index(row, *column));
+}
+
 std::optional<int> TrackListModel::columnOf(TrackColumn column) const
 {
     const auto found = std::ranges::find(m_columns, column);

@@ -34,6 +34,8 @@ public:
     /// Who knows the tempos beside the tags; nobody at first.
     void setBPMStates(std::function<PlaylistBPMState(const TrackID&)> states) { m_bpmStates = std::move(states); }
     PlaylistBPMState bpmState(const TrackID& id) const { return m_bpmStates ? m_bpmStates(id) : PlaylistBPMState(); }
+    /// That of this row is another one now. Of rows out of view nobody need be told.
+    void bpmStateChanged(int row);
     /// What the columns about keys show. \param stateOf asked when a cell is; may be empty.
     void setKeyStates(std::function<KeyState(const TrackID&)> stateOf) { m_keyStateOf = std::move(stateOf); }
     KeyState keyState(const TrackID& id) const { return m_keyStateOf ? m_keyStateOf(id) : KeyState(); }

@@ -76,13 +76,12 @@ void TrackTable::rowsChanged()
 /// Of all rows that may have another tempo those in view matter.
 void TrackTable::updateTempos(const QSet<TrackID>& ids)
 {
-    const std::optional<int> column = m_model.columnOf(TrackColumn::BPM);
-    if (!column || !isVisible())
+    if (!isVisible())
         return;
     const RowRange range = rowsInView();
     for (int row = range.first; row < range.end; ++row) {
         if (ids.contains(m_model.track(row).id()))
-            viewport()->update(visualRect(m_model.index(row, *column)));
+            m_model.bpmStateChanged(row);
     }
 }
 
