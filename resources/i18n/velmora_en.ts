@@ -611,6 +611,10 @@
     <translation>Another file already stands in the place of %@.</translation>
   </message>
   <message>
+    <source>Нажатий в такт: %d</source>
+    <translation>Taps: %d</translation>
+  </message>
+  <message>
     <source>Нажимайте в такт, чтобы задать темп</source>
     <translation>Tap along to set the tempo</translation>
   </message>
@@ -1223,6 +1227,10 @@
   <message>
     <source>Темп записан: %d · пропущено: %d</source>
     <translation>Tempo written: %d · skipped: %d</translation>
+  </message>
+  <message>
+    <source>Темп нажатий: %d BPM</source>
+    <translation>Tempo of the taps: %d BPM</translation>
   </message>
   <message>
     <source>Темп определяется</source>

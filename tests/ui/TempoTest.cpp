@@ -210,6 +210,35 @@ TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
     EXPECT_EQ(dashboard.last("setTempo").text, QStringLiteral("64"));
 }
 
+TEST_F(TempoTest, TapsAreSeenWhereTheButtonHasNoRoom)
+{
+    const QList<Track> tracks = rows(1);
+    fill(tracks);
+    show();
+    window->resize(900, 620);
+    turn();
+    ASSERT_TRUE(tapButton().isHidden());
+    workspace().setSelection(ids(tracks), tracks[0].id());
+    const auto tap = [this] {
+        clock.advance(async::seconds(0.5));
+        QTest::keyClick(window.get(), Qt::Key_T);
+        return statusText();
+    };
+    tap();
+    tap();
+    EXPECT_EQ(tap(), QStringLiteral("Нажатий в такт: 3"));
+    EXPECT_EQ(tap(), QStringLiteral("Темп нажатий: 120 BPM"));
+    clock.advance(async::seconds(3));
+    EXPECT_EQ(dashboard.last("setTempo").text, QStringLiteral("120"));
+
+    window->resize(1600, 900);
+    turn();
+    ASSERT_FALSE(tapButton().isHidden());
+    clock.advance(async::seconds(10));
+    tap();
+    EXPECT_EQ(statusText(), QString()) << "the button says it";
+}
+
 TEST_F(TempoTest, TapsSetTheTempoOfTheTrackShown)
 {
     const QList<Track> tracks = rows(2);

@@ -1,5 +1,7 @@
 #include "ui/tempo/TapButton.h"
 
+#include "core/library/LibraryStore.h"
+#include "core/library/status/StatusLine.h"
 #include "ui/DashboardActions.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Metrics.h"
@@ -47,7 +49,18 @@ void TapButton::tap()
         return;
     m_taps.tap(m_context.clock.now());
     show();
+    if (isHidden())
+        tell();
     m_finish.start([this](std::stop_token stop) { return finishLater(std::move(stop)); });
+}
+
+/// A narrow window has no room for the button, but its key works.
+void TapButton::tell() const
+{
+    const std::optional<int> bpm = m_taps.bpm();
+    const QString text = bpm ? VelmoraLocalization::format(QStringLiteral("Темп нажатий: %d BPM"), {*bpm})
+                             : VelmoraLocalization::format(QStringLiteral("Нажатий в такт: %d"), {m_taps.count()});
+    m_context.library.status().showText(text, QStringLiteral("waveform.path.ecg"), WorkspaceStatus::Tone::Neutral);
 }
 
 async::Task<> TapButton::finishLater(std::stop_token stop)

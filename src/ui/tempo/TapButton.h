@@ -6,8 +6,8 @@
 #include "ui/tempo/TapTempo.h"
 #include "ui/window/ThemeButton.h"
 
-/// Tap it along with the music: shows the tempo of the taps, and a pause later makes it the estimate of the track that
-/// was tapped to.
+/// Tap it along with the music: shows the tempo of the taps, in the status line while it is hidden itself, and a pause
+/// later makes it the estimate of the track that was tapped to.
 class TapButton : public ThemeButton {
     Q_OBJECT
 
@@ -27,6 +27,7 @@ protected:
 
 private:
     void show();
+    void tell() const;
     async::Task<> finishLater(std::stop_token stop);
 
     WindowContext m_context;
