@@ -787,6 +787,10 @@
     <translation>Key detection</translation>
   </message>
   <message>
+    <source>Определение тональности: %d из %d</source>
+    <translation>Key detection: %d of %d</translation>
+  </message>
+  <message>
     <source>Определить все</source>
     <translation>Detect all</translation>
   </message>

@@ -126,6 +126,25 @@ TEST_F(MessagesTest, TempoAnalysisIsToldWhileNothingElseIs)
     EXPECT_EQ(strip().accessibleDescription(), QString());
 }
 
+TEST_F(MessagesTest, KeysComeBeforeTemposWhileTheyAreFound)
+{
+    const QList<Track> tracks = rows(3);
+    fill(tracks);
+    workspace().setList(Track::MetadataDestination::MusicalKey, tracks);
+    show();
+    store->tempo().detectBPM(ids(tracks));
+    clock.advance(async::seconds(0.1));
+    store->keys().analyzeMusicalKey(ids(tracks));
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Определение тональности: 0 из 3"));
+    store->playback().playbackStateDidChange(true, std::nullopt);
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Анализ BPM: 0 из 3")) << "keys wait for the end";
+    store->tempo().dropBPMQueue();
+    clock.advance(async::seconds(1));
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Определение тональности: 0 из 3"));
+    QTest::mouseClick(button(strip(), QStringLiteral("Остановить")), Qt::LeftButton);
+    EXPECT_EQ(strip().accessibleDescription(), QString());
+}
+
 TEST_F(MessagesTest, WritesComeBeforeReads)
 {
     const QList<Track> tracks = rows(3);

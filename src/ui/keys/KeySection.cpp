@@ -37,7 +37,7 @@ KeySection::KeySection(const WindowContext& context, SectionView& section)
     connect(m_add, &QAbstractButton::clicked, this, [this] { m_context.actions.openMusicalKeyPanel(); });
     connect(m_selected, &QAbstractButton::clicked, this,
             [this] { m_context.actions.analyzeMusicalKey(m_section.selectedIDs()); });
-    connect(m_all, &QAbstractButton::clicked, this, &KeySection::analyzeAllOrStop);
+    connect(m_all, &QAbstractButton::clicked, this, [this] { m_context.actions.analyzeMusicalKey(allIDs()); });
     connect(m_write, &QAbstractButton::clicked, this, [this] { m_context.actions.writeAnalyzedMusicalKeys(allIDs()); });
     connect(&m_panel->wheel(), &KeyWheel::keyChosen, this, &KeySection::selectRowsIn);
     connect(&keys, &Keys::musicalKeyStatesChanged, this, &KeySection::statesChanged);
@@ -55,6 +55,9 @@ void KeySection::retranslate()
 {
     m_add->setIconOnly(QStringLiteral("plus"), Texts::localized(QStringLiteral("Добавить файлы…")));
     m_selected->setContent(Texts::localized(QStringLiteral("Определить выбранные")));
+    m_all->setContent(Texts::localized(QStringLiteral("Определить все")));
+    m_all->setToolTip(
+        Texts::localized(QStringLiteral("Лучший найденный код Camelot для каждого успешно прочитанного трека.")));
     m_write->setContent(Texts::localized(QStringLiteral("Записать в теги")));
     m_write->setToolTip(
         Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));
@@ -73,19 +76,6 @@ QSet<TrackID> KeySection::allIDs() const
     for (const Track& track : m_section.model().rows())
         ids.insert(track.id());
     return ids;
-}
-
-bool KeySection::isAnalyzing() const
-{
-    return !m_context.library.keys().analyzingMusicalKeyIDs().isEmpty();
-}
-
-void KeySection::analyzeAllOrStop()
-{
-    if (isAnalyzing())
-        m_context.actions.stopMusicalKeyAnalysis();
-    else
-        m_context.actions.analyzeMusicalKey(allIDs());
 }
 
 void KeySection::selectRowsIn(const MusicalKey& key)
@@ -131,12 +121,8 @@ void KeySection::count()
 
 void KeySection::refreshButtons()
 {
-    m_all->setContent(
-        Texts::localized(isAnalyzing() ? QStringLiteral("Остановить") : QStringLiteral("Определить все")));
-    m_all->setToolTip(isAnalyzing() ? QString()
-                                    : Texts::localized(QStringLiteral(
-                                          "Лучший найденный код Camelot для каждого успешно прочитанного трека.")));
-    m_all->setEnabled(!m_section.model().rows().isEmpty() || isAnalyzing());
+    const QSet<TrackID>& queued = m_context.library.keys().analyzingMusicalKeyIDs();
+    m_all->setEnabled(queued.size() < m_section.model().rowCount()); // what is queued is among the rows
     m_selected->setEnabled(m_section.list().selectionModel()->hasSelection());
     m_write->setEnabled(m_hasResults);
 }

@@ -21,7 +21,7 @@ public:
 
     KeyPanel& panel() const { return *m_panel; }
     ThemeButton& selectedButton() const { return *m_selected; }
-    /// Estimates all keys, or stops while it is at it.
+    /// Estimates all keys that are not queued yet; stopping is a matter of the status line.
     ThemeButton& allButton() const { return *m_all; }
     ThemeButton& writeButton() const { return *m_write; }
     void retranslate();
@@ -30,8 +30,6 @@ public:
 
 private:
     QSet<TrackID> allIDs() const;
-    bool isAnalyzing() const;
-    void analyzeAllOrStop();
     void selectRowsIn(const MusicalKey& key);
     void statesChanged(const QSet<TrackID>& ids);
     void refreshButtons();

@@ -82,7 +82,7 @@ QString keyFacts(const Keys& keys, const QList<Track>& rows)
     const auto counted = [&](const QString& text, qint64 count) {
         return count > 0 ? VelmoraLocalization::format(text, {count}) : QString();
     };
-    const bool waits = counts.value(Step::Queued) > 0 && !keys.isMusicalKeyWorkerRunning();
+    const bool waits = counts.value(Step::Queued) > 0 && !keys.activeMusicalKeyTrackID();
     return Texts::facts(
         {fileCount(rows.size()), counted(QStringLiteral("определено %d"), counts.value(Step::Determined)),
          counted(QStringLiteral("без результата %d"), counts.value(Step::Undetermined)),

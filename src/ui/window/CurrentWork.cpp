@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/imports/Imports.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
@@ -13,6 +14,32 @@ namespace {
 CurrentWork work(const QString& text, int done, int total, void (DashboardActions::*stop)())
 {
     return {VelmoraLocalization::format(text, {done, total}), done, total, stop};
+}
+
+std::optional<CurrentWork> tempoWork(const LibraryStore& library)
+{
+    const std::optional<BPMAnalysisProgress>& tempos = library.tempo().bpmAnalysisProgressState().progress();
+    if (!tempos || tempos->completed >= tempos->total)
+        return std::nullopt;
+    return work(QStringLiteral("Анализ BPM: %d из %d"), tempos->completed, tempos->total,
+                &DashboardActions::stopTempoAnalysis);
+}
+
+std::optional<CurrentWork> keyWork(const LibraryStore& library)
+{
+    const Keys::Progress keys = library.keys().progress();
+    if (keys.done >= keys.total)
+        return std::nullopt;
+    return work(QStringLiteral("Определение тональности: %d из %d"), keys.done, keys.total,
+                &DashboardActions::stopMusicalKeyAnalysis);
+}
+
+/// Keys were asked for, tempos come by themselves; but keys that wait for the end of playing tell nothing new.
+std::optional<CurrentWork> analysis(const LibraryStore& library)
+{
+    const bool findsKeys = library.keys().activeMusicalKeyTrackID().has_value();
+    const std::optional<CurrentWork> first = findsKeys ? keyWork(library) : tempoWork(library);
+    return first ? first : findsKeys ? tempoWork(library) : keyWork(library);
 }
 
 } // namespace
@@ -31,9 +58,5 @@ std::optional<CurrentWork> CurrentWork::of(const LibraryStore& library)
     const Imports::Progress reads = library.imports().metadataProgress();
     if (reads.done < reads.total)
         return work(QStringLiteral("Чтение тегов: %d из %d"), reads.done, reads.total, nullptr);
-    const std::optional<BPMAnalysisProgress>& tempos = library.tempo().bpmAnalysisProgressState().progress();
-    if (tempos && tempos->completed < tempos->total)
-        return work(QStringLiteral("Анализ BPM: %d из %d"), tempos->completed, tempos->total,
-                    &DashboardActions::stopTempoAnalysis);
-    return std::nullopt;
+    return analysis(library);
 }

@@ -14,7 +14,8 @@ struct CurrentWork {
     int total = 0;                              ///< above done
     void (DashboardActions::*stop)() = nullptr; ///< null for what the user cannot stop
 
-    /// Of all that runs the one that matters most: moving files, else writing tags, reading them, finding tempos.
+    /// Of all that runs the one that matters most: moving files, else writing tags, reading them, finding keys or
+    /// tempos.
     /// Single files are done before anyone could read of them. Nothing while nothing runs.
     static std::optional<CurrentWork> of(const LibraryStore& library);
 };

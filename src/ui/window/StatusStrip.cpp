@@ -3,6 +3,7 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/StrayTemporaries.h"
+#include "core/library/keys/Keys.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/session/Session.h"
 #include "core/library/tagwriting/TagWriting.h"
@@ -60,6 +61,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.tempo(), &Tempo::progressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.library.keys(), &Keys::musicalKeyStatesChanged, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(&context.library.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });

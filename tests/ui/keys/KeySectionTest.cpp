@@ -7,6 +7,7 @@
 #include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/theme/Theme.h"
+#include "ui/window/StatusStrip.h"
 #include "ui/window/ThemeButton.h"
 
 #include <QMenu>
@@ -49,6 +50,18 @@ protected:
             ->tooltip(index, QRect(0, 0, 500, 52));
     }
 
+    StatusStrip& strip() { return *window->findChild<StatusStrip*>(); }
+    /// What the status line says of work in the background.
+    QString work() { return strip().accessibleDescription(); }
+    ThemeButton* stopButton()
+    {
+        for (ThemeButton* each : strip().findChildren<ThemeButton*>()) {
+            if (each->text() == QStringLiteral("Остановить"))
+                return each;
+        }
+        return nullptr;
+    }
+
     const MusicalKeyAnalysis analysis{key("10B"), 0.744, -33, {{key("10B"), 1}, {key("11B"), 0.5}, {key("10A"), 0.25}}};
     const Track a = fullTrack(QStringLiteral("a"));
     const Track b = track(QStringLiteral("b - 8A - 124.mp3"));
@@ -83,23 +96,34 @@ TEST_F(KeySectionTest, CellsSayWhatIsKnown)
 
 TEST_F(KeySectionTest, FactsAndButtonsFollowTheQueue)
 {
+    window->resize(1440, 900); // room for all buttons
     EXPECT_EQ(section().header().facts(), QStringLiteral("4 файла · определено 2 · без результата 1"));
     store->playback().playbackStateDidChange(true, std::nullopt);
-    QTest::mouseClick(&keys().allButton(), Qt::LeftButton);
+    dashboard.select(ids({c}), c.id());
+    turn();
+    QTest::mouseClick(&keys().selectedButton(), Qt::LeftButton);
+    EXPECT_EQ(dashboard.last("analyzeMusicalKey").ids, ids({c}));
+    EXPECT_EQ(work(), QStringLiteral("Определение тональности: 0 из 1"));
+    QTest::mouseClick(&keys().allButton(), Qt::LeftButton); // the others join
     EXPECT_EQ(dashboard.last("analyzeMusicalKey").ids, ids({a, b, c, d}));
     EXPECT_EQ(cell(a, TrackColumn::FoundKey).toString(), QStringLiteral("В очереди"));
     QTest::qWait(300);
     EXPECT_EQ(section().header().facts(), QStringLiteral("4 файла · в очереди 4 · пауза"));
+    EXPECT_EQ(work(), QStringLiteral("Определение тональности: 0 из 4"));
     EXPECT_FALSE(keys().writeButton().isEnabled());
-    EXPECT_EQ(keys().allButton().text(), QStringLiteral("Остановить"));
+    EXPECT_FALSE(keys().allButton().isEnabled()) << "all are queued";
 
     store->playback().playbackStateDidChange(false, std::nullopt);
     clock.advance(async::seconds(1));
-    EXPECT_EQ(cell(a, TrackColumn::FoundKey).toString(), QStringLiteral("Определяется…"));
-    QTest::mouseClick(&keys().allButton(), Qt::LeftButton);
+    EXPECT_EQ(cell(c, TrackColumn::FoundKey).toString(), QStringLiteral("Определяется…"));
+    ThemeButton* stop = stopButton();
+    ASSERT_TRUE(stop && stop->isVisible());
+    QTest::mouseClick(stop, Qt::LeftButton);
     EXPECT_EQ(dashboard.count("stopMusicalKeyAnalysis"), 1);
-    EXPECT_EQ(cell(a, TrackColumn::FoundKey).toString(), QString());
-    EXPECT_EQ(keys().allButton().text(), QStringLiteral("Определить все"));
+    EXPECT_EQ(cell(c, TrackColumn::FoundKey).toString(), QString());
+    EXPECT_EQ(work(), QString());
+    EXPECT_FALSE(stop->isVisible());
+    EXPECT_TRUE(keys().allButton().isEnabled());
 }
 
 TEST_F(KeySectionTest, CommandsReachTheRowsTheyName)
