@@ -138,6 +138,10 @@ TEST_F(MessagesTest, KeysComeBeforeTemposWhileTheyAreFound)
     EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Определение тональности: 0 из 3"));
     store->playback().playbackStateDidChange(true, std::nullopt);
     EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Анализ BPM: 0 из 3")) << "keys wait for the end";
+    dashboard.activateTab(LibraryTab::MusicalKey);
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Определение тональности: 0 из 3"));
+    dashboard.activateTab(LibraryTab::Playlist);
+    EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Анализ BPM: 0 из 3"));
     store->tempo().dropBPMQueue();
     clock.advance(async::seconds(1));
     EXPECT_EQ(strip().accessibleDescription(), QStringLiteral("Определение тональности: 0 из 3"));

@@ -6,6 +6,7 @@
 #include "core/library/removal/Removal.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/workspace/Workspace.h"
 #include "ui/DashboardActions.h"
 #include "ui/text/Texts.h"
 
@@ -34,12 +35,14 @@ std::optional<CurrentWork> keyWork(const LibraryStore& library)
                 &DashboardActions::stopMusicalKeyAnalysis);
 }
 
-/// Keys were asked for, tempos come by themselves; but keys that wait for the end of playing tell nothing new.
+/// Keys were asked for, tempos come by themselves; but keys that wait for the end of playing tell something new in
+/// their own section alone, where the user looks for a way to stop them.
 std::optional<CurrentWork> analysis(const LibraryStore& library)
 {
-    const bool findsKeys = library.keys().activeMusicalKeyTrackID().has_value();
-    const std::optional<CurrentWork> first = findsKeys ? keyWork(library) : tempoWork(library);
-    return first ? first : findsKeys ? tempoWork(library) : keyWork(library);
+    const bool keysFirst = library.keys().activeMusicalKeyTrackID().has_value() ||
+                           library.workspace().activeTab() == LibraryTab::MusicalKey;
+    const std::optional<CurrentWork> first = keysFirst ? keyWork(library) : tempoWork(library);
+    return first ? first : keysFirst ? tempoWork(library) : keyWork(library);
 }
 
 } // namespace

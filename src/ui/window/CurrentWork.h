@@ -15,7 +15,7 @@ struct CurrentWork {
     void (DashboardActions::*stop)() = nullptr; ///< null for what the user cannot stop
 
     /// Of all that runs the one that matters most: moving files, else writing tags, reading them, finding keys or
-    /// tempos.
+    /// tempos. It may be another one when the section shown is.
     /// Single files are done before anyone could read of them. Nothing while nothing runs.
     static std::optional<CurrentWork> of(const LibraryStore& library);
 };

@@ -57,6 +57,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
             [this] { CheckpointMenu::open(*window(), m_context, mapToGlobal(m_restore->pos())); });
     connect(&context.library.session(), &Session::leftOutChanged, this, &StatusStrip::refreshRestore);
     connect(&context.library.workspace(), &Workspace::workspaceStatusChanged, this, &StatusStrip::refreshMessage);
+    connect(&context.library.workspace(), &Workspace::activeTabChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.library.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
