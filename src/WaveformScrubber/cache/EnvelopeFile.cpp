@@ -13,12 +13,14 @@ namespace EnvelopeFile {
 
 namespace {
 
+constexpr qint64 kDay = 24 * 60 * 60; // seconds; a date would change at midnight
+
 constexpr qint64 kByteCount = kEnvelopeSampleCount * qint64(sizeof(float));
 
 void markAsUsed(QFile& file)
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    if (file.fileTime(QFileDevice::FileModificationTime).daysTo(now) >= 1)
+    if (file.fileTime(QFileDevice::FileModificationTime).secsTo(now) >= kDay)
         file.setFileTime(now, QFileDevice::FileModificationTime);
 }
 
