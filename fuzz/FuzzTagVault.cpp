@@ -1,3 +1,5 @@
+#include "FuzzSources.h"
+
 #include "core/model/AudioTags.h"
 #include "tags/bytes/ByteReader.h"
 #include "tags/vault/FileAnatomy.h"
@@ -5,27 +7,12 @@
 #include "tags/writing/AiffWriter.h"
 #include "tags/writing/FlacWriter.h"
 #include "tags/writing/M4aWriter.h"
-#include "tags/writing/RewriteSource.h"
 #include "tags/writing/WavWriter.h"
 #include "tags/writing/WriteErrors.h"
 
-#include <cstdlib>
 #include <optional>
 
 namespace {
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-template <typename Use>
-auto withSource(const QByteArray& bytes, const Use& use)
-{
-    SourceBytes source(bytes.size(), [&](qint64 offset, qint64 count) { return bytes.mid(offset, count); });
-    return use(RewriteSource(source, {}));
-}
 
 FileAnatomy anatomyOf(const QByteArray& file, const QString& extension)
 {

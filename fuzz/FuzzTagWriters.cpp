@@ -1,3 +1,5 @@
+#include "FuzzSources.h"
+
 #include "core/model/AudioTags.h"
 #include "tags/keeping/Inventories.h"
 #include "tags/keeping/KeepingPlanners.h"
@@ -5,29 +7,14 @@
 #include "tags/writing/ChunkTagWriter.h"
 #include "tags/writing/FlacWriter.h"
 #include "tags/writing/M4aWriter.h"
-#include "tags/writing/RewriteSource.h"
 #include "tags/writing/WavWriter.h"
 #include "tags/writing/WriteErrors.h"
 
-#include <cstdlib>
 #include <functional>
 
 namespace {
 
 using Planner = std::function<RewritePlan(const RewriteSource&)>;
-
-void require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-template <typename Use>
-auto withSource(const QByteArray& bytes, const Use& use)
-{
-    SourceBytes source(bytes.size(), [&](qint64 offset, qint64 count) { return bytes.mid(offset, count); });
-    return use(RewriteSource(source, {}));
-}
 
 /// The new file, whose sound has to be the old one's.
 QByteArray applied(const Planner& planner, const QByteArray& bytes)

@@ -1,10 +1,10 @@
 #include "tags/vault/FileAnatomy.h"
 
-#include "tags/bytes/ByteReader.h"
 #include "tags/vault/FormDigest.h"
 #include "tags/vault/MovieForm.h"
 #include "tags/writing/AiffWriter.h"
 #include "tags/writing/ChunkTagWriter.h"
+#include "tags/writing/FileAtom.h"
 #include "tags/writing/FlacBlocks.h"
 #include "tags/writing/RewriteSource.h"
 #include "tags/writing/RiffInfoWriter.h"
@@ -111,31 +111,12 @@ Parts aiffParts(const RewriteSource& source)
     return chunkParts(source, ChunkForm::aiff());
 }
 
-/// An atom of the top level.
-struct TopAtom {
-    QByteArray type;
-    Stretch body;
-};
-
 /// Behind the last one may stand what is too short for another.
-std::vector<TopAtom> topAtoms(const RewriteSource& source)
+std::vector<FileAtom> topAtoms(const RewriteSource& source)
 {
-    std::vector<TopAtom> atoms;
-    qint64 offset = 0;
-    while (source.size() - offset >= 8) {
-        const QByteArray header = source.read(offset, std::min<qint64>(16, source.size() - offset));
-        ByteReader reader(header);
-        quint64 size = reader.u32be();
-        const QByteArray type = reader.bytes(4).toByteArray();
-        if (size == 0) // up to the end
-            size = quint64(source.size() - offset);
-        else if (size == 1)
-            size = reader.u64be();
-        if (reader.hasFailed() || size < quint64(reader.position()) || size > quint64(source.size() - offset))
-            source.failCorrupt();
-        atoms.push_back({type, {offset + reader.position(), static_cast<qint64>(size) - reader.position()}});
-        offset = atoms.back().body.end();
-    }
+    std::vector<FileAtom> atoms;
+    for (qint64 offset = 0; source.size() - offset >= 8; offset = atoms.back().end())
+        atoms.push_back(FileAtom::at(source, offset));
     return atoms;
 }
 
@@ -145,25 +126,25 @@ Parts m4aParts(const RewriteSource& source)
     if (source.read(0, std::min<qint64>(8, source.size())).mid(4) != "ftyp")
         throw WriteError(WriteError::Case::unsupportedFormat, extension);
     Parts parts;
-    const std::vector<TopAtom> atoms = topAtoms(source);
-    for (const TopAtom& atom : atoms) {
+    const std::vector<FileAtom> atoms = topAtoms(source);
+    for (const FileAtom& atom : atoms) {
         if (atom.type == "mdat")
-            parts.addSound(atom.body.offset, atom.body.length);
+            parts.addSound(atom.bodyOffset(), atom.bodySize());
     }
-    for (const TopAtom& atom : atoms) {
+    for (const FileAtom& atom : atoms) {
         if (atom.type == "mdat" || atom.type == "free" || atom.type == "skip" || atom.type == "wide")
             continue;
         parts.other.add(atom.type);
         if (atom.type != "moov") {
-            addStretch(parts.other, source, atom.body.offset, atom.body.length);
+            addStretch(parts.other, source, atom.bodyOffset(), atom.bodySize());
             continue;
         }
-        if (atom.body.length > kMaximumMovieBytes)
+        if (atom.bodySize() > kMaximumMovieBytes)
             throw WriteError(WriteError::Case::rewriteFailed, extension);
-        if (!MovieForm::add(parts.other, source.read(atom.body.offset, atom.body.length), parts.sound))
+        if (!MovieForm::add(parts.other, source.read(atom.bodyOffset(), atom.bodySize()), parts.sound))
             source.failCorrupt();
     }
-    const qint64 end = atoms.back().body.end();
+    const qint64 end = atoms.back().end();
     addStretch(parts.other, source, end, source.size() - end);
     return parts;
 }

@@ -1,7 +1,7 @@
 #include "tags/writing/M4aWriter.h"
 
-#include "tags/bytes/ByteReader.h"
 #include "tags/writing/ByteOrder.h"
+#include "tags/writing/FileAtom.h"
 #include "tags/writing/Mp4Atoms.h"
 #include "tags/writing/Mp4Offsets.h"
 #include "tags/writing/Mp4Tags.h"
@@ -23,33 +23,6 @@ constexpr qint64 kMaximumMovieBytes = 256 * 1024 * 1024;
     throw WriteError(what, QStringLiteral("m4a"));
 }
 
-/// An atom of the file's top level.
-struct FileAtom {
-    QByteArray type;
-    qint64 offset = 0;
-    qint64 headerSize = 0;
-    qint64 size = 0;
-
-    qint64 bodyOffset() const { return offset + headerSize; }
-    qint64 bodySize() const { return size - headerSize; }
-    qint64 end() const { return offset + size; }
-};
-
-FileAtom atomAt(const RewriteSource& source, qint64 offset)
-{
-    const QByteArray header = source.read(offset, std::min<qint64>(16, source.size() - offset));
-    ByteReader reader(header);
-    quint64 size = reader.u32be();
-    const QByteArray type = reader.bytes(4).toByteArray();
-    if (size == 0) // up to the end
-        size = quint64(source.size() - offset);
-    else if (size == 1)
-        size = reader.u64be();
-    if (reader.hasFailed() || size < quint64(reader.position()) || size > quint64(source.size() - offset))
-        source.failCorrupt();
-    return {type, offset, reader.position(), static_cast<qint64>(size)};
-}
-
 void requireBegin(const RewriteSource& source)
 {
     if (source.read(0, std::min<qint64>(8, source.size())).mid(4) != "ftyp")
@@ -62,7 +35,7 @@ FileAtom findMovie(const RewriteSource& source)
     requireBegin(source);
     std::optional<FileAtom> movie;
     for (qint64 offset = 0; source.size() - offset >= 8;) {
-        const FileAtom atom = atomAt(source, offset);
+        const FileAtom atom = FileAtom::at(source, offset);
         if (atom.type == "moof" || atom.type == "meta") // both hold places in the file that are not known here
             fail(WriteError::Case::rewriteFailed);
         if (atom.type == "moov" && movie)
@@ -80,7 +53,7 @@ FileAtom findMovie(const RewriteSource& source)
 void keepUntil(RewritePlan& plan, const RewriteSource& source, qint64 begin, qint64 end)
 {
     while (end - begin >= 8) {
-        const FileAtom atom = atomAt(source, begin);
+        const FileAtom atom = FileAtom::at(source, begin);
         plan.keep(atom.offset, atom.size);
         if (atom.type == "mdat")
             plan.markSound(atom.bodyOffset(), atom.bodySize());
