@@ -150,7 +150,7 @@ int main(int argc, char** argv)
     VelmoraApp app(std::move(preferences), std::make_unique<DemoAudio>());
     app.open({});
     app.window().resize(1440, 900);
-    app.library().workspace().setTracks(makeRows(home.filePath(QStringLiteral("music")), rows));
+    app.store().workspace().setTracks(makeRows(home.filePath(QStringLiteral("music")), rows));
     turn(1000);
     QAbstractItemView& list = app.window().activeSection().list();
     const bool isFirstGood = spin(list, "rows never seen", frames);

@@ -94,9 +94,9 @@ int arrive(SliceMeter& meter, const QString& folder)
         turn(0.05);
         if (++ticks % 4 == 0 && list) // the list is scrolled during all of it
             list->verticalScrollBar()->setValue(ticks * 60 % std::max(1, list->verticalScrollBar()->maximum()));
-    } while (ticks < 10 || app->library().imports().metadataLoadOperationCount() > 0);
+    } while (ticks < 10 || app->store().imports().metadataLoadOperationCount() > 0);
     turn(1);
-    printf("%d files in %.1f s\n", app->library().workspace().tracks().size(),
+    printf("%d files in %.1f s\n", app->store().workspace().tracks().size(),
            std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
     report(meter, "while they arrive");
     return 0;
@@ -105,7 +105,7 @@ int arrive(SliceMeter& meter, const QString& folder)
 int large(SliceMeter& meter, int rows)
 {
     const std::unique_ptr<VelmoraApp> app = makeApp({});
-    LibraryStore& library = app->library();
+    LibraryStore& library = app->store();
     QList<Track> tracks;
     tracks.reserve(rows);
     for (int i = 0; i < rows; ++i) {
@@ -164,7 +164,7 @@ int restore(SliceMeter& meter, int rows)
     VelmoraApp app(std::move(preferences), std::make_unique<DemoAudio>(), std::move(storage));
     app.open({});
     meter.reset();
-    while (app.library().workspace().isRestoringWorkspaceSession())
+    while (app.store().workspace().isRestoringWorkspaceSession())
         turn(0);
     report(meter, "until the rows are put in place");
     meter.reset();

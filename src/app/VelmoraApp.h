@@ -53,7 +53,7 @@ public:
     /// Files of another start of the program: a drop on the playlist. The window comes to the front.
     void openAgain(const QList<QUrl>& files);
 
-    LibraryStore& library() const { return *m_library; }
+    LibraryStore& store() const { return *m_library; }
     AudioPlayer& player() const { return *m_player; }
     ContentView& contentView() const { return *m_contentView; }
     MainWindow& window() const { return *m_window; }

@@ -51,10 +51,10 @@ bool isCompact(const Preferences& preferences)
 } // namespace
 
 MainWindow::MainWindow(const WindowServices& services)
-    : m_theme(std::make_unique<Theme>(appearanceOf(services.library.preferences())))
+    : m_theme(std::make_unique<Theme>(appearanceOf(services.store.preferences())))
     , m_thumbnails(std::make_unique<ThumbnailCache>(services.executor, services.readArtwork))
     , m_rowWaveforms(std::make_unique<RowWaveforms>(services.waveforms))
-    , m_context(new WindowContext{services.library, services.actions, services.player, services.audio, *m_theme,
+    , m_context(new WindowContext{services.store, services.actions, services.player, services.audio, *m_theme,
                                   *m_thumbnails, services.waveforms, *m_rowWaveforms, services.clock,
                                   services.executor})
 {
@@ -76,8 +76,8 @@ MainWindow::MainWindow(const WindowServices& services)
     connectPreferences();
     applySidebar();
     placePlayer();
-    showTab(services.library.workspace().activeTab());
-    m_sizer = std::make_unique<WorkspaceWindowSizer>(*this, services.library.preferences());
+    showTab(services.store.workspace().activeTab());
+    m_sizer = std::make_unique<WorkspaceWindowSizer>(*this, services.store.preferences());
 }
 
 MainWindow::~MainWindow() = default;
@@ -88,7 +88,7 @@ void MainWindow::buildSections()
         auto* section = new SectionView(*m_context, tab, m_stack);
         m_sections[static_cast<size_t>(tab)] = section;
         m_stack->addWidget(section);
-        section->setDensity(m_context->library.preferences().tableDensity.get());
+        section->setDensity(m_context->store.preferences().tableDensity.get());
         connect(section, &SectionView::contextMenuWanted, this, &MainWindow::openTrackMenu);
         connect(section, &SectionView::filesDropped, this,
                 [this, tab](const QList<QUrl>& urls) { m_context->actions.receiveDroppedTracks(urls, tab); });
@@ -126,7 +126,7 @@ void MainWindow::buildLayout()
 void MainWindow::connectWorkspace()
 {
     using Destination = Track::MetadataDestination;
-    Workspace& workspace = m_context->library.workspace();
+    Workspace& workspace = m_context->store.workspace();
     connect(&workspace, &Workspace::tracksChanged, this, [this] { listChanged(Destination::Library); });
     connect(&workspace, &Workspace::sectionListChanged, this, &MainWindow::listChanged);
     connect(&workspace, &Workspace::conversionItemsChanged, this, [this] { markDirty({LibraryTab::Converter}); });
@@ -136,13 +136,13 @@ void MainWindow::connectWorkspace()
     });
     connect(&workspace, &Workspace::selectionChanged, m_player, &PlayerBar::refresh);
     connect(&workspace, &Workspace::activeTabChanged, this, &MainWindow::showTab);
-    connect(&m_context->library.notifications(), &Notifications::velmoraLanguageDidChange, this,
+    connect(&m_context->store.notifications(), &Notifications::velmoraLanguageDidChange, this,
             &MainWindow::retranslate);
 }
 
 void MainWindow::connectPreferences()
 {
-    Preferences& preferences = m_context->library.preferences();
+    Preferences& preferences = m_context->store.preferences();
     connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
         if (key == preferences.appAppearance.key()) {
             m_theme->setAppearance(appearanceOf(preferences));
@@ -186,7 +186,7 @@ void MainWindow::markDirty(std::initializer_list<LibraryTab> tabs)
 
 SectionView& MainWindow::activeSection() const
 {
-    return section(m_context->library.workspace().activeTab());
+    return section(m_context->store.workspace().activeTab());
 }
 
 void MainWindow::showTab(LibraryTab tab)
@@ -211,7 +211,7 @@ void MainWindow::showTab(LibraryTab tab)
 
 void MainWindow::placePlayer()
 {
-    const bool onTop = m_context->library.preferences().dashboardPlayerOnTop.get();
+    const bool onTop = m_context->store.preferences().dashboardPlayerOnTop.get();
     m_column->removeWidget(m_player);
     m_column->insertWidget(onTop ? 0 : 1, m_player);
     m_player->setOnTop(onTop);
@@ -219,14 +219,14 @@ void MainWindow::placePlayer()
 
 void MainWindow::applySidebar()
 {
-    const Preferences& preferences = m_context->library.preferences();
+    const Preferences& preferences = m_context->store.preferences();
     m_sidebar->setCollapsed(isCompact(preferences) ? preferences.compactSidebarCollapsed.get()
                                                    : preferences.sidebarCollapsed.get());
 }
 
 void MainWindow::toggleSidebar()
 {
-    Preferences& preferences = m_context->library.preferences();
+    Preferences& preferences = m_context->store.preferences();
     Preference<bool>& collapsed =
         isCompact(preferences) ? preferences.compactSidebarCollapsed : preferences.sidebarCollapsed;
     collapsed.set(!m_sidebar->isCollapsed());

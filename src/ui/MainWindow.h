@@ -39,7 +39,7 @@ class Executor;
 
 /// What the window stands on. The references outlive it.
 struct WindowServices {
-    LibraryStore& library;
+    LibraryStore& store;
     DashboardActions& actions;
     AudioPlayer& player;
     AudioSystem& audio;

@@ -16,7 +16,7 @@ class Executor;
 
 /// What the pieces of the window share. The references outlive them.
 struct WindowContext {
-    LibraryStore& library;
+    LibraryStore& store;
     DashboardActions& actions;
     AudioPlayer& player;
     AudioSystem& audio;

@@ -42,7 +42,7 @@ protected:
         track.setIsInPlaylist(true);
         return track;
     }
-    Workspace& workspace() { return app->library().workspace(); }
+    Workspace& workspace() { return app->store().workspace(); }
     static bool waitFor(const std::function<bool()>& isDone)
     {
         QElapsedTimer timer;
@@ -79,9 +79,9 @@ TEST_F(PlayerWiringTest, LibraryAndPlayerKnowEachOther)
     const Track b = track("b.mp3");
     workspace().setTracks({a, b});
     app->player().play(a);
-    ASSERT_TRUE(waitFor([&] { return app->library().playback().isPlaying(); }));
-    EXPECT_EQ(app->library().playback().currentTrackID(), a.id());
-    app->library().playback().continuePlaybackAfterRemoving({a.id()}, {a, b});
+    ASSERT_TRUE(waitFor([&] { return app->store().playback().isPlaying(); }));
+    EXPECT_EQ(app->store().playback().currentTrackID(), a.id());
+    app->store().playback().continuePlaybackAfterRemoving({a.id()}, {a, b});
     EXPECT_TRUE(waitFor([&] { return app->player().currentID() == b.id(); }));
 }
 
@@ -96,7 +96,7 @@ TEST_F(PlayerWiringTest, FailuresAndTheOutputAreShown)
     ASSERT_TRUE(waitFor([&] { return app->player().isPlaying(); }));
     audio->loseDevice();
     EXPECT_TRUE(waitForStatus("speaker.slash", WorkspaceStatus::Tone::Warning));
-    EXPECT_FALSE(app->library().playback().isPlaying());
+    EXPECT_FALSE(app->store().playback().isPlaying());
     audio->tell(AudioOutputEvent::Sounding);
     EXPECT_TRUE(waitForStatus("speaker.wave.2", WorkspaceStatus::Tone::Neutral));
 }

@@ -52,11 +52,11 @@ protected:
     }
     bool waitForRows(int count)
     {
-        return QTest::qWaitFor([&] { return app->library().workspace().tracks().size() == count; }, 30'000);
+        return QTest::qWaitFor([&] { return app->store().workspace().tracks().size() == count; }, 30'000);
     }
     bool waitForRestore()
     {
-        return QTest::qWaitFor([&] { return !app->library().workspace().isRestoringWorkspaceSession(); }, 30'000);
+        return QTest::qWaitFor([&] { return !app->store().workspace().isRestoringWorkspaceSession(); }, 30'000);
     }
     ThemeButton* restoreLink()
     {
@@ -78,7 +78,7 @@ TEST_F(SessionWiringTest, TheNextStartShowsTheRowsAndTakesFilesOnTop)
 {
     start({file(QStringLiteral("a.mp3")), file(QStringLiteral("b.mp3"))});
     ASSERT_TRUE(waitForRows(2));
-    app->library().workspace().switchTo(LibraryTab::Covers, {}, std::nullopt);
+    app->store().workspace().switchTo(LibraryTab::Covers, {}, std::nullopt);
     quit();
 
     start({file(QStringLiteral("c.mp3"))});
@@ -115,7 +115,7 @@ TEST_F(SessionWiringTest, TheStatusLineOffersCopiesWhenFilesAreGone)
     QFile::remove(folder.filePath(QStringLiteral("b.mp3")));
     start();
     ASSERT_TRUE(waitForRestore());
-    ASSERT_EQ(app->library().workspace().tracks().size(), 1);
+    ASSERT_EQ(app->store().workspace().tracks().size(), 1);
     ThemeButton* const link = restoreLink();
     ASSERT_TRUE(link && link->isVisible());
     QTest::mouseClick(link, Qt::LeftButton);

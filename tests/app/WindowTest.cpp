@@ -137,7 +137,7 @@ TEST_F(ProgramTest, AFolderIsDroppedReadStarredAndUndone)
     ASSERT_TRUE(makeFiles());
     app->open({});
     MainWindow& window = app->window();
-    LibraryStore& library = app->library();
+    LibraryStore& library = app->store();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     SectionView& playlist = window.section(LibraryTab::Playlist);
     const QAbstractItemModelTester tester(&playlist.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
@@ -197,8 +197,8 @@ TEST_F(ProgramTest, TheDialogTakesFoldersToo)
                                    QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     ASSERT_TRUE(waitFor([&] { return add->isEnabled(); }));
     add->click();
-    ASSERT_TRUE(waitFor([&] { return app->library().workspace().tracks().size() == 1; }));
-    EXPECT_EQ(app->library().workspace().tracks().at(0).tags().artist, QStringLiteral("Artist"));
+    ASSERT_TRUE(waitFor([&] { return app->store().workspace().tracks().size() == 1; }));
+    EXPECT_EQ(app->store().workspace().tracks().at(0).tags().artist, QStringLiteral("Artist"));
 }
 
 TEST_F(ProgramTest, TheListKeepsItsPlaceWhileRowsAndTagsStreamIn)
@@ -214,7 +214,7 @@ TEST_F(ProgramTest, TheListKeepsItsPlaceWhileRowsAndTagsStreamIn)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     }
     app->open({QUrl::fromLocalFile(folder.path() + QStringLiteral("/b"))});
-    LibraryStore& library = app->library();
+    LibraryStore& library = app->store();
     QAbstractItemView& list = app->window().section(LibraryTab::Playlist).list();
     TrackListModel& model = app->window().section(LibraryTab::Playlist).model();
     ASSERT_TRUE(

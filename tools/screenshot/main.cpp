@@ -149,7 +149,7 @@ void importFolders(VelmoraApp& app, const QStringList& folders, LibraryTab tab)
     QList<QUrl> urls;
     for (const QString& folder : folders)
         urls.append(FileURL::fromPath(QFileInfo(folder).absoluteFilePath()));
-    LibraryStore& library = app.library();
+    LibraryStore& library = app.store();
     bool isListed = false;
     library.imports().importURLs(urls, [&](const Imports::Outcome&) { isListed = true; });
     pump(kReadLimitMilliseconds, [&] { return isListed && library.imports().metadataLoadOperationCount() == 0; });
@@ -212,7 +212,7 @@ void selectSome(LibraryStore& library, LibraryTab tab, const QString& range)
 /// Puts the inspector into a state. \param tab the section shown.
 void prepareInspector(VelmoraApp& app, LibraryTab tab, const QString& state)
 {
-    LibraryStore& library = app.library();
+    LibraryStore& library = app.store();
     const QList<Track> rows = library.selection().tracks(tab);
     pump(kSettleMilliseconds);
     const auto field = [&](TagField tag) -> InspectorField& { return app.window().inspector().fields().field(tag); };
@@ -230,7 +230,7 @@ void prepareInspector(VelmoraApp& app, LibraryTab tab, const QString& state)
 /// The focused row plays, or stands in its midst.
 void playSome(VelmoraApp& app, bool plays, int row)
 {
-    const QList<Track> rows = app.library().selection().visibleTracks();
+    const QList<Track> rows = app.store().selection().visibleTracks();
     if (rows.size() <= row)
         return;
     app.player().play(rows[row]);
@@ -305,9 +305,9 @@ QWidget* prepare(VelmoraApp& app, const QString& state)
 {
     const auto is = [&](const char* name) { return state == QLatin1StringView(name); };
     if (is("notice"))
-        app.library().favorites().removeFromCoverWorkspace(app.library().workspace().selectedIDs());
+        app.store().favorites().removeFromCoverWorkspace(app.store().workspace().selectedIDs());
     if (is("error"))
-        app.library().workspace().setLastError(QString());
+        app.store().workspace().setLastError(QString());
     if (is("playing") || is("paused") || is("hover") || is("ontop") || is("loading"))
         playSome(app, !is("paused"), is("loading") ? DemoEnvelopes::endlessRow() : 2);
     pump(kSettleMilliseconds);
@@ -344,18 +344,18 @@ int main(int argc, char** argv)
     if (!options.folders.isEmpty())
         importFolders(*app, options.folders, tab);
     else if (options.state != QLatin1StringView("empty"))
-        inventRows(app->library());
+        inventRows(app->store());
     if (options.state.endsWith(QLatin1StringView("keys")))
-        DemoKeys::fill(app->library(), options.state.startsWith(QLatin1StringView("waiting")));
-    selectSome(app->library(), tab, options.select);
+        DemoKeys::fill(app->store(), options.state.startsWith(QLatin1StringView("waiting")));
+    selectSome(app->store(), tab, options.select);
     prepareInspector(*app, tab, options.inspector);
     chooseCover(app->window(), options.coverImage);
     async::SystemClock clock;
     async::TaskSlot holder;
     if (options.state == QLatin1StringView("writing"))
-        writeWithoutEnd(app->library(), clock, holder);
+        writeWithoutEnd(app->store(), clock, holder);
     if (options.asks)
-        app->library().workspace().setAskingWhatSavesKeep(true);
+        app->store().workspace().setAskingWhatSavesKeep(true);
     QWidget* shown = prepare(*app, options.state);
     return shown && shown->grab().save(options.out) ? 0 : 1;
 }

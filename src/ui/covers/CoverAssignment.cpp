@@ -54,7 +54,7 @@ CoverAssignment::CoverAssignment(const WindowContext& context, SectionView& sect
     connect(section.list().selectionModel(), &QItemSelectionModel::selectionChanged, this, &CoverAssignment::refresh);
     connect(section.list().model(), &QAbstractItemModel::modelReset, this, &CoverAssignment::refresh);
     connect(section.list().model(), &QAbstractItemModel::rowsRemoved, this, &CoverAssignment::refresh);
-    Notifications& notifications = context.library.notifications();
+    Notifications& notifications = context.store.notifications();
     connect(&notifications, &Notifications::velmoraChooseCoverArtwork, this, &CoverAssignment::choose);
     connect(&notifications, &Notifications::velmoraApplyCoverArtwork, this, &CoverAssignment::apply);
     retranslate();
@@ -117,6 +117,6 @@ void CoverAssignment::refresh()
 
 void CoverAssignment::warn(const QString& message)
 {
-    m_context.library.status().showStatus(message, QStringLiteral("exclamationmark.triangle"),
-                                          WorkspaceStatus::Tone::Warning);
+    m_context.store.status().showStatus(message, QStringLiteral("exclamationmark.triangle"),
+                                        WorkspaceStatus::Tone::Warning);
 }

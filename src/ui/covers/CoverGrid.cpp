@@ -41,9 +41,9 @@ CoverGrid::CoverGrid(const WindowContext& context, TrackListModel& model, QWidge
     setMouseTracking(true);
     connect(&context.thumbnails, &ThumbnailCache::ready, viewport(), qOverload<>(&QWidget::update));
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
-    connect(&context.library.workspace(), &Workspace::artworkWritingIDsChanged, viewport(),
+    connect(&context.store.workspace(), &Workspace::artworkWritingIDsChanged, viewport(),
             qOverload<>(&QWidget::update));
-    connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
+    connect(&context.store.notifications(), &Notifications::velmoraPlaybackDidChange, this,
             &CoverGrid::playbackChanged);
 }
 
@@ -287,7 +287,7 @@ void CoverGrid::paintCaption(QPainter& painter, const QRect& rect, const Track& 
 
 bool CoverGrid::isWriting(const Track& track) const
 {
-    return m_context.library.workspace().artworkWritingIDs().contains(track.id());
+    return m_context.store.workspace().artworkWritingIDs().contains(track.id());
 }
 
 QRect CoverGrid::buttonRect(const QModelIndex& index) const

@@ -57,7 +57,7 @@ Inspector::Inspector(const WindowContext& context, const Services& services, QWi
     connect(&context.theme, &Theme::changed, this, &Inspector::applyColours);
     applyColours();
     retranslate();
-    setVisible(context.library.preferences().inspectorVisible.get());
+    setVisible(context.store.preferences().inspectorVisible.get());
 }
 
 Inspector::~Inspector() = default;
@@ -146,7 +146,7 @@ QWidget* Inspector::buildContent()
 
 void Inspector::connectWorkspace()
 {
-    Workspace& workspace = m_context.library.workspace();
+    Workspace& workspace = m_context.store.workspace();
     connect(&workspace, &Workspace::selectionChanged, this, &Inspector::selectionMoved);
     connect(&workspace, &Workspace::tracksChanged, this, &Inspector::selectionMoved);
     connect(&workspace, &Workspace::activeTabChanged, this, &Inspector::selectionMoved);
@@ -154,7 +154,7 @@ void Inspector::connectWorkspace()
         m_inventories.forget();
         selectionMoved();
     });
-    TagSaver& saver = m_context.library.tagWriting().saver();
+    TagSaver& saver = m_context.store.tagWriting().saver();
     connect(&saver, &TagSaver::progressChanged, this, [this, &saver] {
         if (saver.progress().total > 0)
             return;
@@ -166,7 +166,7 @@ void Inspector::connectWorkspace()
     m_delay.setInterval(kDelay);
     connect(&m_delay, &QTimer::timeout, this, &Inspector::refresh);
 
-    Preferences& preferences = m_context.library.preferences();
+    Preferences& preferences = m_context.store.preferences();
     connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
         if (key == preferences.inspectorVisible.key())
             setVisible(preferences.inspectorVisible.get());
@@ -183,7 +183,7 @@ void Inspector::selectionMoved()
 {
     if (isHidden())
         return;
-    const qsizetype selected = m_context.library.workspace().activeSelection().size();
+    const qsizetype selected = m_context.store.workspace().activeSelection().size();
     if (std::max<qsizetype>(selected, m_model.count()) <= kManyTracks)
         refresh();
     else if (!m_delay.isActive())
@@ -222,7 +222,7 @@ void Inspector::refresh()
     if (isHidden())
         return;
     m_delay.stop();
-    Workspace& workspace = m_context.library.workspace();
+    Workspace& workspace = m_context.store.workspace();
     m_model.follow(workspace.tracks(), workspace.activeSelection());
     const std::optional<Track>& single = m_model.single();
     if (single && InspectorModel::isWritable(*single))
@@ -247,7 +247,7 @@ void Inspector::showModel()
     showSubject();
     showCover();
     m_fields->refresh();
-    const bool keepsOthers = m_context.library.preferences().keepsOtherTagEntries.get();
+    const bool keepsOthers = m_context.store.preferences().keepsOtherTagEntries.get();
     const QString link = Texts::localized(keepsOthers ? QStringLiteral("Больше не оставлять")
                                                       : QStringLiteral("Оставлять обложку и прочее"));
     m_saveBar->setSummary(SaveSummary::text(m_model, keepsOthers),
@@ -270,7 +270,7 @@ void Inspector::showSubject()
 void Inspector::showCover()
 {
     m_well->setCovers(m_model.covers());
-    const bool isWriting = m_context.library.workspace().artworkWritingIDs().intersects(m_model.ids());
+    const bool isWriting = m_context.store.workspace().artworkWritingIDs().intersects(m_model.ids());
     if (isWriting) {
         m_well->setMode(CoverWell::Mode::Writing);
         m_well->setHint(Texts::localized(QStringLiteral("Подождите: обложка ещё сохраняется в файл")));
@@ -299,8 +299,8 @@ bool Inspector::mayClose()
 {
     if (!m_model.touched() || std::exchange(m_hasWarned, true))
         return true;
-    m_context.library.preferences().inspectorVisible.set(true);
-    m_context.library.status().showStatus(
+    m_context.store.preferences().inspectorVisible.set(true);
+    m_context.store.status().showStatus(
         QStringLiteral("Правки тегов не сохранены. Чтобы выйти без них, закройте окно ещё раз"),
         QStringLiteral("exclamationmark.triangle"), WorkspaceStatus::Tone::Warning);
     return false;
@@ -343,8 +343,8 @@ async::Task<> Inspector::assign(PictureSource offer, QSet<TrackID> ids, std::sto
 
 void Inspector::refuseCover()
 {
-    m_context.library.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"),
-                                          QStringLiteral("photo.badge.plus"), WorkspaceStatus::Tone::Warning);
+    m_context.store.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"),
+                                        QStringLiteral("photo.badge.plus"), WorkspaceStatus::Tone::Warning);
 }
 
 void Inspector::retranslate()

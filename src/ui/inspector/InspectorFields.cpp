@@ -62,7 +62,7 @@ InspectorFields::~InspectorFields()
 {
     disconnect(qApp, nullptr, this, nullptr);
     if (m_isEditing)
-        m_context.library.workspace().setEditingMetadata(false);
+        m_context.store.workspace().setEditingMetadata(false);
 }
 
 void InspectorFields::connectField(InspectorField& field)
@@ -106,17 +106,17 @@ void InspectorFields::showEditing()
 {
     if (std::exchange(m_isEditing, isEditing()) == m_isEditing)
         return;
-    m_context.library.workspace().setEditingMetadata(m_isEditing);
+    m_context.store.workspace().setEditingMetadata(m_isEditing);
     if (!m_isEditing)
         return;
-    QStringList genres = m_context.library.quickLists().genres();
+    QStringList genres = m_context.store.quickLists().genres();
     genres.removeDuplicates();
     field(TagField::Genre).setSuggestions(genres);
 }
 
 void InspectorFields::refresh()
 {
-    const bool keepsOthers = m_context.library.preferences().keepsOtherTagEntries.get();
+    const bool keepsOthers = m_context.store.preferences().keepsOtherTagEntries.get();
     const bool isWritable = m_model.writableCount() > 0;
     for (InspectorField* each : m_fields) {
         const TagField field = each->field();

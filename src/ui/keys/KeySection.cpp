@@ -28,7 +28,7 @@ KeySection::KeySection(const WindowContext& context, SectionView& section)
     , m_write(&section.header().mainButton())
     , m_panel(new KeyPanel(context.theme, &section))
 {
-    const Keys& keys = context.library.keys();
+    const Keys& keys = context.store.keys();
     section.model().setKeyStates([&keys](const TrackID& id) { return KeyState::of(keys, id); });
     section.setPanel(m_panel, SectionBody::Narrow::Without);
     m_countTimer.setSingleShot(true);
@@ -121,7 +121,7 @@ void KeySection::count()
 
 void KeySection::refreshButtons()
 {
-    const QSet<TrackID>& queued = m_context.library.keys().analyzingMusicalKeyIDs();
+    const QSet<TrackID>& queued = m_context.store.keys().analyzingMusicalKeyIDs();
     m_all->setEnabled(queued.size() < m_section.model().rowCount()); // what is queued is among the rows
     m_selected->setEnabled(m_section.list().selectionModel()->hasSelection());
     m_write->setEnabled(m_hasResults);

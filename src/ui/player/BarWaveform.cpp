@@ -26,7 +26,7 @@ BarWaveform::BarWaveform(const WindowContext& context, QWidget& area)
     , m_area(area)
     , m_source(context.clock, context.waveforms)
 {
-    Preferences& preferences = context.library.preferences();
+    Preferences& preferences = context.store.preferences();
     connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
         if (key == preferences.waveformHeight.key() || key == preferences.waveformDrawer.key() ||
             WaveformColours::isKey(preferences, key))
@@ -38,7 +38,7 @@ BarWaveform::BarWaveform(const WindowContext& context, QWidget& area)
 
 QRect BarWaveform::rect(int margin) const
 {
-    const double wanted = m_context.library.preferences().waveformHeight.get(); // finite, as all preferences are
+    const double wanted = m_context.store.preferences().waveformHeight.get(); // finite, as all preferences are
     const double room = m_area.height() - 2 * Metrics::kStep;
     const int height = static_cast<int>(std::lround(std::min(std::max(wanted, kLeastHeight), room)));
     return {margin, (m_area.height() - height) / 2, std::max(0, m_area.width() - 2 * margin), height};
@@ -46,12 +46,12 @@ QRect BarWaveform::rect(int margin) const
 
 WaveformColours BarWaveform::colours() const
 {
-    return WaveformColours::of(m_context.library.preferences(), m_context.theme.appearance());
+    return WaveformColours::of(m_context.store.preferences(), m_context.theme.appearance());
 }
 
 void BarWaveform::paint(QPainter& painter, const QRect& rect, double played)
 {
-    const WaveformDrawer drawer = waveformDrawerFromRawValue(m_context.library.preferences().waveformDrawer.get());
+    const WaveformDrawer drawer = waveformDrawerFromRawValue(m_context.store.preferences().waveformDrawer.get());
     m_picture.prepare(m_source.envelope(), {drawer, rect.size(), m_area.devicePixelRatioF(), colours()});
     const double opacity = m_frames.isActive() ? std::min(1.0, double(m_since.elapsed()) / kFadeMilliseconds) : 1.0;
     painter.setOpacity(opacity);

@@ -192,7 +192,7 @@ void EnvelopeArea::leaveEvent(QEvent* event)
 void EnvelopeArea::wheelEvent(QWheelEvent* event)
 {
     event->accept();
-    const auto action = waveformScrollActionFromRawValue(m_context.library.preferences().waveformScrollAction.get());
+    const auto action = waveformScrollActionFromRawValue(m_context.store.preferences().waveformScrollAction.get());
     if (action != WaveformScrollAction::Seek) {
         if (const int steps = m_wheel.consume(*event); steps != 0)
             VolumeSlider::change(m_context.player, steps);

@@ -46,7 +46,7 @@ void NowPlaying::retranslate()
 {
     const bool isFavorite = m_track && m_track->isFavorite();
     const ThemeColours& c = m_context.theme.colours();
-    m_heart->setVisible(m_track && m_context.library.workspace().tracks().contains(m_track->id()));
+    m_heart->setVisible(m_track && m_context.store.workspace().tracks().contains(m_track->id()));
     m_heart->setIconOnly(
         isFavorite ? QStringLiteral("heart-filled") : QStringLiteral("heart"),
         Texts::localized(isFavorite ? QStringLiteral("Убрать из избранного") : QStringLiteral("Добавить в избранное")),

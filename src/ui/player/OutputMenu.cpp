@@ -30,7 +30,7 @@ void OutputMenu::timerEvent(QTimerEvent* event)
 
 void OutputMenu::fill()
 {
-    Preference<QString>& preferred = m_context.library.preferences().audioOutputDevice;
+    Preference<QString>& preferred = m_context.store.preferences().audioOutputDevice;
     QList<AudioDevice> devices = m_context.audio.devices();
     const auto present = std::find_if(devices.begin(), devices.end(),
                                       [&](const AudioDevice& each) { return each.id == preferred.get(); });

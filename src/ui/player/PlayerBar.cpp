@@ -46,9 +46,9 @@ std::optional<Track> PlayerBar::shownTrack() const
 {
     const std::optional<Track>& current = m_context.player.currentTrack();
     if (!current)
-        return m_context.library.selection().selectedTrack();
+        return m_context.store.selection().selectedTrack();
     // The player keeps the track as it was at its start; the list knows what became of it.
-    const Track* listed = m_context.library.workspace().tracks().find(current->id());
+    const Track* listed = m_context.store.workspace().tracks().find(current->id());
     return listed ? *listed : current;
 }
 
@@ -67,7 +67,7 @@ void PlayerBar::refresh()
 std::optional<Track> PlayerBar::tappedTrack() const
 {
     const std::optional<Track> track = shownTrack();
-    const bool isListed = track && m_context.library.workspace().tracks().find(track->id());
+    const bool isListed = track && m_context.store.workspace().tracks().find(track->id());
     return isListed ? track : std::nullopt;
 }
 

@@ -71,7 +71,7 @@ void SectionHeader::addTagsButton()
         return;
     m_tagsButton = new ThemeButton(m_context.theme, ThemeButton::Kind::Quiet, this);
     layout()->addWidget(m_tagsButton);
-    Preferences& preferences = m_context.library.preferences();
+    Preferences& preferences = m_context.store.preferences();
     connect(m_tagsButton, &QAbstractButton::clicked, this,
             [&preferences] { preferences.inspectorVisible.set(!preferences.inspectorVisible.get()); });
     connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
@@ -86,7 +86,7 @@ void SectionHeader::showTagsButton()
 {
     if (!m_tagsButton)
         return;
-    const bool isOpen = m_context.library.preferences().inspectorVisible.get();
+    const bool isOpen = m_context.store.preferences().inspectorVisible.get();
     m_tagsButton->setIconColour(isOpen ? m_context.theme.colours().accent : QColor());
     m_tagsButton->setIconOnly(
         QStringLiteral("inspector"),

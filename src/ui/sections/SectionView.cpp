@@ -41,7 +41,7 @@ SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* 
     , m_body(new SectionBody(this))
     , m_stack(new QStackedLayout)
 {
-    m_model->setBPMStates([&tempo = context.library.tempo()](const TrackID& id) { return tempo.playlistBPMState(id); });
+    m_model->setBPMStates([&tempo = context.store.tempo()](const TrackID& id) { return tempo.playlistBPMState(id); });
     buildList();
     followKeys();
     buildActions();
@@ -87,15 +87,15 @@ void SectionView::buildList()
         if (m_tab == LibraryTab::Playlist || m_tab == LibraryTab::Favorites)
             m_sorting = new SortControls(m_context, m_tab, *m_header, *table);
         if (m_tab == LibraryTab::Playlist)
-            m_scrollMemory = new ScrollMemory(*table, m_context.library.preferences());
+            m_scrollMemory = new ScrollMemory(*table, m_context.store.preferences());
     }
     if (m_scrollMemory)
-        connect(&m_context.library.workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
+        connect(&m_context.store.workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
             if (!isRestoring)
                 m_scrollMemory->workspaceRestored();
         });
     if (SectionRows::sharesSelection(m_tab))
-        m_sync = new SelectionSync(*m_list, *m_model, m_context.library.workspace(), m_context.actions);
+        m_sync = new SelectionSync(*m_list, *m_model, m_context.store.workspace(), m_context.actions);
     if (m_tab == LibraryTab::Playlist) {
         m_scrolling = new ScrollActivity(*m_list);
         connect(m_scrolling, &ScrollActivity::scrollingChanged, this,
@@ -108,7 +108,7 @@ void SectionView::followKeys()
 {
     using Direction = Notifications::Direction;
     const auto follow = [this](Direction direction) { moveFocus(direction == Direction::Up ? -1 : 1); };
-    Notifications& notifications = m_context.library.notifications();
+    Notifications& notifications = m_context.store.notifications();
     if (m_tab == LibraryTab::Converter)
         connect(&notifications, &Notifications::velmoraNavigateConversionItems, this, follow);
     if (m_tab == LibraryTab::Duplicates)
@@ -186,11 +186,11 @@ void SectionView::refresh()
     if (table)
         table->beginRows();
     if (m_tab == LibraryTab::Converter)
-        m_model->setStatusTexts(SectionRows::statusTexts(m_context.library));
-    m_model->setRows(SectionRows::rows(m_context.library, m_tab, m_model->rows()));
+        m_model->setStatusTexts(SectionRows::statusTexts(m_context.store));
+    m_model->setRows(SectionRows::rows(m_context.store, m_tab, m_model->rows()));
     if (table) {
         table->rowsChanged();
-        table->setFolders(SectionRows::folders(m_context.library, m_tab));
+        table->setFolders(SectionRows::folders(m_context.store, m_tab));
         if (structure)
             table->endRows();
     }
@@ -224,7 +224,7 @@ void SectionView::factsChanged()
 
 void SectionView::updateFacts()
 {
-    m_header->setFacts(SectionRows::facts(m_context.library, m_tab, m_model->rows()));
+    m_header->setFacts(SectionRows::facts(m_context.store, m_tab, m_model->rows()));
 }
 
 void SectionView::retranslate()
@@ -237,7 +237,7 @@ void SectionView::retranslate()
         m_retranslateActions();
     m_list->setAccessibleName(Texts::pageTitle(m_tab));
     if (m_tab == LibraryTab::Converter)
-        m_model->setStatusTexts(SectionRows::statusTexts(m_context.library));
+        m_model->setStatusTexts(SectionRows::statusTexts(m_context.store));
     m_model->retranslate();
     updateFacts();
 }

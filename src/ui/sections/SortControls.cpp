@@ -38,7 +38,7 @@ SortControls::SortControls(const WindowContext& context, LibraryTab tab, Section
     , m_button(header.addAction())
 {
     connect(m_button, &QAbstractButton::clicked, this, &SortControls::openMenu);
-    connect(&context.library.workspace(), &Workspace::orderChanged, this, &SortControls::refresh);
+    connect(&context.store.workspace(), &Workspace::orderChanged, this, &SortControls::refresh);
     if (tab == LibraryTab::Favorites)
         connectHeadings(table);
     refresh();
@@ -57,7 +57,7 @@ void SortControls::connectHeadings(TrackTable& table)
 
 void SortControls::refresh()
 {
-    const Order& order = m_context.library.order();
+    const Order& order = m_context.store.order();
     const TrackSortField field = order.trackSortField(m_tab);
     const TrackSortDirection direction = order.trackSortDirection(m_tab);
     const bool isSorted = field != TrackSortField::Original;
@@ -89,10 +89,10 @@ void SortControls::fillMenu(QMenu& menu) const
 
 void SortControls::addFields(QMenu& menu) const
 {
-    const TrackSortField present = m_context.library.order().trackSortField(m_tab);
+    const TrackSortField present = m_context.store.order().trackSortField(m_tab);
     // Ratings are known for the playlist alone, and only while they are asked for.
     const bool hasRatings =
-        m_tab == LibraryTab::Playlist && m_context.library.preferences().playlistPopularityEnabled.get();
+        m_tab == LibraryTab::Playlist && m_context.store.preferences().playlistPopularityEnabled.get();
     auto* group = new QActionGroup(&menu);
     for (const TrackSortField field : kFields) {
         if (field == TrackSortField::Rating && !hasRatings && present != field)
@@ -108,7 +108,7 @@ void SortControls::addFields(QMenu& menu) const
 
 void SortControls::addDirections(QMenu& menu) const
 {
-    const Order& order = m_context.library.order();
+    const Order& order = m_context.store.order();
     const bool isSorted = order.trackSortField(m_tab) != TrackSortField::Original;
     const ThemeColours& colours = m_context.theme.colours();
     auto* group = new QActionGroup(&menu);

@@ -37,7 +37,7 @@ Rows look(const LibraryStore& library, const QSet<TrackID>& ids)
 /// How strongly the rhythm speaks for each. They are not kept from one run to the next, unlike the estimate.
 void addAlternatives(QMenu& menu, const WindowContext& context, const TrackID& id, const Rows& row)
 {
-    const Tempo& tempo = context.library.tempo();
+    const Tempo& tempo = context.store.tempo();
     const QString shown = tempo.playlistBPMState(id).estimatedBPM.value_or(QString());
     const QList<TempoEstimate::Alternative> alternatives = tempo.alternatives(id);
     for (const TempoEstimate::Alternative& other : alternatives) {
@@ -59,7 +59,7 @@ void addAlternatives(QMenu& menu, const WindowContext& context, const TrackID& i
 void TempoMenu::fill(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
 {
     DashboardActions& actions = context.actions;
-    const Rows rows = look(context.library, ids);
+    const Rows rows = look(context.store, ids);
     menu.setToolTipsVisible(true);
     if (ids.size() == 1)
         addAlternatives(menu, context, *ids.cbegin(), rows);

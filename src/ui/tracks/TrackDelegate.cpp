@@ -175,7 +175,7 @@ void TrackDelegate::paintWaveform(QPainter& painter, const QRect& rect, const Tr
     const Theme& theme = m_context.theme;
     // Asked for the one row that has such a part: preferences are texts in a table.
     const QColor playedColour = played > 0
-                                    ? WaveformColours::of(m_context.library.preferences(), theme.appearance()).played
+                                    ? WaveformColours::of(m_context.store.preferences(), theme.appearance()).played
                                     : theme.colours().accent;
     const WaveformPicture::Look look{WaveformDrawer::Bars,
                                      place.size(),
@@ -238,7 +238,7 @@ QString TrackDelegate::tooltip(const QModelIndex& index, const QRect& cell) cons
         return titleFits && artistFits ? QString() : Texts::spoken(track);
     }
     if (column == TrackColumn::BPM) {
-        if (const QString told = TempoText::toolTip(m_context.library.tempo(), track.id()); !told.isEmpty())
+        if (const QString told = TempoText::toolTip(m_context.store.tempo(), track.id()); !told.isEmpty())
             return told;
     }
     const QString text = index.data(Qt::DisplayRole).toString();

@@ -42,9 +42,9 @@ TrackTable::TrackTable(const WindowContext& context, TrackListModel& model, QWid
     setMouseTracking(true);
     connect(&context.thumbnails, &ThumbnailCache::ready, viewport(), qOverload<>(&QWidget::update));
     connect(&context.theme, &Theme::changed, viewport(), qOverload<>(&QWidget::update));
-    connect(&context.library.notifications(), &Notifications::velmoraPlaybackDidChange, this,
+    connect(&context.store.notifications(), &Notifications::velmoraPlaybackDidChange, this,
             &TrackTable::playbackChanged);
-    connect(&context.library.tempo(), &Tempo::playlistBPMStatesChanged, this, &TrackTable::updateTempos);
+    connect(&context.store.tempo(), &Tempo::playlistBPMStatesChanged, this, &TrackTable::updateTempos);
     connectWaveforms();
 }
 

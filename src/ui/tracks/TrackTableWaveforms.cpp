@@ -18,8 +18,8 @@ void TrackTable::connectWaveforms()
         return;
     connect(&m_context.rowWaveforms, &RowWaveforms::changed, this, &TrackTable::updateWaveforms);
     connect(&m_context.rowWaveforms, &RowWaveforms::reset, viewport(), qOverload<>(&QWidget::update));
-    connect(&m_context.library.preferences(), &Preferences::changed, this, [this](const QString& key) {
-        if (WaveformColours::isKey(m_context.library.preferences(), key))
+    connect(&m_context.store.preferences(), &Preferences::changed, this, [this](const QString& key) {
+        if (WaveformColours::isKey(m_context.store.preferences(), key))
             viewport()->update();
     });
     connect(&m_context.player.progress(), &AudioPlaybackProgress::currentTimeChanged, this, &TrackTable::movePlayed);

@@ -44,7 +44,7 @@ Banner::Banner(const WindowContext& context, QWidget& area)
     connect(m_keep, &QAbstractButton::clicked, this, [this] { answer(true); });
     connect(m_drop, &QAbstractButton::clicked, this, [this] { answer(false); });
     connect(m_close, &QAbstractButton::clicked, this, &Banner::dismiss);
-    Workspace& workspace = context.library.workspace();
+    Workspace& workspace = context.store.workspace();
     connect(&workspace, &Workspace::noticeChanged, this, &Banner::refresh);
     connect(&workspace, &Workspace::askingWhatSavesKeepChanged, this, &Banner::refresh);
     connect(&workspace, &Workspace::lastErrorChanged, this, &Banner::refresh);
@@ -67,7 +67,7 @@ void Banner::retranslate()
 
 Banner::Subject Banner::subject() const
 {
-    const Workspace& workspace = m_context.library.workspace();
+    const Workspace& workspace = m_context.store.workspace();
     if (workspace.isAskingWhatSavesKeep())
         return Subject::Question;
     if (workspace.lastError())
@@ -98,7 +98,7 @@ void Banner::refresh()
 
 void Banner::fill()
 {
-    const Workspace& workspace = m_context.library.workspace();
+    const Workspace& workspace = m_context.store.workspace();
     switch (m_subject) {
     case Subject::None:
         break;

@@ -39,7 +39,7 @@ void fill(QMenu& menu, Session& session, const QList<Session::Checkpoint>& check
 
 void CheckpointMenu::open(QWidget& parent, const WindowContext& context, const QPoint& globalPosition)
 {
-    Session& session = context.library.session();
+    Session& session = context.store.session();
     session.listCheckpoints(
         [&session, window = QPointer<QWidget>(&parent), globalPosition](const QList<Session::Checkpoint>& checkpoints) {
             if (!window)

@@ -12,7 +12,7 @@ namespace SettingsMenu {
 
 void build(QMenu& menu, const WindowContext& context)
 {
-    Preferences& preferences = context.library.preferences();
+    Preferences& preferences = context.store.preferences();
     // The languages call themselves by their own names, whatever the interface speaks.
     MenuChoices::add<QString>(
         menu, Texts::localized(QStringLiteral("Язык")), preferences.appLanguage,

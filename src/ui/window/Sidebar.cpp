@@ -92,7 +92,7 @@ void Sidebar::countsChanged()
 void Sidebar::updateCounts()
 {
     for (LibraryTab tab : kAllLibraryTabs)
-        row(tab).setCount(SectionRows::count(m_context.library, tab));
+        row(tab).setCount(SectionRows::count(m_context.store, tab));
 }
 
 void Sidebar::retranslate()

@@ -55,16 +55,16 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&undo, &UndoManager::changed, this, &StatusStrip::refreshUndo);
     connect(m_restore, &QAbstractButton::clicked, this,
             [this] { CheckpointMenu::open(*window(), m_context, mapToGlobal(m_restore->pos())); });
-    connect(&context.library.session(), &Session::leftOutChanged, this, &StatusStrip::refreshRestore);
-    connect(&context.library.workspace(), &Workspace::workspaceStatusChanged, this, &StatusStrip::refreshMessage);
-    connect(&context.library.workspace(), &Workspace::activeTabChanged, this, &StatusStrip::progressMoved);
-    connect(&context.library.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.library.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.library.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.library.tempo(), &Tempo::progressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.library.keys(), &Keys::musicalKeyStatesChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.session(), &Session::leftOutChanged, this, &StatusStrip::refreshRestore);
+    connect(&context.store.workspace(), &Workspace::workspaceStatusChanged, this, &StatusStrip::refreshMessage);
+    connect(&context.store.workspace(), &Workspace::activeTabChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.tempo(), &Tempo::progressChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.keys(), &Keys::musicalKeyStatesChanged, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
-    connect(&context.library.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
+    connect(&context.store.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });
     m_pause.setSingleShot(true);
     m_pause.setInterval(kProgressPause);
@@ -84,7 +84,7 @@ void StatusStrip::retranslate()
 
 void StatusStrip::refreshMessage()
 {
-    const std::optional<WorkspaceStatus>& status = m_context.library.workspace().workspaceStatus();
+    const std::optional<WorkspaceStatus>& status = m_context.store.workspace().workspaceStatus();
     m_message = status ? status->message : QString();
     m_iconName = status ? Icons::nameForSymbol(status->icon) : QString();
     m_tone = status ? colourOf(status->tone) : &ThemeColours::text3;
@@ -111,17 +111,17 @@ void StatusStrip::refreshUndo()
 
 void StatusStrip::refreshRestore()
 {
-    m_restore->setVisible(m_context.library.session().leftOutCount() > 0);
+    m_restore->setVisible(m_context.store.session().leftOutCount() > 0);
     m_restore->setContent(Texts::localized(QStringLiteral("Вернуть из копии…")));
     m_restore->setToolTip(VelmoraLocalization::format(QStringLiteral("Файлов не найдено при запуске: %d"),
-                                                      {m_context.library.session().leftOutCount()}));
+                                                      {m_context.store.session().leftOutCount()}));
     place();
     update();
 }
 
 void StatusStrip::refreshOffer()
 {
-    const StrayTemporaries& strays = m_context.library.strayTemporaries();
+    const StrayTemporaries& strays = m_context.store.strayTemporaries();
     const auto count = static_cast<int>(strays.list().size());
     m_offer->setVisible(count > 0);
     m_offer->setEnabled(!strays.isMoving());
@@ -136,7 +136,7 @@ void StatusStrip::refreshOffer()
 /// Shows the first step, the end and a change of what is done at once, and what comes between from time to time.
 void StatusStrip::progressMoved()
 {
-    const std::optional<CurrentWork> work = CurrentWork::of(m_context.library);
+    const std::optional<CurrentWork> work = CurrentWork::of(m_context.store);
     const bool isOther = work.has_value() != m_work.has_value() || (work && work->stop != m_work->stop);
     if (isOther || !m_pause.isActive())
         refreshProgress();
@@ -146,7 +146,7 @@ void StatusStrip::progressMoved()
 
 void StatusStrip::refreshProgress()
 {
-    m_work = CurrentWork::of(m_context.library);
+    m_work = CurrentWork::of(m_context.store);
     m_stop->setVisible(m_work && m_work->stop);
     setAccessibleDescription(m_work ? m_work->text : QString());
     place();

@@ -23,7 +23,7 @@ constexpr int kLongMenu = 24; // rows that fit the smallest window
 /// How many of the rows are favourites.
 int favoriteCount(const WindowContext& context, const QSet<TrackID>& ids)
 {
-    const TrackList& tracks = context.library.workspace().tracks();
+    const TrackList& tracks = context.store.workspace().tracks();
     return static_cast<int>(std::count_if(ids.begin(), ids.end(), [&](const TrackID& id) {
         const Track* track = tracks.find(id);
         return track && track->isFavorite();
@@ -58,7 +58,7 @@ QStringList without(const QStringList& values, const QStringList& dropped)
 
 void addGenres(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
 {
-    const QuickLists& lists = context.library.quickLists();
+    const QuickLists& lists = context.store.quickLists();
     const Assign assign = &DashboardActions::assignGenre;
     const QStringList recent = without(lists.recentGenres(), {});
     const QStringList quick = without(lists.quickGenreSlots(), recent);
@@ -78,7 +78,7 @@ void addGenres(QMenu& menu, const WindowContext& context, const QSet<TrackID>& i
 
 void addTagging(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
 {
-    const QuickLists& lists = context.library.quickLists();
+    const QuickLists& lists = context.store.quickLists();
     QMenu* genres = menu.addMenu(Texts::localized(QStringLiteral("Присвоить жанр")));
     addGenres(*genres, context, ids);
     QMenu* comments = menu.addMenu(Texts::localized(QStringLiteral("Присвоить комментарий")));
@@ -108,8 +108,8 @@ void addFileEdits(QMenu& menu, const WindowContext& context, const QSet<TrackID>
     });
     QAction* restore = menu.addAction(Texts::localized(QStringLiteral("Вернуть исходные теги")),
                                       [&actions, ids] { actions.restoreOriginalTags(ids); });
-    restore->setEnabled(context.library.tagWriting().canRestoreOriginalTags(ids));
-    if (!context.library.workspace().artworkWritingIDs().intersects(ids))
+    restore->setEnabled(context.store.tagWriting().canRestoreOriginalTags(ids));
+    if (!context.store.workspace().artworkWritingIDs().intersects(ids))
         return;
     for (QAction* each : {cover, restore}) {
         each->setEnabled(false);
@@ -124,7 +124,7 @@ void addMembership(QMenu& menu, const WindowContext& context, LibraryTab tab, co
     if (favorites < ids.size()) {
         QSet<TrackID> joining;
         for (const TrackID& id : ids) {
-            const Track* track = context.library.workspace().tracks().find(id);
+            const Track* track = context.store.workspace().tracks().find(id);
             if (track && !track->isFavorite())
                 joining.insert(id);
         }
@@ -157,7 +157,7 @@ void addRemoval(QMenu& menu, const WindowContext& context, LibraryTab tab, const
 void addKeys(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
 {
     DashboardActions& actions = context.actions;
-    const Keys& keys = context.library.keys();
+    const Keys& keys = context.store.keys();
     QAction* analyze = menu.addAction(Texts::localized(QStringLiteral("Определить выбранные")),
                                       [&actions, ids] { actions.analyzeMusicalKey(ids); });
     analyze->setEnabled(!keys.analyzingMusicalKeyIDs().contains(ids));

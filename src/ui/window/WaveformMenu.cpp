@@ -53,14 +53,14 @@ QString colourTitle(const QString& preset)
 WaveformMenu::WaveformMenu(const WindowContext& context, QWidget* parent)
     : QMenu(parent)
     , m_context(context)
-    , m_presetBefore(context.library.preferences().waveformColorPreset.get())
+    , m_presetBefore(context.store.preferences().waveformColorPreset.get())
 {
     setTitle(Texts::localized(QStringLiteral("Волна")));
     addDrawers();
     addColours();
     addHeights();
     MenuChoices::add<QString>(*this, Texts::localized(QStringLiteral("Колесо мыши над волной")),
-                              context.library.preferences().waveformScrollAction,
+                              context.store.preferences().waveformScrollAction,
                               {{Texts::localized(QStringLiteral("Громкость")), QStringLiteral("volume")},
                                {Texts::localized(QStringLiteral("Перемотка")), QStringLiteral("seek")}});
     addSeparator();
@@ -72,8 +72,8 @@ void WaveformMenu::addDrawers()
     QList<MenuChoice<QString>> choices;
     for (const WaveformDrawer drawer : kAllWaveformDrawers)
         choices.append({drawerTitle(drawer), rawValue(drawer)});
-    MenuChoices::add(*this, Texts::localized(QStringLiteral("Вид волны")),
-                     m_context.library.preferences().waveformDrawer, choices);
+    MenuChoices::add(*this, Texts::localized(QStringLiteral("Вид волны")), m_context.store.preferences().waveformDrawer,
+                     choices);
 }
 
 void WaveformMenu::addColours()
@@ -82,14 +82,14 @@ void WaveformMenu::addColours()
     for (const QString& preset : WaveformColours::presets())
         choices.append({colourTitle(preset), preset});
     QMenu* menu = MenuChoices::add(*this, Texts::localized(QStringLiteral("Цвет волны")),
-                                   m_context.library.preferences().waveformColorPreset, choices);
+                                   m_context.store.preferences().waveformColorPreset, choices);
     connect(menu->actions().last(), &QAction::triggered, this, &WaveformMenu::chooseColour);
 }
 
 void WaveformMenu::addHeights()
 {
     MenuChoices::add<double>(*this, Texts::localized(QStringLiteral("Высота волны")),
-                             m_context.library.preferences().waveformHeight,
+                             m_context.store.preferences().waveformHeight,
                              {{Texts::localized(QStringLiteral("Низкая")), 28},
                               {Texts::localized(QStringLiteral("Средняя")), 42},
                               {Texts::localized(QStringLiteral("Высокая")), 60}});
@@ -123,7 +123,7 @@ QString WaveformMenu::cacheText(const std::optional<EnvelopeCacheSize>& size)
 /// The menu is gone when the colour is chosen.
 void WaveformMenu::chooseColour()
 {
-    Preferences& preferences = m_context.library.preferences();
+    Preferences& preferences = m_context.store.preferences();
     const QString before = m_presetBefore;
     auto* dialog = new QColorDialog(WaveformColours::custom(preferences), parentWidget()->window());
     dialog->setAttribute(Qt::WA_DeleteOnClose);

@@ -38,7 +38,7 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
     m_doubleTempo->setAutoRepeat(false);
     m_halveTempo->setAutoRepeat(false);
     m_tags = add({QKeySequence(Qt::CTRL | Qt::Key_I)}, [this] {
-        Preference<bool>& visible = m_context.library.preferences().inspectorVisible;
+        Preference<bool>& visible = m_context.store.preferences().inspectorVisible;
         if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
             visible.set(!visible.get());
     });
@@ -167,7 +167,7 @@ void WindowCommands::fillMenu(QMenu& menu) const
             menu.addAction(m_trash);
     }
     if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab())) {
-        m_tags->setChecked(m_context.library.preferences().inspectorVisible.get());
+        m_tags->setChecked(m_context.store.preferences().inspectorVisible.get());
         menu.addSeparator();
         menu.addAction(m_tags);
     }
