@@ -14,7 +14,7 @@ if(VELMORA_SANITIZE)
     target_link_options(velmora_options INTERFACE -fsanitize=${VELMORA_SANITIZE})
 endif()
 
-# Two precompiled headers: one without widgets for everything below ui, one with them.
+# Precompiled headers: one without widgets for everything below ui, one with them; the tests add theirs to both.
 function(velmora_precompiled name header)
     file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/${name}.cpp CONTENT "")
     add_library(${name} STATIC ${CMAKE_BINARY_DIR}/${name}.cpp)
