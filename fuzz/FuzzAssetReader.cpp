@@ -1,7 +1,7 @@
 #include "tags/AssetReader.h"
 #include "tags/MP3Header.h"
-#include "tags/MusicalKeyItem.h"
 #include "tags/bytes/ByteSource.h"
+#include "tags/fields/MusicalKeyItem.h"
 
 #include <cstdlib>
 

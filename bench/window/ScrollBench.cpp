@@ -5,10 +5,10 @@
 
 #include "DemoAudio.h"
 #include "SliceMeter.h"
-#include "WaveformScrubber/Envelope.h"
 #include "WaveformScrubber/cache/EnvelopeFile.h"
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
 #include "WaveformScrubber/cache/EnvelopeKey.h"
+#include "WaveformScrubber/shape/Envelope.h"
 #include "app/AppPaths.h"
 #include "app/VelmoraApp.h"
 #include "core/library/LibraryStore.h"

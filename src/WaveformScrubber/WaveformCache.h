@@ -1,8 +1,8 @@
 #pragma once
 
-#include "WaveformScrubber/Envelope.h"
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
 #include "WaveformScrubber/cache/EnvelopeKey.h"
+#include "WaveformScrubber/shape/Envelope.h"
 #include "async/Clock.h"
 #include "async/Lane.h"
 #include "async/TaskGroup.h"

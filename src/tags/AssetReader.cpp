@@ -1,6 +1,5 @@
 #include "tags/AssetReader.h"
 
-#include "tags/ItemCollector.h"
 #include "tags/bytes/ByteSource.h"
 #include "tags/containers/AacStream.h"
 #include "tags/containers/AiffFile.h"
@@ -8,6 +7,7 @@
 #include "tags/containers/Mp4File.h"
 #include "tags/containers/MpegStream.h"
 #include "tags/containers/WaveFile.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/formats/ApeTag.h"
 #include "tags/formats/Id3v1.h"
 #include "tags/formats/Id3v2.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tags/MetadataItem.h"
 #include "tags/containers/Sound.h"
+#include "tags/fields/MetadataItem.h"
 
 #include <QStringView>
 

@@ -3,8 +3,8 @@
 #include "platform/FileURL.h"
 #include "tags/AssetReader.h"
 #include "tags/MP3Header.h"
-#include "tags/MusicalKeyItem.h"
 #include "tags/bytes/FileBytes.h"
+#include "tags/fields/MusicalKeyItem.h"
 
 #include <cmath>
 
@@ -87,7 +87,7 @@ std::optional<LoadedTrackMetadata> loadIfReadable(const QUrl& url, const AudioTa
     LoadedTrackMetadata metadata = unreadMetadata(url, fallbackTags);
     metadata.artworkData = ArtworkData::intern(takeItems(asset.items, metadata.tags));
     metadata.duration = finiteSeconds(asset.sound);
-    const AudioTechnicalInfo::Details details = asset.sound ? asset.sound->details : AudioTechnicalInfo::Details();
+    const SoundDetails details = asset.sound ? asset.sound->details : SoundDetails();
     metadata.bitDepth = details.bitDepth;
     metadata.bitRate = details.bitRate != 0
                            ? details.bitRate

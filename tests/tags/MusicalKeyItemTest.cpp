@@ -1,4 +1,4 @@
-#include "tags/MusicalKeyItem.h"
+#include "tags/fields/MusicalKeyItem.h"
 
 #include "support/TagsOf.h"
 

@@ -1,9 +1,9 @@
 #include "DemoEnvelopes.h"
 
-#include "WaveformScrubber/Envelope.h"
 #include "WaveformScrubber/cache/EnvelopeFile.h"
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
 #include "WaveformScrubber/cache/EnvelopeKey.h"
+#include "WaveformScrubber/shape/Envelope.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "WaveformScrubber/cache/EnvelopeFile.h"
 
-#include "WaveformScrubber/Envelope.h"
+#include "WaveformScrubber/shape/Envelope.h"
 
 #include <QDateTime>
 #include <QDir>

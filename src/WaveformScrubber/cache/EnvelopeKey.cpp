@@ -1,6 +1,6 @@
 #include "WaveformScrubber/cache/EnvelopeKey.h"
 
-#include "WaveformScrubber/Envelope.h"
+#include "WaveformScrubber/shape/Envelope.h"
 #include "platform/FileURL.h"
 
 #include <QCryptographicHash>

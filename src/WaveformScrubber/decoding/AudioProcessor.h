@@ -1,7 +1,7 @@
 #pragma once
 
-#include "WaveformScrubber/Envelope.h"
 #include "WaveformScrubber/decoding/WaitClock.h"
+#include "WaveformScrubber/shape/Envelope.h"
 
 #include <QString>
 #include <QUrl>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "WaveformScrubber/Envelope.h"
 #include "WaveformScrubber/decoding/WaitClock.h"
+#include "WaveformScrubber/shape/Envelope.h"
 #include "platform/process/Descriptor.h"
 #include "platform/process/OwnedTemporaryFile.h"
 

@@ -1,9 +1,9 @@
 #include "tags/containers/AiffFile.h"
 
-#include "tags/ItemCollector.h"
 #include "tags/bytes/ByteReader.h"
+#include "tags/bytes/Chunks.h"
 #include "tags/bytes/FieldLimits.h"
-#include "tags/containers/Chunks.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/formats/Id3v2.h"
 #include "tags/text/TagText.h"
 

@@ -1,6 +1,6 @@
 #include "tags/containers/Mp4File.h"
 
-#include "tags/containers/Atoms.h"
+#include "tags/bytes/Atoms.h"
 #include "tags/containers/Mp4Sound.h"
 #include "tags/formats/Mp4Items.h"
 

@@ -1,7 +1,7 @@
 #include "tags/containers/Mp4Fragments.h"
 
+#include "tags/bytes/Atoms.h"
 #include "tags/bytes/ByteReader.h"
-#include "tags/containers/Atoms.h"
 
 #include <bit>
 

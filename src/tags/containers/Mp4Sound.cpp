@@ -1,7 +1,7 @@
 #include "tags/containers/Mp4Sound.h"
 
+#include "tags/bytes/Atoms.h"
 #include "tags/bytes/ByteReader.h"
-#include "tags/containers/Atoms.h"
 #include "tags/containers/Mp4Fragments.h"
 
 #include <algorithm>
@@ -128,9 +128,9 @@ int bitDepth(const QByteArray& codec, int statedBits, const ByteRange& children)
 }
 
 /// The first entry of "stsd". Source: ISO/IEC 14496-12, 8.5.2 and 12.2.3; Apple, QuickTime File Format.
-AudioTechnicalInfo::Details describe(const ByteRange& sampleTable)
+SoundDetails describe(const ByteRange& sampleTable)
 {
-    AudioTechnicalInfo::Details details;
+    SoundDetails details;
     const ByteRange descriptions = childAtom(sampleTable, "stsd").from(8);
     const std::optional<Atom> entry = AtomWalker(descriptions).next();
     if (!entry)

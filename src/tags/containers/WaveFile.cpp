@@ -1,7 +1,7 @@
 #include "tags/containers/WaveFile.h"
 
 #include "tags/bytes/ByteReader.h"
-#include "tags/containers/Chunks.h"
+#include "tags/bytes/Chunks.h"
 #include "tags/formats/Id3v2.h"
 #include "tags/formats/RiffInfo.h"
 

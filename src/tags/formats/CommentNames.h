@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tags/MetadataItem.h"
+#include "tags/fields/MetadataItem.h"
 
 #include <QString>
 

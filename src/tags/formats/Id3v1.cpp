@@ -1,6 +1,6 @@
 #include "tags/formats/Id3v1.h"
 
-#include "tags/ItemCollector.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/text/GenreNames.h"
 #include "tags/text/TagText.h"
 

@@ -1,7 +1,7 @@
 #include "tags/formats/Id3v2Fields.h"
 
-#include "tags/ItemCollector.h"
 #include "tags/bytes/ByteReader.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/text/GenreNames.h"
 #include "tags/text/TagText.h"
 

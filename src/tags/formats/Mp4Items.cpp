@@ -1,9 +1,9 @@
 #include "tags/formats/Mp4Items.h"
 
-#include "tags/ItemCollector.h"
+#include "tags/bytes/Atoms.h"
 #include "tags/bytes/ByteReader.h"
 #include "tags/bytes/FieldLimits.h"
-#include "tags/containers/Atoms.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/text/GenreNames.h"
 #include "tags/text/TagText.h"
 

@@ -1,8 +1,8 @@
 #include "tags/formats/RiffInfo.h"
 
-#include "tags/ItemCollector.h"
+#include "tags/bytes/Chunks.h"
 #include "tags/bytes/FieldLimits.h"
-#include "tags/containers/Chunks.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/text/TagText.h"
 
 namespace RiffInfo {

@@ -1,7 +1,7 @@
 #include "tags/formats/VorbisComment.h"
 
-#include "tags/ItemCollector.h"
 #include "tags/bytes/ByteReader.h"
+#include "tags/fields/ItemCollector.h"
 #include "tags/formats/CommentNames.h"
 
 namespace VorbisComment {

@@ -1,8 +1,8 @@
 #include "tags/keeping/TagEntry.h"
 
-#include "tags/ItemCollector.h"
-#include "tags/MusicalKeyItem.h"
 #include "tags/bytes/ByteReader.h"
+#include "tags/fields/ItemCollector.h"
+#include "tags/fields/MusicalKeyItem.h"
 #include "tags/formats/ApeTag.h"
 #include "tags/formats/Id3v2Fields.h"
 #include "tags/formats/Mp4Items.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WaveformScrubber/Envelope.h"
+#include "WaveformScrubber/shape/Envelope.h"
 #include "ui/waveform/WaveformColours.h"
 #include "ui/waveform/WaveformDrawer.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tags/MetadataItem.h"
+#include "tags/fields/MetadataItem.h"
 
 /// Finds the field that holds a track's musical key, by its names alone.
 namespace MusicalKeyItem {

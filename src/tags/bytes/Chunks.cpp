@@ -1,4 +1,4 @@
-#include "tags/containers/Chunks.h"
+#include "tags/bytes/Chunks.h"
 
 #include "tags/bytes/ByteReader.h"
 

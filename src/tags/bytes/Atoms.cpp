@@ -1,4 +1,4 @@
-#include "tags/containers/Atoms.h"
+#include "tags/bytes/Atoms.h"
 
 #include "tags/bytes/ByteReader.h"
 

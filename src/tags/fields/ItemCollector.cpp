@@ -1,4 +1,4 @@
-#include "tags/ItemCollector.h"
+#include "tags/fields/ItemCollector.h"
 
 #include "tags/text/TagText.h"
 #include "tags/text/Windows1251.h"
