@@ -1,5 +1,5 @@
-#include "core/library/session/JsonReader.h"
 #include "core/library/session/SessionCoding.h"
+#include "platform/json/JsonReader.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 #include "core/library/session/SessionCoding.h"
 
-#include "core/library/session/JsonReader.h"
-#include "core/library/session/StoredForms.h"
+#include "platform/json/JsonReader.h"
+#include "platform/json/StoredForms.h"
 #include "support/SessionSamples.h"
 
 #include <QJsonArray>

@@ -1,9 +1,9 @@
-#include "core/library/session/JsonMembers.h"
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/StoredAnalyses.h"
-#include "core/library/session/StoredForms.h"
-#include "core/library/session/Utf8.h"
 #include "platform/FileURL.h"
+#include "platform/json/JsonMembers.h"
+#include "platform/json/StoredForms.h"
+#include "platform/json/Utf8.h"
 
 #include <array>
 

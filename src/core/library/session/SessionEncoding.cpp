@@ -1,5 +1,5 @@
-#include "core/library/session/JsonWriter.h"
 #include "core/library/session/SessionCoding.h"
+#include "platform/json/JsonWriter.h"
 
 namespace SessionCoding {
 

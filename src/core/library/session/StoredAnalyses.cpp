@@ -1,6 +1,6 @@
 #include "core/library/session/StoredAnalyses.h"
 
-#include "core/library/session/JsonMembers.h"
+#include "platform/json/JsonMembers.h"
 
 namespace StoredAnalyses {
 

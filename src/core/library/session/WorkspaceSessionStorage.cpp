@@ -1,10 +1,10 @@
 #include "core/library/session/WorkspaceSessionStorage.h"
 
-#include "core/library/session/JsonReader.h"
-#include "core/library/session/StoredForms.h"
 #include "platform/files/AtomicFile.h"
 #include "platform/files/FileCalls.h"
 #include "platform/files/MakeFolders.h"
+#include "platform/json/JsonReader.h"
+#include "platform/json/StoredForms.h"
 
 #include <QCoreApplication>
 #include <QDir>

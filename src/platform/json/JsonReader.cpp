@@ -1,6 +1,6 @@
-#include "core/library/session/JsonReader.h"
+#include "platform/json/JsonReader.h"
 
-#include "core/library/session/Utf8.h"
+#include "platform/json/Utf8.h"
 
 #include <charconv>
 #include <cmath>

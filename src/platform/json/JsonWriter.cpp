@@ -1,6 +1,6 @@
-#include "core/library/session/JsonWriter.h"
+#include "platform/json/JsonWriter.h"
 
-#include "core/library/session/StoredForms.h"
+#include "platform/json/StoredForms.h"
 
 #include <charconv>
 #include <cmath>

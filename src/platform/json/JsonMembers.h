@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/library/session/JsonReader.h"
+#include "platform/json/JsonReader.h"
 
 /// Loops over the members and elements that a JsonReader stands before.
 namespace JsonMembers {

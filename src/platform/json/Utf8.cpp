@@ -1,4 +1,4 @@
-#include "core/library/session/Utf8.h"
+#include "platform/json/Utf8.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "core/library/session/StoredForms.h"
+#include "platform/json/StoredForms.h"
 
 #include <algorithm>
 #include <array>
