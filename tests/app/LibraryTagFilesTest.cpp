@@ -199,7 +199,7 @@ TEST(TerminationTest, FinishesTheFileInProgress)
             rows.append(Track::unread(FileURL::fromPath(QStringLiteral("/music/%1.mp3").arg(number))));
             rows.last().setIsFavorite(true);
             rows.last().setIsInCoverWorkspace(true);
-            rows.last().setIsRead(true);
+            rows.last().setTagSource(Track::TagSource::Read);
         }
         store->workspace().setTracks(rows);
         store->tagWriting().assignGenre(QStringLiteral("House"), {rows[0].id(), rows[1].id(), rows[2].id()}, nullptr);

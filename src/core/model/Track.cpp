@@ -23,7 +23,8 @@ struct Track::Data : QSharedData {
     bool isFavorite = false;
     bool isInPlaylist = false;
     bool isInCoverWorkspace = false;
-    bool isRead = false;
+    TagSource tagSource = TagSource::Guessed;
+    TagFields editedFields;
 };
 
 namespace {
@@ -118,6 +119,7 @@ Track Track::restored(const TrackID& id, const QUrl& url, const AudioTags& tags)
     track.d->urlHash = hashOf(url);
     track.d->metadataVersion = MetadataVersion();
     track.d->tags = tags;
+    track.d->tagSource = TagSource::Remembered;
     track.d->format = FileURL::extensionOf(FileURL::lastPathComponent(url)).toUpper();
     return track;
 }
@@ -190,9 +192,13 @@ bool Track::isInCoverWorkspace() const
 {
     return d->isInCoverWorkspace;
 }
-bool Track::isRead() const
+Track::TagSource Track::tagSource() const
 {
-    return d->isRead;
+    return d->tagSource;
+}
+TagFields Track::editedFields() const
+{
+    return d->editedFields;
 }
 
 Track Track::withID(const TrackID& id) const
@@ -226,15 +232,27 @@ void Track::setIsInCoverWorkspace(bool value)
 {
     d->isInCoverWorkspace = value;
 }
-void Track::setIsRead(bool value)
+void Track::setTagSource(TagSource source)
 {
-    d->isRead = value;
+    d->tagSource = source;
 }
 
 void Track::replaceTags(const AudioTags& tags)
 {
     d->tags = tags;
     d->metadataVersion.tags = freshID();
+}
+
+void Track::edit(const AudioTags& tags, TagFields fields)
+{
+    replaceTags(TagFieldSet::merged(std::as_const(d)->tags, tags, fields));
+    d->editedFields |= fields;
+}
+
+void Track::forgetEdits(TagFields fields)
+{
+    if (std::as_const(d)->editedFields & fields)
+        d->editedFields &= ~fields;
 }
 
 void Track::replaceArtwork(const ArtworkData& data, const QImage& decoded)
@@ -250,17 +268,19 @@ bool Track::apply(const LoadedTrackMetadata& metadata, const QUrl& sourceURL, co
     if (old.url != sourceURL)
         return false;
     const bool tagsFit = old.metadataVersion.tags == version.tags;
-    const bool becomesRead = tagsFit && !old.isRead;
-    const bool tagsMove = tagsFit && old.tags != metadata.tags;
+    const bool becomesRead = tagsFit && old.tagSource != TagSource::Read;
+    const AudioTags arriving = TagFieldSet::merged(metadata.tags, old.tags, old.editedFields);
+    const bool tagsMove = tagsFit && old.tags != arriving;
     const bool artworkMoves = old.metadataVersion.artwork == version.artwork && old.artwork.isNull() &&
                               !(old.artworkData == metadata.artworkData);
     const bool factsMove = old.duration != metadata.duration || old.bitRate != metadata.bitRate ||
                            old.bitDepth != metadata.bitDepth || old.format != metadata.format;
     if (!tagsMove && !artworkMoves && !factsMove && !becomesRead)
         return false;
-    d->isRead |= becomesRead;
+    if (becomesRead)
+        d->tagSource = TagSource::Read;
     if (tagsMove)
-        replaceTags(metadata.tags);
+        replaceTags(arriving);
     if (artworkMoves)
         replaceArtwork(metadata.artworkData, QImage());
     d->duration = metadata.duration;

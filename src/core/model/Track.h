@@ -3,6 +3,7 @@
 #include "core/model/ArtworkData.h"
 #include "core/model/AudioTags.h"
 #include "core/model/FreshID.h"
+#include "core/model/TagField.h"
 
 #include <QImage>
 #include <QSharedDataPointer>
@@ -25,6 +26,9 @@ public:
 
         bool operator==(const MetadataVersion&) const = default;
     };
+
+    /// Where the tags of a row come from: its file's name, an earlier run of the program, or the file itself.
+    enum class TagSource { Guessed, Remembered, Read };
 
     /// Which list a metadata load belongs to.
     enum class MetadataDestination { Library = 0, Analysis = 1, MusicalKey = 2, Duplicates = 3 };
@@ -59,14 +63,21 @@ public:
     bool isFavorite() const;
     bool isInPlaylist() const;
     bool isInCoverWorkspace() const;
-    /// Whether the tags come from the file, at least once: else they are guessed from its name, perhaps edited.
-    bool isRead() const;
+    /// Where the tags come from, but for the fields that were edited since.
+    TagSource tagSource() const;
+    bool isRead() const { return tagSource() == TagSource::Read; }
+    /// The fields that were edited and have not come to the file.
+    TagFields editedFields() const;
 
     /// The same values under another identity.
     Track withID(const TrackID& id) const;
     void setMetadataVersion(const MetadataVersion& version);
-    /// Replaces the tags and gives them a fresh stamp.
+    /// Replaces the tags and gives them a fresh stamp. What counts as edited stays.
     void replaceTags(const AudioTags& tags);
+    /// Takes the chosen fields of \p tags over as edits of the user, which are not in the file yet.
+    void edit(const AudioTags& tags, TagFields fields);
+    /// These fields are in the file now, or their edit was taken back before it came there. The stamp stays.
+    void forgetEdits(TagFields fields);
     /// Replaces the picture and gives it a fresh stamp. \param decoded may be null.
     void replaceArtwork(const ArtworkData& data, const QImage& decoded);
     void setDuration(double seconds);
@@ -74,11 +85,12 @@ public:
     void setIsFavorite(bool value);
     void setIsInPlaylist(bool value);
     void setIsInCoverWorkspace(bool value);
-    void setIsRead(bool value);
+    void setTagSource(TagSource source);
 
     /// Takes a finished read over by the rule for late results. Of a read of another file nothing is taken. Tags are
-    /// taken only if their stamp still is that of \p version, artwork only if its own stamp still is and no decoded
-    /// picture stands here; duration, bit rate, bit depth and format always. Stamps move on only where values differ.
+    /// taken only if their stamp still is that of \p version, without the fields that are edited; artwork only if its
+    /// own stamp still is and no decoded picture stands here; duration, bit rate, bit depth and format always. Stamps
+    /// move on only where values differ.
     /// \return whether anything of the track changed.
     bool apply(const LoadedTrackMetadata& metadata, const QUrl& sourceURL, const MetadataVersion& version);
 

@@ -37,7 +37,7 @@ protected:
         QList<Track> result;
         for (int number = 1; number <= count; ++number) {
             Track each = favorite(QStringLiteral("%1.mp3").arg(number));
-            each.setIsRead(true);
+            each.setTagSource(Track::TagSource::Read);
             result.append(each);
         }
         return result;

@@ -31,7 +31,7 @@ protected:
         AudioTags tags;
         tags.title = QStringLiteral("Older");
         row.replaceTags(tags);
-        row.setIsRead(true);
+        row.setTagSource(Track::TagSource::Read);
         return row;
     }
     void put(List list, const QList<Track>& rows) { workspace().setList(list, rows); }
@@ -94,7 +94,7 @@ TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
     session.replaceTags(tags);
     put(List::Library, {session});
     Track unread = row(1);
-    unread.setIsRead(false);
+    unread.setTagSource(Track::TagSource::Guessed);
     put(List::MusicalKey, {row(0), unread});
     write();
     EXPECT_EQ(keyIn(List::Library), QStringLiteral("10B"));

@@ -215,7 +215,7 @@ TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)
     undo.joinHistory({[&] { return removal().undoMoment(); }, [&] { return removal().undoActionName(); },
                       [&] { removal().undoLastRemoval(); }, [&] { return removal().isTakingBack(); }});
     Track edited = favorite(QStringLiteral("edited.mp3"));
-    edited.setIsRead(true);
+    edited.setTagSource(Track::TagSource::Read);
     fill({edited});
     store->tagWriting().assignGenre(QStringLiteral("House"), ids({edited}), &undo);
     settle();

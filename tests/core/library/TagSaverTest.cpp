@@ -18,7 +18,7 @@ protected:
     static Track read(const QString& name)
     {
         Track result = favorite(name);
-        result.setIsRead(true);
+        result.setTagSource(Track::TagSource::Read);
         return result;
     }
     /// Fills the list with tracks as if each had just been edited.

@@ -8,7 +8,7 @@ protected:
 
     static Track read(Track track)
     {
-        track.setIsRead(true);
+        track.setTagSource(Track::TagSource::Read);
         return track;
     }
     static Track withTag(Track track, QString AudioTags::*field, const QString& value)

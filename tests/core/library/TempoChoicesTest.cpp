@@ -133,7 +133,7 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
 {
     QList<Track> tracks = make(3);
     for (Track& track : tracks)
-        track.setIsRead(true);
+        track.setTagSource(Track::TagSource::Read);
     fill(tracks);
     TempoTables tables;
     tables.estimatedBPMByTrackID = {{tracks[0].id(), QStringLiteral("124")}, {tracks[1].id(), QStringLiteral("90.5")}};
@@ -203,7 +203,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
     for (const Row& test : cases) {
         SCOPED_TRACE(test.name);
         Track row = make(1).first();
-        row.setIsRead(true);
+        row.setTagSource(Track::TagSource::Read);
         fill({row});
         tempo().setTempo({row.id()}, 140);
         settle();
@@ -236,7 +236,7 @@ TEST_F(TempoChoicesTest, TakingAWriteBackBringsTheRecordOfTheFileBackButNotOverA
         SCOPED_TRACE(isChosenSince);
         const QString text = isChosenSince ? QStringLiteral("130") : QStringLiteral("140");
         Track row = make(1).first();
-        row.setIsRead(true);
+        row.setTagSource(Track::TagSource::Read);
         fill({row});
         tempo().setTempo({row.id()}, 140);
         tempo().writeTempo({row.id()}, &undo); // at once: nothing was kept for the file yet
@@ -285,7 +285,7 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
         QList<Track> tracks = make(3);
         tracks[1] = withTempo(tracks[1], QStringLiteral("80"));
         for (Track& track : tracks)
-            track.setIsRead(true);
+            track.setTagSource(Track::TagSource::Read);
         fill(tracks);
         estimates({{tracks[0].id(), QStringLiteral("124")},
                    {tracks[1].id(), QStringLiteral("126")},

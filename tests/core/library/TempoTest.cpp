@@ -171,8 +171,8 @@ TEST_F(TempoTest, RowsThatComeBackAreAnalysed)
 {
     QList<Track> tracks = make(3);
     for (Track& track : tracks)
-        track.setIsRead(true);
-    tracks[1].setIsRead(false);
+        track.setTagSource(Track::TagSource::Read);
+    tracks[1].setTagSource(Track::TagSource::Guessed);
     fill(tracks);
     tempo().detectBPM(ids(tracks));
     store->removal().removeTracksFromPlaylist(ids(tracks));
@@ -216,7 +216,7 @@ TEST_F(TempoTest, AnEditedTagIsBelieved)
     for (const Row& test : cases) {
         SCOPED_TRACE(test.name);
         Track row = withTempo(make(1).first(), QStringLiteral("99"));
-        row.setIsRead(true);
+        row.setTagSource(Track::TagSource::Read);
         fill({row});
         tempo().setTempo({row.id()}, 50); // what is shown may stand beside a tag
         test.edit(row, test.text);
@@ -245,7 +245,7 @@ TEST_F(TempoTest, RowsThatLoseTheirTempoTagAreAnalysed)
     for (const auto& [name, act] : cases) {
         SCOPED_TRACE(name);
         Track row = withTempo(make(1).first(), QStringLiteral("99"));
-        row.setIsRead(true);
+        row.setTagSource(Track::TagSource::Read);
         fill({row});
         act(row);
         settle();

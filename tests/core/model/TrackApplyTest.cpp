@@ -88,3 +88,22 @@ TEST(TrackApply, AFileWithoutAPictureLosesTheOldOne)
     EXPECT_TRUE(track.apply(metadata, track.url(), track.metadataVersion()));
     EXPECT_TRUE(track.artworkData().isNull());
 }
+
+// A file is read while an edit of its row waits to be written, or could not be.
+TEST(TrackApply, LeavesEditedFieldsToTheUser)
+{
+    Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3")));
+    AudioTags typed;
+    typed.genre = QStringLiteral("House");
+    track.edit(typed, TagField::Genre | TagFields(TagField::Year));
+    LoadedTrackMetadata metadata = finishedRead();
+    metadata.tags.genre = QStringLiteral("Old");
+    EXPECT_TRUE(track.apply(metadata, track.url(), track.metadataVersion()));
+    EXPECT_TRUE(track.isRead());
+    EXPECT_EQ(track.tags().title, QStringLiteral("read title"));
+    EXPECT_EQ(track.tags().genre, QStringLiteral("House"));
+    EXPECT_EQ(track.editedFields(), TagField::Genre | TagFields(TagField::Year));
+    track.forgetEdits(TagField::Genre);
+    EXPECT_TRUE(track.apply(metadata, track.url(), track.metadataVersion()));
+    EXPECT_EQ(track.tags().genre, QStringLiteral("Old"));
+}

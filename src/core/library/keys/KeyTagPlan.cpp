@@ -15,7 +15,7 @@ Track savedThrough(const Track& row, const TrackList& tracks, const QString& cod
     AudioTags tags = track.tags();
     tags.musicalKey = code;
     track.replaceTags(tags);
-    track.setIsRead(false);
+    track.setTagSource(Track::TagSource::Guessed);
     return track;
 }
 

@@ -8,13 +8,13 @@ void apply(Track& track, const SavedRow& saved)
 {
     if (saved.read && !track.isRead()) {
         track.apply(merged(*saved.read, track.tags(), saved.edited), saved.url, track.metadataVersion());
-        track.setIsRead(true);
+        track.setTagSource(Track::TagSource::Read);
     }
     if (saved.restored) {
         const Track::MetadataVersion now = track.metadataVersion();
         if (now.tags == saved.versionBefore.tags) {
             track.replaceTags(saved.restored->tags);
-            track.setIsRead(true);
+            track.setTagSource(Track::TagSource::Read);
         }
         if (now.artwork == saved.versionBefore.artwork)
             track.replaceArtwork(saved.restored->artworkData, QImage());
