@@ -1,0 +1,41 @@
+#include "MadeUpKind.h"
+
+#include "support/ManualClock.h"
+#include "support/ManualExecutor.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(MadeUpKind, JoinsTheRoadOfWorkInFewLines)
+{
+    ManualClock clock;
+    ManualExecutor executor;
+    Scheduler scheduler(clock);
+    WorkBoard board;
+    MadeUpKind kind({scheduler, board, executor});
+    kind.find({u"ab"_s, u"b"_s});
+    ASSERT_TRUE(board.first());
+    EXPECT_EQ(board.first()->progress(), (WorkProgress{0, 2}));
+    scheduler.setScrolling(true);
+    executor.runAll();
+    EXPECT_TRUE(kind.sums().isEmpty());
+    scheduler.setScrolling(false);
+    executor.runAll();
+    EXPECT_EQ(kind.sums(), (QHash<QString, int>{{u"ab"_s, 195}, {u"a"_s, 97}, {u"b"_s, 98}}));
+    EXPECT_EQ(board.first(), nullptr);
+    kind.find({u"x"_s, u"y"_s});
+    board.first()->stop();
+    executor.runAll();
+    EXPECT_EQ(kind.sums().size(), 3);
+
+    QFile file(QStringLiteral(VELMORA_SOURCE_DIR "/tests/work/MadeUpKind.h"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_LE(file.readAll().count('\n'), 120);
+}
+
+} // namespace
