@@ -66,7 +66,7 @@ void measureDiskHit(const QTemporaryDir& folder)
 {
     const QUrl url = QUrl::fromLocalFile(folder.filePath(QStringLiteral("a.mp3")));
     const auto entry = [&] {
-        return EnvelopeFolder::entryPath(folder.path(), envelopeKey(url, fileStamp(url).value()));
+        return EnvelopeFolder::entryPath(folder.path(), envelopeKey(url, FileStamp::of(url).value()));
     };
     if (!EnvelopeFile::write(entry(), std::vector<float>(kEnvelopeSampleCount, 0.5F)))
         qFatal("cannot write the entry");

@@ -72,7 +72,7 @@ Track richTrack(const QUrl& url, int number)
     if (!file.open(QIODevice::WriteOnly))
         qFatal("cannot make the files");
     file.close();
-    if (const auto stamp = fileStamp(url))
+    if (const auto stamp = FileStamp::of(url))
         EnvelopeFile::write(EnvelopeFolder::entryPath(AppPaths::waveformFolder(), envelopeKey(url, *stamp)),
                             envelope(number));
     Track track = Track::unread(url);

@@ -29,6 +29,11 @@ void sweepAtStart(const QString& folder, const std::stop_token& stop)
     OwnedTemporaryFile::removeStale(QDir::tempPath(), waveformOutputNaming(), kDecoderLimit);
 }
 
+bool isSame(const std::optional<FileStamp>& left, const std::optional<FileStamp>& right)
+{
+    return left && right && left->isSameFile(*right);
+}
+
 bool isReadable(const QUrl& url)
 {
     return url.isLocalFile() && ::access(QFile::encodeName(url.toLocalFile()).constData(), R_OK) == 0;
@@ -123,11 +128,11 @@ WaveformCache::Lookup WaveformCache::lookUp(const QString& folder, const QUrl& u
     lookup.isReadable = isReadable(url);
     if (!lookup.isReadable)
         return lookup;
-    lookup.stamp = fileStamp(url);
+    lookup.stamp = FileStamp::of(url);
     if (!lookup.stamp)
         return lookup;
     lookup.entryPath = EnvelopeFolder::entryPath(folder, envelopeKey(url, *lookup.stamp));
-    if (lookup.stamp == known)
+    if (isSame(lookup.stamp, known))
         return lookup;
     if (auto samples = EnvelopeFile::read(lookup.entryPath))
         lookup.envelope = std::make_shared<const std::vector<float>>(std::move(*samples));
@@ -146,7 +151,7 @@ async::Task<WaveformCache::Lookup> WaveformCache::findStored(QUrl url, std::stop
 std::optional<Envelope> WaveformCache::take(const QUrl& url, const Lookup& lookup)
 {
     // A file that is gone has nothing that its last shape could differ from.
-    if (const Entry* const entry = m_memory.object(url); entry && (!lookup.stamp || entry->stamp == lookup.stamp))
+    if (const Entry* const entry = m_memory.object(url); entry && (!lookup.stamp || isSame(entry->stamp, lookup.stamp)))
         return entry->envelope;
     if (!lookup.envelope)
         return std::nullopt;

@@ -67,7 +67,7 @@ void DemoEnvelopes::write(const QList<Track>& tracks, const QString& cacheFolder
         if (!file.open(QIODevice::WriteOnly))
             continue;
         file.close();
-        if (const auto stamp = fileStamp(track.url()))
+        if (const auto stamp = FileStamp::of(track.url()))
             EnvelopeFile::write(EnvelopeFolder::entryPath(cacheFolder, envelopeKey(track.url(), *stamp)),
                                 envelope(seed++));
     }

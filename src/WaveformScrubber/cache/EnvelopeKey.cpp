@@ -4,12 +4,9 @@
 #include "platform/FileURL.h"
 
 #include <QCryptographicHash>
-#include <QFile>
 
 #include <array>
 #include <charconv>
-
-#include <sys/stat.h>
 
 namespace {
 
@@ -27,19 +24,11 @@ QByteArray decimal(double value)
 
 } // namespace
 
-std::optional<FileStamp> fileStamp(const QUrl& url)
-{
-    struct stat status = {};
-    if (::stat(QFile::encodeName(FileURL::standardizedPath(url)).constData(), &status) != 0)
-        return std::nullopt;
-    return FileStamp{.byteCount = qint64(status.st_size),
-                     .modifiedAt = double(status.st_mtim.tv_sec) + double(status.st_mtim.tv_nsec) / 1e9};
-}
-
 QString envelopeKey(const QUrl& url, const FileStamp& stamp)
 {
+    const double modifiedAt = double(stamp.modifiedAt.tv_sec) + double(stamp.modifiedAt.tv_nsec) / 1e9;
     const QByteArray fields = FileURL::standardizedPath(url).toUtf8() + '|' + QByteArray::number(stamp.byteCount) +
-                              '|' + decimal(stamp.modifiedAt.value_or(-1.0)) + '|' +
-                              QByteArray::number(kEnvelopeSampleCount) + '|' + QByteArray::number(kFormatVersion);
+                              '|' + decimal(modifiedAt) + '|' + QByteArray::number(kEnvelopeSampleCount) + '|' +
+                              QByteArray::number(kFormatVersion);
     return QString::fromLatin1(QCryptographicHash::hash(fields, QCryptographicHash::Sha256).toHex());
 }

@@ -3,6 +3,7 @@
 #include "core/library/LibraryServices.h"
 #include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/MetadataLoads.h"
 #include "core/library/imports/StrayTemporaries.h"
@@ -28,6 +29,7 @@ struct LibraryConcerns {
 
     LibraryServices services;
     Workspace workspace;
+    FileEvents fileEvents;
     StatusLine status;
     QuickLists quickLists;
     TempoResults tempoResults;

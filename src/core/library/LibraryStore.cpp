@@ -15,6 +15,10 @@ Workspace& LibraryStore::workspace() const
 {
     return m_concerns->workspace;
 }
+FileEvents& LibraryStore::fileEvents() const
+{
+    return m_concerns->fileEvents;
+}
 Selection& LibraryStore::selection() const
 {
     return m_concerns->selection;

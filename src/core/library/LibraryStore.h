@@ -4,6 +4,7 @@
 
 class Artwork;
 class Favorites;
+class FileEvents;
 class Imports;
 class Keys;
 class Notifications;
@@ -35,6 +36,7 @@ public:
     LibraryStore& operator=(const LibraryStore&) = delete;
 
     Workspace& workspace() const;
+    FileEvents& fileEvents() const;
     Selection& selection() const;
     Favorites& favorites() const;
     Imports& imports() const;

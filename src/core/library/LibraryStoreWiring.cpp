@@ -105,6 +105,7 @@ TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
             services.preferences,
             services.executor,
             services.tagFiles,
+            fileEvents,
             services.readMetadata,
             [this](const TagFileError& error) { tagWriting.reportWriteError(error); }};
 }
@@ -135,6 +136,7 @@ Tempo::Dependencies LibraryConcerns::tempoDependencies()
             tempoResults,
             status,
             tagWriting,
+            fileEvents,
             services.notifications,
             services.clock,
             services.executor,

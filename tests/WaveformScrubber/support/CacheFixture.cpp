@@ -84,7 +84,7 @@ QUrl CacheFixture::put(const QString& name, int byteCount) const
 
 QString CacheFixture::entryPath(const QUrl& url) const
 {
-    return EnvelopeFolder::entryPath(folder(), envelopeKey(url, fileStamp(url).value()));
+    return EnvelopeFolder::entryPath(folder(), envelopeKey(url, FileStamp::of(url).value()));
 }
 
 Answer& CacheFixture::ask(const QUrl& url, LowImpact lowImpact)

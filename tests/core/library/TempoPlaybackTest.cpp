@@ -12,6 +12,7 @@ protected:
                  results,
                  store->status(),
                  store->tagWriting(),
+                 store->fileEvents(),
                  notifications,
                  clock,
                  executor,

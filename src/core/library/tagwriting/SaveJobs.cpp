@@ -61,14 +61,14 @@ Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted)
 Written write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork)
 {
     Written result;
-    result.rewrite.before = SizeAndDate::of(write.url);
+    result.rewrite.before = FileStamp::of(write.url);
     result.failure = failureOf(write.url, [&] {
         if (artwork)
             files.assignArtwork(*artwork, write);
         else
             files.write(write);
     });
-    result.rewrite.after = SizeAndDate::of(write.url);
+    result.rewrite.after = FileStamp::of(write.url);
     return result;
 }
 
@@ -78,9 +78,9 @@ Restored restore(TagFiles& files, const Reader& reader, const QUrl& url)
     result.isHeld = files.holdsOriginal(url);
     if (!result.isHeld)
         return result;
-    result.rewrite.before = SizeAndDate::of(url);
+    result.rewrite.before = FileStamp::of(url);
     result.failure = failureOf(url, [&] { files.restoreOriginal(url); });
-    result.rewrite.after = SizeAndDate::of(url);
+    result.rewrite.after = FileStamp::of(url);
     if (!result.failure)
         result.tags = read(reader, url, Track::fallbackTags(url));
     if (!result.failure && !result.tags)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/library/tagwriting/SizeAndDate.h"
 #include "core/library/tagwriting/TagFiles.h"
 #include "core/model/LoadedTrackMetadata.h"
+#include "platform/files/FileStamp.h"
 
 #include <functional>
 #include <optional>
@@ -27,8 +27,8 @@ Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted)
 
 /// A file before and after a change of its tags, as far as it could be looked at.
 struct Rewrite {
-    std::optional<SizeAndDate> before;
-    std::optional<SizeAndDate> after;
+    std::optional<FileStamp> before;
+    std::optional<FileStamp> after;
 };
 
 struct Written {

@@ -15,6 +15,7 @@
 #include <functional>
 #include <memory>
 
+class FileEvents;
 class Preferences;
 class Workspace;
 
@@ -30,6 +31,7 @@ public:
         Preferences& preferences;
         async::Executor& executor;
         TagFiles& files;
+        FileEvents& events;
         SaveJobs::Reader readMetadata;
         /// Takes a failure to the user.
         std::function<void(const TagFileError&)> report;
@@ -92,8 +94,6 @@ Q_SIGNALS:
     void restored(const QSet<TrackID>& ids);
     /// What a file held in fields that its row did not know, told before the first write. \param known the fields.
     void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
-    /// A file got other tags or another picture; nothing else of it changed from one stamp to the other.
-    void fileRewritten(const QUrl& url, const SizeAndDate& before, const SizeAndDate& after);
 
 private:
     struct Batch;

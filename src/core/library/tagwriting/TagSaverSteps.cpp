@@ -1,3 +1,4 @@
+#include "core/library/files/FileEvents.h"
 #include "core/library/tagwriting/FinishedJob.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/library/workspace/Workspace.h"
@@ -119,8 +120,7 @@ void TagSaver::tell(const Turn& turn, const SaveJobs::Look& look)
 
 void TagSaver::tellRewritten(const QUrl& url, const SaveJobs::Rewrite& rewrite)
 {
-    if (rewrite.before && rewrite.after)
-        emit fileRewritten(url, *rewrite.before, *rewrite.after);
+    m_dependencies.events.tell({FileChange::Kind::Rewritten, url, url, rewrite.before, rewrite.after});
 }
 
 /// What the preference says; asks the user once when a save would take something away for the first time.

@@ -1,6 +1,7 @@
 #include "core/library/tempo/Tempo.h"
 
 #include "async/MainQueue.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/order/Order.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
@@ -57,7 +58,7 @@ Tempo::Tempo(Dependencies dependencies)
 {
     connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, [this] { m_rowCount.reset(); });
     connect(&m_dependencies.tagWriting, &TagWriting::tempoEdited, this, &Tempo::tagsEdited);
-    connect(&m_dependencies.tagWriting.saver(), &TagSaver::fileRewritten, this, &Tempo::fileRewritten);
+    connect(&m_dependencies.events, &FileEvents::changed, this, &Tempo::fileChanged);
 }
 
 Tempo::~Tempo() = default;
@@ -215,15 +216,17 @@ void Tempo::succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResul
     }
 }
 
-/// The music in the file is the same: what was known of it holds on.
-void Tempo::fileRewritten(const QUrl& url, const SizeAndDate& before, const SizeAndDate& after)
+/// Where the music in the file is the same, what was known of it holds on.
+void Tempo::fileChanged(const FileChange& change)
 {
-    const QString path = FileURL::standardizedPath(url);
-    const CachedBPMEstimate* known = m_dependencies.results.ofFile(path);
-    if (!known || !before.isSameFile({known->byteCount, known->modificationDate}))
+    if (!change.isSoundSame || !change.before || !change.after)
         return;
-    const CachedBPMEstimate renewed{known->bpm, known->confidence, after.byteCount, after.modificationDate};
-    m_dependencies.results.setOfFile(path, renewed);
+    const CachedBPMEstimate* known = m_dependencies.results.ofFile(FileURL::standardizedPath(change.former));
+    if (!known || !change.before->isSameFile({known->byteCount, known->modificationDate}))
+        return;
+    const CachedBPMEstimate renewed{known->bpm, known->confidence, change.after->byteCount,
+                                    change.after->modificationDate};
+    m_dependencies.results.setOfFile(FileURL::standardizedPath(change.url), renewed);
     call(m_dependencies.scheduleWorkspaceSave);
 }
 

@@ -13,6 +13,8 @@
 
 #include <functional>
 
+struct FileChange;
+class FileEvents;
 class Notifications;
 class Order;
 class StatusLine;
@@ -42,6 +44,7 @@ public:
         TempoResults& results;
         StatusLine& status;
         TagWriting& tagWriting;
+        FileEvents& events;
         Notifications& notifications;
         async::Clock& clock;
         async::Executor& executor;
@@ -126,7 +129,7 @@ private:
     void enqueue(const TempoRequests::Slice& slice, const QSet<QString>& changedFiles);
     bool takeOverFileEstimate(const Track& track, const QSet<QString>& changedFiles);
     void finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
-    void fileRewritten(const QUrl& url, const SizeAndDate& before, const SizeAndDate& after);
+    void fileChanged(const FileChange& change);
     void succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result);
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
 

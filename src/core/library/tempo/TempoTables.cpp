@@ -1,8 +1,10 @@
 #include "core/library/tempo/TempoTables.h"
 
+#include "platform/files/FileStamp.h"
+
 std::optional<CachedBPMEstimate> CachedBPMEstimate::make(const QUrl& url, const QString& bpm, double confidence)
 {
-    const std::optional<SizeAndDate> stamp = SizeAndDate::of(url);
+    const std::optional<FileStamp> stamp = FileStamp::of(url);
     if (!stamp)
         return std::nullopt;
     return CachedBPMEstimate{bpm, confidence, stamp->byteCount, stamp->modificationDate};
@@ -10,6 +12,6 @@ std::optional<CachedBPMEstimate> CachedBPMEstimate::make(const QUrl& url, const 
 
 bool CachedBPMEstimate::matches(const QUrl& url) const
 {
-    const std::optional<SizeAndDate> stamp = SizeAndDate::of(url);
+    const std::optional<FileStamp> stamp = FileStamp::of(url);
     return stamp && stamp->isSameFile({byteCount, modificationDate});
 }

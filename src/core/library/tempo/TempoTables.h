@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/library/tagwriting/SizeAndDate.h"
 #include "core/model/Track.h"
 
 #include <QHash>

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/files/FileStamp.h"
+
+#include <QObject>
+#include <QUrl>
+
+#include <optional>
+
+/// What the program did to one file. A value.
+struct FileChange {
+    enum class Kind {
+        Rewritten, ///< a whole new file took the old one's place
+        Moved,     ///< renamed, or put elsewhere
+        Trashed,
+        CameBack, ///< from the Trash, to where it was
+    };
+
+    Kind kind = Kind::Rewritten;
+    /// Where the file is now; for one in the Trash where it was before, since what is known of it stays there.
+    QUrl url;
+    QUrl former; ///< where it was before a move; else the same as url
+    /// The file before and after, as far as it could be looked at.
+    std::optional<FileStamp> before;
+    std::optional<FileStamp> after;
+    bool isSoundSame = true; ///< what was found out about the sound holds on
+};
+
+/// Tells everybody who knows something about a file what the program itself did to it; told once the change is
+/// complete. Owned by the store, outlives the concerns. Thread: main.
+class FileEvents : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    void tell(const FileChange& change) { emit changed(change); }
+
+Q_SIGNALS:
+    void changed(const FileChange& change);
+};
