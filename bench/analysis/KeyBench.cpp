@@ -5,9 +5,9 @@
 #include "Bounds.h"
 #include "FFmpegRuns.h"
 #include "Measure.h"
-#include "analysis/decoding/FFmpegExecutable.h"
 #include "analysis/key/MusicalKeyAnalyzer.h"
 #include "async/ThreadNiceness.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -6,9 +6,9 @@
 #include "FFmpegRuns.h"
 #include "Measure.h"
 #include "analysis/decoding/AudioPCMDecoder.h"
-#include "analysis/decoding/FFmpegExecutable.h"
 #include "analysis/tempo/BPMAnalyzer.h"
 #include "async/ThreadNiceness.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

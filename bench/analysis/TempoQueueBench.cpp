@@ -4,7 +4,6 @@
 
 #include "FFmpegRuns.h"
 #include "Measure.h"
-#include "analysis/decoding/FFmpegExecutable.h"
 #include "app/LibraryAnalyzers.h"
 #include "async/MainQueue.h"
 #include "async/SystemClock.h"
@@ -17,6 +16,7 @@
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <QEventLoop>
 #include <QFile>

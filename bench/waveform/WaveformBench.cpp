@@ -9,8 +9,8 @@
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
 #include "WaveformScrubber/cache/EnvelopeKey.h"
 #include "WaveformScrubber/decoding/AudioProcessor.h"
-#include "WaveformScrubber/decoding/WaveformExecutable.h"
 #include "async/ThreadNiceness.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -29,7 +29,7 @@ Bounds bounds;
 
 QString ffmpeg()
 {
-    return WaveformExecutable::path().value_or(QString());
+    return FFmpegExecutable::url().value_or(QUrl()).toLocalFile();
 }
 
 QString makeFile(const QString& path, int seconds, const QStringList& options)

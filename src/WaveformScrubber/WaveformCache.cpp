@@ -3,7 +3,6 @@
 #include "WaveformScrubber/cache/EnvelopeFile.h"
 #include "WaveformScrubber/cache/WaveformCacheError.h"
 #include "WaveformScrubber/decoding/AudioProcessor.h"
-#include "WaveformScrubber/decoding/MonoSamples.h"
 #include "async/Cancelled.h"
 #include "async/Completion.h"
 
@@ -20,13 +19,11 @@ constexpr int kMemoryEntries = 250;
 constexpr async::Duration kRetryDelay = async::seconds(30);
 constexpr qsizetype kManyFailures = 256; // from here on those that are over are forgotten
 constexpr int kKeptDays = 180;
-/// Longer than any decoder may run; younger files may be in use by another program without locks.
-constexpr std::chrono::seconds kDecoderLimit{180};
 
 void sweepAtStart(const QString& folder, const std::stop_token& stop)
 {
     EnvelopeFolder::sweep(folder, QDateTime::currentDateTimeUtc().addDays(-kKeptDays), stop);
-    OwnedTemporaryFile::removeStale(QDir::tempPath(), waveformOutputNaming(), kDecoderLimit);
+    OwnedTemporaryFile::removeStale(QDir::tempPath(), AudioProcessor::outputNaming(), AudioProcessor::kLongestTimeout);
 }
 
 bool isSame(const std::optional<FileStamp>& left, const std::optional<FileStamp>& right)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "analysis/decoding/WorkerClock.h"
 #include "core/library/tempo/BPMAnalysisOutcome.h"
 #include "core/model/MusicalKey.h"
+#include "platform/process/WorkerClock.h"
 
 #include <QUrl>
 

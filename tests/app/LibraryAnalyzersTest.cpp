@@ -28,7 +28,7 @@ QUrl encoded(const QTemporaryDir& folder, const QString& name, const QString& so
 WorkerClock hurriedClock()
 {
     return {[time = std::make_shared<async::Duration>()] { return *time += async::seconds(20); },
-            [](async::Duration) {}};
+            [](async::Duration, int) {}};
 }
 
 } // namespace

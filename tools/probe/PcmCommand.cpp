@@ -2,8 +2,8 @@
 #include "Output.h"
 
 #include "analysis/decoding/AudioPCMDecoder.h"
-#include "analysis/decoding/FFmpegExecutable.h"
 #include "platform/FileURL.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <QDir>
 #include <QJsonObject>

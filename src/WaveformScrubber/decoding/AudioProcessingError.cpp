@@ -5,8 +5,6 @@ QLatin1StringView AudioProcessingError::caseName() const
     switch (m_case) {
     case Case::BufferCreationFailed:
         return QLatin1StringView("bufferCreationFailed");
-    case Case::ChannelDataMissing:
-        return QLatin1StringView("channelDataMissing");
     case Case::DecodingFailed:
         return QLatin1StringView("decodingFailed");
     case Case::TimedOut:

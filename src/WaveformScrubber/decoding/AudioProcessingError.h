@@ -4,14 +4,13 @@
 
 #include <exception>
 
-/// Why a file gives no envelope. Nobody shows it: where there is no envelope, nothing is drawn.
+/// Why a file gives no envelope. It is not shown: where there is no envelope, nothing is drawn.
 class AudioProcessingError : public std::exception {
 public:
     enum class Case {
         BufferCreationFailed, ///< no memory for a block of sound
-        ChannelDataMissing,   ///< the decoder gave not even one sample
-        DecodingFailed,       ///< the decoder ended with a status other than 0
-        TimedOut,             ///< the decoder was stopped at the limit
+        DecodingFailed,       ///< the sound broke off
+        TimedOut,             ///< `ffmpeg` was stopped at the limit
     };
 
     explicit AudioProcessingError(Case what)

@@ -1,13 +1,13 @@
 #include "WaveformScrubber/decoding/AudioProcessor.h"
 
 #include "WaveformScrubber/decoding/AudioProcessingError.h"
-#include "WaveformScrubber/decoding/MonoSamples.h"
-#include "WaveformScrubber/decoding/WaveformExecutable.h"
 #include "WaveformScrubber/shape/EnvelopeBuilder.h"
 #include "async/Cancelled.h"
 #include "platform/FileURL.h"
 #include "platform/audio/AudioFileReader.h"
 #include "platform/audio/FileImage.h"
+#include "platform/process/FFmpegExecutable.h"
+#include "platform/process/MonoSamples.h"
 
 #include <algorithm>
 #include <new>
@@ -19,6 +19,7 @@ namespace {
 /// Chosen: enough for the eye, and a tenth of the data of stereo at 44.1 kHz.
 constexpr int kSampleRate = 8000;
 constexpr qint64 kBlockFrames = 32768;
+constexpr std::chrono::seconds kUsualTimeout{90};
 constexpr async::Duration kLowImpactPause = async::seconds(0.001);
 
 std::vector<float> buffer(std::size_t count)
@@ -44,15 +45,15 @@ std::vector<float> envelopeOf(MonoSamples samples, int sampleCount, const std::s
 
 /// Nothing when the program fails in a way that leaves the file to the direct reader.
 std::optional<std::vector<float>> envelopeByProgram(const MonoDecoding& decoding, int sampleCount,
-                                                    const std::stop_token& stop, const WaitClock& clock)
+                                                    const std::stop_token& stop, const WorkerClock& clock)
 {
     try {
         return envelopeOf(decodeMonoSamples(decoding, stop, clock), sampleCount, stop);
     } catch (const async::Cancelled&) {
         throw;
-    } catch (const AudioProcessingError& error) {
-        if (error.which() == AudioProcessingError::Case::TimedOut)
-            throw;
+    } catch (const MonoDecodingError& error) {
+        if (error.which() == MonoDecodingError::Case::TimedOut)
+            throw AudioProcessingError(AudioProcessingError::Case::TimedOut);
     } catch (const std::exception&) { // not startable, no room for its output, ...
     }
     return std::nullopt;
@@ -60,9 +61,15 @@ std::optional<std::vector<float>> envelopeByProgram(const MonoDecoding& decoding
 
 } // namespace
 
+const OwnedTemporaryFile::Naming& outputNaming()
+{
+    static const OwnedTemporaryFile::Naming kNaming{QStringLiteral("velmora-waveform-"), QStringLiteral(".pcm")};
+    return kNaming;
+}
+
 Surroundings Surroundings::system()
 {
-    return {.findExecutable = &WaveformExecutable::path, .clock = WaitClock::system()};
+    return {.findExecutable = &FFmpegExecutable::url, .clock = WorkerClock::system()};
 }
 
 std::vector<float> extractEnvelope(const QUrl& from, int sampleCount, LowImpact lowImpact, const std::stop_token& stop,
@@ -70,9 +77,14 @@ std::vector<float> extractEnvelope(const QUrl& from, int sampleCount, LowImpact 
 {
     if (sampleCount < 1)
         return {};
-    if (const std::optional<QString> executable = surroundings.findExecutable()) {
-        const MonoDecoding decoding{
-            .from = from, .executable = *executable, .sampleRate = kSampleRate, .lowImpact = lowImpact};
+    if (const std::optional<QUrl> executable = surroundings.findExecutable()) {
+        const bool isLow = lowImpact == LowImpact::Yes;
+        const MonoDecoding decoding{.from = from,
+                                    .executable = *executable,
+                                    .sampleRate = kSampleRate,
+                                    .isLowImpact = isLow,
+                                    .timeout = isLow ? kLongestTimeout : kUsualTimeout,
+                                    .output = outputNaming()};
         if (auto envelope = envelopeByProgram(decoding, sampleCount, stop, surroundings.clock))
             return std::move(*envelope);
     }
@@ -80,7 +92,7 @@ std::vector<float> extractEnvelope(const QUrl& from, int sampleCount, LowImpact 
 }
 
 std::vector<float> extractEnvelopeDirectly(const QUrl& from, int sampleCount, LowImpact lowImpact,
-                                           const std::stop_token& stop, const WaitClock& clock)
+                                           const std::stop_token& stop, const WorkerClock& clock)
 {
     if (sampleCount < 1)
         return {};
@@ -97,7 +109,7 @@ std::vector<float> extractEnvelopeDirectly(const QUrl& from, int sampleCount, Lo
             break;
         builder.add(std::span(block).first(std::size_t(count) * channels));
         if (lowImpact == LowImpact::Yes)
-            clock.wait(kLowImpactPause, -1);
+            clock.sleep(kLowImpactPause);
     }
     if (reader->hasFailed()) // the shape of half a file must not be kept as that of the whole
         throw AudioProcessingError(AudioProcessingError::Case::DecodingFailed);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "analysis/decoding/WorkerClock.h"
 #include "analysis/key/AnalysisRanges.h"
 #include "analysis/key/PitchMap.h"
 #include "analysis/spectrum/FourierTransform.h"
+#include "platform/process/WorkerClock.h"
 
 #include <optional>
 #include <span>

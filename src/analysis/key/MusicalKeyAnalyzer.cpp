@@ -4,11 +4,11 @@
 #include "analysis/key/MusicalKeyAnalyzer.h"
 
 #include "analysis/decoding/AudioPCMDecoder.h"
-#include "analysis/decoding/FFmpegExecutable.h"
 #include "analysis/key/AnalysisRanges.h"
 #include "analysis/key/KeyScores.h"
 #include "analysis/key/Tuning.h"
 #include "async/Cancelled.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <stdexcept>
 

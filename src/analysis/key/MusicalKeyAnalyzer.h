@@ -1,9 +1,9 @@
 #pragma once
 
-#include "analysis/decoding/WorkerClock.h"
 #include "analysis/key/MusicalKeyError.h"
 #include "analysis/key/MusicalKeyFeatureVector.h"
 #include "core/model/MusicalKey.h"
+#include "platform/process/WorkerClock.h"
 
 #include <QUrl>
 

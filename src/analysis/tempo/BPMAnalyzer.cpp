@@ -1,11 +1,11 @@
 #include "analysis/tempo/BPMAnalyzer.h"
 
 #include "analysis/decoding/AudioPCMDecoder.h"
-#include "analysis/decoding/FFmpegExecutable.h"
 #include "analysis/tempo/AnalysisSections.h"
 #include "analysis/tempo/FoldedTempo.h"
 #include "analysis/tempo/PeriodConsensus.h"
 #include "analysis/tempo/TempoDecision.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "analysis/decoding/WorkerClock.h"
 #include "analysis/tempo/BPMError.h"
 #include "core/model/TempoEstimate.h"
+#include "platform/process/WorkerClock.h"
 
 #include <QUrl>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/decoding/WorkerClock.h"
+#include "platform/process/WorkerClock.h"
 
 namespace BPMAnalyzer {
 

@@ -159,7 +159,7 @@ TEST(KeyFeatures, GiveWayOnEveryTwelfthFrame)
 {
     std::vector<async::Duration> sleeps;
     const WorkerClock clock{.now = [] { return async::Duration(0); },
-                            .sleep = [&](async::Duration duration) { sleeps.push_back(duration); }};
+                            .wait = [&](async::Duration duration, int) { sleeps.push_back(duration); }};
     const auto samples = [](std::size_t frames) { return Samples(8192 + 4096 * (frames - 1), 0.1F); };
     const struct {
         std::size_t frames;
@@ -185,8 +185,8 @@ TEST(KeyFeatures, StopWithinTwelveFrames)
         std::stop_source source;
         int sleeps = 0;
         const WorkerClock clock{.now = [] { return async::Duration(0); },
-                                .sleep =
-                                    [&](async::Duration) {
+                                .wait =
+                                    [&](async::Duration, int) {
                                         if (++sleeps == stopAt)
                                             source.request_stop();
                                     }};

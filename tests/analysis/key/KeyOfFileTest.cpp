@@ -1,4 +1,6 @@
 #include "analysis/key/MusicalKeyAnalyzer.h"
+
+#include "analysis/decoding/DecoderError.h"
 #include "async/Cancelled.h"
 #include "platform/Localization.h"
 #include "support/DecoderFixture.h"

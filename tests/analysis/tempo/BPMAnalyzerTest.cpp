@@ -1,5 +1,6 @@
 #include "analysis/tempo/BPMAnalyzer.h"
 
+#include "analysis/decoding/DecoderError.h"
 #include "analysis/tempo/AnalysisSections.h"
 #include "platform/Localization.h"
 #include "support/DecoderFixture.h"

@@ -54,8 +54,8 @@ WorkerClock CountedClock::clock()
                         onLook();
                     return now += step;
                 },
-            .sleep =
-                [this](async::Duration duration) {
+            .wait =
+                [this](async::Duration duration, int) {
                     sleeps.push_back(duration);
                     now += duration;
                 }};

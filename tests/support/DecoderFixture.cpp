@@ -1,10 +1,25 @@
 #include "support/DecoderFixture.h"
 
-#include "analysis/decoding/FFmpegExecutable.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
+
+const QString DecoderFixture::kHanging = QStringLiteral(": > ready; printf 12345678 > \"$out\"; exec sleep 60");
+const QString DecoderFixture::kStubborn = QStringLiteral("trap '' TERM; : > ready; while :; do sleep 0.02; done");
+
+WorkerClock FastTime::clock()
+{
+    return {.now = [this] { return now; },
+            .wait =
+                [this](async::Duration duration, int) {
+                    now += duration;
+                    waits.push_back(duration);
+                    std::this_thread::yield();
+                }};
+}
 
 void DecoderFixture::SetUp()
 {
@@ -53,6 +68,11 @@ QUrl DecoderFixture::encoded(const QString& name, const QStringList& arguments) 
     return QUrl::fromLocalFile(output);
 }
 
+QUrl DecoderFixture::encoded(const QString& name, const char* arguments) const
+{
+    return encoded(name, QString::fromLatin1(arguments).split(u' '));
+}
+
 QUrl DecoderFixture::realDecoder()
 {
     const std::optional<QUrl> url = FFmpegExecutable::url();
@@ -60,18 +80,22 @@ QUrl DecoderFixture::realDecoder()
     return url.value_or(QUrl());
 }
 
-std::vector<float> DecoderFixture::decode(const QUrl& file, const QUrl& decoder, const Options& options)
+std::string DecoderFixture::told(const char* prefix) const
 {
-    return AudioPCMDecoder::monoSamples(file, options.sampleRate, options.maximumDuration, options.lowImpact, decoder,
-                                        options.timeout, options.stop, options.clock);
+    const QByteArray all = contents(QStringLiteral("told"));
+    const qsizetype outputAt = all.lastIndexOf('\n', -2) + 1;
+    const QFileInfo output(QString::fromUtf8(all.sliced(outputAt).trimmed()));
+    EXPECT_EQ(output.path(), path(QStringLiteral("temporary")));
+    EXPECT_TRUE(output.fileName().startsWith(QLatin1StringView(prefix))) << qPrintable(output.fileName());
+    EXPECT_EQ(output.suffix(), QStringLiteral("pcm"));
+    return all.first(outputAt).toStdString();
 }
 
-QString DecoderFixture::errorOf(const QUrl& file, const QUrl& decoder, const Options& options)
+std::jthread DecoderFixture::stopWhenReady(std::stop_source& source) const
 {
-    try {
-        decode(file, decoder, options);
-        return QStringLiteral("samples");
-    } catch (const AudioPCMDecoder::DecoderError& error) {
-        return error.caseName();
-    }
+    return std::jthread([&source, ready = path(QStringLiteral("ready"))](std::stop_token end) {
+        while (!QFile::exists(ready) && !end.stop_requested())
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        source.request_stop();
+    });
 }

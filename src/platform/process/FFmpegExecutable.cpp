@@ -1,4 +1,4 @@
-#include "analysis/decoding/FFmpegExecutable.h"
+#include "platform/process/FFmpegExecutable.h"
 
 #include "platform/FileURL.h"
 

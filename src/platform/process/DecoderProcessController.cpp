@@ -1,4 +1,4 @@
-#include "WaveformScrubber/decoding/WaveformProcessController.h"
+#include "platform/process/DecoderProcessController.h"
 
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -21,25 +21,35 @@ Descriptor endOf([[maybe_unused]] qint64 processID)
 
 } // namespace
 
-WaveformProcessController::WaveformProcessController(const ChildProcess::Launch& launch, WaitClock clock)
+DecoderProcessController::DecoderProcessController(const ChildProcess::Launch& launch, WorkerClock clock)
     : m_process(launch)
     , m_end(endOf(m_process.processID()))
     , m_clock(std::move(clock))
 {
 }
 
-bool WaveformProcessController::isRunning()
+bool DecoderProcessController::isRunning()
 {
     const std::lock_guard guard(m_lock);
     return m_process.isRunning();
 }
 
-void WaveformProcessController::wait(async::Duration duration)
+DecoderProcessController::End DecoderProcessController::waitForEnd(const Patience& patience,
+                                                                   const std::stop_token& stopToken)
 {
-    m_clock.wait(duration, m_end.get());
+    const async::Duration deadline = m_clock.now() + patience.timeout;
+    while (isRunning()) {
+        const bool isStopped = stopToken.stop_requested();
+        if (isStopped || m_clock.now() >= deadline) {
+            stop();
+            return isStopped ? End::Stopped : End::TimedOut;
+        }
+        m_clock.wait(patience.interval, m_end.get());
+    }
+    return stopToken.stop_requested() ? End::Stopped : End::Ended;
 }
 
-void WaveformProcessController::stop()
+void DecoderProcessController::stop()
 {
     {
         const std::lock_guard guard(m_lock);
@@ -56,19 +66,19 @@ void WaveformProcessController::stop()
     hasEndedWithin(kKillWait); // the caller gives up on it either way
 }
 
-std::optional<int> WaveformProcessController::exitStatus()
+std::optional<int> DecoderProcessController::exitStatus()
 {
     const std::lock_guard guard(m_lock);
     return m_process.exitStatus();
 }
 
-bool WaveformProcessController::hasEndedWithin(async::Duration limit)
+bool DecoderProcessController::hasEndedWithin(async::Duration limit)
 {
     const async::Duration deadline = m_clock.now() + limit;
     while (isRunning()) {
         if (m_clock.now() >= deadline)
             return false;
-        wait(kPollInterval);
+        m_clock.wait(kPollInterval, m_end.get());
     }
     return true;
 }

@@ -1,8 +1,10 @@
-#include "WaveformScrubber/decoding/WaitClock.h"
+#include "platform/process/WorkerClock.h"
+
+#include <chrono>
 
 #include <poll.h>
 
-WaitClock WaitClock::system()
+WorkerClock WorkerClock::system()
 {
     return {.now = [] { return async::Duration(std::chrono::steady_clock::now().time_since_epoch()); },
             .wait =
