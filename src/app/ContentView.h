@@ -2,7 +2,7 @@
 
 #include "core/library/imports/Imports.h"
 #include "core/library/undo/UndoManager.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 
 #include <QObject>
 

@@ -31,9 +31,9 @@
 #include "playback/AudioPlayer.h"
 #include "tags/AudioMetadataLoader.h"
 #include "tags/keeping/TagInventoryReader.h"
-#include "ui/MainWindow.h"
 #include "ui/dialogs/OpenPanel.h"
 #include "ui/waveform/RowWaveforms.h"
+#include "ui/window/MainWindow.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>

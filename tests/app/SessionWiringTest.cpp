@@ -10,10 +10,10 @@
 #include "platform/Preferences.h"
 #include "support/FakeAudio.h"
 #include "support/ManualClock.h"
-#include "ui/MainWindow.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/sections/SectionView.h"
 #include "ui/tracks/TrackListModel.h"
-#include "ui/window/ThemeButton.h"
+#include "ui/window/MainWindow.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -12,11 +12,11 @@
 #include "platform/Preferences.h"
 #include "support/FakeAudio.h"
 #include "support/ManualClock.h"
-#include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
 #include "ui/theme/Theme.h"
 #include "ui/tracks/TrackDelegate.h"
 #include "ui/tracks/TrackListModel.h"
+#include "ui/window/MainWindow.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
 

@@ -1,11 +1,11 @@
 #include "support/Pictures.h"
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/covers/CoverAssignment.h"
 #include "ui/covers/CoverChoiceCard.h"
 #include "ui/covers/CoverGrid.h"
 #include "ui/sections/SectionHeader.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QClipboard>
 #include <QDropEvent>
@@ -29,7 +29,7 @@ protected:
     ~CoverAssignmentTest() override { QGuiApplication::clipboard()->clear(); }
 
     SectionView& section() { return window->section(LibraryTab::Covers); }
-    CoverAssignment& covers() { return *section().coverAssignment(); }
+    CoverAssignment& covers() { return static_cast<CoverAssignment&>(*section().parts()); }
     CoverChoiceCard& card() { return covers().card(); }
     ThemeButton& main() { return section().header().mainButton(); }
     ThemeButton& cardButton(const QString& start)

@@ -1,8 +1,8 @@
 #include "support/WindowFixture.h"
 
+#include "ui/drops/DropOutline.h"
+#include "ui/drops/DropTarget.h"
 #include "ui/sections/EmptyState.h"
-#include "ui/window/DropOutline.h"
-#include "ui/window/DropTarget.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
 

@@ -1,6 +1,6 @@
 #include "support/WindowFixture.h"
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/player/OutputMenu.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"

@@ -1,9 +1,9 @@
 #include "support/WindowFixture.h"
 
 #include "core/library/removal/Removal.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/window/Banner.h"
 #include "ui/window/StatusStrip.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QTest>
 

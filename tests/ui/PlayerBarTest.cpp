@@ -1,6 +1,7 @@
 #include "support/PaintMeter.h"
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/NowPlaying.h"
 #include "ui/player/PlayerBar.h"
@@ -8,7 +9,6 @@
 #include "ui/player/VolumeControl.h"
 #include "ui/player/VolumeSlider.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QAccessible>
 #include <QSignalSpy>

@@ -1,10 +1,10 @@
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeSlider.h"
 #include "ui/tempo/TapButton.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,10 +1,10 @@
 #include "support/WindowFixture.h"
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/window/StatusStrip.h"
-#include "ui/window/ThemeButton.h"
 #include "ui/window/TrackMenu.h"
 
 #include <QAction>

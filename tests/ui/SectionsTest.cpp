@@ -1,9 +1,9 @@
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
 #include "ui/sections/EmptyState.h"
 #include "ui/sections/SectionHeader.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -1,8 +1,8 @@
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SortControls.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QHeaderView>
 #include <QMenu>

@@ -1,10 +1,10 @@
 #include "support/WindowFixture.h"
 
 #include "core/library/tempo/Tempo.h"
+#include "ui/cells/TempoText.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/tempo/TapButton.h"
 #include "ui/tempo/TempoMenu.h"
-#include "ui/tempo/TempoText.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/tracks/TrackListModel.h"

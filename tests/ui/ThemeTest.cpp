@@ -1,6 +1,6 @@
 #include "support/WindowFixture.h"
 
-#include "ui/keys/KeyTexts.h"
+#include "ui/cells/KeyTexts.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"

@@ -1,5 +1,7 @@
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
 #include "ui/player/NowPlaying.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/theme/Theme.h"
@@ -7,8 +9,6 @@
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
 #include "ui/window/StatusStrip.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QAction>
 #include <QTest>

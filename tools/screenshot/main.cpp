@@ -20,7 +20,7 @@
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
 #include "playback/AudioPlayer.h"
-#include "ui/MainWindow.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/covers/CoverAssignment.h"
 #include "ui/inspector/Inspector.h"
 #include "ui/inspector/InspectorField.h"
@@ -29,8 +29,8 @@
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionView.h"
+#include "ui/window/MainWindow.h"
 #include "ui/window/Sidebar.h"
-#include "ui/window/ThemeButton.h"
 #include "ui/window/WaveformMenu.h"
 
 #include <QAbstractItemView>
@@ -255,7 +255,7 @@ void hoverRow(MainWindow& window, int row)
 
 void chooseCover(MainWindow& window, const QString& path)
 {
-    CoverAssignment* covers = window.activeSection().coverAssignment();
+    auto* covers = qobject_cast<CoverAssignment*>(window.activeSection().parts());
     if (!covers || path.isEmpty())
         return;
     QMimeData picture;

@@ -1,24 +1,10 @@
 #include "core/model/LibraryTab.h"
 
+#include "core/model/LibrarySection.h"
+
 QString rawValue(LibraryTab tab)
 {
-    switch (tab) {
-    case LibraryTab::Playlist:
-        return QStringLiteral("Плейлист");
-    case LibraryTab::Favorites:
-        return QStringLiteral("Избранное");
-    case LibraryTab::Covers:
-        return QStringLiteral("Обложки");
-    case LibraryTab::Converter:
-        return QStringLiteral("Конвертер");
-    case LibraryTab::Analysis:
-        return QStringLiteral("Анализ");
-    case LibraryTab::MusicalKey:
-        return QStringLiteral("Тональность");
-    case LibraryTab::Duplicates:
-        return QStringLiteral("Дубликаты");
-    }
-    Q_UNREACHABLE();
+    return LibrarySection::of(tab).rawValue;
 }
 
 std::optional<LibraryTab> libraryTabFromRawValue(const QString& raw)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/covers/PictureSource.h"
+#include "ui/drops/PictureSource.h"
 
 #include <QSize>
 #include <QString>

@@ -3,12 +3,13 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/status/StatusLine.h"
 #include "platform/Notifications.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/covers/CoverChoiceCard.h"
+#include "ui/covers/CoverGrid.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionView.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QAbstractItemView>
 #include <QClipboard>
@@ -30,7 +31,7 @@ qsizetype selectedCount(const QAbstractItemView& list)
 } // namespace
 
 CoverAssignment::CoverAssignment(const WindowContext& context, SectionView& section)
-    : QObject(&section)
+    : SectionParts(&section)
     , m_context(context)
     , m_section(section)
     , m_choice(context.executor)
@@ -58,6 +59,30 @@ CoverAssignment::CoverAssignment(const WindowContext& context, SectionView& sect
     connect(&notifications, &Notifications::velmoraChooseCoverArtwork, this, &CoverAssignment::choose);
     connect(&notifications, &Notifications::velmoraApplyCoverArtwork, this, &CoverAssignment::apply);
     retranslate();
+}
+
+QWidget* CoverAssignment::banner() const
+{
+    return m_card;
+}
+
+QAbstractItemView* CoverAssignment::makeGrid(const WindowContext& context, SectionView& page)
+{
+    auto* grid = new CoverGrid(context, page.model(), &page);
+    connect(grid, &CoverGrid::contextMenuWanted, &page, &SectionView::contextMenuWanted);
+    connect(grid, &CoverGrid::playWanted, &page, &SectionView::play);
+    return grid;
+}
+
+QString CoverAssignment::facts(LibraryStore&, const QList<Track>& rows)
+{
+    if (rows.isEmpty())
+        return {};
+    const qint64 missing =
+        std::count_if(rows.begin(), rows.end(), [](const Track& t) { return t.artworkData().isNull(); });
+    return Texts::facts(
+        {Texts::trackCount(rows.size()),
+         missing > 0 ? VelmoraLocalization::format(QStringLiteral("без обложки %d"), {missing}) : QString()});
 }
 
 void CoverAssignment::choose()

@@ -1,16 +1,21 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/covers/CoverChoice.h"
+#include "ui/sections/SectionParts.h"
+
+#include "core/model/Track.h"
 
 class CoverChoiceCard;
+class LibraryStore;
+class QAbstractItemView;
 class QMimeData;
 class SectionView;
 class ThemeButton;
 
 /// Choosing a picture in Covers and assigning it to the selected tracks: the header's two actions, the card, what is
 /// dropped or pasted, and the program's events for both. Owned by the section. Thread: main.
-class CoverAssignment : public QObject {
+class CoverAssignment : public SectionParts {
     Q_OBJECT
 
 public:
@@ -22,13 +27,19 @@ public:
 
     /// Opens the dialog for a picture.
     void choose();
-    /// Takes the picture of a drop.
-    void take(const QMimeData& data);
-    /// Takes the picture of the clipboard; says so where there is none.
-    void paste();
+    void take(const QMimeData& data) override;
+    /// Says so where there is no picture.
+    void paste() override;
     /// Assigns the chosen picture to the selected tracks; says what is missing.
     void apply();
-    void retranslate();
+    void retranslate() override;
+    QWidget* banner() const override;
+    bool takesPictures() const override { return true; }
+
+    /// The grid that stands in the section's page instead of a table.
+    static QAbstractItemView* makeGrid(const WindowContext& context, SectionView& page);
+    /// Tracks, and how many of them have no picture.
+    static QString facts(LibraryStore& library, const QList<Track>& rows);
 
 private:
     void refresh();

@@ -1,9 +1,9 @@
 #include "ui/covers/CoverChoiceCard.h"
 
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Paint.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

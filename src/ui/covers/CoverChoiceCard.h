@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/Panel.h"
 #include "ui/covers/ChosenPicture.h"
-#include "ui/window/Panel.h"
 
 #include <QPixmap>
 

@@ -1,5 +1,6 @@
 #include "ui/dialogs/OpenPanel.h"
 
+#include "core/model/LibrarySection.h"
 #include "core/model/SupportedAudio.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -92,7 +93,7 @@ private:
 QString audioFilter(LibraryTab tab)
 {
     QStringList extensions = SupportedAudio::extensions();
-    if (tab == LibraryTab::Converter)
+    if (LibrarySection::of(tab).takesOgg)
         extensions.append(QStringLiteral("ogg"));
     QStringList patterns;
     for (const QString& extension : std::as_const(extensions)) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
-#include "ui/covers/PictureSource.h"
+#include "ui/context/WindowContext.h"
+#include "ui/drops/PictureSource.h"
 
 #include <QAbstractButton>
 #include <QBasicTimer>

@@ -6,7 +6,9 @@
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
 #include "ui/inspector/CoverWell.h"
 #include "ui/inspector/InspectorField.h"
 #include "ui/inspector/InspectorFields.h"
@@ -15,8 +17,6 @@
 #include "ui/inspector/SaveSummary.h"
 #include "ui/inspector/WrappedText.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QKeyEvent>
 #include <QScrollArea>

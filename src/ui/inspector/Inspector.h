@@ -1,11 +1,11 @@
 #pragma once
 
 #include "async/TaskSlot.h"
-#include "ui/WindowContext.h"
-#include "ui/covers/PictureSource.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/Panel.h"
+#include "ui/drops/PictureSource.h"
 #include "ui/inspector/InspectorModel.h"
 #include "ui/inspector/InventoryLoads.h"
-#include "ui/window/Panel.h"
 
 #include <QTimer>
 

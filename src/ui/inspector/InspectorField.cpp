@@ -1,8 +1,8 @@
 #include "ui/inspector/InspectorField.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/inspector/SuggestionList.h"
 #include "ui/theme/Paint.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QClipboard>
 #include <QCompleter>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/window/Panel.h"
+#include "ui/controls/Panel.h"
 
 class ThemeButton;
 class WrappedText;

@@ -1,8 +1,8 @@
 #include "ui/inspector/SaveBar.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/inspector/WrappedText.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QHBoxLayout>
 

@@ -1,7 +1,7 @@
 #include "ui/keys/KeyFacts.h"
 
-#include "ui/keys/KeyCells.h"
-#include "ui/keys/KeyTexts.h"
+#include "ui/cells/KeyCells.h"
+#include "ui/cells/KeyTexts.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/KeyColours.h"
 #include "ui/theme/Paint.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/keys/KeyState.h"
+#include "ui/cells/KeyState.h"
 
 #include <QWidget>
 

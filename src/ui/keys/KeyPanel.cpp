@@ -1,10 +1,10 @@
 #include "ui/keys/KeyPanel.h"
 
+#include "ui/cells/KeyTexts.h"
+#include "ui/controls/ThemeLabel.h"
 #include "ui/keys/KeyFacts.h"
-#include "ui/keys/KeyTexts.h"
 #include "ui/keys/KeyWheel.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QVBoxLayout>
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
-#include "ui/keys/KeyState.h"
-#include "ui/window/Panel.h"
+#include "ui/cells/KeyState.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/Panel.h"
 
 #include <optional>
 

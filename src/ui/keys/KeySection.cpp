@@ -2,13 +2,14 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/keys/Keys.h"
-#include "ui/DashboardActions.h"
-#include "ui/keys/KeyTexts.h"
+#include "ui/cells/KeyTexts.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/keys/KeyWheel.h"
+#include "ui/sections/SectionFacts.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionView.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QAbstractItemView>
 #include <QItemSelectionModel>
@@ -19,7 +20,7 @@ constexpr int kRoomForAllButtons = 920; // of the header, in pixels, with Russia
 } // namespace
 
 KeySection::KeySection(const WindowContext& context, SectionView& section)
-    : QObject(&section)
+    : SectionParts(&section)
     , m_context(context)
     , m_section(section)
     , m_add(section.header().addAction())
@@ -63,6 +64,25 @@ void KeySection::retranslate()
         Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));
     m_panel->retranslate();
     refreshButtons();
+}
+
+QString KeySection::facts(LibraryStore& library, const QList<Track>& rows)
+{
+    using Step = KeyState::Step;
+    if (rows.isEmpty())
+        return {};
+    QHash<Step, qint64> counts;
+    for (const Track& track : rows)
+        ++counts[KeyState::of(library.keys(), track.id()).step];
+    const auto counted = [&](const QString& text, qint64 count) {
+        return count > 0 ? VelmoraLocalization::format(text, {count}) : QString();
+    };
+    const bool waits = counts.value(Step::Queued) > 0 && !library.keys().activeMusicalKeyTrackID();
+    return Texts::facts(
+        {SectionFacts::fileCount(rows.size()), counted(QStringLiteral("определено %d"), counts.value(Step::Determined)),
+         counted(QStringLiteral("без результата %d"), counts.value(Step::Undetermined)),
+         counted(QStringLiteral("в очереди %d"), counts.value(Step::Queued) + counts.value(Step::Running)),
+         waits ? Texts::localized(QStringLiteral("пауза")) : QString()});
 }
 
 void KeySection::fitHeader(int width)

@@ -1,18 +1,19 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/keys/KeyPanel.h"
+#include "ui/sections/SectionParts.h"
 
-#include <QObject>
 #include <QSet>
 #include <QTimer>
 
+class LibraryStore;
 class SectionView;
 class ThemeButton;
 
 /// What the key section has beyond a list: the actions of its header, the states of its rows, and the panel with the
 /// wheel. Owned by the section. Thread: main.
-class KeySection : public QObject {
+class KeySection : public SectionParts {
     Q_OBJECT
 
 public:
@@ -24,9 +25,10 @@ public:
     /// Estimates all keys that are not queued yet; stopping is a matter of the status line.
     ThemeButton& allButton() const { return *m_all; }
     ThemeButton& writeButton() const { return *m_write; }
-    void retranslate();
-    /// The header has become this wide.
-    void fitHeader(int width);
+    void retranslate() override;
+    void fitHeader(int width) override;
+    /// How many rows have a key, none, or wait for one.
+    static QString facts(LibraryStore& library, const QList<Track>& rows);
 
 private:
     QSet<TrackID> allIDs() const;

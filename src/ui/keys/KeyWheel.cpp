@@ -1,7 +1,7 @@
 #include "ui/keys/KeyWheel.h"
 
-#include "ui/keys/KeyCells.h"
-#include "ui/keys/KeyTexts.h"
+#include "ui/cells/KeyCells.h"
+#include "ui/cells/KeyTexts.h"
 #include "ui/keys/KeyWheelGeometry.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/KeyColours.h"

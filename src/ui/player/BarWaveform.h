@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/waveform/BarEnvelope.h"
 #include "ui/waveform/WaveformPicture.h"
 

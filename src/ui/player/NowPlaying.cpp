@@ -2,13 +2,13 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/workspace/Workspace.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/CoverPaint.h"
 #include "ui/thumbnails/ThumbnailCache.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QHelpEvent>
 #include <QPainter>

@@ -4,6 +4,7 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/NowPlaying.h"
 #include "ui/player/OutputMenu.h"
@@ -12,7 +13,6 @@
 #include "ui/player/VolumeControl.h"
 #include "ui/tempo/TapButton.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
 
 namespace {
 constexpr int kLeft = Metrics::kSpace4 + Metrics::kStep;

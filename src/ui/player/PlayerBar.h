@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
-#include "ui/window/Panel.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/Panel.h"
 
 #include <optional>
 

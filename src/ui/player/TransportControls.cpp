@@ -1,10 +1,10 @@
 #include "ui/player/TransportControls.h"
 
 #include "playback/AudioPlayer.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Theme.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QHBoxLayout>
 

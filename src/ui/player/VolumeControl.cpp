@@ -1,11 +1,11 @@
 #include "ui/player/VolumeControl.h"
 
 #include "playback/AudioPlayer.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/player/VolumeSlider.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QPainter>
 #include <QWheelEvent>

@@ -1,12 +1,13 @@
 #include "ui/sections/EmptyState.h"
 
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
+#include "ui/sections/SectionDescriptor.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -15,41 +16,12 @@ namespace {
 
 constexpr int kDisc = 84; // behind the icon
 
-struct Words {
-    QString sentence;
-    QString hint;
-};
-
-Words wordsFor(LibraryTab tab)
-{
-    const QString formats = QStringLiteral("Сюда можно перетащить файлы и папки: MP3, FLAC, WAV, AIFF, M4A");
-    switch (tab) {
-    case LibraryTab::Playlist:
-        return {QStringLiteral("Плейлист пуст. Добавьте треки, чтобы начать подготовку."), formats};
-    case LibraryTab::Favorites:
-        return {QStringLiteral("Отмечайте треки сердцем, и они соберутся здесь."), formats};
-    case LibraryTab::Covers:
-        return {QStringLiteral("Здесь появятся обложки избранных и добавленных треков."), formats};
-    case LibraryTab::Converter:
-        return {QStringLiteral("Очередь конвертера пуста."),
-                QStringLiteral("Сюда можно перетащить файлы и папки: MP3, FLAC, WAV, AIFF, M4A, OGG")};
-    case LibraryTab::Analysis:
-        return {QStringLiteral("Добавьте файлы, чтобы проверить качество звука."), formats};
-    case LibraryTab::MusicalKey:
-        return {QStringLiteral("Добавьте файлы для определения тональности"), formats};
-    case LibraryTab::Duplicates:
-        return {QStringLiteral("Добавьте папки, в которых нужно искать одинаковые треки."),
-                QStringLiteral("Сюда можно перетащить папки и файлы")};
-    }
-    Q_UNREACHABLE();
-}
-
 } // namespace
 
-EmptyState::EmptyState(const WindowContext& context, LibraryTab tab, QWidget* parent)
+EmptyState::EmptyState(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_tab(tab)
+    , m_descriptor(descriptor)
     , m_iconSpace(new QWidget(this))
     , m_sentence(new ThemeLabel(context.theme, TextRole::Body, &ThemeColours::text, this))
     , m_button(new ThemeButton(context.theme, ThemeButton::Kind::Plain, this))
@@ -77,11 +49,11 @@ EmptyState::EmptyState(const WindowContext& context, LibraryTab tab, QWidget* pa
 
 void EmptyState::retranslate()
 {
-    const Words words = wordsFor(m_tab);
-    setAccessibleName(Texts::localized(words.sentence));
-    m_sentence->setText(Texts::localized(words.sentence));
-    m_hint->setText(Texts::localized(words.hint));
-    m_button->setContent(Texts::addFiles(m_tab), QStringLiteral("plus"));
+    const SectionDescriptor::Words& words = m_descriptor.words;
+    setAccessibleName(Texts::localized(words.empty));
+    m_sentence->setText(Texts::localized(words.empty));
+    m_hint->setText(Texts::localized(words.accepted));
+    m_button->setContent(Texts::localized(words.add), QStringLiteral("plus"));
 }
 
 void EmptyState::paintEvent(QPaintEvent*)
@@ -92,5 +64,5 @@ void EmptyState::paintEvent(QPaintEvent*)
     Paint::card(painter, disc, kDisc / 2.0, c.surface, c.line);
     QRect icon(0, 0, Metrics::kIconLarge, Metrics::kIconLarge);
     icon.moveCenter(disc.center());
-    Icons::paint(painter, icon, Icons::nameForTab(m_tab), c.text3);
+    Icons::paint(painter, icon, m_descriptor.icon, c.text3);
 }

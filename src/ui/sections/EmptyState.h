@@ -1,19 +1,19 @@
 #pragma once
 
-#include "core/model/LibraryTab.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 
 #include <QWidget>
 
 class ThemeButton;
 class ThemeLabel;
+struct SectionDescriptor;
 
 /// What a section without rows shows: an icon, a sentence, a button, and what may be dropped here.
 class EmptyState : public QWidget {
     Q_OBJECT
 
 public:
-    EmptyState(const WindowContext& context, LibraryTab tab, QWidget* parent = nullptr);
+    EmptyState(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent = nullptr);
     void retranslate();
 
 protected:
@@ -21,7 +21,7 @@ protected:
 
 private:
     WindowContext m_context;
-    LibraryTab m_tab;
+    const SectionDescriptor& m_descriptor;
     QWidget* m_iconSpace;
     ThemeLabel* m_sentence;
     ThemeButton* m_button;

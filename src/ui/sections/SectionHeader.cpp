@@ -2,18 +2,18 @@
 
 #include "core/library/LibraryStore.h"
 #include "platform/Preferences.h"
-#include "ui/DashboardActions.h"
-#include "ui/sections/SectionRows.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
+#include "ui/sections/SectionDescriptor.h"
 #include "ui/text/Texts.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QHBoxLayout>
 
-SectionHeader::SectionHeader(const WindowContext& context, LibraryTab tab, QWidget* parent)
+SectionHeader::SectionHeader(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent)
     : Panel(context.theme, &ThemeColours::background, Qt::BottomEdge, parent)
     , m_context(context)
-    , m_tab(tab)
+    , m_descriptor(descriptor)
     , m_title(new ThemeLabel(context.theme, TextRole::Title, &ThemeColours::text, this))
     , m_facts(new ThemeLabel(context.theme, TextRole::Secondary, &ThemeColours::text2, this))
     , m_actions(new QHBoxLayout)
@@ -32,7 +32,7 @@ SectionHeader::SectionHeader(const WindowContext& context, LibraryTab tab, QWidg
     layout->setContentsMargins(Metrics::kSpace6, 0, Metrics::kSpace6, 0);
     layout->setSpacing(Metrics::kSpace3);
     layout->addLayout(words, 1);
-    if (addsFiles()) {
+    if (m_descriptor.addsByMainButton()) {
         layout->addLayout(m_actions);
         addTagsButton();
         layout->addWidget(m_menuButton);
@@ -67,7 +67,7 @@ ThemeButton* SectionHeader::addAction()
 /// Opens and closes the inspector, where there are rows for it.
 void SectionHeader::addTagsButton()
 {
-    if (!SectionRows::holdsLibraryTracks(m_tab))
+    if (!m_descriptor.section().holdsLibraryTracks())
         return;
     m_tagsButton = new ThemeButton(m_context.theme, ThemeButton::Kind::Quiet, this);
     layout()->addWidget(m_tagsButton);
@@ -97,9 +97,9 @@ void SectionHeader::showTagsButton()
 void SectionHeader::retranslate()
 {
     showTagsButton();
-    m_title->setText(Texts::pageTitle(m_tab));
-    if (addsFiles()) {
-        m_mainButton->setContent(Texts::addFiles(m_tab), QStringLiteral("plus"));
+    m_title->setText(Texts::localized(m_descriptor.words.title));
+    if (m_descriptor.addsByMainButton()) {
+        m_mainButton->setContent(Texts::localized(m_descriptor.words.add), QStringLiteral("plus"));
         m_mainButton->setToolTip(QStringLiteral("Ctrl+O"));
     }
     m_menuButton->setIconOnly(QStringLiteral("more"), Texts::localized(QStringLiteral("Команды")));

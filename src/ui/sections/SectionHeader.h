@@ -1,19 +1,19 @@
 #pragma once
 
-#include "core/model/LibraryTab.h"
-#include "ui/WindowContext.h"
-#include "ui/window/Panel.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/Panel.h"
 
 class QHBoxLayout;
 class ThemeButton;
 class ThemeLabel;
+struct SectionDescriptor;
 
 /// Title and facts of a section at the left, its actions at the right.
 class SectionHeader : public Panel {
     Q_OBJECT
 
 public:
-    SectionHeader(const WindowContext& context, LibraryTab tab, QWidget* parent = nullptr);
+    SectionHeader(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent = nullptr);
 
     void setFacts(const QString& facts);
     const QString& facts() const;
@@ -26,12 +26,11 @@ public:
     void retranslate();
 
 private:
-    bool addsFiles() const { return m_tab != LibraryTab::Covers && m_tab != LibraryTab::MusicalKey; }
     void addTagsButton();
     void showTagsButton();
 
     WindowContext m_context;
-    LibraryTab m_tab;
+    const SectionDescriptor& m_descriptor;
     ThemeLabel* m_title;
     ThemeLabel* m_facts;
     QHBoxLayout* m_actions;

@@ -1,17 +1,17 @@
 #include "ui/sections/SectionView.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/selection/Selection.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
-#include "ui/DashboardActions.h"
-#include "ui/covers/CoverAssignment.h"
-#include "ui/covers/CoverChoiceCard.h"
-#include "ui/covers/CoverGrid.h"
-#include "ui/keys/KeySection.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/drops/DropOutline.h"
+#include "ui/drops/DropTarget.h"
 #include "ui/sections/EmptyState.h"
+#include "ui/sections/SectionDescriptor.h"
 #include "ui/sections/SectionHeader.h"
-#include "ui/sections/SectionRows.h"
+#include "ui/sections/SectionParts.h"
 #include "ui/sections/SortControls.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Theme.h"
@@ -19,9 +19,6 @@
 #include "ui/tracks/ScrollMemory.h"
 #include "ui/tracks/SelectionSync.h"
 #include "ui/tracks/TrackTable.h"
-#include "ui/window/DropOutline.h"
-#include "ui/window/DropTarget.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QPainter>
 #include <QScrollBar>
@@ -31,36 +28,25 @@ namespace {
 constexpr int kFactsDelay = 120; // milliseconds; one pass over the list while tags stream in is enough
 }
 
-SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* parent)
+SectionView::SectionView(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent)
     : QWidget(parent)
     , m_context(context)
-    , m_tab(tab)
-    , m_model(new TrackListModel(SectionRows::columns(tab), this))
-    , m_header(new SectionHeader(context, tab, this))
-    , m_empty(new EmptyState(context, tab, this))
+    , m_descriptor(descriptor)
+    , m_model(new TrackListModel(descriptor.columns(), this))
+    , m_header(new SectionHeader(context, descriptor, this))
+    , m_empty(new EmptyState(context, descriptor, this))
     , m_body(new SectionBody(this))
     , m_stack(new QStackedLayout)
 {
     m_model->setBPMStates([&tempo = context.store.tempo()](const TrackID& id) { return tempo.playlistBPMState(id); });
     buildList();
-    followKeys();
-    buildActions();
-    m_stack->addWidget(m_empty);
-    m_stack->addWidget(m_list);
-    m_body->content().setLayout(m_stack);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_header);
-    if (m_covers)
-        layout->addWidget(&m_covers->card());
-    layout->addWidget(m_body, 1);
-
-    m_outline = new DropOutline(context.theme, m_body->content());
-    addDropTarget(*m_empty);
-    addDropTarget(*m_list->viewport());
-    if (m_covers)
-        addDropTarget(m_covers->card());
+    if (descriptor.navigates) // the dashboard does not know this selection and tells by an event where the keys go
+        connect(&context.store.notifications(), descriptor.navigates, this, [this](Notifications::Direction direction) {
+            moveFocus(direction == Notifications::Direction::Up ? -1 : 1);
+        });
+    if (descriptor.makeParts)
+        m_parts = descriptor.makeParts(context, *this);
+    layOut();
     m_factsTimer.setSingleShot(true);
     m_factsTimer.setInterval(kFactsDelay);
     connect(&m_factsTimer, &QTimer::timeout, this, &SectionView::updateFacts);
@@ -70,81 +56,68 @@ SectionView::SectionView(const WindowContext& context, LibraryTab tab, QWidget* 
 
 SectionView::~SectionView() = default;
 
+LibraryTab SectionView::tab() const
+{
+    return m_descriptor.tab;
+}
+
 void SectionView::buildList()
 {
-    if (m_tab == LibraryTab::Covers) {
-        auto* grid = new CoverGrid(m_context, *m_model, this);
-        connect(grid, &CoverGrid::contextMenuWanted, this, &SectionView::contextMenuWanted);
-        connect(grid, &CoverGrid::playWanted, this, [this](const Track& track) { play(track); });
-        m_list = grid;
-    } else {
-        auto* table = new TrackTable(m_context, *m_model, this);
-        connect(table, &TrackTable::contextMenuWanted, this, &SectionView::contextMenuWanted);
-        connect(table, &TrackTable::playWanted, this, [this](const Track& track) { play(track); });
-        connect(table, &TrackTable::heartClicked, this,
-                [this](const QUuid& id) { m_context.actions.toggleFavorites({id}); });
-        m_list = table;
-        if (m_tab == LibraryTab::Playlist || m_tab == LibraryTab::Favorites)
-            m_sorting = new SortControls(m_context, m_tab, *m_header, *table);
-        if (m_tab == LibraryTab::Playlist)
-            m_scrollMemory = new ScrollMemory(*table, m_context.store.preferences());
-    }
-    if (m_scrollMemory)
-        connect(&m_context.store.workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
-            if (!isRestoring)
-                m_scrollMemory->workspaceRestored();
-        });
-    if (SectionRows::sharesSelection(m_tab))
+    m_list = m_descriptor.makeList ? m_descriptor.makeList(m_context, *this) : makeTable();
+    if (!m_descriptor.section().ownsSelection)
         m_sync = new SelectionSync(*m_list, *m_model, m_context.store.workspace(), m_context.actions);
-    if (m_tab == LibraryTab::Playlist) {
-        m_scrolling = new ScrollActivity(*m_list);
-        connect(m_scrolling, &ScrollActivity::scrollingChanged, this,
-                [this](bool scrolling) { m_context.actions.setPlaylistScrolling(scrolling); });
-    }
-}
-
-/// Lists whose selection is not the dashboard's are told by the program's events where the keys go.
-void SectionView::followKeys()
-{
-    using Direction = Notifications::Direction;
-    const auto follow = [this](Direction direction) { moveFocus(direction == Direction::Up ? -1 : 1); };
-    Notifications& notifications = m_context.store.notifications();
-    if (m_tab == LibraryTab::Converter)
-        connect(&notifications, &Notifications::velmoraNavigateConversionItems, this, follow);
-    if (m_tab == LibraryTab::Duplicates)
-        connect(&notifications, &Notifications::velmoraNavigateDuplicateItems, this, follow);
-}
-
-void SectionView::buildActions()
-{
-    if (m_tab == LibraryTab::Covers) {
-        m_covers = new CoverAssignment(m_context, *this);
-        m_retranslateActions = [this] { m_covers->retranslate(); };
-    }
-    if (m_tab == LibraryTab::MusicalKey) {
-        m_keys = new KeySection(m_context, *this);
-        m_retranslateActions = [this] { m_keys->retranslate(); };
-    }
-    if (m_tab != LibraryTab::Favorites)
+    if (!m_descriptor.remembersScrolling)
         return;
-    ThemeButton* convert = m_header->addAction();
-    connect(convert, &QAbstractButton::clicked, this, [this] {
-        const QSet<TrackID> ids = selectedIDs();
-        if (!ids.isEmpty())
-            m_context.actions.addToConversion(ids);
+    m_scrolling = new ScrollActivity(*m_list);
+    connect(m_scrolling, &ScrollActivity::scrollingChanged, this,
+            [this](bool scrolling) { m_context.actions.setPlaylistScrolling(scrolling); });
+}
+
+QAbstractItemView* SectionView::makeTable()
+{
+    auto* table = new TrackTable(m_context, *m_model, this);
+    connect(table, &TrackTable::contextMenuWanted, this, &SectionView::contextMenuWanted);
+    connect(table, &TrackTable::playWanted, this, &SectionView::play);
+    connect(table, &TrackTable::heartClicked, this,
+            [this](const QUuid& id) { m_context.actions.toggleFavorites({id}); });
+    if (m_descriptor.section().isSortable)
+        m_sorting = new SortControls(m_context, m_descriptor, *m_header, *table);
+    if (!m_descriptor.remembersScrolling)
+        return table;
+    m_scrollMemory = new ScrollMemory(*table, m_context.store.preferences());
+    connect(&m_context.store.workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
+        if (!isRestoring)
+            m_scrollMemory->workspaceRestored();
     });
-    const auto follow = [this, convert] { convert->setEnabled(m_list->selectionModel()->hasSelection()); };
-    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, convert, follow);
-    follow();
-    m_retranslateActions = [convert] { convert->setContent(Texts::localized(QStringLiteral("В конвертер"))); };
+    return table;
+}
+
+void SectionView::layOut()
+{
+    m_stack->addWidget(m_empty);
+    m_stack->addWidget(m_list);
+    m_body->content().setLayout(m_stack);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_header);
+    QWidget* banner = m_parts ? m_parts->banner() : nullptr;
+    if (banner)
+        layout->addWidget(banner);
+    layout->addWidget(m_body, 1);
+    m_outline = new DropOutline(m_context.theme, m_body->content());
+    addDropTarget(*m_empty);
+    addDropTarget(*m_list->viewport());
+    if (banner)
+        addDropTarget(*banner);
 }
 
 void SectionView::addDropTarget(QWidget& area)
 {
-    auto* target = new DropTarget(area, m_tab == LibraryTab::Converter);
-    if (m_covers) {
+    auto* target = new DropTarget(area, m_descriptor.section().takesOgg);
+    if (m_parts && m_parts->takesPictures()) {
         target->setTakesPictures(true);
-        connect(target, &DropTarget::pictureDropped, m_covers, &CoverAssignment::take);
+        connect(target, &DropTarget::pictureDropped, m_parts, &SectionParts::take);
     }
     connect(target, &DropTarget::highlighted, m_outline, &QWidget::setVisible);
     connect(target, &DropTarget::dropped, this, &SectionView::filesDropped);
@@ -185,12 +158,13 @@ void SectionView::refresh()
         m_sync->beginRows();
     if (table)
         table->beginRows();
-    if (m_tab == LibraryTab::Converter)
-        m_model->setStatusTexts(SectionRows::statusTexts(m_context.store));
-    m_model->setRows(SectionRows::rows(m_context.store, m_tab, m_model->rows()));
+    takeStatusTexts();
+    m_model->setRows(m_descriptor.rows ? m_descriptor.rows(m_context.store, m_model->rows())
+                                       : m_context.store.selection().tracks(tab()));
     if (table) {
         table->rowsChanged();
-        table->setFolders(SectionRows::folders(m_context.store, m_tab));
+        if (m_descriptor.folders)
+            table->setFolders(m_descriptor.folders(m_context.store));
         if (structure)
             table->endRows();
     }
@@ -224,7 +198,13 @@ void SectionView::factsChanged()
 
 void SectionView::updateFacts()
 {
-    m_header->setFacts(SectionRows::facts(m_context.store, m_tab, m_model->rows()));
+    m_header->setFacts(m_descriptor.facts(m_context.store, m_model->rows()));
+}
+
+void SectionView::takeStatusTexts()
+{
+    if (m_descriptor.statusTexts)
+        m_model->setStatusTexts(m_descriptor.statusTexts(m_context.store));
 }
 
 void SectionView::retranslate()
@@ -233,11 +213,10 @@ void SectionView::retranslate()
     m_empty->retranslate();
     if (m_sorting)
         m_sorting->retranslate();
-    if (m_retranslateActions)
-        m_retranslateActions();
-    m_list->setAccessibleName(Texts::pageTitle(m_tab));
-    if (m_tab == LibraryTab::Converter)
-        m_model->setStatusTexts(SectionRows::statusTexts(m_context.store));
+    if (m_parts)
+        m_parts->retranslate();
+    m_list->setAccessibleName(Texts::localized(m_descriptor.words.title));
+    takeStatusTexts();
     m_model->retranslate();
     updateFacts();
 }
@@ -308,8 +287,8 @@ void SectionView::focusList()
 void SectionView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    if (m_keys)
-        m_keys->fitHeader(width());
+    if (m_parts)
+        m_parts->fitHeader(width());
 }
 
 void SectionView::hideEvent(QHideEvent* event)

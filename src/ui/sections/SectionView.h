@@ -2,7 +2,7 @@
 
 #include "core/model/LibraryTab.h"
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/sections/SectionBody.h"
 #include "ui/tracks/TrackListModel.h"
 
@@ -11,17 +11,17 @@
 
 #include <optional>
 
-class CoverAssignment;
 class DropTarget;
 class EmptyState;
-class KeySection;
 class QAbstractItemView;
 class QStackedLayout;
 class ScrollActivity;
 class SectionHeader;
+class SectionParts;
 class ScrollMemory;
 class SelectionSync;
 class SortControls;
+struct SectionDescriptor;
 
 /// The page of one section: header, list or grid, or the empty state. Follows the workspace only while it is shown; a
 /// hidden page remembers that it is behind. Thread: main.
@@ -29,18 +29,17 @@ class SectionView : public QWidget {
     Q_OBJECT
 
 public:
-    SectionView(const WindowContext& context, LibraryTab tab, QWidget* parent = nullptr);
+    /// \param descriptor outlives the page.
+    SectionView(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent = nullptr);
     ~SectionView() override;
 
-    LibraryTab tab() const { return m_tab; }
+    const SectionDescriptor& descriptor() const { return m_descriptor; }
+    LibraryTab tab() const;
     TrackListModel& model() const { return *m_model; }
     QAbstractItemView& list() const { return *m_list; }
     SectionHeader& header() const { return *m_header; }
-    /// Choosing and assigning pictures; null but in Covers.
-    CoverAssignment* coverAssignment() const { return m_covers; }
-
-    /// The states of keys and the wheel; null but in the key section.
-    KeySection* keySection() const { return m_keys; }
+    /// What the section has beyond header and list; null where it has no more.
+    SectionParts* parts() const { return m_parts; }
 
     /// Whether this is the page that the user sees.
     void setShown(bool shown);
@@ -49,6 +48,8 @@ public:
     void retranslate();
     void setDensity(double density);
 
+    /// Plays a row, or toggles it when it is the current one.
+    void play(const Track& track);
     /// The selected rows. Hands a waiting change of the selection on first.
     QSet<TrackID> selectedIDs();
     /// The focused row where it is selected, else the first selected one.
@@ -73,17 +74,17 @@ protected:
 
 private:
     void buildList();
-    void followKeys();
-    void buildActions();
+    void layOut();
+    QAbstractItemView* makeTable();
     void addDropTarget(QWidget& area);
-    void play(const Track& track);
     void moveFocus(int offset);
     void refresh();
+    void takeStatusTexts();
     void updateFacts();
     void showOutline(bool isOn);
 
     WindowContext m_context;
-    LibraryTab m_tab;
+    const SectionDescriptor& m_descriptor;
     TrackListModel* m_model;
     SectionHeader* m_header;
     QAbstractItemView* m_list = nullptr;
@@ -93,11 +94,9 @@ private:
     QWidget* m_outline;
     SelectionSync* m_sync = nullptr; ///< null where the section keeps a selection of its own
     ScrollActivity* m_scrolling = nullptr;
-    CoverAssignment* m_covers = nullptr;
-    KeySection* m_keys = nullptr;
+    SectionParts* m_parts = nullptr;
     ScrollMemory* m_scrollMemory = nullptr;
     SortControls* m_sorting = nullptr; ///< null where nothing can be sorted
-    std::function<void()> m_retranslateActions;
     QTimer m_factsTimer;
     bool m_isShown = false;
     bool m_isDirty = true;

@@ -4,7 +4,9 @@
 #include "core/library/order/Order.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
+#include "ui/sections/SectionDescriptor.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
@@ -13,7 +15,6 @@
 #include "ui/tracks/ColumnHeader.h"
 #include "ui/tracks/TrackListModel.h"
 #include "ui/tracks/TrackTable.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QActionGroup>
 #include <QMenu>
@@ -31,15 +32,16 @@ QString directionTitle(TrackSortDirection direction)
 
 } // namespace
 
-SortControls::SortControls(const WindowContext& context, LibraryTab tab, SectionHeader& header, TrackTable& table)
+SortControls::SortControls(const WindowContext& context, const SectionDescriptor& descriptor, SectionHeader& header,
+                           TrackTable& table)
     : QObject(&header)
     , m_context(context)
-    , m_tab(tab)
+    , m_descriptor(descriptor)
     , m_button(header.addAction())
 {
     connect(m_button, &QAbstractButton::clicked, this, &SortControls::openMenu);
     connect(&context.store.workspace(), &Workspace::orderChanged, this, &SortControls::refresh);
-    if (tab == LibraryTab::Favorites)
+    if (descriptor.sortsByHeadings)
         connectHeadings(table);
     refresh();
 }
@@ -58,8 +60,8 @@ void SortControls::connectHeadings(TrackTable& table)
 void SortControls::refresh()
 {
     const Order& order = m_context.store.order();
-    const TrackSortField field = order.trackSortField(m_tab);
-    const TrackSortDirection direction = order.trackSortDirection(m_tab);
+    const TrackSortField field = order.trackSortField(m_descriptor.tab);
+    const TrackSortDirection direction = order.trackSortDirection(m_descriptor.tab);
     const bool isSorted = field != TrackSortField::Original;
     const bool isAscending = isSorted && direction == TrackSortDirection::Ascending;
     m_button->setContent(title(field),
@@ -89,15 +91,15 @@ void SortControls::fillMenu(QMenu& menu) const
 
 void SortControls::addFields(QMenu& menu) const
 {
-    const TrackSortField present = m_context.store.order().trackSortField(m_tab);
+    const TrackSortField present = m_context.store.order().trackSortField(m_descriptor.tab);
     // Ratings are known for the playlist alone, and only while they are asked for.
     const bool hasRatings =
-        m_tab == LibraryTab::Playlist && m_context.store.preferences().playlistPopularityEnabled.get();
+        !m_descriptor.sortsByHeadings && m_context.store.preferences().playlistPopularityEnabled.get();
     auto* group = new QActionGroup(&menu);
     for (const TrackSortField field : kFields) {
         if (field == TrackSortField::Rating && !hasRatings && present != field)
             continue;
-        QAction* action = menu.addAction(title(field), [&actions = m_context.actions, field, tab = m_tab] {
+        QAction* action = menu.addAction(title(field), [&actions = m_context.actions, field, tab = m_descriptor.tab] {
             actions.setTrackSortField(field, tab);
         });
         action->setCheckable(true);
@@ -109,18 +111,18 @@ void SortControls::addFields(QMenu& menu) const
 void SortControls::addDirections(QMenu& menu) const
 {
     const Order& order = m_context.store.order();
-    const bool isSorted = order.trackSortField(m_tab) != TrackSortField::Original;
+    const bool isSorted = order.trackSortField(m_descriptor.tab) != TrackSortField::Original;
     const ThemeColours& colours = m_context.theme.colours();
     auto* group = new QActionGroup(&menu);
     for (const TrackSortDirection direction : {TrackSortDirection::Ascending, TrackSortDirection::Descending}) {
-        QAction* action =
-            menu.addAction(directionTitle(direction), [&actions = m_context.actions, direction, tab = m_tab] {
-                actions.setTrackSortDirection(direction, tab);
-            });
+        QAction* action = menu.addAction(directionTitle(direction),
+                                         [&actions = m_context.actions, direction, tab = m_descriptor.tab] {
+                                             actions.setTrackSortDirection(direction, tab);
+                                         });
         action->setIcon(Icons::icon(Icons::nameForSymbol(icon(direction)), isSorted ? colours.text2 : colours.text3,
                                     colours.accentText));
         action->setCheckable(true);
-        action->setChecked(isSorted && order.trackSortDirection(m_tab) == direction);
+        action->setChecked(isSorted && order.trackSortDirection(m_descriptor.tab) == direction);
         action->setEnabled(isSorted); // the folders' own order has one direction
         group->addAction(action);
     }

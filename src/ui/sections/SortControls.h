@@ -1,8 +1,7 @@
 #pragma once
 
-#include "core/model/LibraryTab.h"
 #include "core/model/TrackSort.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 
 #include <QObject>
 
@@ -11,6 +10,7 @@ class QMenu;
 class SectionHeader;
 class ThemeButton;
 class TrackTable;
+struct SectionDescriptor;
 
 /// What a section is sorted by, shown and chosen: a button with a menu in the header of the section, and in Favorites
 /// the column headings too. Thread: main.
@@ -19,7 +19,8 @@ class SortControls : public QObject {
 
 public:
     /// \param header gets the button. \param table its headings are clickable in Favorites.
-    SortControls(const WindowContext& context, LibraryTab tab, SectionHeader& header, TrackTable& table);
+    SortControls(const WindowContext& context, const SectionDescriptor& descriptor, SectionHeader& header,
+                 TrackTable& table);
 
     ThemeButton& button() const { return *m_button; }
     void retranslate() { refresh(); }
@@ -34,7 +35,7 @@ private:
     void addDirections(QMenu& menu) const;
 
     WindowContext m_context;
-    LibraryTab m_tab;
+    const SectionDescriptor& m_descriptor;
     ThemeButton* m_button;
     ColumnHeader* m_headings = nullptr; ///< null where they cannot be clicked
 };

@@ -2,7 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/status/StatusLine.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Metrics.h"
 

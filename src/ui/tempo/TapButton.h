@@ -2,9 +2,9 @@
 
 #include "async/TaskSlot.h"
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/tempo/TapTempo.h"
-#include "ui/window/ThemeButton.h"
 
 /// Tap it along with the music: shows the tempo of the taps, in the status line while it is hidden itself, and a pause
 /// later makes it the estimate of the track that was tapped to.

@@ -4,7 +4,7 @@
 #include "core/library/order/TrackSorter.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 #include "ui/text/Texts.h"
 
 #include <QMenu>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 
 #include <QSet>
 

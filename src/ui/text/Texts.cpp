@@ -85,20 +85,6 @@ QString facts(const QStringList& parts)
     return present.join(QStringLiteral(" · "));
 }
 
-QString pageTitle(LibraryTab tab)
-{
-    switch (tab) {
-    case LibraryTab::Analysis:
-        return localized(QStringLiteral("Анализ качества"));
-    case LibraryTab::MusicalKey:
-        return localized(QStringLiteral("Определение тональности"));
-    case LibraryTab::Duplicates:
-        return localized(QStringLiteral("Поиск дубликатов"));
-    default:
-        return localized(rawValue(tab));
-    }
-}
-
 QString byteCount(qint64 bytes)
 {
     constexpr double kStep = 1024;
@@ -107,12 +93,6 @@ QString byteCount(qint64 bytes)
         return VelmoraLocalization::format(QStringLiteral("%d КБ"), {kilobytes});
     const QString megabytes = VelmoraLocalization::locale().toString(bytes / kStep / kStep, 'f', 1);
     return VelmoraLocalization::format(QStringLiteral("%@ МБ"), {megabytes});
-}
-
-QString addFiles(LibraryTab tab)
-{
-    return localized(tab == LibraryTab::Duplicates ? QStringLiteral("Добавить папки…")
-                                                   : QStringLiteral("Добавить файлы…"));
 }
 
 QString spoken(const Track& track)

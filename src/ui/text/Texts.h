@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/model/LibraryTab.h"
 #include "core/model/Track.h"
 #include "platform/Localization.h"
 
@@ -34,10 +33,6 @@ QString number(qint64 value);
 QString facts(const QStringList& parts);
 /// Size of a file, "412 КБ" or "1,5 МБ"; steps of 1,024.
 QString byteCount(qint64 bytes);
-/// The heading of a section's page, e.g. "Анализ качества".
-QString pageTitle(LibraryTab tab);
-/// What the button says that brings files into a section.
-QString addFiles(LibraryTab tab);
 /// "Title — Artist" for screen readers and tooltips.
 QString spoken(const Track& track);
 

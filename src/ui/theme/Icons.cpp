@@ -85,27 +85,6 @@ QString nameForSymbol(const QString& symbol)
     return kNames.value(symbol, QStringLiteral("info"));
 }
 
-QString nameForTab(LibraryTab tab)
-{
-    switch (tab) {
-    case LibraryTab::Playlist:
-        return QStringLiteral("playlist");
-    case LibraryTab::Favorites:
-        return QStringLiteral("heart");
-    case LibraryTab::Covers:
-        return QStringLiteral("picture");
-    case LibraryTab::Converter:
-        return QStringLiteral("convert");
-    case LibraryTab::Analysis:
-        return QStringLiteral("pulse");
-    case LibraryTab::MusicalKey:
-        return QStringLiteral("note");
-    case LibraryTab::Duplicates:
-        return QStringLiteral("copies");
-    }
-    Q_UNREACHABLE();
-}
-
 void paint(QPainter& painter, const QRect& rect, const QString& name, const QColor& colour)
 {
     paintSharp(painter, rect, name, colour);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "core/model/LibraryTab.h"
-
 #include <QColor>
 #include <QIcon>
 #include <QPainter>
@@ -12,8 +10,6 @@ namespace Icons {
 
 /// The drawing that a symbol name of a status message stands for ("heart.fill" …); "info" for an unknown symbol.
 QString nameForSymbol(const QString& symbol);
-/// The drawing of a section.
-QString nameForTab(LibraryTab tab);
 
 /// Draws an icon, as large as the rectangle, sharp on every scale.
 void paint(QPainter& painter, const QRect& rect, const QString& name, const QColor& colour);

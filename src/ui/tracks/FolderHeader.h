@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/tracks/RowLayout.h"
 
 #include <QHash>

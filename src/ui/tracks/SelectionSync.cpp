@@ -1,7 +1,7 @@
 #include "ui/tracks/SelectionSync.h"
 
 #include "core/library/workspace/Workspace.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 #include "ui/tracks/TrackListModel.h"
 
 #include <QAbstractItemView>

@@ -1,9 +1,9 @@
 #include "ui/tracks/TrackDelegate.h"
 
 #include "core/library/LibraryStore.h"
-#include "ui/keys/KeyCells.h"
-#include "ui/keys/KeyTexts.h"
-#include "ui/tempo/TempoText.h"
+#include "ui/cells/KeyCells.h"
+#include "ui/cells/KeyTexts.h"
+#include "ui/cells/TempoText.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"

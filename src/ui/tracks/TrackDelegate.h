@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/WindowContext.h"
+#include "ui/cells/TrackColumns.h"
+#include "ui/context/WindowContext.h"
 #include "ui/tracks/PlayingMark.h"
-#include "ui/tracks/TrackColumns.h"
 
 #include <QStyledItemDelegate>
 

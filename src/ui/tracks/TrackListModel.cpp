@@ -1,7 +1,7 @@
 #include "ui/tracks/TrackListModel.h"
 
-#include "ui/keys/KeyTexts.h"
-#include "ui/tempo/TempoText.h"
+#include "ui/cells/KeyTexts.h"
+#include "ui/cells/TempoText.h"
 #include "ui/text/Texts.h"
 
 // How a list becomes another one:

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/library/tempo/Tempo.h"
-#include "ui/keys/KeyState.h"
-#include "ui/tracks/TrackColumns.h"
+#include "ui/cells/KeyState.h"
+#include "ui/cells/TrackColumns.h"
 
 #include <QAbstractTableModel>
 #include <QHash>

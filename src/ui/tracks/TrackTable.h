@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/tracks/FolderHeader.h"
 #include "ui/tracks/PlayingMark.h"
 #include "ui/tracks/RowLayout.h"

@@ -2,12 +2,12 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/workspace/Workspace.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
+#include "ui/controls/ThemeLabel.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
-#include "ui/window/ThemeButton.h"
-#include "ui/window/ThemeLabel.h"
 
 #include <QKeyEvent>
 #include <QVBoxLayout>

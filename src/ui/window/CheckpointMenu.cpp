@@ -2,7 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/session/Session.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 #include "ui/text/Texts.h"
 
 #include <QMenu>

@@ -7,7 +7,7 @@
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 #include "ui/text/Texts.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "ui/window/PlayerCommands.h"
 
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 #include "ui/text/Texts.h"
 
 #include <QAction>

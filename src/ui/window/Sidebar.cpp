@@ -1,13 +1,15 @@
 #include "ui/window/Sidebar.h"
 
-#include "ui/DashboardActions.h"
-#include "ui/sections/SectionRows.h"
+#include "core/library/LibraryStore.h"
+#include "core/library/selection/Selection.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
+#include "ui/drops/DropTarget.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
-#include "ui/window/DropTarget.h"
+#include "ui/window/Sections.h"
 #include "ui/window/SidebarRow.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -53,14 +55,14 @@ Sidebar::Sidebar(const WindowContext& context, QWidget* parent)
 
 SidebarRow* Sidebar::addRow(LibraryTab tab)
 {
-    auto* row = new SidebarRow(m_context.theme, Icons::nameForTab(tab), this);
+    auto* row = new SidebarRow(m_context.theme, Sections::of(tab).icon, this);
     row->setCheckable(true);
     m_rows[static_cast<size_t>(tab)] = row;
     connect(row, &QAbstractButton::clicked, this, [this, row, tab] {
         row->setChecked(true); // a click on the active section does not leave it
         m_context.actions.activateTab(tab);
     });
-    auto* target = new DropTarget(*row, tab == LibraryTab::Converter);
+    auto* target = new DropTarget(*row, LibrarySection::of(tab).takesOgg);
     connect(target, &DropTarget::highlighted, row, &SidebarRow::setDropHighlighted);
     connect(target, &DropTarget::dropped, this, [this, tab](const QList<QUrl>& urls) { emit filesDropped(urls, tab); });
     return row;
@@ -92,7 +94,7 @@ void Sidebar::countsChanged()
 void Sidebar::updateCounts()
 {
     for (LibraryTab tab : kAllLibraryTabs)
-        row(tab).setCount(SectionRows::count(m_context.store, tab));
+        row(tab).setCount(m_context.store.selection().rowCount(tab));
 }
 
 void Sidebar::retranslate()

@@ -10,12 +10,12 @@
 #include "core/library/tempo/Tempo.h"
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
 #include "ui/window/CheckpointMenu.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QPainter>
 

@@ -6,10 +6,10 @@
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
-#include "ui/DashboardActions.h"
-#include "ui/sections/SectionRows.h"
+#include "ui/context/DashboardActions.h"
 #include "ui/tempo/TempoMenu.h"
 #include "ui/text/Texts.h"
+#include "ui/window/Sections.h"
 
 #include <QMenu>
 
@@ -146,7 +146,7 @@ void addRemoval(QMenu& menu, const WindowContext& context, LibraryTab tab, const
     DashboardActions& actions = context.actions;
     menu.addSeparator();
     const bool isOffered = tab == LibraryTab::Favorites || tab == LibraryTab::Covers; // with the membership
-    if (const QString text = SectionRows::removalText(tab); !text.isEmpty() && !isOffered)
+    if (const QString text = Texts::localized(Sections::of(tab).words.removal); !text.isEmpty() && !isOffered)
         menu.addAction(text + QStringLiteral("\tDel"), [&actions, tab, ids] { actions.removeFromSection(tab, ids); });
     QAction* trash =
         menu.addAction(Texts::localized(QStringLiteral("Переместить в Корзину")) + QStringLiteral("\tShift+Del"),
@@ -190,7 +190,7 @@ void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet
     menu.setToolTipsVisible(true);
     if (focused)
         addPlayback(menu, context, *focused);
-    if (SectionRows::holdsLibraryTracks(tab)) {
+    if (LibrarySection::of(tab).holdsLibraryTracks()) {
         addMembership(menu, context, tab, ids);
         menu.addSeparator();
         addTagging(menu, context, ids);
@@ -207,7 +207,7 @@ void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet
         addKeys(menu, context, ids);
     menu.addAction(Texts::localized(QStringLiteral("Открыть в Finder")),
                    [&actions, ids] { actions.revealInFileManager(ids); });
-    if (tab != LibraryTab::Converter)
+    if (Sections::of(tab).offersTrash)
         addRemoval(menu, context, tab, ids);
 }
 

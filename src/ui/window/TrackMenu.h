@@ -2,7 +2,7 @@
 
 #include "core/model/LibraryTab.h"
 #include "core/model/Track.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 
 #include <QSet>
 

@@ -2,7 +2,7 @@
 
 #include "WaveformScrubber/WaveformCache.h"
 #include "async/TaskSlot.h"
-#include "ui/WindowContext.h"
+#include "ui/context/WindowContext.h"
 
 #include <QMenu>
 

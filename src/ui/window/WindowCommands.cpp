@@ -4,12 +4,12 @@
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"
-#include "ui/DashboardActions.h"
-#include "ui/MainWindow.h"
-#include "ui/covers/CoverAssignment.h"
-#include "ui/sections/SectionRows.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/sections/SectionDescriptor.h"
+#include "ui/sections/SectionParts.h"
 #include "ui/sections/SectionView.h"
 #include "ui/text/Texts.h"
+#include "ui/window/MainWindow.h"
 
 #include <QAction>
 #include <QMenu>
@@ -39,7 +39,7 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
     m_halveTempo->setAutoRepeat(false);
     m_tags = add({QKeySequence(Qt::CTRL | Qt::Key_I)}, [this] {
         Preference<bool>& visible = m_context.store.preferences().inspectorVisible;
-        if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
+        if (m_window.activeSection().descriptor().section().holdsLibraryTracks())
             visible.set(!visible.get());
     });
     m_tags->setCheckable(true);
@@ -91,7 +91,7 @@ void WindowCommands::refreshUndo()
 void WindowCommands::toggleFavorites()
 {
     SectionView& section = m_window.activeSection();
-    if (!SectionRows::holdsLibraryTracks(section.tab()))
+    if (!section.descriptor().section().holdsLibraryTracks())
         return;
     const QSet<TrackID> ids = section.selectedIDs();
     if (!ids.isEmpty())
@@ -102,7 +102,7 @@ void WindowCommands::scaleTempo(double factor)
 {
     SectionView& section = m_window.activeSection();
     const QSet<TrackID> ids = section.selectedIDs();
-    if (SectionRows::holdsLibraryTracks(section.tab()) && !ids.isEmpty())
+    if (section.descriptor().section().holdsLibraryTracks() && !ids.isEmpty())
         m_context.actions.scaleTempo(factor, ids);
 }
 
@@ -111,7 +111,7 @@ void WindowCommands::remove()
     SectionView& section = m_window.activeSection();
     const QSet<TrackID> ids = section.selectedIDs();
     // The converter keeps a selection of its own.
-    if (!ids.isEmpty() || section.tab() == LibraryTab::Converter)
+    if (!ids.isEmpty() || section.descriptor().section().holdsJobs)
         m_context.actions.removeFromSection(section.tab(), ids);
 }
 
@@ -124,8 +124,8 @@ void WindowCommands::moveToTrash()
 
 void WindowCommands::pastePicture()
 {
-    if (CoverAssignment* covers = m_window.activeSection().coverAssignment())
-        covers->paste();
+    if (SectionParts* parts = m_window.activeSection().parts())
+        parts->paste();
 }
 
 void WindowCommands::reveal()
@@ -140,14 +140,13 @@ void WindowCommands::fillMenu(QMenu& menu) const
     const bool hasSelection = !m_window.activeSection().selectedIDs().isEmpty();
     m_favorite->setEnabled(true); // its shortcut decides by itself
     menu.addAction(m_open);
-    if (m_window.activeSection().coverAssignment()) {
-        m_add->setText(Texts::localized(QStringLiteral("Добавить файлы в обложки…")));
-        menu.addAction(m_add);
-        menu.addAction(m_paste);
-    } else if (m_window.activeSection().keySection()) {
-        m_add->setText(Texts::localized(QStringLiteral("Добавить файлы в тональность…")));
+    const SectionDescriptor& descriptor = m_window.activeSection().descriptor();
+    if (!descriptor.addsByMainButton()) {
+        m_add->setText(Texts::localized(descriptor.words.addFromMenu));
         menu.addAction(m_add);
     }
+    if (const SectionParts* parts = m_window.activeSection().parts(); parts && parts->takesPictures())
+        menu.addAction(m_paste);
     menu.addSeparator();
     menu.addAction(m_undo);
     menu.addAction(m_redo);
@@ -155,18 +154,18 @@ void WindowCommands::fillMenu(QMenu& menu) const
     menu.addAction(m_selectAll);
     menu.setToolTipsVisible(true);
     if (hasSelection) {
-        if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab()))
+        if (m_window.activeSection().descriptor().section().holdsLibraryTracks())
             menu.addAction(m_favorite);
         menu.addAction(m_reveal);
         menu.addSeparator();
-        if (const QString text = SectionRows::removalText(m_window.activeSection().tab()); !text.isEmpty()) {
-            m_remove->setText(text);
+        if (!descriptor.words.removal.isEmpty()) {
+            m_remove->setText(Texts::localized(descriptor.words.removal));
             menu.addAction(m_remove);
         }
-        if (m_window.activeSection().tab() != LibraryTab::Converter)
+        if (descriptor.offersTrash)
             menu.addAction(m_trash);
     }
-    if (SectionRows::holdsLibraryTracks(m_window.activeSection().tab())) {
+    if (m_window.activeSection().descriptor().section().holdsLibraryTracks()) {
         m_tags->setChecked(m_context.store.preferences().inspectorVisible.get());
         menu.addSeparator();
         menu.addAction(m_tags);

@@ -1,5 +1,6 @@
 #include "support/WindowFixture.h"
 
+#include "ui/controls/ThemeButton.h"
 #include "ui/inspector/CoverWell.h"
 #include "ui/inspector/Inspector.h"
 #include "ui/inspector/InspectorField.h"
@@ -9,7 +10,6 @@
 #include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/window/Sidebar.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,14 +1,14 @@
 #include "support/WindowFixture.h"
 
 #include "core/library/playback/Playback.h"
+#include "ui/cells/KeyTexts.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/keys/KeySection.h"
-#include "ui/keys/KeyTexts.h"
 #include "ui/keys/KeyWheel.h"
 #include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/StatusStrip.h"
-#include "ui/window/ThemeButton.h"
 
 #include <QMenu>
 #include <QTest>
@@ -36,7 +36,7 @@ protected:
     }
 
     SectionView& section() { return window->section(LibraryTab::MusicalKey); }
-    KeySection& keys() { return *section().keySection(); }
+    KeySection& keys() { return static_cast<KeySection&>(*section().parts()); }
     QVariant cell(const Track& row, TrackColumn column, int role = Qt::DisplayRole)
     {
         TrackListModel& model = section().model();

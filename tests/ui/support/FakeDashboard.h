@@ -8,7 +8,7 @@
 #include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
-#include "ui/DashboardActions.h"
+#include "ui/context/DashboardActions.h"
 
 /// Records what the window asks for. Selection, sections and favourites reach the store, played tracks the player, the
 /// rest is only noted.

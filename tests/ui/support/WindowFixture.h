@@ -5,10 +5,10 @@
 #include "support/StoreFixture.h"
 
 #include "WaveformScrubber/WaveformCache.h"
-#include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
 #include "ui/tracks/TrackListModel.h"
 #include "ui/tracks/TrackTable.h"
+#include "ui/window/MainWindow.h"
 
 /// The whole window on a store with made-up rows.
 class WindowFixture : public StoreFixture {

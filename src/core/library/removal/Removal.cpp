@@ -8,6 +8,7 @@
 #include "core/library/tagwriting/MetadataWriteCoordinator.h"
 #include "core/library/undo/UndoMoment.h"
 #include "core/library/workspace/Workspace.h"
+#include "core/model/LibrarySection.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
@@ -50,20 +51,6 @@ QString restore(TrashCan& can, const TrashedItem& item)
         return {};
     } catch (const TrashError& error) {
         return error.message();
-    }
-}
-
-List listOf(LibraryTab tab)
-{
-    switch (tab) {
-    case LibraryTab::Analysis:
-        return List::Analysis;
-    case LibraryTab::MusicalKey:
-        return List::MusicalKey;
-    case LibraryTab::Duplicates:
-        return List::Duplicates;
-    default:
-        return List::Library;
     }
 }
 
@@ -375,7 +362,7 @@ void Removal::announceRestored(const Restored& restored)
 {
     if (restored.files.isEmpty())
         return;
-    QList<TrackID> ids = restored.ids.value(listOf(m_dependencies.workspace.activeTab()));
+    QList<TrackID> ids = restored.ids.value(LibrarySection::of(m_dependencies.workspace.activeTab()).list);
     if (ids.isEmpty()) {
         for (const List list : kAllLists)
             ids.append(restored.ids.value(list));

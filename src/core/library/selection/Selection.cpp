@@ -3,6 +3,7 @@
 #include "async/MainQueue.h"
 #include "core/library/order/Order.h"
 #include "core/library/workspace/Workspace.h"
+#include "core/model/LibrarySection.h"
 
 Selection::Selection(Workspace& workspace, Order& order)
     : m_workspace(workspace)
@@ -24,43 +25,25 @@ QList<Track> Selection::tracks(LibraryTab tab) const
         return m_order.favoriteTracks();
     case LibraryTab::Covers:
         return m_order.coverTracks();
-    case LibraryTab::Converter:
-        return m_workspace.tracks().rows();
-    case LibraryTab::Analysis:
-        return m_workspace.analysisTracks().rows();
-    case LibraryTab::MusicalKey:
-        return m_workspace.keyAnalysisTracks().rows();
-    case LibraryTab::Duplicates:
-        return m_workspace.duplicateTracks().rows();
+    default: // in the order in which they were added
+        return m_workspace.list(LibrarySection::of(tab).list).rows();
     }
-    Q_UNREACHABLE();
+}
+
+qsizetype Selection::rowCount(LibraryTab tab) const
+{
+    const LibrarySection& section = LibrarySection::of(tab);
+    if (section.holdsJobs)
+        return m_workspace.conversionItems().size();
+    const TrackList& list = m_workspace.list(section.list);
+    return std::count_if(list.begin(), list.end(), section.holds);
 }
 
 bool Selection::isSelectable(LibraryTab tab, const TrackID& id) const
 {
-    switch (tab) {
-    case LibraryTab::Analysis:
-        return m_workspace.analysisTracks().contains(id);
-    case LibraryTab::MusicalKey:
-        return m_workspace.keyAnalysisTracks().contains(id);
-    case LibraryTab::Duplicates:
-        return m_workspace.duplicateTracks().contains(id);
-    default:
-        break;
-    }
-    const Track* track = m_workspace.tracks().find(id);
-    if (!track)
-        return false;
-    switch (tab) {
-    case LibraryTab::Playlist:
-        return track->isInPlaylist();
-    case LibraryTab::Favorites:
-        return track->isFavorite() && m_order.passesFavoriteFilter(*track);
-    case LibraryTab::Covers:
-        return track->isInCoverWorkspace() || track->isFavorite();
-    default:
-        return true;
-    }
+    const LibrarySection& section = LibrarySection::of(tab);
+    const Track* track = m_workspace.list(section.list).find(id);
+    return track && section.holds(*track) && (!section.isFiltered || m_order.passesFavoriteFilter(*track));
 }
 
 std::optional<Track> Selection::selectedTrack() const
@@ -69,16 +52,12 @@ std::optional<Track> Selection::selectedTrack() const
     const LibraryTab tab = m_workspace.activeTab();
     if (!id || !isSelectable(tab, *id))
         return std::nullopt;
-    switch (tab) {
-    case LibraryTab::Analysis:
-        return *m_workspace.analysisTracks().find(*id);
-    case LibraryTab::MusicalKey:
-        return *m_workspace.keyAnalysisTracks().find(*id);
-    case LibraryTab::Duplicates:
-        return *m_workspace.duplicateTracks().find(*id);
-    default:
-        return *m_workspace.tracks().find(*id);
-    }
+    return *m_workspace.list(LibrarySection::of(tab).list).find(*id);
+}
+
+QSet<TrackID> Selection::shown(const QSet<TrackID>& ids) const
+{
+    return reduced({ids, std::nullopt}, m_workspace.activeTab()).ids;
 }
 
 void Selection::select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused)
@@ -142,7 +121,7 @@ std::optional<Selection::State> Selection::rememberedState(LibraryTab tab) const
 void Selection::restoreState(LibraryTab tab, const State& state)
 {
     // The filter of Favorites may hide some of them; that is looked at when the section is shown.
-    const quint64 revision = tab == LibraryTab::Favorites ? 0 : m_workspace.listRevision();
+    const quint64 revision = LibrarySection::of(tab).isFiltered ? 0 : m_workspace.listRevision();
     m_statesByTab.insert(rawValue(tab), {state, revision});
 }
 

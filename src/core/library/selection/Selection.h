@@ -26,6 +26,10 @@ public:
     QList<Track> visibleTracks() const;
     /// The rows of a section in display order (for the converter the main list, which its queue is filled from).
     QList<Track> tracks(LibraryTab tab) const;
+    /// How many rows a section has, whatever its filter hides; jobs in the converter. One pass over the list.
+    qsizetype rowCount(LibraryTab tab) const;
+    /// What of these rows the active section shows: commands act on no others, whatever put them into a selection.
+    QSet<TrackID> shown(const QSet<TrackID>& ids) const;
     /// Whether a selection of the section may hold this row: the section has it, whatever the order.
     bool isSelectable(LibraryTab tab, const TrackID& id) const;
     /// The selected ids, or the focus alone where there are none.

@@ -2,7 +2,7 @@
 
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
-#include "core/model/LibraryTab.h"
+#include "core/model/LibrarySection.h"
 #include "platform/FileURL.h"
 
 namespace WorkspaceLoad {
@@ -93,32 +93,19 @@ void dropRepeated(QList<Track>& tracks)
     });
 }
 
-bool isRowOf(LibraryTab tab, const Track& track)
-{
-    switch (tab) {
-    case LibraryTab::Playlist:
-        return track.isInPlaylist();
-    case LibraryTab::Favorites:
-        return track.isFavorite();
-    case LibraryTab::Covers:
-        return track.isInCoverWorkspace();
-    default:
-        return true;
-    }
-}
-
 const QList<Track>& listOf(LibraryTab tab, const SessionRecord& record)
 {
-    switch (tab) {
-    case LibraryTab::Analysis:
+    switch (LibrarySection::of(tab).list) {
+    case Track::MetadataDestination::Analysis:
         return record.analysisTracks;
-    case LibraryTab::MusicalKey:
+    case Track::MetadataDestination::MusicalKey:
         return record.keyAnalysisTracks;
-    case LibraryTab::Duplicates:
+    case Track::MetadataDestination::Duplicates:
         return record.duplicateTracks;
-    default:
-        return record.tracks;
+    case Track::MetadataDestination::Library:
+        break;
     }
+    return record.tracks;
 }
 
 SectionSelection reduced(LibraryTab tab, const SectionSelection& wanted, const SessionRecord& record)
@@ -127,7 +114,7 @@ SectionSelection reduced(LibraryTab tab, const SectionSelection& wanted, const S
     if (wanted.ids.isEmpty() && !wanted.focusedID)
         return found;
     for (const Track& track : listOf(tab, record)) {
-        if (!isRowOf(tab, track))
+        if (!LibrarySection::of(tab).holds(track))
             continue;
         if (wanted.ids.contains(track.id()))
             found.ids.insert(track.id());

@@ -1,4 +1,4 @@
-#include "ui/window/DropOutline.h"
+#include "ui/drops/DropOutline.h"
 
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"

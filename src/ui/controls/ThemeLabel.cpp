@@ -1,4 +1,4 @@
-#include "ui/window/ThemeLabel.h"
+#include "ui/controls/ThemeLabel.h"
 
 #include "ui/theme/Paint.h"
 

@@ -1,7 +1,7 @@
-#include "ui/window/DropTarget.h"
+#include "ui/drops/DropTarget.h"
 
 #include "core/model/SupportedAudio.h"
-#include "ui/covers/PictureSource.h"
+#include "ui/drops/PictureSource.h"
 
 #include <QDropEvent>
 #include <QFileInfo>

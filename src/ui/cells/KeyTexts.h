@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/keys/KeyState.h"
-#include "ui/tracks/TrackColumns.h"
+#include "ui/cells/KeyState.h"
+#include "ui/cells/TrackColumns.h"
 
 #include <QList>
 #include <QString>

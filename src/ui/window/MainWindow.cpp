@@ -1,17 +1,17 @@
-#include "ui/MainWindow.h"
+#include "ui/window/MainWindow.h"
 
 #include "core/library/LibraryStore.h"
 #include "core/library/workspace/Workspace.h"
 #include "core/model/WorkspaceLayout.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
-#include "ui/DashboardActions.h"
-#include "ui/WindowContext.h"
+#include "ui/context/DashboardActions.h"
+#include "ui/context/WindowContext.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/inspector/Inspector.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionHeader.h"
-#include "ui/sections/SectionRows.h"
 #include "ui/sections/SectionView.h"
 #include "ui/tempo/TapButton.h"
 #include "ui/theme/Icons.h"
@@ -21,10 +21,10 @@
 #include "ui/window/Banner.h"
 #include "ui/window/KeyPrecedence.h"
 #include "ui/window/PlayerCommands.h"
+#include "ui/window/Sections.h"
 #include "ui/window/SettingsMenu.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/StatusStrip.h"
-#include "ui/window/ThemeButton.h"
 #include "ui/window/TrackMenu.h"
 #include "ui/window/WindowCommands.h"
 #include "ui/window/WorkspaceWindowSizer.h"
@@ -85,7 +85,7 @@ MainWindow::~MainWindow() = default;
 void MainWindow::buildSections()
 {
     for (LibraryTab tab : kAllLibraryTabs) {
-        auto* section = new SectionView(*m_context, tab, m_stack);
+        auto* section = new SectionView(*m_context, Sections::of(tab), m_stack);
         m_sections[static_cast<size_t>(tab)] = section;
         m_stack->addWidget(section);
         section->setDensity(m_context->store.preferences().tableDensity.get());
@@ -129,11 +129,12 @@ void MainWindow::connectWorkspace()
     Workspace& workspace = m_context->store.workspace();
     connect(&workspace, &Workspace::tracksChanged, this, [this] { listChanged(Destination::Library); });
     connect(&workspace, &Workspace::sectionListChanged, this, &MainWindow::listChanged);
-    connect(&workspace, &Workspace::conversionItemsChanged, this, [this] { markDirty({LibraryTab::Converter}); });
-    connect(&workspace, &Workspace::duplicateSearchRootsChanged, this, [this] { markDirty({LibraryTab::Duplicates}); });
-    connect(&workspace, &Workspace::orderChanged, this, [this] {
-        markDirty({LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers});
-    });
+    connect(&workspace, &Workspace::conversionItemsChanged, this,
+            [this] { markDirty([](const LibrarySection& section) { return section.holdsJobs; }); });
+    connect(&workspace, &Workspace::duplicateSearchRootsChanged, this,
+            [this] { listChanged(Destination::Duplicates); });
+    connect(&workspace, &Workspace::orderChanged, this,
+            [this] { markDirty([](const LibrarySection& section) { return section.holdsLibraryTracks(); }); });
     connect(&workspace, &Workspace::selectionChanged, m_player, &PlayerBar::refresh);
     connect(&workspace, &Workspace::activeTabChanged, this, &MainWindow::showTab);
     connect(&m_context->store.notifications(), &Notifications::velmoraLanguageDidChange, this,
@@ -158,29 +159,18 @@ void MainWindow::connectPreferences()
     });
 }
 
-void MainWindow::listChanged(Track::MetadataDestination destination)
+void MainWindow::listChanged(Track::MetadataDestination list)
 {
-    switch (destination) {
-    case Track::MetadataDestination::Library:
-        markDirty({LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers});
-        break;
-    case Track::MetadataDestination::Analysis:
-        markDirty({LibraryTab::Analysis});
-        break;
-    case Track::MetadataDestination::MusicalKey:
-        markDirty({LibraryTab::MusicalKey});
-        break;
-    case Track::MetadataDestination::Duplicates:
-        markDirty({LibraryTab::Duplicates});
-        break;
-    }
+    markDirty([list](const LibrarySection& section) { return section.list == list && !section.holdsJobs; });
     m_player->refresh();
 }
 
-void MainWindow::markDirty(std::initializer_list<LibraryTab> tabs)
+void MainWindow::markDirty(const std::function<bool(const LibrarySection&)>& concerns)
 {
-    for (LibraryTab tab : tabs)
-        section(tab).markDirty();
+    for (SectionView* section : m_sections) {
+        if (concerns(section->descriptor().section()))
+            section->markDirty();
+    }
     m_sidebar->countsChanged();
 }
 
@@ -198,10 +188,11 @@ void MainWindow::showTab(LibraryTab tab)
     }
     SectionView& shown = section(tab);
     shown.setShown(true);
-    if (SectionRows::holdsLibraryTracks(tab))
+    if (shown.descriptor().section().holdsLibraryTracks())
         shown.setPanel(m_inspector);
     m_stack->setCurrentWidget(&shown);
-    if (const auto played = m_context->actions.playlistReturnPlaybackID(); played && tab == LibraryTab::Playlist)
+    if (const auto played = m_context->actions.playlistReturnPlaybackID();
+        played && shown.descriptor().remembersScrolling)
         shown.scrollTo(*played);
     m_sidebar->setActiveTab(tab);
     if (listHadFocus || !isVisible())

@@ -1,4 +1,4 @@
-#include "ui/keys/KeyState.h"
+#include "ui/cells/KeyState.h"
 
 #include "core/library/keys/Keys.h"
 

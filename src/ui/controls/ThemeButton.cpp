@@ -1,4 +1,4 @@
-#include "ui/window/ThemeButton.h"
+#include "ui/controls/ThemeButton.h"
 
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"

@@ -28,6 +28,7 @@ class ThumbnailCache;
 class WaveformCache;
 class WindowCommands;
 class WorkspaceWindowSizer;
+struct LibrarySection;
 struct ListChange;
 struct TagInventory;
 struct WindowContext;
@@ -78,8 +79,9 @@ private:
     void buildLayout();
     void connectWorkspace();
     void connectPreferences();
-    void listChanged(Track::MetadataDestination destination);
-    void markDirty(std::initializer_list<LibraryTab> tabs);
+    void listChanged(Track::MetadataDestination list);
+    /// The pages that show something else now.
+    void markDirty(const std::function<bool(const LibrarySection&)>& concerns);
     void showTab(LibraryTab tab);
     void placePlayer();
     void applySidebar();

@@ -1,4 +1,4 @@
-#include "ui/tracks/TrackColumns.h"
+#include "ui/cells/TrackColumns.h"
 
 #include "ui/text/Texts.h"
 

@@ -1,6 +1,6 @@
-#include "ui/keys/KeyCells.h"
+#include "ui/cells/KeyCells.h"
 
-#include "ui/keys/KeyTexts.h"
+#include "ui/cells/KeyTexts.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/KeyColours.h"
 #include "ui/theme/Paint.h"

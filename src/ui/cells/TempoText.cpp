@@ -1,4 +1,4 @@
-#include "ui/tempo/TempoText.h"
+#include "ui/cells/TempoText.h"
 
 #include "ui/text/Texts.h"
 

@@ -1,4 +1,4 @@
-#include "ui/window/Panel.h"
+#include "ui/controls/Panel.h"
 
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "ui/keys/KeyTexts.h"
+#include "ui/cells/KeyTexts.h"
 
 #include "platform/FileURL.h"
 #include "ui/text/Texts.h"

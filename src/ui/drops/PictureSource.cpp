@@ -1,4 +1,4 @@
-#include "ui/covers/PictureSource.h"
+#include "ui/drops/PictureSource.h"
 
 #include "core/library/artwork/ArtworkImage.h"
 
