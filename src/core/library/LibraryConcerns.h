@@ -4,6 +4,7 @@
 #include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/files/FileEvents.h"
+#include "core/library/files/FileLocks.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/MetadataLoads.h"
 #include "core/library/imports/StrayTemporaries.h"
@@ -30,6 +31,7 @@ struct LibraryConcerns {
     LibraryServices services;
     Workspace workspace;
     FileEvents fileEvents;
+    FileLocks fileLocks;
     StatusLine status;
     QuickLists quickLists;
     TempoResults tempoResults;
@@ -66,7 +68,6 @@ private:
     Tempo::Dependencies tempoDependencies();
     Sending::Dependencies sendingDependencies();
     Removal::Dependencies removalDependencies();
-    std::function<void(const QUrl&)> movingToTrash() const;
     Imports::Dependencies importsDependencies();
     Keys::Dependencies keysDependencies();
     Session::Dependencies sessionDependencies();

@@ -19,6 +19,10 @@ FileEvents& LibraryStore::fileEvents() const
 {
     return m_concerns->fileEvents;
 }
+FileLocks& LibraryStore::fileLocks() const
+{
+    return m_concerns->fileLocks;
+}
 Selection& LibraryStore::selection() const
 {
     return m_concerns->selection;

@@ -5,6 +5,7 @@
 class Artwork;
 class Favorites;
 class FileEvents;
+class FileLocks;
 class Imports;
 class Keys;
 class Notifications;
@@ -37,6 +38,7 @@ public:
 
     Workspace& workspace() const;
     FileEvents& fileEvents() const;
+    FileLocks& fileLocks() const;
     Selection& selection() const;
     Favorites& favorites() const;
     Imports& imports() const;

@@ -1,7 +1,5 @@
 #include "core/library/LibraryConcerns.h"
 
-#include "core/library/removal/TrashCan.h"
-
 // All calls from one concern to another, one short function per topic.
 
 LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
@@ -20,7 +18,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , tempo(tempoDependencies())
     , sending(sendingDependencies())
     , removal(removalDependencies())
-    , strayTemporaries({status, services.executor, movingToTrash()})
+    , strayTemporaries({status, services.executor, fileLocks, services.trashCan})
     , imports(importsDependencies())
     , keys(keysDependencies())
     , session(sessionDependencies())
@@ -105,6 +103,7 @@ TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
             services.preferences,
             services.executor,
             services.tagFiles,
+            fileLocks,
             fileEvents,
             services.readMetadata,
             [this](const TagFileError& error) { tagWriting.reportWriteError(error); }};
@@ -164,7 +163,7 @@ Removal::Dependencies LibraryConcerns::removalDependencies()
             status,
             services.notifications,
             services.executor,
-            tagSaver.coordinator(),
+            fileLocks,
             services.trashCan,
             [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
                 playback.continuePlaybackAfterRemoving(ids, rows);
@@ -175,14 +174,6 @@ Removal::Dependencies LibraryConcerns::removalDependencies()
                     tagSaver.write(id, edits);
             },
             [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); }};
-}
-
-/// For leftovers of interrupted writes, which have no rows that could come back.
-std::function<void(const QUrl&)> LibraryConcerns::movingToTrash() const
-{
-    if (!services.trashCan)
-        return {};
-    return [can = services.trashCan](const QUrl& url) { can->moveToTrash(url); };
 }
 
 Imports::Dependencies LibraryConcerns::importsDependencies()

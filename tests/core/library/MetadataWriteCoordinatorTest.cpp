@@ -38,7 +38,8 @@ protected:
 
     ManualExecutor executor;
     FakeTagFiles files;
-    MetadataWriteCoordinator coordinator{executor, files};
+    FileLocks locks;
+    MetadataWriteCoordinator coordinator{locks, executor, files};
     QList<int> order;
     async::TaskGroup tasks{100};
 };

@@ -1,6 +1,7 @@
 #include "core/library/removal/Removal.h"
 
 #include "async/MainQueue.h"
+#include "core/library/files/FileLocks.h"
 #include "support/StoreFixture.h"
 
 #include <QDir>
@@ -115,12 +116,11 @@ TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
 TEST_F(RemovalTrashTest, AFileGoesOnlyAfterTheWriteIntoIt)
 {
     fill({a, b});
-    MetadataWriteCoordinator& writes = store->tagWriting().saver().coordinator();
-    writes.acquire(QStringLiteral("/music/a.mp3"), {});
+    store->fileLocks().acquire(QStringLiteral("/music/a.mp3"), {});
     removal().trashTracks(ids({a, b}));
     settle();
     EXPECT_TRUE(trashCan.asked.isEmpty());
-    writes.release(QStringLiteral("/music/a.mp3"));
+    store->fileLocks().release(QStringLiteral("/music/a.mp3"));
     settle();
     EXPECT_EQ(trashCan.asked.size(), 2);
     EXPECT_TRUE(workspace().tracks().isEmpty());

@@ -1,7 +1,8 @@
 #include "core/library/imports/StrayTemporaries.h"
 
-#include "async/Cancelled.h"
 #include "async/MainQueue.h"
+#include "core/library/files/FinishedJob.h"
+#include "core/library/removal/TrashCan.h"
 #include "core/library/status/StatusLine.h"
 #include "platform/Localization.h"
 #include "platform/files/TrashError.h"
@@ -12,50 +13,77 @@ namespace {
 
 using Tone = WorkspaceStatus::Tone;
 
-/// What a round of moves came to.
-struct Moves {
-    QSet<QUrl> gone; ///< moved now, or gone before
-    int moved = 0;
-    QString error; ///< the first one's text; empty if there was none
-};
-
-Moves moveAll(const QList<QUrl>& urls, const std::function<void(const QUrl&)>& moveToTrash, const std::stop_token& stop)
+std::optional<TrashError> moved(TrashCan& can, const QUrl& url)
 {
-    Moves moves;
-    for (const QUrl& url : urls) {
-        if (stop.stop_requested())
-            throw async::Cancelled();
-        try {
-            moveToTrash(url);
-            moves.gone.insert(url);
-            ++moves.moved;
-        } catch (const TrashError& error) {
-            if (error.which() == TrashError::Case::noSuchFile)
-                moves.gone.insert(url);
-            else if (moves.error.isEmpty())
-                moves.error = error.message();
-        }
+    try {
+        can.moveToTrash(url);
+        return std::nullopt;
+    } catch (const TrashError& error) {
+        return error;
     }
-    return moves;
 }
 
-void announce(StatusLine& status, const Moves& moves)
+void announce(StatusLine& status, int moved, const QString& error)
 {
     const QString counted = QStringLiteral("Перемещено в Корзину: %d");
-    if (moves.error.isEmpty()) {
-        status.showCounted(counted, {moves.moved}, QStringLiteral("trash"), Tone::Success);
+    if (error.isEmpty()) {
+        status.showCounted(counted, {moved}, QStringLiteral("trash"), Tone::Success);
         return;
     }
     const QString text =
-        moves.moved == 0 ? moves.error
-                         : VelmoraLocalization::format(counted, {moves.moved}) + QStringLiteral(" · ") + moves.error;
+        moved == 0 ? error : VelmoraLocalization::format(counted, {moved}) + QStringLiteral(" · ") + error;
     status.showText(text, QStringLiteral("exclamationmark.triangle"), Tone::Warning);
 }
 
 } // namespace
 
-StrayTemporaries::StrayTemporaries(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+/// What a round of moves came to.
+struct StrayTemporaries::Moves {
+    QSet<QUrl> gone; ///< moved now, or gone before
+    int moved = 0;
+    QString error; ///< the first one's text; empty if there was none
+};
+
+class StrayTemporaries::Round final : public FileRound {
+public:
+    explicit Round(StrayTemporaries& strays)
+        : m_strays(strays)
+        , m_urls(strays.m_list)
+    {
+    }
+
+    QList<QUrl> begin() override { return m_urls; }
+
+    async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath /*held*/,
+                                                 std::stop_token stop) override
+    {
+        const QUrl url = m_urls.at(file);
+        auto job = [can = m_strays.m_dependencies.trashCan, url](const std::stop_token&) { return moved(*can, url); };
+        const std::optional<TrashError> error =
+            co_await finishedJob(m_strays.m_dependencies.executor, stop, std::move(job));
+        m_moves.moved += !error;
+        if (!error || error->which() == TrashError::Case::noSuchFile)
+            m_moves.gone.insert(url);
+        else
+            co_return FileFailure{url, error->message()};
+        co_return std::nullopt;
+    }
+
+    void end(const End& end) override
+    {
+        m_moves.error = end.firstFailure ? end.firstFailure->message : QString();
+        m_strays.finish(m_moves);
+    }
+
+private:
+    StrayTemporaries& m_strays;
+    QList<QUrl> m_urls;
+    Moves m_moves;
+};
+
+StrayTemporaries::StrayTemporaries(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
+    , m_line(dependencies.locks)
 {
 }
 
@@ -79,20 +107,17 @@ void StrayTemporaries::add(const QList<QUrl>& urls)
 void StrayTemporaries::moveToTrash()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (m_list.isEmpty() || isMoving())
+    if (m_list.isEmpty() || m_isMoving || !m_dependencies.trashCan)
         return;
-    m_task.start([this](std::stop_token stop) { return moveTask(m_list, stop); });
+    m_isMoving = true;
+    m_line.append(std::make_shared<Round>(*this));
     Q_EMIT changed();
 }
 
-async::Task<> StrayTemporaries::moveTask(QList<QUrl> urls, std::stop_token stop)
+void StrayTemporaries::finish(const Moves& moves)
 {
-    auto job = [urls, moveToTrash = m_dependencies.moveToTrash](std::stop_token jobStop) {
-        return moveAll(urls, moveToTrash, jobStop);
-    };
-    const Moves moves = co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
     m_list.removeIf([&](const QUrl& url) { return moves.gone.contains(url); });
-    m_task.cancel(); // over but for its last lines: whoever hears of the change may ask for another round
-    announce(m_dependencies.status, moves);
+    m_isMoving = false; // first: a listener may ask for another round
+    announce(m_dependencies.status, moves.moved, moves.error);
     Q_EMIT changed();
 }

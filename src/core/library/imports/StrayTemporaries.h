@@ -1,15 +1,16 @@
 #pragma once
 
-#include "async/Executor.h"
-#include "async/TaskSlot.h"
+#include "core/library/files/FileLine.h"
 
 #include <QList>
 #include <QObject>
 #include <QUrl>
 
-#include <functional>
-
+namespace async {
+class Executor;
+}
 class StatusLine;
+class TrashCan;
 
 /// Files that interrupted writes left behind, as imports met them. They stay where they are until the user asks for the
 /// Trash. Thread: main.
@@ -20,11 +21,11 @@ public:
     struct Dependencies {
         StatusLine& status;
         async::Executor& executor;
-        /// Moves one file to the Trash, or throws TrashError; called on worker threads.
-        std::function<void(const QUrl& url)> moveToTrash;
+        FileLocks& locks;
+        TrashCan* trashCan; ///< null where there is none: nothing is moved then
     };
 
-    explicit StrayTemporaries(Dependencies dependencies);
+    explicit StrayTemporaries(const Dependencies& dependencies);
     ~StrayTemporaries() override;
 
     /// Notes files that an import met; those that are known already count once.
@@ -34,16 +35,20 @@ public:
     /// Moves all of them to the Trash in the background and says how many went, or the first error. Those that could
     /// not go stay in the list. Does nothing with an empty list or while it is at it.
     void moveToTrash();
-    bool isMoving() const { return m_task.isActive(); }
+    bool isMoving() const { return m_isMoving; }
 
 Q_SIGNALS:
     /// The list, or whether it is being moved.
     void changed();
 
 private:
-    async::Task<> moveTask(QList<QUrl> urls, std::stop_token stop);
+    class Round;
+    struct Moves;
+
+    void finish(const Moves& moves);
 
     Dependencies m_dependencies;
     QList<QUrl> m_list;
-    async::TaskSlot m_task;
+    bool m_isMoving = false;
+    FileLine m_line;
 };

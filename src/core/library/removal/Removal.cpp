@@ -1,11 +1,11 @@
 #include "core/library/removal/Removal.h"
 
 #include "async/MainQueue.h"
+#include "core/library/files/FileLocks.h"
+#include "core/library/files/FinishedJob.h"
 #include "core/library/removal/TrashCan.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/tagwriting/FinishedJob.h"
-#include "core/library/tagwriting/MetadataWriteCoordinator.h"
 #include "core/library/undo/UndoMoment.h"
 #include "core/library/workspace/Workspace.h"
 #include "core/model/LibrarySection.h"
@@ -171,12 +171,12 @@ async::Task<> Removal::trashTask(Request request, std::stop_token stop)
 {
     Moves moves;
     // Held until the rows are gone: a write that waits for its file then finds that there is nothing to write.
-    QList<MetadataWriteCoordinator::HeldPath> held;
+    QList<FileLocks::HeldPath> held;
     beginProgress(static_cast<int>(request.files.size()), false);
     for (const QUrl& url : request.files) {
         if (m_isStopping)
             break;
-        held.append(co_await m_dependencies.writes.hold(url, stop));
+        held.append(co_await m_dependencies.locks.hold(url, stop));
         auto job = [can = m_dependencies.trashCan, url](const std::stop_token&) { return moveToTrash(*can, url); };
         const Move move = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
         if (move.item)

@@ -10,7 +10,7 @@
 
 #include <functional>
 
-class MetadataWriteCoordinator;
+class FileLocks;
 class Notifications;
 class Selection;
 class StatusLine;
@@ -30,7 +30,7 @@ public:
         StatusLine& status;
         Notifications& notifications;
         async::Executor& executor;
-        MetadataWriteCoordinator& writes;
+        FileLocks& locks;
         TrashCan* trashCan; ///< null where there is none: nothing is moved then
         /// Lets the player move on when its track leaves these rows.
         std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;

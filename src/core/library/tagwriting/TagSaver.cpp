@@ -24,7 +24,7 @@ struct TagSaver::Batch {
 
 TagSaver::TagSaver(const Dependencies& dependencies)
     : m_dependencies(dependencies)
-    , m_coordinator(dependencies.executor, dependencies.files)
+    , m_coordinator(dependencies.locks, dependencies.executor, dependencies.files)
     , m_writes(std::numeric_limits<int>::max()) // the workers bound what runs at once
 {
     connect(&dependencies.preferences, &Preferences::changed, this, &TagSaver::preferenceChanged);

@@ -31,6 +31,7 @@ public:
         Preferences& preferences;
         async::Executor& executor;
         TagFiles& files;
+        FileLocks& locks;
         FileEvents& events;
         SaveJobs::Reader readMetadata;
         /// Takes a failure to the user.
@@ -83,8 +84,6 @@ public:
     void forgetEdits(const TrackID& id, TagFields fields);
     /// The user's answer to what saves keep; writes that waited for it go on.
     void answerWhatSavesKeep(bool keepsOthers);
-
-    MetadataWriteCoordinator& coordinator() { return m_coordinator; }
 
 Q_SIGNALS:
     void progressChanged();

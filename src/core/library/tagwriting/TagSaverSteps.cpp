@@ -1,5 +1,5 @@
 #include "core/library/files/FileEvents.h"
-#include "core/library/tagwriting/FinishedJob.h"
+#include "core/library/files/FinishedJob.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"

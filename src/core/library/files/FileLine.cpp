@@ -1,0 +1,75 @@
+#include "core/library/files/FileLine.h"
+
+#include "async/MainQueue.h"
+
+namespace {
+constexpr int kFilesPerUpdate = 8; // chosen: rows do not lag far behind, and lists are not assigned file by file
+}
+
+struct FileLine::Running {
+    std::shared_ptr<FileRound> round;
+    QList<QUrl> files;
+    bool isStopping = false;
+};
+
+FileLine::FileLine(FileLocks& locks, int roundsAtOnce)
+    : m_locks(locks)
+    , m_rounds(roundsAtOnce)
+{
+}
+
+FileLine::~FileLine() = default;
+
+void FileLine::append(std::shared_ptr<FileRound> round)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_rounds.add([this, round = std::move(round)](std::stop_token stop) { return run(round, std::move(stop)); });
+}
+
+void FileLine::stop()
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    for (const std::shared_ptr<Running>& running : std::as_const(m_running))
+        running->isStopping = true;
+}
+
+async::Task<> FileLine::run(std::shared_ptr<FileRound> round, std::stop_token stop)
+{
+    const auto running = std::make_shared<Running>(Running{round, round->begin()});
+    m_running.append(running);
+    setProgress(m_progress.done, m_progress.total + static_cast<int>(running->files.size()));
+    const FileRound::End end = co_await goThrough(running, stop);
+    round->update();
+    m_running.removeOne(running);
+    if (m_running.isEmpty())
+        setProgress(0, 0);
+    else
+        setProgress(m_progress.done, m_progress.total - end.left);
+    round->end(end);
+}
+
+async::Task<FileRound::End> FileLine::goThrough(std::shared_ptr<Running> running, std::stop_token stop)
+{
+    FileRound::End end;
+    const qsizetype count = running->files.size();
+    qsizetype file = 0;
+    for (; file < count && !running->isStopping; ++file) {
+        FileLocks::HeldPath held = co_await m_locks.hold(running->files.at(file), stop);
+        if (running->isStopping)
+            break;
+        std::optional<FileFailure> failure = co_await running->round->work(file, std::move(held), stop);
+        if (failure && end.failed++ == 0)
+            end.firstFailure = std::move(failure);
+        setProgress(m_progress.done + 1, m_progress.total);
+        if ((file + 1) % kFilesPerUpdate == 0)
+            running->round->update();
+    }
+    end.left = static_cast<int>(count - file);
+    co_return end;
+}
+
+void FileLine::setProgress(int done, int total)
+{
+    m_progress = {done, total};
+    emit progressChanged();
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "async/TaskGroup.h"
+#include "core/library/files/FileLocks.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <memory>
+#include <optional>
+
+/// What went wrong with a file. A value.
+struct FileFailure {
+    QUrl url;
+    QString message;        ///< localised
+    bool isMissing = false; ///< the file is not there any more
+};
+
+/// What is to be done with some files, one after the other. Made by the concern that wants it and used for one way
+/// through a FileLine; the calls come in the order in which they stand here. Thread: main.
+class FileRound {
+public:
+    /// How it ended.
+    struct End {
+        std::optional<FileFailure> firstFailure;
+        int failed = 0;
+        int left = 0; ///< files that a stop left undone
+    };
+
+    virtual ~FileRound() = default;
+
+    /// Its turn has come. \return its files, in the order in which they are gone through.
+    virtual QList<QUrl> begin() = 0;
+    /// Does what is to be done with one file. \param held its path, given back at the end unless a copy is kept.
+    /// \return what went wrong. Throws nothing but Cancelled.
+    virtual async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath held,
+                                                         std::stop_token stop) = 0;
+    /// After every few files and after the last one: rows catch up with the files.
+    virtual void update() {}
+    /// All files are done, or a stop left the others. Not called when the line goes before the end.
+    virtual void end(const End& end) = 0;
+};
+
+/// Goes through files in the background, one after the other: holds each file's path while something is done with it,
+/// notes the first failure, has rows brought up to date every few files, tells how far it is, and stops on request
+/// after the file in hand. Thread: main.
+class FileLine : public QObject {
+    Q_OBJECT
+
+public:
+    /// Files done and to be done by the rounds under way; none at other times.
+    struct Progress {
+        int done = 0;
+        int total = 0;
+    };
+
+    /// \param locks outlives it. \param roundsAtOnce how many rounds go on beside each other; more wait in order.
+    explicit FileLine(FileLocks& locks, int roundsAtOnce = 1);
+    ~FileLine() override;
+
+    void append(std::shared_ptr<FileRound> round);
+    /// Ends the rounds under way after the file in hand; those that wait begin nevertheless.
+    void stop();
+    Progress progress() const { return m_progress; }
+    bool isActive() const { return !m_running.isEmpty(); }
+
+Q_SIGNALS:
+    void progressChanged();
+
+private:
+    struct Running;
+
+    async::Task<> run(std::shared_ptr<FileRound> round, std::stop_token stop);
+    async::Task<FileRound::End> goThrough(std::shared_ptr<Running> running, std::stop_token stop);
+    void setProgress(int done, int total);
+
+    FileLocks& m_locks;
+    Progress m_progress;
+    QList<std::shared_ptr<Running>> m_running;
+    async::TaskGroup m_rounds;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "async/Task.h"
+
+#include <QString>
+#include <QUrl>
+
+#include <memory>
+#include <stop_token>
+
+/// Lets one at a time at a file: who comes later waits, in order of arrival. Files are told apart by their
+/// standardized path. All who write, rename or move files hold them meanwhile. Thread: main.
+class FileLocks {
+public:
+    /// Gives a path back when the last of its owners goes.
+    class Held;
+    using HeldPath = std::shared_ptr<Held>;
+
+    FileLocks();
+    ~FileLocks();
+    FileLocks(const FileLocks&) = delete;
+    FileLocks& operator=(const FileLocks&) = delete;
+
+    /// Returns when the caller holds the path. Throws Cancelled after a stop request; the path is not held then.
+    async::Task<> acquire(QString path, std::stop_token stop);
+    /// Gives a held path to the one who has waited longest.
+    void release(const QString& path);
+    /// The same with an owner that releases whatever happens.
+    async::Task<HeldPath> hold(QUrl url, std::stop_token stop);
+
+private:
+    struct State;
+    std::shared_ptr<State> m_state;
+};

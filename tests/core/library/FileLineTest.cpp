@@ -1,0 +1,141 @@
+#include "core/library/files/FileLine.h"
+
+#include "async/MainQueue.h"
+#include "core/library/files/FinishedJob.h"
+#include "platform/FileURL.h"
+#include "support/ManualExecutor.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QUrl url(int number)
+{
+    return FileURL::fromPath(QStringLiteral("/music/%1.mp3").arg(number));
+}
+
+/// Goes through files by number; those in `failing` fail.
+class NotingRound final : public FileRound {
+public:
+    NotingRound(ManualExecutor& executor, QList<int> numbers)
+        : m_executor(executor)
+        , m_numbers(std::move(numbers))
+    {
+    }
+
+    QList<QUrl> begin() override
+    {
+        QList<QUrl> urls;
+        for (const int number : m_numbers)
+            urls.append(url(number));
+        return urls;
+    }
+    async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath held,
+                                                 std::stop_token stop) override
+    {
+        const int number = m_numbers.at(file);
+        co_await finishedJob(m_executor, stop, [](const std::stop_token&) { return true; });
+        worked.append(number);
+        if (keepsPaths)
+            kept.append(held);
+        if (failing.contains(number))
+            co_return FileFailure{url(number), QString::number(number)};
+        co_return std::nullopt;
+    }
+    void update() override { updates.append(worked.size()); }
+    void end(const End& end) override
+    {
+        ended = end;
+        kept.clear();
+    }
+
+    QList<int> failing;
+    bool keepsPaths = false;
+    QList<int> worked;
+    QList<qsizetype> updates; ///< files done by then
+    std::optional<End> ended;
+    QList<FileLocks::HeldPath> kept;
+
+private:
+    ManualExecutor& m_executor;
+    QList<int> m_numbers;
+};
+
+class FileLineTest : public testing::Test {
+protected:
+    ~FileLineTest() override
+    {
+        line.reset();
+        executor.dropAll();
+        async::MainQueue::drain();
+    }
+    std::shared_ptr<NotingRound> round(const QList<int>& numbers)
+    {
+        return std::make_shared<NotingRound>(executor, numbers);
+    }
+    void append(const std::shared_ptr<NotingRound>& round)
+    {
+        line->append(round);
+        async::MainQueue::drain();
+    }
+    QString progress() const { return QStringLiteral("%1/%2").arg(line->progress().done).arg(line->progress().total); }
+
+    ManualExecutor executor;
+    FileLocks locks;
+    std::unique_ptr<FileLine> line = std::make_unique<FileLine>(locks, 2);
+};
+
+} // namespace
+
+TEST_F(FileLineTest, FailuresHoldNothingUpAndRowsCatchUpEveryFewFiles)
+{
+    const auto files = round({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+    files->failing = {3, 9};
+    append(files);
+    executor.runOne();
+    EXPECT_EQ(progress(), QStringLiteral("1/10"));
+    executor.runAll();
+    EXPECT_EQ(files->worked.size(), 10);
+    EXPECT_EQ(files->updates, (QList<qsizetype>{8, 10}));
+    ASSERT_TRUE(files->ended);
+    EXPECT_EQ(files->ended->firstFailure->message, QStringLiteral("3"));
+    EXPECT_EQ(files->ended->failed, 2);
+    EXPECT_EQ(files->ended->left, 0);
+    EXPECT_EQ(progress(), QStringLiteral("0/0"));
+    EXPECT_FALSE(line->isActive());
+}
+
+TEST_F(FileLineTest, AStopFinishesTheFileInHandAndLeavesRoundsThatWait)
+{
+    const auto first = round({1, 2, 3});
+    const auto second = round({4, 5});
+    const auto waiting = round({6});
+    append(first);
+    append(second);
+    append(waiting);
+    EXPECT_EQ(progress(), QStringLiteral("0/5")) << "the third round has not begun";
+    executor.runOne();
+    line->stop();
+    executor.runAll();
+    EXPECT_EQ(first->worked, (QList<int>{1, 2}));
+    EXPECT_EQ(first->ended->left, 1);
+    EXPECT_EQ(second->worked, QList<int>{4});
+    EXPECT_EQ(waiting->worked, QList<int>{6});
+    EXPECT_EQ(waiting->ended->left, 0);
+}
+
+TEST_F(FileLineTest, APathIsHeldWhileItsFileIsWorkedOnAndLongerOnRequest)
+{
+    const auto files = round({1, 2});
+    files->keepsPaths = true;
+    const auto rival = round({2, 1});
+    append(files);
+    append(rival); // holds 2 while the first has 1
+    executor.runOne();
+    EXPECT_EQ(files->worked, QList<int>{1});
+    executor.runOne();
+    EXPECT_EQ(rival->worked, QList<int>{2});
+    executor.runAll();
+    EXPECT_EQ(files->worked, (QList<int>{1, 2})) << "free as soon as the rival is done with it";
+    EXPECT_EQ(rival->worked, (QList<int>{2, 1})) << "kept until the other round's end";
+}
