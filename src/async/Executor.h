@@ -9,8 +9,14 @@
 
 namespace async {
 
-/// How urgent background work is. On Linux a nice value of the thread that runs it.
-enum class Priority { UserInitiated, Utility, Background };
+/// How urgent background work is. On Linux a nice value of the thread that runs it. Work of one priority never waits
+/// for work of another.
+enum class Priority {
+    Player,        ///< opening a file that shall sound; nothing else, so that it never waits behind anything
+    UserInitiated, ///< what the user has asked for, e.g. saves
+    Utility,       ///< what the user will want soon
+    Background     ///< what may take its time
+};
 
 /// Runs functions off the main thread and resumes their awaiters on the main queue. ThreadExecutor in the program,
 /// ManualExecutor in tests. Thread: run() is called on the main thread.

@@ -6,10 +6,13 @@ namespace async {
 
 namespace {
 
-// Chosen: each step of 5 leaves a busy thread about a third of the processor time of the step above it.
-constexpr int kUserInitiatedNiceness = 0;
+// Chosen: each step of 5 leaves a busy thread about a third of the processor time of the step above it. All work but
+// the opening of what shall sound stands below the main thread and the player.
+constexpr int kPlayerNiceness = 0;
+constexpr int kUserInitiatedNiceness = 2;
 constexpr int kUtilityNiceness = 5;
 constexpr int kBackgroundNiceness = 10;
+constexpr int kPlayerThreads = 4;
 
 int threadsPerPool()
 {
@@ -19,7 +22,8 @@ int threadsPerPool()
 } // namespace
 
 ThreadExecutor::ThreadExecutor()
-    : m_pools{{{kUserInitiatedNiceness, threadsPerPool()},
+    : m_pools{{{kPlayerNiceness, kPlayerThreads},
+               {kUserInitiatedNiceness, threadsPerPool()},
                {kUtilityNiceness, threadsPerPool()},
                {kBackgroundNiceness, threadsPerPool()}}}
 {

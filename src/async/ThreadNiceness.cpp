@@ -13,8 +13,8 @@ namespace async {
 
 void setThreadNiceness(int value)
 {
-    // Refused only for values below the present one: then the thread keeps what it inherited.
-    setpriority(PRIO_PROCESS, id_t(gettid()), value);
+    if (value > threadNiceness()) // a program that was started to give way goes on giving way
+        setpriority(PRIO_PROCESS, id_t(gettid()), value);
 }
 
 int threadNiceness()

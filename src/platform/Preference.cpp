@@ -1,6 +1,13 @@
 #include "platform/Preference.h"
 
+#include "async/ThreadNiceness.h"
+
 #include <QSettings>
+
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
 
 void PreferenceStore::set(const QString& key, const QVariant& value)
 {
@@ -16,43 +23,113 @@ void PreferenceStore::remove(const QString& key)
         onChange(key);
 }
 
+/// Brings changes to the disk in their order, several at once when they come faster than the disk takes them.
+class SettingsFile::Writer {
+public:
+    explicit Writer(const QString& path)
+        : m_path(path)
+    {
+    }
+    ~Writer()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_isEnding = true;
+        }
+        m_wake.notify_one();
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    /// \param value nothing takes the key out.
+    void add(const QString& key, const std::optional<QVariant>& value)
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_changes.insert(key, value);
+        }
+        if (m_thread.joinable())
+            m_wake.notify_one();
+        else
+            m_thread = std::thread([this] { work(); });
+    }
+
+private:
+    using Changes = QMap<QString, std::optional<QVariant>>;
+    static constexpr int kNiceness = 5; // that of work that the user will want soon
+
+    void work()
+    {
+        async::setThreadNiceness(kNiceness);
+        std::unique_lock lock(m_mutex);
+        while (true) {
+            m_wake.wait(lock, [this] { return m_isEnding || !m_changes.isEmpty(); });
+            if (m_changes.isEmpty())
+                return;
+            const Changes changes = std::exchange(m_changes, {});
+            lock.unlock();
+            write(changes);
+            lock.lock();
+        }
+    }
+
+    void write(const Changes& changes) const
+    {
+        QSettings file(m_path, QSettings::IniFormat);
+        for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
+            if (change.value())
+                file.setValue(change.key(), *change.value());
+            else
+                file.remove(change.key());
+        }
+        file.sync();
+        if (file.status() != QSettings::NoError)
+            qWarning("the preferences cannot be written to %s", qPrintable(m_path));
+    }
+
+    const QString m_path;
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    Changes m_changes;
+    bool m_isEnding = false;
+    std::thread m_thread;
+};
+
 SettingsFile::SettingsFile(const QString& path)
-    : m_settings(std::make_unique<QSettings>(path, QSettings::IniFormat))
+    : m_writer(std::make_unique<Writer>(path))
 {
+    const QSettings file(path, QSettings::IniFormat);
+    for (const QString& key : file.allKeys())
+        m_values.insert(key, file.value(key));
 }
 
 SettingsFile::~SettingsFile() = default;
 
 bool SettingsFile::contains(const QString& key) const
 {
-    return m_settings->contains(key);
+    return m_values.contains(key);
 }
 
 QVariant SettingsFile::value(const QString& key) const
 {
-    return m_settings->value(key);
+    return m_values.value(key);
 }
 
 QStringList SettingsFile::keys() const
 {
-    return m_settings->allKeys();
+    return m_values.keys();
 }
 
 void SettingsFile::write(const QString& key, const QVariant& value)
 {
-    m_settings->setValue(key, value);
-    flush();
+    m_values.insert(key, value);
+    m_writer->add(key, value);
 }
 
 void SettingsFile::erase(const QString& key)
 {
-    m_settings->remove(key);
-    flush();
-}
-
-void SettingsFile::flush()
-{
-    m_settings->sync();
-    if (m_settings->status() != QSettings::NoError)
-        qWarning("the preferences cannot be written to %s", qPrintable(m_settings->fileName()));
+    m_values.remove(key);
+    m_writer->add(key, std::nullopt);
 }

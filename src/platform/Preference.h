@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -9,9 +10,7 @@
 #include <memory>
 #include <type_traits>
 
-class QSettings;
-
-/// Where preference values live. A write is complete when the call returns.
+/// Where preference values live. A value that was set is what value() gives from then on. Thread: main.
 class PreferenceStore {
 public:
     virtual ~PreferenceStore() = default;
@@ -76,11 +75,14 @@ private:
     T m_default;
 };
 
-/// The preferences of the user, in an INI file of the configuration folder.
+/// The preferences of the user, in an INI file of the configuration folder. The file is read once, and written by a
+/// thread of its own, each time as a whole new file that takes the old one's place: the window never waits for the
+/// disk.
 class SettingsFile final : public PreferenceStore {
 public:
     /// \param path full path of the file; created with the first value.
     explicit SettingsFile(const QString& path);
+    /// Waits until everything that was set is on disk, or until the disk has refused it.
     ~SettingsFile() override;
     bool contains(const QString& key) const override;
     QVariant value(const QString& key) const override;
@@ -91,9 +93,10 @@ protected:
     void erase(const QString& key) override;
 
 private:
-    void flush();
+    class Writer;
 
-    std::unique_ptr<QSettings> m_settings;
+    QMap<QString, QVariant> m_values;
+    std::unique_ptr<Writer> m_writer;
 };
 
 /// Preferences that last as long as the object.

@@ -121,7 +121,7 @@ void AudioPlayer::stopAndClear()
     VELMORA_ASSERT_MAIN_THREAD();
     cancelPendingSeek(false);
     m_openTask.cancel();
-    m_openingTrack.reset();
+    endOpening();
     m_deferred.clear();
     dropAudio();
     clearPublished();

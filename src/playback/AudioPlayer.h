@@ -31,9 +31,9 @@ class Executor;
 /// seeks without clicks, and gives the waveform a position that is smooth and corrected for the output's latency.
 /// States: idle (no file), opening, playing, paused, finished. Thread: main.
 ///
-/// Files are opened on a worker. What is asked of the player meanwhile (toggle, seek, volume …) is done in its order as
-/// soon as the file is open; another play() or stopAndClear() gives the opening up. The published track is the one
-/// before until then.
+/// Files are opened on a worker of their own. What is asked of the player meanwhile (toggle, seek, volume …) is done in
+/// its order as soon as the file is open; another play() or stopAndClear() gives the opening up. The published track is
+/// the one before until then.
 class AudioPlayer : public QObject {
     Q_OBJECT
 
@@ -71,6 +71,8 @@ public:
     bool isPlaying() const { return m_isPlaying; }
     /// A file is being opened and will then be played.
     bool isOpening() const { return m_openingTrack.has_value(); }
+    /// Opening takes so long that the user should see that the click was heard: longer than 0.2 s.
+    bool isOpeningSlowly() const { return m_isOpeningSlowly; }
     /// What was asked for last: the track that is being opened, else the current one.
     const std::optional<Track>& requestedTrack() const { return m_openingTrack ? m_openingTrack : m_currentTrack; }
     AudioPlaybackProgress& progress() { return m_progress; }
@@ -98,6 +100,7 @@ public:
 Q_SIGNALS:
     void currentTrackChanged();
     void isPlayingChanged();
+    void isOpeningSlowlyChanged();
 
 private:
     using Operation = std::function<void()>;
@@ -108,6 +111,9 @@ private:
     // Opening.
     void startOpening(const Track& track);
     async::Task<> openFile(Track track, std::stop_token stop);
+    async::Task<> tellSlowOpening(std::stop_token stop);
+    void setOpeningSlowly(bool isSlow);
+    void endOpening();
     void finishOpening(const Track& track, std::shared_ptr<AudioFilePlayer> audio);
     void openingFailed();
     void runDeferred(const std::vector<Operation>& operations);
@@ -149,6 +155,7 @@ private:
     std::optional<Track> m_currentTrack;
     std::optional<Track> m_openingTrack;
     bool m_isPlaying = false;
+    bool m_isOpeningSlowly = false;
     bool m_isScrubbing = false;
     bool m_didReportCompletion = false;
     double m_outputLatency = 0; ///< seconds, measured at each start
@@ -158,5 +165,6 @@ private:
     VolumeStore m_volumeStore;
     SeekFade m_seek;
     async::TaskSlot m_openTask;
+    async::TaskSlot m_slowOpening;
     async::TaskSlot m_ticks;
 };

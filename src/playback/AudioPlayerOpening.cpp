@@ -1,6 +1,7 @@
 #include "playback/AudioPlayer.h"
 
 #include "async/Cancelled.h"
+#include "async/Clock.h"
 #include "async/Executor.h"
 #include "async/MainQueue.h"
 #include "platform/FileURL.h"
@@ -12,6 +13,11 @@
 #include <cmath>
 #include <utility>
 
+namespace {
+/// Chosen: what answers later than this seems not to have heard. Seconds.
+constexpr double kOpeningPatience = 0.2;
+} // namespace
+
 // The road of a file: it is opened on a worker, started on the main thread, and then what was asked for meanwhile is
 // done in its order.
 
@@ -21,6 +27,8 @@ void AudioPlayer::startOpening(const Track& track)
     m_deferred.clear();
     m_openingTrack = track;
     m_openTask.start([this, track](std::stop_token stop) { return openFile(track, stop); });
+    if (!m_isOpeningSlowly) // a sign that is shown already stays for the next file
+        m_slowOpening.start([this](std::stop_token stop) { return tellSlowOpening(stop); });
 }
 
 async::Task<> AudioPlayer::openFile(Track track, std::stop_token stop)
@@ -29,7 +37,7 @@ async::Task<> AudioPlayer::openFile(Track track, std::stop_token stop)
                          std::stop_token jobStop) { return audio.open(path, std::move(jobStop)); };
     std::shared_ptr<AudioFilePlayer> audio;
     try {
-        audio = co_await m_services.executor.run(async::Priority::UserInitiated, stop, job);
+        audio = co_await m_services.executor.run(async::Priority::Player, stop, job);
     } catch (const async::Cancelled&) {
         throw;
     } catch (const std::exception&) { // not the file's fault alone: memory may be short
@@ -37,9 +45,30 @@ async::Task<> AudioPlayer::openFile(Track track, std::stop_token stop)
     finishOpening(track, std::move(audio));
 }
 
-void AudioPlayer::finishOpening(const Track& track, std::shared_ptr<AudioFilePlayer> audio)
+async::Task<> AudioPlayer::tellSlowOpening(std::stop_token stop)
+{
+    co_await m_services.clock.sleep(async::seconds(kOpeningPatience), stop);
+    setOpeningSlowly(true);
+}
+
+void AudioPlayer::setOpeningSlowly(bool isSlow)
+{
+    if (m_isOpeningSlowly == isSlow)
+        return;
+    m_isOpeningSlowly = isSlow;
+    emit isOpeningSlowlyChanged();
+}
+
+void AudioPlayer::endOpening()
 {
     m_openingTrack.reset();
+    m_slowOpening.cancel();
+    setOpeningSlowly(false);
+}
+
+void AudioPlayer::finishOpening(const Track& track, std::shared_ptr<AudioFilePlayer> audio)
+{
+    endOpening();
     const std::vector<Operation> deferred = std::exchange(m_deferred, {});
     if (!audio) {
         openingFailed();
@@ -71,7 +100,7 @@ void AudioPlayer::runDeferred(const std::vector<Operation>& operations)
 {
     const std::shared_ptr<AudioFilePlayer> opened = m_audio;
     for (const Operation& operation : operations) {
-        // Whoever listens may have gone on to another track meanwhile.
+        // What listens may have gone on to another track meanwhile.
         if (m_audio != opened || m_openingTrack)
             return;
         operation();

@@ -26,7 +26,7 @@ void spinUntilIdle()
 
 Priority priorityOf(int index)
 {
-    return Priority(index % 3);
+    return Priority(index % 4);
 }
 
 struct Tally {
@@ -166,9 +166,9 @@ TEST(ThreadExecutor, APriorityIsTheNicenessOfItsThreads)
 {
     const int inherited = threadNiceness();
     ThreadExecutor executor;
-    std::atomic<int> niceness[3] = {-1, -1, -1};
-    TaskGroup group(3);
-    for (int index = 0; index < 3; ++index) {
+    std::atomic<int> niceness[4] = {-1, -1, -1, -1};
+    TaskGroup group(4);
+    for (int index = 0; index < 4; ++index) {
         group.add([&, index](std::stop_token stop) {
             return executor.run(priorityOf(index), stop,
                                 [&, index](std::stop_token) { niceness[index] = threadNiceness(); });
@@ -176,11 +176,40 @@ TEST(ThreadExecutor, APriorityIsTheNicenessOfItsThreads)
     }
     spinUntilIdle();
 #ifdef Q_OS_LINUX
-    EXPECT_EQ(niceness[0], std::max(inherited, 0));
-    EXPECT_EQ(niceness[1], std::max(inherited, 5));
-    EXPECT_EQ(niceness[2], std::max(inherited, 10));
+    for (int index = 0; index < 4; ++index)
+        EXPECT_EQ(niceness[index], std::max(inherited, std::array{0, 2, 5, 10}[size_t(index)])) << index;
 #endif
     EXPECT_EQ(threadNiceness(), inherited) << "the main thread keeps its own";
+}
+
+TEST(ThreadExecutor, ThePlayerWaitsForNoOtherWork)
+{
+    ThreadExecutor executor;
+    TaskGroup group(1000);
+    std::stop_source saves;
+    for (int index = 0; index < 900; ++index) {
+        const auto blocked = [stop = saves.get_token()](std::stop_token) { waitForStop(stop); };
+        group.add([&, index, blocked](std::stop_token stop) {
+            return executor.run(Priority(1 + index % 3), std::move(stop), blocked);
+        });
+    }
+    // Files on a disk that does not answer hold threads of the player's own.
+    for (int index = 0; index < 3; ++index) {
+        const auto blocked = [stop = saves.get_token()](std::stop_token) { waitForStop(stop); };
+        group.add(
+            [&, blocked](std::stop_token stop) { return executor.run(Priority::Player, std::move(stop), blocked); });
+    }
+    std::atomic<bool> isOpen = false;
+    group.add([&](std::stop_token stop) -> Task<> {
+        return executor.run(Priority::Player, std::move(stop), [&isOpen](std::stop_token) { isOpen = true; });
+    });
+    QElapsedTimer timer;
+    timer.start();
+    while (!isOpen && timer.elapsed() < 10'000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_TRUE(isOpen);
+    saves.request_stop();
+    spinUntilIdle();
 }
 
 TEST(Lane, RunsOneAtATimeInOrderOnRealThreads)

@@ -100,13 +100,40 @@ TEST_F(AudioPlayerOpeningTest, ThePublishedTrackIsTheOneBefore)
     EXPECT_EQ(executor.jobs().size(), 0U);
 }
 
+TEST_F(AudioPlayerOpeningTest, AClickThatDoesNotSoundSoonShowsThatItWasHeard)
+{
+    QList<bool> seen;
+    QObject::connect(player.get(), &AudioPlayer::isOpeningSlowlyChanged,
+                     [&] { seen.append(player->isOpeningSlowly()); });
+    player->play(a);
+    advance(0.19);
+    executor.runAll();
+    advance(1);
+    EXPECT_TRUE(seen.isEmpty()) << "a file that opens at once needs no sign";
+
+    player->play(b);
+    advance(0.21);
+    EXPECT_EQ(seen, QList<bool>{true});
+    player->play(a);
+    advance(1);
+    EXPECT_EQ(seen, QList<bool>{true}) << "the sign stays for the next file";
+    executor.runAll();
+    EXPECT_EQ(seen, (QList<bool>{true, false}));
+
+    player->play(b);
+    advance(0.21);
+    player->stopAndClear();
+    executor.runAll();
+    EXPECT_FALSE(player->isOpeningSlowly());
+}
+
 TEST_F(AudioPlayerOpeningTest, TheLastRequestWins)
 {
     open(a);
     player->play(b);
     player->toggle();
     player->play(a);
-    EXPECT_EQ(executor.jobs(), std::vector<async::Priority>(2, async::Priority::UserInitiated));
+    EXPECT_EQ(executor.jobs(), std::vector<async::Priority>(2, async::Priority::Player));
     executor.runAll();
     EXPECT_EQ(player->currentID(), a.id()) << "opened anew, though it was current before";
     EXPECT_TRUE(player->isPlaying()) << "what was asked of the other is forgotten";
