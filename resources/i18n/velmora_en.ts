@@ -1389,6 +1389,10 @@
     <translation>The file %@ is damaged or could not be read completely.</translation>
   </message>
   <message>
+    <source>Файл открывается…</source>
+    <translation>The file is being opened…</translation>
+  </message>
+  <message>
     <source>Файлов не найдено при запуске: %d</source>
     <translation>Files not found at the start: %d</translation>
   </message>

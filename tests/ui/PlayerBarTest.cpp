@@ -64,6 +64,23 @@ protected:
     QList<Track> tracks;
 };
 
+TEST_F(PlayerBarTest, AFileThatOpensSlowlyShowsThatTheClickWasHeard)
+{
+    start();
+    ThemeButton* pause = button(QStringLiteral("Пауза"));
+    ASSERT_TRUE(pause);
+    player.play(tracks[1]);
+    clock.advance(async::seconds(0.15));
+    EXPECT_FALSE(pause->isBusy());
+    const QImage before = pause->grab().toImage();
+    clock.advance(async::seconds(0.1));
+    EXPECT_TRUE(pause->isBusy());
+    EXPECT_NE(pause->grab().toImage(), before);
+    EXPECT_EQ(pause->accessibleDescription(), QStringLiteral("Файл открывается…"));
+    executor.runAll();
+    EXPECT_FALSE(pause->isBusy());
+}
+
 TEST_F(PlayerBarTest, TimesOfATrack)
 {
     const QString minus(QChar(0x2212));

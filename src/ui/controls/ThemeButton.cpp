@@ -1,6 +1,7 @@
 #include "ui/controls/ThemeButton.h"
 
 #include "ui/theme/Icons.h"
+#include "ui/theme/Motion.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
 
@@ -13,6 +14,10 @@ constexpr int kIconGap = 8;
 constexpr int kIconSide = 16;
 constexpr int kRoundIcon = 22;
 constexpr double kLighter = 0.10; // of the text's colour laid over a hovered accent
+constexpr int kRingWidth = 3;
+constexpr int kRingLength = 270; // degrees
+constexpr int kTurn = 20;        // degrees
+constexpr int kTurnMilliseconds = 50;
 } // namespace
 
 ThemeButton::ThemeButton(const Theme& theme, Kind kind, QWidget* parent)
@@ -46,6 +51,38 @@ void ThemeButton::setIconColour(const QColor& colour)
 {
     m_iconColour = colour;
     update();
+}
+
+void ThemeButton::setBusy(bool isBusy)
+{
+    if (m_isBusy == isBusy)
+        return;
+    m_isBusy = isBusy;
+    if (isBusy && !Motion::isReduced())
+        m_turning.start(kTurnMilliseconds, this);
+    else
+        m_turning.stop();
+    update();
+}
+
+void ThemeButton::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_turning.timerId()) {
+        QAbstractButton::timerEvent(event);
+        return;
+    }
+    m_turn = (m_turn + kTurn) % 360;
+    update();
+}
+
+void ThemeButton::paintBusyRing(QPainter& painter) const
+{
+    constexpr int kSixteenths = 16; // the toolkit's unit of angles
+    const double inset = kRingWidth / 2.0;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_theme.colours().accent, kRingWidth, Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(QRectF(rect()).adjusted(inset, inset, -inset, -inset), -m_turn * kSixteenths,
+                    kRingLength * kSixteenths);
 }
 
 const QFont& ThemeButton::labelFont() const
@@ -142,6 +179,8 @@ void ThemeButton::paintEvent(QPaintEvent*)
                      text());
     if (m_kind == Kind::Link && underMouse())
         painter.fillRect(x, height() / 2 + Metrics::kSpace2, textWidth, Metrics::kHairline, colour);
+    if (m_isBusy)
+        paintBusyRing(painter);
     if (hasFocus())
         Paint::focusRing(painter, rect(), cornerRadius() - Metrics::kFocusWidth / 2.0,
                          m_kind == Kind::Accent ? m_theme.colours().text : m_theme.colours().accent);

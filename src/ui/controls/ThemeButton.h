@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QBasicTimer>
 
 class Theme;
 
@@ -19,6 +20,9 @@ public:
     void setIconOnly(const QString& iconName, const QString& name, const QString& hotkey = {});
     /// The icon's colour instead of the text's.
     void setIconColour(const QColor& colour);
+    /// A ring around a round button: what was asked for is under way. It turns unless the desktop wants no animations.
+    void setBusy(bool isBusy);
+    bool isBusy() const { return m_isBusy; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -27,15 +31,20 @@ protected:
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     QColor textColour() const;
     const QFont& labelFont() const;
     double cornerRadius() const;
     void paintBackground(QPainter& painter) const;
+    void paintBusyRing(QPainter& painter) const;
 
     const Theme& m_theme;
     Kind m_kind;
     QString m_iconName;
     QColor m_iconColour;
+    bool m_isBusy = false;
+    int m_turn = 0; ///< of the ring, degrees
+    QBasicTimer m_turning;
 };

@@ -38,6 +38,7 @@ PlayerBar::PlayerBar(const WindowContext& context, QWidget* parent)
     setFixedHeight(Metrics::kPlayerHeight);
     connect(&context.player, &AudioPlayer::currentTrackChanged, this, &PlayerBar::refresh);
     connect(&context.player, &AudioPlayer::isPlayingChanged, this, &PlayerBar::refresh);
+    connect(&context.player, &AudioPlayer::isOpeningSlowlyChanged, this, &PlayerBar::refresh);
     connect(m_output, &QAbstractButton::clicked, this, &PlayerBar::openOutputs);
     retranslate();
 }

@@ -42,6 +42,9 @@ void TransportControls::refresh(bool hasTrack)
     m_play->setIconOnly(isPlaying ? QStringLiteral("pause") : QStringLiteral("play"),
                         Texts::localized(isPlaying ? QStringLiteral("Пауза") : QStringLiteral("Воспроизвести")),
                         Texts::localized(QStringLiteral("Пробел")));
+    const bool isOpening = m_context.player.isOpeningSlowly();
+    m_play->setBusy(isOpening);
+    m_play->setAccessibleDescription(isOpening ? Texts::localized(QStringLiteral("Файл открывается…")) : QString());
     m_next->setIconOnly(QStringLiteral("next"), Texts::localized(QStringLiteral("Следующий трек")),
                         QStringLiteral("Ctrl+→"));
     for (ThemeButton* each : {m_previous, m_play, m_next})
