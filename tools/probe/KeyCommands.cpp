@@ -48,16 +48,13 @@ QJsonObject answerFor(const QString& path, bool isRaw)
     try {
         return describe(analyze(path, isRaw));
     } catch (const MusicalKeyAnalyzer::Error& failure) {
-        error = {{QStringLiteral("case"), QString(failure.caseName())},
-                 {QStringLiteral("domain"), QString(MusicalKeyAnalyzer::Error::domain())},
-                 {QStringLiteral("code"), failure.code()},
-                 {QStringLiteral("message"), failure.message()}};
+        error = Output::described(failure);
+        error.insert(QStringLiteral("domain"), QString(MusicalKeyAnalyzer::Error::domain()));
+        error.insert(QStringLiteral("code"), failure.code());
     } catch (const AudioPCMDecoder::DecoderError& failure) {
-        error = {{QStringLiteral("case"), QString(failure.caseName())}, {QStringLiteral("message"), failure.message()}};
+        error = Output::described(failure);
     } catch (const std::system_error& failure) {
-        error = {{QStringLiteral("domain"), QString::fromLatin1(failure.code().category().name())},
-                 {QStringLiteral("code"), failure.code().value()},
-                 {QStringLiteral("message"), QString::fromLocal8Bit(failure.what())}};
+        error = Output::described(failure);
     }
     return {{QStringLiteral("error"), error}};
 }

@@ -1,5 +1,7 @@
 #include "Output.h"
 
+#include "tags/writing/WriteErrors.h"
+
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -17,6 +19,31 @@ void line(const QJsonObject& object)
 void diagnose(const QString& message)
 {
     std::fprintf(stderr, "velmora-probe: %s\n", qUtf8Printable(message));
+}
+
+QJsonObject described(const FileError& error)
+{
+    QJsonObject object{{QStringLiteral("case"), QString(error.caseName())},
+                       {QStringLiteral("message"), error.message()}};
+    if (error.systemError() != 0) {
+        object.insert(QStringLiteral("domain"), QStringLiteral("errno"));
+        object.insert(QStringLiteral("code"), error.systemError());
+    }
+    return object;
+}
+
+QJsonObject described(const std::system_error& error)
+{
+    return {{QStringLiteral("case"), QStringLiteral("systemError")},
+            {QStringLiteral("domain"), QString::fromLatin1(error.code().category().name())},
+            {QStringLiteral("code"), error.code().value()},
+            {QStringLiteral("message"), QString::fromLocal8Bit(error.what())}};
+}
+
+ExitStatus failure(const QString& path, const QJsonObject& error)
+{
+    line({{QStringLiteral("path"), path}, {QStringLiteral("error"), error}});
+    return ExitStatus::ItemFailed;
 }
 
 ExitStatus noRequest()

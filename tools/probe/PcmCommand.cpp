@@ -72,12 +72,6 @@ bool writeSamples(const std::vector<float>& samples, const QString& path)
            file.commit();
 }
 
-ExitStatus fail(const Request& request, const QJsonObject& error)
-{
-    Output::line({{QStringLiteral("path"), request.path}, {QStringLiteral("error"), error}});
-    return ExitStatus::ItemFailed;
-}
-
 } // namespace
 
 ExitStatus Commands::pcm(const QStringList& arguments)
@@ -95,11 +89,8 @@ ExitStatus Commands::pcm(const QStringList& arguments)
                       {QStringLiteral("samples"), static_cast<qint64>(samples.size())}});
         return ExitStatus::Success;
     } catch (const DecoderError& error) {
-        return fail(*request, {{QStringLiteral("case"), QString(error.caseName())},
-                               {QStringLiteral("message"), error.message()}});
+        return Output::failure(request->path, Output::described(error));
     } catch (const std::system_error& error) {
-        return fail(*request, {{QStringLiteral("domain"), QString::fromLatin1(error.code().category().name())},
-                               {QStringLiteral("code"), error.code().value()},
-                               {QStringLiteral("message"), QString::fromLocal8Bit(error.what())}});
+        return Output::failure(request->path, Output::described(error));
     }
 }

@@ -60,45 +60,19 @@ std::optional<QByteArray> contentsOf(const QString& path)
     return bytes;
 }
 
-QJsonObject described(const FileError& error)
-{
-    QJsonObject object{{QStringLiteral("case"), QString(error.caseName())},
-                       {QStringLiteral("message"), error.message()}};
-    if (error.systemError() != 0) {
-        object.insert(QStringLiteral("domain"), QStringLiteral("errno"));
-        object.insert(QStringLiteral("code"), error.systemError());
-    }
-    return object;
-}
-
-QJsonObject described(const WriteError& error)
-{
-    return {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}};
-}
-
-QJsonObject described(const VaultError& error)
-{
-    return {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}};
-}
-
 /// Makes one call for a file and prints how it ended.
 ExitStatus change(const QString& path, const std::function<void(const QUrl&)>& call)
 {
-    const QString pathKey = QStringLiteral("path");
-    const QString errorKey = QStringLiteral("error");
     try {
         call(FileURL::fromPath(QDir::current().absoluteFilePath(path)));
     } catch (const FileError& error) {
-        Output::line({{pathKey, path}, {errorKey, described(error)}});
-        return ExitStatus::ItemFailed;
+        return Output::failure(path, Output::described(error));
     } catch (const WriteError& error) {
-        Output::line({{pathKey, path}, {errorKey, described(error)}});
-        return ExitStatus::ItemFailed;
+        return Output::failure(path, Output::described(error));
     } catch (const VaultError& error) {
-        Output::line({{pathKey, path}, {errorKey, described(error)}});
-        return ExitStatus::ItemFailed;
+        return Output::failure(path, Output::described(error));
     }
-    Output::line({{pathKey, path}, {QStringLiteral("ok"), true}});
+    Output::line({{QStringLiteral("path"), path}, {QStringLiteral("ok"), true}});
     return ExitStatus::Success;
 }
 

@@ -46,29 +46,20 @@ void print(const QString& path, const Estimate& estimate)
                   {QStringLiteral("alternatives"), alternatives}});
 }
 
-ExitStatus fail(const QString& path, const QJsonObject& error)
-{
-    Output::line({{QStringLiteral("path"), path}, {QStringLiteral("error"), error}});
-    return ExitStatus::ItemFailed;
-}
-
 ExitStatus tempoOf(const QString& path, const Options& options)
 {
     try {
         print(path, estimate(path, options));
         return ExitStatus::Success;
     } catch (const BPMAnalyzer::Error& error) {
-        return fail(path, {{QStringLiteral("case"), QString(error.caseName())},
-                           {QStringLiteral("domain"), QString(BPMAnalyzer::Error::domain())},
-                           {QStringLiteral("code"), error.code()},
-                           {QStringLiteral("message"), error.message()}});
+        QJsonObject object = Output::described(error);
+        object.insert(QStringLiteral("domain"), QString(BPMAnalyzer::Error::domain()));
+        object.insert(QStringLiteral("code"), error.code());
+        return Output::failure(path, object);
     } catch (const AudioPCMDecoder::DecoderError& error) {
-        return fail(
-            path, {{QStringLiteral("case"), QString(error.caseName())}, {QStringLiteral("message"), error.message()}});
+        return Output::failure(path, Output::described(error));
     } catch (const std::system_error& error) {
-        return fail(path, {{QStringLiteral("domain"), QString::fromLatin1(error.code().category().name())},
-                           {QStringLiteral("code"), error.code().value()},
-                           {QStringLiteral("message"), QString::fromLocal8Bit(error.what())}});
+        return Output::failure(path, Output::described(error));
     }
 }
 

@@ -39,8 +39,7 @@ ExitStatus fail(const QString& path, const QString& caseName, const std::excepti
 {
     const QJsonObject object{{QStringLiteral("case"), caseName},
                              {QStringLiteral("message"), QString::fromLatin1(error.what())}};
-    Output::line({{QStringLiteral("path"), path}, {QStringLiteral("error"), object}});
-    return ExitStatus::ItemFailed;
+    return Output::failure(path, object);
 }
 
 ExitStatus waveformOf(const QString& path, bool isDirect)
