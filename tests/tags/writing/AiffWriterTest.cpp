@@ -1,11 +1,7 @@
 #include "core/model/AudioTags.h"
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
-#include "tags/AudioMetadataLoader.h"
 #include "tags/writing/MetadataWriter.h"
-
-#include <QFile>
-#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -122,32 +118,6 @@ TEST(AiffWriterTest, refusesWhatItCannotRewrite)
     };
     for (const auto& c : cases)
         expectRefused(c.name, c.bytes, c.change, c.failure, c.what);
-}
-
-TEST(AiffWriterTest, refusesFilesThatWouldPassTheirSizeField)
-{
-    const FileFolder folder;
-    const QUrl url = folder.write(kName, file("SSND" + big(0xFFFFFFE0, 4)));
-    ASSERT_TRUE(QFile::resize(url.toLocalFile(), 12 + 8 + 0xFFFFFFE0)); // a hole
-    EXPECT_EQ(failureOf(writing(fullTags()), url), QStringLiteral("rewriteFailed aiff"));
-}
-
-TEST(AiffWriterTest, keepsTheSoundOfRealFiles)
-{
-    for (const char* codec : {"pcm_s16be", "pcm_s24be", "pcm_s32be", "pcm_f32be", "pcm_s16le"}) {
-        const FileFolder folder;
-        const QUrl url = makeSound(folder, kName, {QStringLiteral("-c:a"), QLatin1StringView(codec)});
-        const QByteArray before = packetDigest(url);
-        ASSERT_FALSE(before.isEmpty()) << codec;
-        MetadataWriter::assignArtwork(kPng, fullTags(), url);
-        EXPECT_EQ(packetDigest(url), before) << codec;
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.toJson(), readableTags().toJson()) << codec;
-        EXPECT_EQ(foreignTag(url, QStringLiteral("TIT2")), fullTags().title) << codec;
-        EXPECT_FALSE(MetadataWriter::containsArtworkBytes("no such picture", url)) << codec;
-        MetadataWriter::clean(CleanerField::Title, QStringLiteral("Neu"), {}, url);
-        EXPECT_EQ(packetDigest(url), before) << codec;
-        EXPECT_EQ(foreignTag(url, QStringLiteral("TIT2")), QStringLiteral("Neu")) << codec;
-    }
 }
 
 } // namespace

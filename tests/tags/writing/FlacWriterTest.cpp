@@ -1,10 +1,7 @@
 #include "core/model/AudioTags.h"
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
-#include "tags/AudioMetadataLoader.h"
 #include "tags/writing/MetadataWriter.h"
-
-#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -193,28 +190,6 @@ TEST(FlacWriterTest, refusesWhatItCannotRewrite)
     };
     for (const auto& c : cases)
         expectRefused(kName, c.bytes, c.change, c.failure, c.what);
-}
-
-TEST(FlacWriterTest, keepsTheSoundOfRealFiles)
-{
-    const QStringList depths[] = {{QStringLiteral("-sample_fmt"), QStringLiteral("s16")},
-                                  {QStringLiteral("-sample_fmt"), QStringLiteral("s32")}};
-    for (const QStringList& arguments : depths) {
-        const FileFolder folder;
-        const QUrl url = makeSound(folder, kName, arguments);
-        const QByteArray before = packetDigest(url);
-        ASSERT_FALSE(before.isEmpty());
-        MetadataWriter::assignArtwork(kPng, fullTags(), url);
-        EXPECT_EQ(packetDigest(url), before);
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.toJson(), readableTags().toJson());
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).artworkData.byteCount(), kPng.size());
-        EXPECT_EQ(foreignTag(url, QStringLiteral("title")), fullTags().title);
-        MetadataWriter::clean(CleanerField::Title | CleanerField::Comment, QStringLiteral("Neu"), {}, url);
-        EXPECT_EQ(packetDigest(url), before);
-        EXPECT_EQ(foreignTag(url, QStringLiteral("title")), QStringLiteral("Neu"));
-        EXPECT_EQ(foreignTag(url, QStringLiteral("comment")), QString());
-        EXPECT_EQ(foreignTag(url, QStringLiteral("artist")), fullTags().artist);
-    }
 }
 
 } // namespace

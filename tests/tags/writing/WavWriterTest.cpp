@@ -1,11 +1,7 @@
 #include "core/model/AudioTags.h"
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
-#include "tags/AudioMetadataLoader.h"
 #include "tags/writing/MetadataWriter.h"
-
-#include <QFile>
-#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -187,37 +183,6 @@ TEST(WavWriterTest, refusesWhatItCannotRewrite)
     };
     for (const auto& c : cases)
         expectRefused(kName, c.bytes, c.change, c.failure, c.what);
-}
-
-TEST(WavWriterTest, refusesFilesThatWouldPassTheirSizeField)
-{
-    const FileFolder folder;
-    const QUrl url = folder.write(kName, file(kFormat + "data" + little(0xFFFFFFC0, 4)));
-    const qint64 size = 12 + kFormat.size() + 8 + 0xFFFFFFC0;
-    ASSERT_TRUE(QFile::resize(url.toLocalFile(), size)); // a hole
-    EXPECT_EQ(failureOf(writing(fullTags()), url), QStringLiteral("rewriteFailed wav"));
-    EXPECT_EQ(QFileInfo(url.toLocalFile()).size(), size);
-}
-
-TEST(WavWriterTest, keepsTheSoundOfRealFiles)
-{
-    for (const char* codec : {"pcm_u8", "pcm_s16le", "pcm_s24le", "pcm_s32le", "pcm_f32le", "adpcm_ms"}) {
-        const FileFolder folder;
-        const QUrl url = makeSound(folder, kName, {QStringLiteral("-c:a"), QLatin1StringView(codec)});
-        const QByteArray before = packetDigest(url);
-        ASSERT_FALSE(before.isEmpty()) << codec;
-        MetadataWriter::assignArtwork(kPng, fullTags(), url);
-        EXPECT_EQ(packetDigest(url), before) << codec;
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.toJson(), readableTags().toJson()) << codec;
-        EXPECT_EQ(foreignTag(url, QStringLiteral("TIT2")), fullTags().title) << codec;
-        MetadataWriter::clean(CleanerField::Title | CleanerField::Comment, QStringLiteral("Neu"), {}, url);
-        EXPECT_EQ(packetDigest(url), before) << codec;
-        EXPECT_EQ(foreignTag(url, QStringLiteral("TIT2")), QStringLiteral("Neu")) << codec;
-        const AudioTags cleaned = AudioMetadataLoader::load(url, {}).tags;
-        EXPECT_EQ(cleaned.title, QStringLiteral("Neu")) << codec;
-        EXPECT_EQ(cleaned.comment, QString()) << codec;
-        EXPECT_EQ(cleaned.artist, fullTags().artist) << codec;
-    }
 }
 
 } // namespace
