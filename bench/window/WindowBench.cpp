@@ -131,7 +131,7 @@ int large(SliceMeter& meter, int rows)
         step(meter, "to Playlist", [&] { app->contentView().activateTab(LibraryTab::Playlist); });
         step(meter, "select one", [&] { app->contentView().select({middle}, middle); });
     }
-    step(meter, "undo", [&] { app->contentView().undoManager().undo(); });
+    step(meter, "undo", [&] { app->store().history().undo(); });
     return 0;
 }
 

@@ -839,6 +839,10 @@
     <translation>Undo puts the files back where they were</translation>
   </message>
   <message>
+    <source>Отменено: %@</source>
+    <translation>Undone: %@</translation>
+  </message>
+  <message>
     <source>Отменить</source>
     <translation>Undo</translation>
   </message>
@@ -973,6 +977,10 @@
   <message>
     <source>По умолчанию</source>
     <translation>Default</translation>
+  </message>
+  <message>
+    <source>Повторено: %@</source>
+    <translation>Redone: %@</translation>
   </message>
   <message>
     <source>Повторить</source>
@@ -1295,6 +1303,10 @@
   <message>
     <source>Убрано из избранного: %d</source>
     <translation>Removed from favorites: %d</translation>
+  </message>
+  <message>
+    <source>Убрано из обложек: %d</source>
+    <translation>Removed from covers: %d</translation>
   </message>
   <message>
     <source>Убрано из плейлиста: %d</source>

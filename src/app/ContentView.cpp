@@ -32,20 +32,9 @@ ContentView::ContentView(LibraryStore& library, AudioPlayer& player, Surrounding
     connect(&library.preferences(), &Preferences::changed, this, &ContentView::preferenceChanged);
     connect(&library.notifications(), &Notifications::velmoraRestartOnboarding, this, &ContentView::restartOnboarding);
     connect(&library.notifications(), &Notifications::velmoraPlaybackDidFinish, this, &ContentView::playbackDidFinish);
-    joinRemovals();
 }
 
 ContentView::~ContentView() = default;
-
-/// Removals and edits are taken back in one line.
-void ContentView::joinRemovals()
-{
-    Removal& removal = m_library.removal();
-    m_undoManager.joinHistory(
-        {[&removal] { return removal.undoMoment(); }, [&removal] { return removal.undoActionName(); },
-         [&removal] { removal.undoLastRemoval(); }, [&removal] { return removal.isTakingBack(); }});
-    connect(&removal, &Removal::historyChanged, &m_undoManager, &UndoManager::otherHistoryChanged);
-}
 
 void ContentView::preferenceChanged(const QString& key)
 {
@@ -144,8 +133,7 @@ void ContentView::importInto(const QList<QUrl>& urls, LibraryTab tab)
 
 void ContentView::addImportedToFavorites(const Imports::Outcome& outcome)
 {
-    const int joined =
-        m_library.favorites().addToFavorites(QSet<TrackID>(outcome.ids.cbegin(), outcome.ids.cend()), &m_undoManager);
+    const int joined = m_library.favorites().addToFavorites(QSet<TrackID>(outcome.ids.cbegin(), outcome.ids.cend()));
     m_library.imports().announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
                                       QStringLiteral("heart.fill"));
 }
@@ -172,17 +160,17 @@ void ContentView::select(const QSet<TrackID>& ids, const std::optional<TrackID>&
 
 void ContentView::toggleFavorites(const QSet<TrackID>& ids)
 {
-    m_library.favorites().toggleFavorites(ids, &m_undoManager);
+    m_library.favorites().toggleFavorites(ids);
 }
 
 void ContentView::removeFromFavorites(const QSet<TrackID>& ids)
 {
-    m_library.favorites().removeFromFavorites(ids, &m_undoManager, true);
+    m_library.favorites().removeFromFavorites(ids, true);
 }
 
 void ContentView::removeFromCovers(const QSet<TrackID>& ids)
 {
-    m_library.favorites().removeFromCoverWorkspace(ids);
+    m_library.removal().removeFromCoverWorkspace(ids);
 }
 
 void ContentView::removeFromSection(LibraryTab tab, const QSet<TrackID>& ids)
@@ -231,32 +219,32 @@ void ContentView::addToConversion(const QSet<TrackID>& ids)
 
 void ContentView::assignGenre(const QString& genre, const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().assignGenre(genre, ids, &m_undoManager);
+    m_library.tagWriting().assignGenre(genre, ids);
 }
 
 void ContentView::assignComment(const QString& comment, const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().assignComment(comment, ids, &m_undoManager);
+    m_library.tagWriting().assignComment(comment, ids);
 }
 
 void ContentView::assignAlbum(const QString& album, const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().assignAlbum(album, ids, &m_undoManager);
+    m_library.tagWriting().assignAlbum(album, ids);
 }
 
 void ContentView::clearGenres(const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().clearGenres(ids, &m_undoManager);
+    m_library.tagWriting().clearGenres(ids);
 }
 
 void ContentView::clearComments(const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().clearComments(ids, &m_undoManager);
+    m_library.tagWriting().clearComments(ids);
 }
 
 void ContentView::saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().saveFields(tags, fields, ids, &m_undoManager);
+    m_library.tagWriting().saveFields(tags, fields, ids);
 }
 
 void ContentView::assignArtwork(const QByteArray& image, const QSet<TrackID>& ids)
@@ -291,7 +279,7 @@ void ContentView::stopTempoAnalysis()
 
 void ContentView::writeTempo(const QSet<TrackID>& ids)
 {
-    m_library.tempo().writeTempo(ids, &m_undoManager);
+    m_library.tempo().writeTempo(ids);
 }
 
 void ContentView::scaleTempo(double factor, const QSet<TrackID>& ids)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "core/library/imports/Imports.h"
-#include "core/library/undo/UndoManager.h"
 #include "ui/context/DashboardActions.h"
 
 #include <QObject>
@@ -79,10 +78,8 @@ public:
     void activateFavoriteSortFromHeader(TrackSortField field) override;
     void dismissNotice() override;
     void dismissLastError() override;
-    UndoManager& undoManager() override { return m_undoManager; }
 
 private:
-    void joinRemovals();
     void choose(LibraryTab tab);
     void importInto(const QList<QUrl>& urls, LibraryTab tab);
     void addImportedToFavorites(const Imports::Outcome& outcome);
@@ -98,6 +95,5 @@ private:
     LibraryStore& m_library;
     AudioPlayer& m_player;
     Surroundings m_surroundings;
-    UndoManager m_undoManager;
     std::optional<TrackID> m_playlistReturnPlaybackID;
 };

@@ -104,7 +104,7 @@ TEST_F(ContentViewTest, DropsGoToTheirSection)
         if (test.tab == LibraryTab::Favorites) {
             EXPECT_TRUE(store->order().playlistTracks().isEmpty());
             EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 1"));
-            view.undoManager().undo();
+            store->history().undo();
             EXPECT_EQ(test.count(), 0);
         }
     }
@@ -128,7 +128,7 @@ TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(qPrintable(rawValue(each.tab)));
-        view.undoManager().clear();
+        store->history().clear();
         fill({a, b});
         for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates})
             workspace().setList(list, {track(QStringLiteral("x.mp3")), track(QStringLiteral("y.mp3"))});
@@ -139,8 +139,8 @@ TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
         EXPECT_EQ(store->selection().visibleTracks().size(), each.left);
         if (each.left > 0)
             continue;
-        ASSERT_TRUE(view.undoManager().canUndo());
-        view.undoManager().undo();
+        ASSERT_TRUE(store->history().canUndo());
+        store->history().undo();
         EXPECT_EQ(titles(store->selection().visibleTracks()), before);
     }
     QSignalSpy asked(&notifications, &Notifications::velmoraRemoveConversionItems);
@@ -161,8 +161,8 @@ TEST_F(ContentViewTest, TheTrashTakesTheRowsOfTheSectionShown)
     view.moveToTrash(ids({twin}));
     settle();
     EXPECT_EQ(trashCan.asked, QList<QUrl>{a.url()});
-    EXPECT_EQ(view.undoManager().undoActionName(), QStringLiteral("Переместить в Корзину"));
-    view.undoManager().undo();
+    EXPECT_EQ(store->history().undoActionName(), QStringLiteral("Переместить в Корзину"));
+    store->history().undo();
     settle();
     EXPECT_EQ(workspace().tracks().size(), 1);
     EXPECT_TRUE(trashCan.held.isEmpty());

@@ -68,7 +68,6 @@ protected:
     Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
     Notifications notifications;
     LibraryTagFiles files{folder.filePath(QStringLiteral("vault"))};
-    UndoManager undo;
     std::unique_ptr<LibraryStore> store;
 };
 
@@ -77,15 +76,15 @@ TEST_F(LibraryTagFilesTest, AnEditReachesTheFileAndUndoTakesItBack)
     for (const char* extension : {"mp3", "flac", "m4a"}) {
         SCOPED_TRACE(extension);
         const Track track = add(QStringLiteral("Guess - Name 🎧.") + QLatin1StringView(extension));
-        store->tagWriting().assignGenre(QStringLiteral("Deep House"), {track.id()}, &undo);
+        store->tagWriting().assignGenre(QStringLiteral("Deep House"), {track.id()});
         settle();
         EXPECT_EQ(onDisk(track).tags.genre, QStringLiteral("Deep House"));
         EXPECT_EQ(onDisk(track).tags.title, QStringLiteral("Настоящее")) << "not what the name suggests";
-        undo.undo();
+        store->history().undo();
         settle();
         EXPECT_TRUE(onDisk(track).tags.genre.isEmpty());
         EXPECT_FALSE(store->workspace().lastError());
-        undo.clear();
+        store->history().clear();
     }
 }
 
@@ -99,7 +98,7 @@ TEST_F(LibraryTagFilesTest, WhatSavesKeepAndTheOriginalComesBack)
         EXPECT_FALSE(store->tagWriting().canRestoreOriginalTags({track.id()}));
         AudioTags typed;
         typed.artist = QStringLiteral("Artist");
-        store->tagWriting().saveFields(typed, TagField::Artist, {track.id()}, nullptr);
+        store->tagWriting().saveFields(typed, TagField::Artist, {track.id()});
         settle();
         EXPECT_EQ(onDisk(track).tags.artist, QStringLiteral("Artist"));
         EXPECT_EQ(!onDisk(track).artworkData.isNull(), keeps);
@@ -202,7 +201,7 @@ TEST(TerminationTest, FinishesTheFileInProgress)
             rows.last().setTagSource(Track::TagSource::Read);
         }
         store->workspace().setTracks(rows);
-        store->tagWriting().assignGenre(QStringLiteral("House"), {rows[0].id(), rows[1].id(), rows[2].id()}, nullptr);
+        store->tagWriting().assignGenre(QStringLiteral("House"), {rows[0].id(), rows[1].id(), rows[2].id()});
         begun.get_future().wait();
         store.reset();
         async::MainQueue::drain();

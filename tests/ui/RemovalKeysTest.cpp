@@ -117,7 +117,7 @@ TEST_F(RemovalKeysTest, TheStatusLineNamesWhatItTakesBack)
     auto* link = window->findChild<StatusStrip*>()->findChild<ThemeButton*>();
     show();
     EXPECT_FALSE(link->isVisible());
-    undo.registerUndo(
+    history().registerUndo(
         QStringLiteral("Присвоить жанр"), [] {}, [] {});
     ASSERT_TRUE(link->isVisible());
     EXPECT_EQ(link->text(), QStringLiteral("Отменить: Присвоить жанр"));

@@ -19,6 +19,7 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/undo/History.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 
@@ -33,6 +34,7 @@ struct LibraryConcerns {
     FileEvents fileEvents;
     FileLocks fileLocks;
     StatusLine status;
+    History history;
     QuickLists quickLists;
     TempoResults tempoResults;
     Order order;
@@ -54,6 +56,8 @@ struct LibraryConcerns {
 
 private:
     void wireUpkeep();
+    void wireHistory();
+    void wireRemoval();
     void wireStoppedWrites();
     void wireOrder();
     void wireTempo();

@@ -23,6 +23,10 @@ FileLocks& LibraryStore::fileLocks() const
 {
     return m_concerns->fileLocks;
 }
+History& LibraryStore::history() const
+{
+    return m_concerns->history;
+}
 Selection& LibraryStore::selection() const
 {
     return m_concerns->selection;

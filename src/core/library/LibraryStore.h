@@ -6,6 +6,7 @@ class Artwork;
 class Favorites;
 class FileEvents;
 class FileLocks;
+class History;
 class Imports;
 class Keys;
 class Notifications;
@@ -37,6 +38,7 @@ public:
     LibraryStore& operator=(const LibraryStore&) = delete;
 
     Workspace& workspace() const;
+    History& history() const;
     FileEvents& fileEvents() const;
     FileLocks& fileLocks() const;
     Selection& selection() const;

@@ -1,5 +1,7 @@
 #include "core/library/LibraryConcerns.h"
 
+#include "platform/Localization.h"
+
 // All calls from one concern to another, one short function per topic.
 
 LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
@@ -24,6 +26,8 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , session(sessionDependencies())
 {
     wireUpkeep();
+    wireHistory();
+    wireRemoval();
     wireStoppedWrites();
     wireOrder();
     wireTempo();
@@ -40,6 +44,47 @@ void LibraryConcerns::wireUpkeep()
         if (!favorites.isPatchingMembership() && !loads.isApplyingBatch())
             workspace.raisePlaylistAnalysisRevision();
     };
+}
+
+/// The status line names what was taken back.
+void LibraryConcerns::wireHistory()
+{
+    const auto name = [this](const QString& text, const QString& icon) {
+        return [this, text, icon](const QString& actionName) {
+            status.showText(VelmoraLocalization::format(text, {actionName}), icon, WorkspaceStatus::Tone::Success);
+        };
+    };
+    QObject::connect(&history, &History::undone, &workspace,
+                     name(QStringLiteral("Отменено: %@"), QStringLiteral("arrow.uturn.backward")));
+    QObject::connect(&history, &History::redone, &workspace,
+                     name(QStringLiteral("Повторено: %@"), QStringLiteral("arrow.uturn.forward")));
+}
+
+/// The player moves on when its row goes. Rows that come back are read if they have not been, what was edited of them
+/// is written, and their tempo is wanted.
+void LibraryConcerns::wireRemoval()
+{
+    const auto moveOn = [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
+        playback.continuePlaybackAfterRemoving(ids, rows);
+    };
+    QObject::connect(&removal, &Removal::rowsLeft, &workspace, moveOn);
+    QObject::connect(&favorites, &Favorites::rowsLeft, &workspace, moveOn);
+    using List = Track::MetadataDestination;
+    const auto cameBack = [this](List list, const QSet<TrackID>& ids, const QList<Track>& unread) {
+        if (!unread.isEmpty())
+            loads.schedule(unread, list);
+        if (list != List::Library)
+            return;
+        QSet<TrackID> back = ids;
+        for (const Track& track : unread)
+            back.insert(track.id());
+        for (const TrackID& id : std::as_const(back)) {
+            if (const TagFields edits = tagSaver.pendingEdits(id))
+                tagSaver.write(id, edits);
+        }
+        tempo.detectBPM(ids);
+    };
+    QObject::connect(&removal, &Removal::rowsCameBack, &workspace, cameBack);
 }
 
 /// A stopped batch leaves rows behind that differ from their files: nobody shall overlook that.
@@ -81,19 +126,12 @@ Order::Dependencies LibraryConcerns::orderDependencies()
 
 Favorites::Dependencies LibraryConcerns::favoritesDependencies()
 {
-    return {workspace,
-            selection,
-            status,
-            services.notifications,
-            services.preferences,
-            [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
-                playback.continuePlaybackAfterRemoving(ids, rows);
-            }};
+    return {workspace, selection, status, services.notifications, services.preferences, history};
 }
 
 TagWriting::Dependencies LibraryConcerns::tagWritingDependencies()
 {
-    return {workspace, status, services.notifications, quickLists, tagSaver};
+    return {workspace, status, services.notifications, quickLists, tagSaver, history};
 }
 
 /// What is written in the background comes back to the user through the edits' concern.
@@ -158,22 +196,8 @@ Sending::Dependencies LibraryConcerns::sendingDependencies()
 
 Removal::Dependencies LibraryConcerns::removalDependencies()
 {
-    return {workspace,
-            selection,
-            status,
-            services.notifications,
-            services.executor,
-            fileLocks,
-            services.trashCan,
-            [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
-                playback.continuePlaybackAfterRemoving(ids, rows);
-            },
-            [this](const QList<Track>& tracks, Track::MetadataDestination list) { loads.schedule(tracks, list); },
-            [this](const TrackID& id) {
-                if (const TagFields edits = tagSaver.pendingEdits(id))
-                    tagSaver.write(id, edits);
-            },
-            [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); }};
+    return {workspace,         selection, status,     services.notifications, history,
+            services.executor, fileLocks, fileEvents, services.trashCan};
 }
 
 Imports::Dependencies LibraryConcerns::importsDependencies()

@@ -12,8 +12,6 @@
 #include <functional>
 #include <optional>
 
-class UndoManager;
-
 /// What the window asks of the dashboard. The application implements it; the window never calls the store's operations
 /// behind its back, so that keyboard, menu and voice do the same. Thread: main.
 class DashboardActions {
@@ -96,5 +94,4 @@ public:
     virtual void activateFavoriteSortFromHeader(TrackSortField field) = 0;
     virtual void dismissNotice() = 0;
     virtual void dismissLastError() = 0;
-    virtual UndoManager& undoManager() = 0;
 };

@@ -8,7 +8,7 @@
 #include "core/library/session/Session.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
-#include "core/library/undo/UndoManager.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
@@ -50,9 +50,9 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     , m_restore(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
 {
     setFixedHeight(Metrics::kStatusHeight);
-    UndoManager& undo = context.actions.undoManager();
-    connect(m_undo, &QAbstractButton::clicked, &undo, &UndoManager::undo);
-    connect(&undo, &UndoManager::changed, this, &StatusStrip::refreshUndo);
+    History& undo = context.store.history();
+    connect(m_undo, &QAbstractButton::clicked, &undo, &History::undo);
+    connect(&undo, &History::changed, this, &StatusStrip::refreshUndo);
     connect(m_restore, &QAbstractButton::clicked, this,
             [this] { CheckpointMenu::open(*window(), m_context, mapToGlobal(m_restore->pos())); });
     connect(&context.store.session(), &Session::leftOutChanged, this, &StatusStrip::refreshRestore);
@@ -99,7 +99,7 @@ void StatusStrip::refreshMessage()
 
 void StatusStrip::refreshUndo()
 {
-    const UndoManager& undo = m_context.actions.undoManager();
+    const History& undo = m_context.store.history();
     m_undo->setVisible(undo.canUndo());
     const QString action = undo.undoActionName();
     const QString word = Texts::localized(QStringLiteral("Отменить"));

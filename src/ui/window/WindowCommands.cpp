@@ -1,7 +1,7 @@
 #include "ui/window/WindowCommands.h"
 
 #include "core/library/LibraryStore.h"
-#include "core/library/undo/UndoManager.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"
 #include "ui/context/DashboardActions.h"
@@ -19,7 +19,7 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
     , m_context(context)
     , m_window(window)
 {
-    UndoManager& undo = context.actions.undoManager();
+    History& undo = context.store.history();
     m_open = add({QKeySequence(Qt::CTRL | Qt::Key_O)}, [this] { m_context.actions.openPanel(); });
     m_add = add({}, [this] { m_context.actions.openSectionPanel(); });
     m_paste = add({QKeySequence(Qt::CTRL | Qt::Key_V)}, [this] { pastePicture(); });
@@ -47,7 +47,7 @@ WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
         const auto digit = static_cast<Qt::Key>(Qt::Key_1 + static_cast<int>(tab));
         add({QKeySequence(Qt::CTRL | digit)}, [this, tab] { m_context.actions.activateTab(tab); });
     }
-    connect(&undo, &UndoManager::changed, this, &WindowCommands::refreshUndo);
+    connect(&undo, &History::changed, this, &WindowCommands::refreshUndo);
     retranslate();
 }
 
@@ -78,7 +78,7 @@ void WindowCommands::retranslate()
 
 void WindowCommands::refreshUndo()
 {
-    const UndoManager& undo = m_context.actions.undoManager();
+    const History& undo = m_context.store.history();
     const auto named = [](const QString& word, const QString& action) {
         return action.isEmpty() ? word : QStringLiteral("%1: %2").arg(word, action);
     };

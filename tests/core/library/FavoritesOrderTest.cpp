@@ -87,11 +87,11 @@ TEST_F(FavoritesOrderTest, RowsAreSortedAgainOnlyWhenSomethingMovesThem)
     replaced(a, [](AudioTags& tags) { tags.comment = QStringLiteral("prime"); });
     EXPECT_EQ(shown(), QStringLiteral("a b"));
     EXPECT_EQ(store->order().favoriteTracks().first().tags().comment, QStringLiteral("prime"));
-    store->favorites().removeFromFavorites({a.id()}, &undo, true);
+    store->favorites().removeFromFavorites({a.id()}, true);
     EXPECT_EQ(shown(), QStringLiteral("b"));
     EXPECT_EQ(sorts(), before);
 
-    store->favorites().toggleFavorites({other.id(), a.id()}, &undo);
+    store->favorites().toggleFavorites({other.id(), a.id()});
     EXPECT_EQ(shown(), QStringLiteral("a b o"));
     EXPECT_EQ(sorts(), before + 1);
     replaced(b, [](AudioTags& tags) { tags.genre = QStringLiteral("Ambient"); });

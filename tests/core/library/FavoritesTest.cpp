@@ -1,3 +1,4 @@
+#include "core/library/removal/Removal.h"
 #include "support/StoreFixture.h"
 
 #include <QSignalSpy>
@@ -33,7 +34,7 @@ TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
         fill({star, plain, other});
         QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
         QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
-        favorites().toggleFavorites(ids(test.toggled), &undo);
+        favorites().toggleFavorites(ids(test.toggled));
         EXPECT_EQ(statusText(), test.status);
         EXPECT_EQ(ids(store->order().favoriteTracks()), ids(test.favoritesAfter));
         const int expectedChanges = test.status.isEmpty() ? 0 : 1;
@@ -42,14 +43,14 @@ TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
         for (const Track& row : workspace().tracks())
             EXPECT_TRUE(!row.isFavorite() || row.isInCoverWorkspace());
         settle();
-        if (undo.canUndo()) {
-            EXPECT_EQ(undo.undoActionName(), QStringLiteral("Изменить избранное"));
-            undo.undo();
+        if (history().canUndo()) {
+            EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить избранное"));
+            history().undo();
             EXPECT_EQ(ids(store->order().favoriteTracks()), ids({star}));
             EXPECT_EQ(ids(store->order().coverTracks()), ids({star}));
-            undo.redo();
+            history().redo();
             EXPECT_EQ(ids(store->order().favoriteTracks()), ids(test.favoritesAfter));
-            undo.clear();
+            history().clear();
         }
     }
 }
@@ -58,15 +59,15 @@ TEST_F(FavoritesTest, LeavingFavoritesLeavesCoversAndMovesPlaybackOn)
 {
     fill({star, plain});
     player.current = star.id();
-    favorites().removeFromFavorites(ids({star, plain}), &undo, true);
+    favorites().removeFromFavorites(ids({star, plain}), true);
     EXPECT_FALSE(now(star).isInCoverWorkspace());
     EXPECT_EQ(player.played, QList<TrackID>({plain.id()})) << "only favourites count";
     EXPECT_EQ(statusText(), QStringLiteral("Убрано из избранного: 1"));
-    favorites().removeFromFavorites(ids({plain}), &undo, true);
+    favorites().removeFromFavorites(ids({plain}), true);
     EXPECT_EQ(player.current, plain.id()) << "nothing happened";
     player.current = star.id();
     fill({star, plain});
-    favorites().removeFromFavorites(ids({star}), &undo, false);
+    favorites().removeFromFavorites(ids({star}), false);
     EXPECT_EQ(player.current, star.id()) << "only when asked to";
 }
 
@@ -82,15 +83,23 @@ TEST_F(FavoritesTest, FavoritesRefuseToLeaveCovers)
     workspace().setActiveTab(LibraryTab::Covers);
     workspace().setSelection(ids({star, coverOnly}), coverOnly.id());
 
-    favorites().removeFromCoverWorkspace(ids({star, coverOnly, inBoth}));
+    store->removal().removeFromCoverWorkspace(ids({star, coverOnly, inBoth}));
     EXPECT_TRUE(workspace().notice()->startsWith(QStringLiteral("Этот трек"))) << "one refuses";
     EXPECT_TRUE(now(star).isInCoverWorkspace());
     EXPECT_FALSE(workspace().tracks().contains(coverOnly.id())) << "in no section at all any more";
     EXPECT_FALSE(now(inBoth).isInCoverWorkspace());
     EXPECT_EQ(workspace().selectedIDs(), ids({star}));
     EXPECT_FALSE(workspace().selectedID());
-    favorites().removeFromCoverWorkspace(ids({star, star2}));
+    store->removal().removeFromCoverWorkspace(ids({star, star2}));
     EXPECT_TRUE(workspace().notice()->startsWith(QStringLiteral("Эти треки")));
+
+    EXPECT_EQ(statusText(), QStringLiteral("Убрано из обложек: 2"));
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Убрать из обложек"));
+    history().undo();
+    EXPECT_TRUE(now(coverOnly).isInCoverWorkspace() && !now(coverOnly).isInPlaylist());
+    EXPECT_TRUE(now(inBoth).isInCoverWorkspace());
+    EXPECT_EQ(workspace().selectedIDs(), ids({coverOnly, inBoth}));
+    EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
 }
 
 TEST_F(FavoritesTest, RowsThatLeaveTheViewLeaveTheSelection)
@@ -99,11 +108,11 @@ TEST_F(FavoritesTest, RowsThatLeaveTheViewLeaveTheSelection)
     workspace().setActiveTab(LibraryTab::Favorites);
     workspace().setSelection(ids({star}), star.id());
     QSignalSpy focus(&notifications, &Notifications::velmoraFocusFavoriteTrack);
-    favorites().toggleFavorites(ids({star}), nullptr);
+    favorites().toggleFavorites(ids({star}));
     EXPECT_TRUE(workspace().selectedIDs().isEmpty());
     EXPECT_FALSE(workspace().selectedID());
     EXPECT_EQ(focus.size(), 0);
-    favorites().addToFavorites(ids({plain}), nullptr);
+    favorites().addToFavorites(ids({plain}));
     ASSERT_EQ(focus.size(), 1) << "the one that joined is shown";
     EXPECT_EQ(focus.first().first().toUuid(), plain.id());
 }

@@ -123,10 +123,10 @@ TEST_F(ImportsTest, WhatCannotBeTakenIsCounted)
     EXPECT_EQ(statusText(), QStringLiteral("Добавлено в плейлист: 1 · Не удалось взять: 1"))
         << "the pipe; a companion of another system is no music that anybody misses";
     fill({});
-    imports().importForFavorites({root()}, &undo);
+    imports().importForFavorites({root()});
     settle();
     EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 1 · Не удалось взять: 1"));
-    imports().importForFavorites({root()}, &undo);
+    imports().importForFavorites({root()});
     settle();
     EXPECT_EQ(statusText(), QStringLiteral("Не удалось взять: 1")) << "none joined the second time";
 }
@@ -152,7 +152,7 @@ TEST_F(ImportsTest, WhatInterruptedWritesLeftIsCountedAndNeverTaken)
     } rows[] = {
         {"playlist", [&] { imports().importURLs({root()}); }, QStringLiteral("Добавлено в плейлист: 1 · ") + strays},
         {"again", [&] { imports().importURLs({root()}); }, strays},
-        {"favorites", [&] { imports().importForFavorites({root()}, &undo); },
+        {"favorites", [&] { imports().importForFavorites({root()}); },
          QStringLiteral("Добавлено в избранное: 1 · ") + strays},
         {"covers", [&] { imports().importForCovers({stray}); }, strays},
         {"analysis", [&] { imports().importForAnalysis({root()}); },
@@ -190,12 +190,12 @@ TEST_F(ImportsTest, EverySectionTakesFilesIn)
     file(QStringLiteral("c.flac"));
     using Destination = Track::MetadataDestination;
 
-    imports().importForFavorites({root()}, &undo);
+    imports().importForFavorites({root()});
     settle();
     EXPECT_EQ(store->order().favoriteTracks().size(), 2);
     EXPECT_EQ(store->order().playlistTracks().size(), 2);
     EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 2"));
-    EXPECT_TRUE(undo.canUndo());
+    EXPECT_TRUE(history().canUndo());
 
     fill({});
     imports().importForCovers({root()});

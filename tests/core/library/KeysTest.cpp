@@ -162,7 +162,7 @@ TEST_F(KeysTest, rowsThatLeaveTheSectionLeaveTheQueue)
     EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), c.url()}));
 
     store->removal().removeFromMusicalKeyAnalysis(ids({c}));
-    store->removal().undoLastRemoval();
+    history().undo();
     settle();
     EXPECT_TRUE(workspace().keyAnalysisTracks().contains(c.id()));
     EXPECT_EQ(states(), QStringLiteral("nnd")) << "comes back with its key";

@@ -124,7 +124,7 @@ TEST_F(OrderTest, OnlyWhatChangedIsMadeAnew)
     store->selection().visibleTracks();
     EXPECT_EQ(since(), std::pair(0, 0)) << "finished rows are the answer";
 
-    store->favorites().toggleFavorites({a.id()}, &undo);
+    store->favorites().toggleFavorites({a.id()});
     EXPECT_EQ(shown(), QStringLiteral("c a b e d"));
     EXPECT_TRUE(order().playlistTracks()[1].isFavorite());
     EXPECT_EQ(since(), std::pair(0, 0)) << "a star moves nothing";
@@ -158,7 +158,7 @@ TEST_F(OrderTest, NothingMovesWhileTheListScrolls)
     const int sorts = folderSorts();
     QSignalSpy changes(&workspace(), &Workspace::orderChanged);
     setTempo(c, QStringLiteral("140"));
-    store->favorites().toggleFavorites({c.id(), e.id()}, &undo);
+    store->favorites().toggleFavorites({c.id(), e.id()});
     setTempo(d, QStringLiteral("80"));
     EXPECT_EQ(shown(), before);
     EXPECT_EQ(tempoShown(c), QStringLiteral("140")) << "the row itself is fresh";
@@ -389,7 +389,7 @@ TEST_F(OrderTest, TheOrderFollowsAnyWalkOfChanges)
             break;
         case 4:
             if (!rows.isEmpty())
-                store->favorites().toggleFavorites({rows[some].id()}, &undo);
+                store->favorites().toggleFavorites({rows[some].id()});
             break;
         case 5:
             sortBy(random.bounded(3) == 0 ? Field::Name : Field::BPM,

@@ -125,7 +125,7 @@ TEST(RemovalPlanTest, EveryRowOfATrashedFileGoes)
     ASSERT_EQ(cut.removed.size(), 2);
     EXPECT_EQ(cut.removed[1].track.id(), copy.id());
     EXPECT_EQ(cut.removed[1].originalIndex, 2);
-    EXPECT_EQ(cut.removed[1].trashedURL(), QUrl(QStringLiteral("file:///trash/b")));
+    EXPECT_EQ(cut.removed[1].trashed->trashedURL(), QUrl(QStringLiteral("file:///trash/b")));
     EXPECT_EQ(cut.removed[1].list, RemovalPlan::List::Analysis);
 }
 

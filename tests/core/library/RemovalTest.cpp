@@ -9,11 +9,6 @@ using List = Track::MetadataDestination;
 /// Rows that leave lists while their files stay.
 class RemovalTest : public StoreFixture {
 protected:
-    RemovalTest()
-    {
-        undo.joinHistory({[this] { return removal().undoMoment(); }, [this] { return removal().undoActionName(); },
-                          [this] { removal().undoLastRemoval(); }, [this] { return removal().isTakingBack(); }});
-    }
     ~RemovalTest() override { clock.advance(async::seconds(60)); }
 
     Removal& removal() { return store->removal(); }
@@ -38,10 +33,8 @@ TEST_F(RemovalTest, AFavouriteStaysOutOfThePlaylistAndComesBackWithoutASecondRow
     EXPECT_EQ(workspace().selectedIDs(), ids({b}));
     EXPECT_FALSE(workspace().selectedID());
     EXPECT_EQ(statusText(), QStringLiteral("Убрано из плейлиста: 2"));
-    ASSERT_EQ(removal().removalHistory().size(), 1);
-    EXPECT_FALSE(removal().canUndoPhysicalTrash());
 
-    removal().undoLastRemoval();
+    history().undo();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, star, b}));
     EXPECT_TRUE(now(star).isInPlaylist());
     EXPECT_EQ(workspace().selectedIDs(), ids({a, star}));
@@ -49,7 +42,7 @@ TEST_F(RemovalTest, AFavouriteStaysOutOfThePlaylistAndComesBackWithoutASecondRow
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
     EXPECT_EQ(workspace().workspaceStatus()->icon, QStringLiteral("arrow.uturn.backward"));
     const auto before = changes.size();
-    removal().undoLastRemoval();
+    history().undo();
     EXPECT_EQ(changes.size(), before) << "the history is empty";
 }
 
@@ -59,7 +52,7 @@ TEST_F(RemovalTest, NothingToRemoveIsNoStep)
     removal().removeTracksFromPlaylist(ids({b}));
     removal().removeFromAnalysis(ids({a}));
     removal().removeFromMusicalKeyAnalysis({});
-    EXPECT_TRUE(removal().removalHistory().isEmpty());
+    EXPECT_TRUE(!history().canUndo());
     EXPECT_TRUE(statusText().isEmpty());
 }
 
@@ -85,9 +78,9 @@ TEST_F(RemovalTest, SectionsOfTheirOwnGiveRowsUpAndGetThemBack)
         EXPECT_EQ(ids(workspace().list(each.list).rows()), ids({b}));
         EXPECT_EQ(listed(), ids({a})) << "the main list is another one";
         EXPECT_EQ(statusText(), each.status);
-        EXPECT_EQ(undo.undoActionName(), each.name);
+        EXPECT_EQ(history().undoActionName(), each.name);
         EXPECT_TRUE(workspace().activeSelection().isEmpty());
-        undo.undo();
+        history().undo();
         EXPECT_EQ(titles(workspace().list(each.list).rows()), titles({a, b, c}));
         EXPECT_EQ(workspace().selectedID(), c.id());
         EXPECT_EQ(listed(), ids({a}));
@@ -111,22 +104,22 @@ TEST_F(RemovalTest, PlaybackGoesOnInTheRowsAsTheyWere)
     }
 }
 
-TEST_F(RemovalTest, OnlyAVisibleRowIsFocusedOnReturn)
+TEST_F(RemovalTest, OnlyVisibleRowsAreSelectedOnReturn)
 {
     fill({star, a});
     removal().removeTracksFromPlaylist(ids({star, a}));
     store->selection().switchTo(LibraryTab::Favorites);
     QSignalSpy focused(&notifications, &Notifications::velmoraFocusFavoriteTrack);
     QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
-    removal().undoLastRemoval();
-    EXPECT_FALSE(workspace().selectedID()) << "the last of them is no favourite";
-    EXPECT_TRUE(focused.isEmpty());
+    history().undo();
+    EXPECT_EQ(workspace().selectedIDs(), ids({star})) << "the other is no favourite";
+    EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2")) << "it is counted all the same";
     EXPECT_EQ(told.size(), 1);
-    removal().removeTracksFromPlaylist(ids({star}));
-    removal().undoLastRemoval();
-    EXPECT_EQ(workspace().selectedID(), star.id());
     ASSERT_EQ(focused.size(), 1);
     EXPECT_EQ(focused.first().first().toUuid(), star.id());
+    removal().removeTracksFromPlaylist(ids({a}));
+    history().undo();
+    EXPECT_EQ(workspace().selectedIDs(), ids({star})) << "nothing of it is shown: the selection stays";
 }
 
 TEST_F(RemovalTest, ARowThatLeftUnreadIsReadWhenItComesBack)
@@ -139,7 +132,7 @@ TEST_F(RemovalTest, ARowThatLeftUnreadIsReadWhenItComesBack)
         return std::optional(read);
     };
     removal().removeTracksFromPlaylist(ids({a}));
-    removal().undoLastRemoval();
+    history().undo();
     settle();
     EXPECT_EQ(readURLs, QList<QUrl>{a.url()});
     EXPECT_EQ(now(a).tags().title, QStringLiteral("read"));
@@ -150,31 +143,40 @@ TEST_F(RemovalTest, UndoTakesBackWhatHappenedLast)
     fill({a, b, star});
     const auto membership = QStringLiteral("Изменить избранное");
     const auto playlist = QStringLiteral("Убрать из плейлиста");
-    store->favorites().toggleFavorites(ids({a}), &undo);
+    store->favorites().toggleFavorites(ids({a}));
     settle();
     removal().removeTracksFromPlaylist(ids({b}));
-    store->favorites().toggleFavorites(ids({star}), &undo);
+    store->favorites().toggleFavorites(ids({star}));
     settle();
-    EXPECT_EQ(undo.undoActionName(), membership);
-    undo.undo();
+    EXPECT_EQ(history().undoActionName(), membership);
+    history().undo();
     EXPECT_TRUE(now(star).isFavorite());
-    EXPECT_EQ(undo.undoActionName(), playlist);
-    undo.undo();
+    EXPECT_EQ(history().undoActionName(), playlist);
+    history().undo();
     EXPECT_EQ(listed(), ids({a, b, star}));
-    EXPECT_EQ(undo.undoActionName(), membership);
-    undo.undo();
+    EXPECT_EQ(history().undoActionName(), membership);
+    history().undo();
     EXPECT_FALSE(now(a).isFavorite());
-    EXPECT_FALSE(undo.canUndo());
+    EXPECT_FALSE(history().canUndo());
 
-    // An edit that is done again is the last thing that happened.
-    removal().removeTracksFromPlaylist(ids({b}));
-    undo.redo();
+    // An edit that is done again is the last thing that happened, and a removal ends the line of what can be.
+    history().redo();
     EXPECT_TRUE(now(a).isFavorite());
-    EXPECT_EQ(undo.undoActionName(), membership);
-    // The history of removals can be walked on its own.
-    removal().undoLastRemoval();
-    EXPECT_EQ(listed(), ids({a, b, star}));
-    undo.undo();
-    EXPECT_FALSE(now(a).isFavorite());
-    EXPECT_FALSE(undo.canUndo());
+    EXPECT_EQ(statusText(), QStringLiteral("Повторено: Изменить избранное"));
+    EXPECT_EQ(history().undoActionName(), membership);
+    removal().removeTracksFromPlaylist(ids({b}));
+    EXPECT_FALSE(history().canRedo());
+}
+
+TEST_F(RemovalTest, AStepWhoseRowsAreBackAlreadyIsSkipped)
+{
+    fill({a, b, star});
+    store->favorites().toggleFavorites(ids({a}));
+    removal().removeTracksFromPlaylist(ids({b, star}));
+    workspace().setTracks({now(a), track(QStringLiteral("b.mp3")), star}); // an import brought them
+    history().undo();
+    EXPECT_FALSE(now(a).isFavorite()) << "one press takes something back";
+    EXPECT_EQ(statusText(), QStringLiteral("Отменено: Изменить избранное"));
+    EXPECT_EQ(workspace().tracks().size(), 3);
+    EXPECT_FALSE(history().canUndo());
 }

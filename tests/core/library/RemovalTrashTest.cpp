@@ -19,8 +19,8 @@ protected:
     QString lastError() const { return store->workspace().lastError().value_or(QString()); }
     void undoAll()
     {
-        while (removal().undoMoment() > 0) {
-            removal().undoLastRemoval();
+        while (history().canUndo()) {
+            history().undo();
             settle();
         }
     }
@@ -60,9 +60,8 @@ TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
     EXPECT_EQ(player.current, c.id()) << "the nearest row as the playlist shows them, by name";
     EXPECT_EQ(workspace().selectedIDs(), ids({c}));
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 2"));
-    EXPECT_TRUE(removal().canUndoPhysicalTrash());
 
-    removal().undoLastRemoval();
+    history().undo();
     settle();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, star, b, c}));
     EXPECT_TRUE(now(star).isFavorite());
@@ -84,8 +83,10 @@ TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
     workspace().setWorkspaceStatus(std::nullopt);
     removal().trashTracks(ids({a, c}));
     settle();
-    EXPECT_EQ(removal().removalHistory().size(), 1) << "nothing went, nothing to take back";
     EXPECT_TRUE(statusText().isEmpty());
+    history().undo();
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c})) << "a step that came to nothing is not in the way";
 }
 
 TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
@@ -104,12 +105,12 @@ TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
         removal().trashTracks(ids({a, b, c}));
         settle();
         trashCan.errors = {{b.url(), each.reason}};
-        removal().undoLastRemoval();
+        history().undo();
         settle();
         EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, c}));
         EXPECT_EQ(lastError(), each.error);
         EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
-        EXPECT_EQ(removal().undoMoment(), 0u) << "the step is used up";
+        EXPECT_FALSE(history().canUndo()) << "the step is used up";
     }
 }
 
@@ -137,27 +138,27 @@ TEST_F(RemovalTrashTest, UndoWaitsForTheMoveThatIsUnderWay)
     fill({a, b, c});
     removal().removeTracksFromPlaylist(ids({c}));
     removal().trashTracks(ids({a, b}));
-    EXPECT_EQ(removal().undoActionName(), QStringLiteral("Переместить в Корзину"));
-    removal().undoLastRemoval();
-    EXPECT_EQ(removal().undoActionName(), QStringLiteral("Убрать из плейлиста")) << "asked for already";
-    removal().undoLastRemoval(); // needs no file and does not wait
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Переместить в Корзину"));
+    history().undo();
+    EXPECT_FALSE(history().canUndo()) << "what was done before it has to wait";
     settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
     EXPECT_TRUE(trashCan.held.isEmpty());
+    undoAll();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
 
     // If nothing of it went, an older step is not taken for it.
     trashCan.errors = {{a.url(), Case::unavailable}};
     removal().removeTracksFromPlaylist(ids({c}));
     removal().trashTracks(ids({a}));
-    removal().undoLastRemoval();
+    history().undo();
     settle();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
     undoAll();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
 }
 
-TEST_F(RemovalTrashTest, RowsComeBackWithTheirFilesAndUntilThenStayInTheHistory)
+TEST_F(RemovalTrashTest, RowsComeBackWithTheirFiles)
 {
     QList<Track> rows;
     for (int number = 0; number < 20; ++number)
@@ -165,19 +166,18 @@ TEST_F(RemovalTrashTest, RowsComeBackWithTheirFilesAndUntilThenStayInTheHistory)
     fill(rows);
     removal().trashTracks(ids(rows));
     settle();
-    removal().undoLastRemoval();
-    EXPECT_TRUE(removal().isTakingBack());
+    history().undo();
+    EXPECT_TRUE(history().isBusy());
     for (int file = 0; file < 12; ++file) {
         executor.runOne();
         const qsizetype listed = workspace().tracks().rows().size();
-        EXPECT_EQ(listed + removal().removalHistory().last().entries.size(), 20) << "no row is in neither";
         EXPECT_GT(listed + 8, trashCan.restored.size()) << "rows do not lag far behind their files";
     }
     EXPECT_FALSE(workspace().tracks().isEmpty());
     settle();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
-    EXPECT_TRUE(removal().removalHistory().isEmpty());
-    EXPECT_FALSE(removal().isTakingBack());
+    EXPECT_TRUE(!history().canUndo());
+    EXPECT_FALSE(history().isBusy());
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 20"));
 }
 
@@ -197,37 +197,52 @@ TEST_F(RemovalTrashTest, ARoundOfMovesCanBeStopped)
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 4 · остановлено, осталось: 6"));
     EXPECT_EQ(removal().progress().total, 0);
 
-    removal().undoLastRemoval();
+    history().undo();
     executor.runOne();
     removal().stopMoving();
     settle();
     EXPECT_EQ(workspace().tracks().rows().size(), 8);
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2 · остановлено, осталось: 2"));
-    EXPECT_FALSE(removal().isTakingBack());
-    removal().undoLastRemoval(); // and the rest
+    EXPECT_FALSE(history().isBusy());
+    history().undo(); // and the rest
     settle();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
-    EXPECT_TRUE(removal().removalHistory().isEmpty());
+    EXPECT_TRUE(!history().canUndo());
 }
 
 TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)
 {
-    undo.joinHistory({[&] { return removal().undoMoment(); }, [&] { return removal().undoActionName(); },
-                      [&] { removal().undoLastRemoval(); }, [&] { return removal().isTakingBack(); }});
     Track edited = favorite(QStringLiteral("edited.mp3"));
     edited.setTagSource(Track::TagSource::Read);
     fill({edited});
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({edited}), &undo);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({edited}));
     settle();
     removal().trashTracks(ids({edited}));
     settle();
-    undo.undo();
-    EXPECT_FALSE(undo.canUndo());
-    undo.undo(); // a second press while the file is on its way
+    history().undo();
+    EXPECT_FALSE(history().canUndo());
+    history().undo(); // a second press while the file is on its way
     settle();
     ASSERT_EQ(workspace().tracks().rows().size(), 1);
     EXPECT_EQ(now(edited).tags().genre, QStringLiteral("House")) << "the edit below was left alone";
-    EXPECT_TRUE(undo.canUndo());
+    EXPECT_TRUE(history().canUndo());
+}
+
+TEST_F(RemovalTrashTest, TheTrashGoesBeforeLaterEditsButNotBeforeLaterRemovals)
+{
+    fill({a, b, star});
+    removal().trashTracks(ids({a}));
+    settle();
+    store->favorites().toggleFavorites(ids({b}));
+    settle();
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Переместить в Корзину"));
+    removal().removeTracksFromPlaylist(ids({star}));
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Убрать из плейлиста"));
+    history().undo();
+    history().undo();
+    settle();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, star}));
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить избранное"));
 }
 
 TEST_F(RemovalTrashTest, DuplicatesAreLookedUpInTheirOwnList)
@@ -300,7 +315,7 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
         EXPECT_EQ(contents(first.url()), "none");
         EXPECT_EQ(trashed.entryList(QDir::Files).size(), 2);
         EXPECT_TRUE(workspace().tracks().isEmpty());
-        removal().undoLastRemoval();
+        history().undo();
         settle();
         EXPECT_EQ(contents(first.url()), "first");
         EXPECT_EQ(titles(workspace().tracks().rows()), titles({first, second}));
@@ -309,7 +324,7 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
     settle();
     write(first.url(), "newcomer");
     EXPECT_TRUE(QFile::remove(trashed.filePath(QStringLiteral("two.mp3")))) << "the Trash is emptied of it";
-    removal().undoLastRemoval();
+    history().undo();
     settle();
     EXPECT_EQ(contents(first.url()), "newcomer");
     EXPECT_EQ(trashed.entryList(QDir::Files), QStringList{QStringLiteral("один.mp3")}) << "left alone";

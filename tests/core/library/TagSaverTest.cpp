@@ -113,7 +113,7 @@ TEST_F(TagSaverTest, AStoppedBatchEndsBeforeItsNextFile)
 TEST_F(TagSaverTest, AFileHoldsWhatItsRowSaysHoweverManySavesWait)
 {
     fill({a, b});
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}), nullptr);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}));
     AudioTags tags = now(b).tags();
     tags.title = QStringLiteral("Later");
     store->tagWriting().save(tags, b.id()); // overtakes the batch
@@ -140,7 +140,7 @@ TEST_F(TagSaverTest, ABatchDoesNotTakeALaterPictureOutAgain)
         if (call.name == QLatin1StringView("write") && call.write.url == a.url())
             store->artwork().assignArtwork(png, ids({b}));
     };
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}), nullptr);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}));
     settle();
     ASSERT_EQ(files.calls.last().name, QStringLiteral("artwork")) << "no plain save comes behind the picture";
     EXPECT_EQ(files.calls.last().write.tags.genre, QStringLiteral("House"));
@@ -170,8 +170,8 @@ TEST_F(TagSaverTest, ARowThatWasNeverReadIsReadFirst)
         metadata.duration = 200;
         return std::optional(metadata);
     };
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}), &undo);
-    store->tagWriting().assignComment(QStringLiteral("prime"), ids({unread}), &undo);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}));
+    store->tagWriting().assignComment(QStringLiteral("prime"), ids({unread}));
     settle();
     ASSERT_EQ(files.calls.size(), 1) << "the second save finds its work done";
     EXPECT_EQ(files.calls.first().write.tags.artist, QStringLiteral("Real"));
@@ -190,7 +190,7 @@ TEST_F(TagSaverTest, AFileThatCannotBeReadIsNotOverwritten)
 {
     const Track unread = favorite(QStringLiteral("Guessed - Name.mp3"));
     fill({unread});
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}), nullptr);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}));
     settle();
     EXPECT_TRUE(files.calls.isEmpty());
     ASSERT_TRUE(workspace().lastError());
@@ -267,7 +267,7 @@ TEST_F(TagSaverTest, AKeepingSaveLeavesFieldsThatWereNeverReadAndNeverEdited)
     store->tagWriting().save(tags, a.id());
     settle();
     AudioTags typed;
-    store->tagWriting().saveFields(typed, TagField::Track, ids({a}), nullptr); // cleared by the user
+    store->tagWriting().saveFields(typed, TagField::Track, ids({a})); // cleared by the user
     settle();
     ASSERT_EQ(files.calls.size(), 2);
     const TagFields first = files.calls.first().write.fields;
@@ -307,7 +307,7 @@ TEST_F(TagSaverTest, AKeepingSaveLeavesFieldsAsTheFileHasThem)
         return std::optional(metadata);
     };
     fill({a});
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}), nullptr);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
     settle();
     ASSERT_EQ(files.calls.size(), 1);
     EXPECT_EQ(files.calls.first().write.fields, TagField::Genre | TagFields(TagField::Comment))
@@ -325,10 +325,10 @@ TEST_F(TagSaverTest, EditsOfAFailedSaveGoWithTheNext)
     fill({a});
     failFor(QStringLiteral("a.mp3"), TagFileError(QStringLiteral("busy"), false));
     AudioTags none;
-    store->tagWriting().saveFields(none, TagField::Year, ids({a}), nullptr);
+    store->tagWriting().saveFields(none, TagField::Year, ids({a}));
     settle();
     files.before = {};
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}), nullptr);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
     settle();
     EXPECT_EQ(files.calls.last().write.fields, TagField::Genre | TagFields(TagField::Year));
 }
@@ -362,7 +362,7 @@ TEST_F(TagSaverTest, ARowOfAnEarlierRunIsReadFirstAndKeepsWhatOnlyItKnows)
         return std::optional(metadata);
     };
     fill({row});
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({row}), nullptr);
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({row}));
     settle();
     ASSERT_EQ(files.calls.size(), 1);
     EXPECT_EQ(files.calls.first().write.tags.artist, QStringLiteral("Real"));

@@ -39,7 +39,7 @@ TEST_F(TagWritingTest, AssignsTheTrimmedValueToFavorites)
     fill({one, two, plain});
     QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
     QSignalSpy told(&notifications, &Notifications::velmoraTrackMetadataDidChange);
-    writing().assignGenre(QStringLiteral("  House\n"), ids({one, two, plain}), &undo);
+    writing().assignGenre(QStringLiteral("  House\n"), ids({one, two, plain}));
 
     EXPECT_EQ(now(one).tags().genre, QStringLiteral("House"));
     EXPECT_TRUE(now(plain).tags().genre.isEmpty()) << "no favourite";
@@ -54,12 +54,12 @@ TEST_F(TagWritingTest, AssignsTheTrimmedValueToFavorites)
     EXPECT_EQ(statusText(), QStringLiteral("Жанр «House» присвоен: 2"));
     EXPECT_EQ(preferences.recentGenres.get(), QStringLiteral("House"));
 
-    EXPECT_EQ(undo.undoActionName(), QStringLiteral("Присвоить жанр"));
-    undo.undo();
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Присвоить жанр"));
+    history().undo();
     EXPECT_TRUE(now(one).tags().genre.isEmpty());
     EXPECT_EQ(now(two).tags().genre, QStringLiteral("House"));
     EXPECT_TRUE(written().last().tags.genre.isEmpty()) << "the old value reaches the file again";
-    undo.redo();
+    history().redo();
     EXPECT_EQ(now(one).tags().genre, QStringLiteral("House"));
     settle();
 }
@@ -77,43 +77,43 @@ TEST_F(TagWritingTest, SaysWhatItDid)
     using Tone = WorkspaceStatus::Tone;
     const Case cases[] = {
         {"comment",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignComment(QStringLiteral("prime"), t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignComment(QStringLiteral("prime"), t); },
          {one},
          QStringLiteral("Комментарий «prime» присвоен: 1"),
          Tone::Success,
          QStringLiteral("Присвоить комментарий")},
         {"album",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignAlbum(QStringLiteral("#WARM UP"), t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignAlbum(QStringLiteral("#WARM UP"), t); },
          {one, two},
          QStringLiteral("Альбом «#WARM UP» присвоен: 2"),
          Tone::Success,
          QStringLiteral("Изменить альбом")},
         {"album away",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignAlbum(QStringLiteral(" "), t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignAlbum(QStringLiteral(" "), t); },
          {one},
          QStringLiteral("Альбом очищен: 1"),
          Tone::Success,
          QString()},
         {"no favourite",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignGenre(QStringLiteral("Pop"), t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignGenre(QStringLiteral("Pop"), t); },
          {plain},
          QStringLiteral("Выберите трек в «Избранном»"),
          Tone::Warning,
          QString()},
         {"genre away",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearGenres(t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearGenres(t); },
          {one, two},
          QStringLiteral("Жанр очищен: 1"),
          Tone::Success,
          QStringLiteral("Очистить жанр")},
         {"genre empty",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearGenres(t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearGenres(t); },
          {one},
          QStringLiteral("У выбранных треков жанр уже пуст"),
          Tone::Warning,
          QString()},
         {"comment empty",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearComments(t, &undo); },
+         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearComments(t); },
          {one},
          QStringLiteral("У выбранных треков комментарий уже пуст"),
          Tone::Warning,
@@ -123,12 +123,12 @@ TEST_F(TagWritingTest, SaysWhatItDid)
         SCOPED_TRACE(test.name);
         fill({});
         fill({one, two, plain});
-        undo.clear();
+        history().clear();
         files.calls.clear();
         test.act(writing(), ids(test.targets));
         EXPECT_EQ(statusText(), test.status);
         EXPECT_EQ(workspace().workspaceStatus()->tone, test.tone);
-        EXPECT_EQ(undo.undoActionName(), test.undoName);
+        EXPECT_EQ(history().undoActionName(), test.undoName);
         EXPECT_EQ(written().isEmpty(), test.undoName.isEmpty()) << "nothing changed, nothing written";
     }
 }
@@ -139,22 +139,22 @@ TEST_F(TagWritingTest, SavesChosenFieldsOfAnySelectionAsOneStep)
     AudioTags typed;
     typed.album = QStringLiteral(" Set ");
     typed.genre = QStringLiteral("House");
-    writing().saveFields(typed, TagField::Album | TagField::Genre, ids({one, two, plain}), &undo);
+    writing().saveFields(typed, TagField::Album | TagField::Genre, ids({one, two, plain}));
     EXPECT_EQ(now(plain).tags().album, QStringLiteral("Set")) << "trimmed, and no favourite is needed";
     EXPECT_EQ(now(plain).tags().title, plain.tags().title) << "not among the fields";
     EXPECT_EQ(written().size(), 3);
-    EXPECT_EQ(undo.undoActionName(), QStringLiteral("Изменить теги"));
-    undo.undo();
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить теги"));
+    history().undo();
     EXPECT_TRUE(now(one).tags().genre.isEmpty());
     EXPECT_EQ(now(two).tags().genre, QStringLiteral("House"));
     EXPECT_EQ(written().size(), 6);
 
-    undo.clear();
-    writing().saveFields(two.tags(), TagField::Genre, ids({two}), &undo);
-    EXPECT_FALSE(undo.canUndo()) << "nothing differs";
+    history().clear();
+    writing().saveFields(two.tags(), TagField::Genre, ids({two}));
+    EXPECT_FALSE(history().canUndo()) << "nothing differs";
     AudioTags none;
-    writing().saveFields(none, TagField::Year, ids({two}), &undo);
-    EXPECT_TRUE(undo.canUndo()) << "a year that was never read may stand in the file";
+    writing().saveFields(none, TagField::Year, ids({two}));
+    EXPECT_TRUE(history().canUndo()) << "a year that was never read may stand in the file";
     EXPECT_TRUE(written().last().fields.testFlag(TagField::Year));
 }
 
@@ -163,9 +163,11 @@ TEST_F(TagWritingTest, AnUndoLeavesLaterEditsOfOtherFieldsAlone)
     fill({one});
     AudioTags typed;
     typed.album = QStringLiteral("Set");
-    writing().saveFields(typed, TagField::Album, ids({one}), &undo);
-    writing().assignGenre(QStringLiteral("Pop"), ids({one}), nullptr);
-    undo.undo();
+    writing().saveFields(typed, TagField::Album, ids({one}));
+    AudioTags later = now(one).tags();
+    later.genre = QStringLiteral("Pop");
+    writing().save(later, one.id());
+    history().undo();
     EXPECT_TRUE(now(one).tags().album.isEmpty());
     EXPECT_EQ(now(one).tags().genre, QStringLiteral("Pop"));
     settle();
@@ -227,15 +229,15 @@ TEST_F(TagWritingTest, UndoBringsBackWhatTheFileHeld)
         fill({});
         fill({unread});
         files.calls.clear();
-        undo.clear();
-        writing().assignGenre(QStringLiteral("House"), ids({unread}), &undo);
+        history().clear();
+        writing().assignGenre(QStringLiteral("House"), ids({unread}));
         if (isWrittenBefore)
             settle();
-        writing().saveFields(typed, TagField::Year | TagField::Title, ids({unread}), &undo);
+        writing().saveFields(typed, TagField::Year | TagField::Title, ids({unread}));
         if (isWrittenBefore)
             settle();
-        undo.undo();
-        undo.undo();
+        history().undo();
+        history().undo();
         settle();
         const Track after = now(unread);
         EXPECT_EQ(after.tags().genre, QStringLiteral("Old"));
@@ -258,7 +260,7 @@ TEST_F(TagWritingTest, ClearsAGenreThatTheRowDoesNotKnowOf)
         return std::optional(metadata);
     };
     fill({unread});
-    writing().clearGenres(ids({unread}), nullptr);
+    writing().clearGenres(ids({unread}));
     ASSERT_EQ(written().size(), 1);
     EXPECT_TRUE(written().first().tags.genre.isEmpty());
 }
@@ -272,7 +274,7 @@ TEST_F(TagWritingTest, WritesInTheOrderOfTheList)
         names.append(rows.last().url().toString());
     }
     fill(rows);
-    writing().assignGenre(QStringLiteral("House"), ids(rows), nullptr);
+    writing().assignGenre(QStringLiteral("House"), ids(rows));
     QStringList order;
     for (const TagWrite& write : written())
         order.append(write.url.toString());
@@ -291,7 +293,7 @@ TEST_F(TagWritingTest, AnEditDuringARestoreStays)
     };
     files.before = [&](const FakeTagFiles::Call& call) {
         if (call.name == QLatin1StringView("restore"))
-            writing().assignGenre(QStringLiteral("Edit"), ids({one}), nullptr);
+            writing().assignGenre(QStringLiteral("Edit"), ids({one}));
     };
     writing().restoreOriginalTags(ids({one}));
     EXPECT_EQ(written().last().tags.genre, QStringLiteral("Edit"));

@@ -139,7 +139,7 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     tables.estimatedBPMByTrackID = {{tracks[0].id(), QStringLiteral("124")}, {tracks[1].id(), QStringLiteral("90.5")}};
     tables.estimatedBPMConfidenceByTrackID = {{tracks[0].id(), 0.25}};
     tempo().restoreTempoTables(tables);
-    tempo().writeTempo(ids(tracks), &undo);
+    tempo().writeTempo(ids(tracks));
     EXPECT_EQ(now(tracks[0]).tags().bpm, QStringLiteral("124"));
     EXPECT_EQ(now(tracks[1]).tags().bpm, QStringLiteral("91")) << "whole";
     EXPECT_TRUE(now(tracks[2]).tags().bpm.isEmpty());
@@ -149,21 +149,21 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     EXPECT_EQ(statusText(), QStringLiteral("Темп записан: 2"));
     EXPECT_EQ(files.calls.size(), 2);
 
-    undo.undo();
+    history().undo();
     EXPECT_TRUE(now(tracks[0]).tags().bpm.isEmpty());
     EXPECT_EQ(estimate(tracks[0]), QStringLiteral("124"));
     EXPECT_EQ(tempo().confidence(tracks[0].id()), 0.25);
     EXPECT_EQ(estimate(tracks[1]), QStringLiteral("90.5"));
-    undo.redo();
+    history().redo();
     EXPECT_EQ(now(tracks[1]).tags().bpm, QStringLiteral("91"));
     EXPECT_FALSE(estimate(tracks[1]));
     settle();
     EXPECT_EQ(tempoCalls, 0);
 
-    undo.clear();
-    tempo().writeTempo(ids(tracks), &undo);
+    history().clear();
+    tempo().writeTempo(ids(tracks));
     EXPECT_EQ(statusText(), QStringLiteral("Нет темпа для записи"));
-    EXPECT_FALSE(undo.canUndo());
+    EXPECT_FALSE(history().canUndo());
 }
 
 TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
@@ -239,18 +239,18 @@ TEST_F(TempoChoicesTest, TakingAWriteBackBringsTheRecordOfTheFileBackButNotOverA
         row.setTagSource(Track::TagSource::Read);
         fill({row});
         tempo().setTempo({row.id()}, 140);
-        tempo().writeTempo({row.id()}, &undo); // at once: nothing was kept for the file yet
+        tempo().writeTempo({row.id()}); // at once: nothing was kept for the file yet
         settle();
         if (isChosenSince)
             tempo().setTempo({row.id()}, 130);
-        undo.undo();
+        history().undo();
         settle();
         EXPECT_EQ(now(row).tags().bpm, QString());
         EXPECT_EQ(estimate(row), text);
         EXPECT_EQ(tempo().confidence(row.id()), 1);
         EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(row.url())),
                   CachedBPMEstimate::make(row.url(), text, 1));
-        undo.clear();
+        history().clear();
     }
     files.before = {};
 }
@@ -269,15 +269,15 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
     const auto edit = [this](const QList<Track>& rows) {
         AudioTags tags;
         tags.bpm = QStringLiteral("99");
-        store->tagWriting().saveFields(tags, TagField::Tempo, {rows[1].id()}, nullptr);
+        store->tagWriting().saveFields(tags, TagField::Tempo, {rows[1].id()});
     };
     const auto stop = [this](const QList<Track>&) { store->tagWriting().saver().cancelBatches(); };
-    const auto takeBack = [this](const QList<Track>&) { undo.undo(); };
+    const auto takeBack = [this](const QList<Track>&) { history().undo(); };
     const Row cases[] = {
         {"a file fails", nothing, 1, "124 80 125", "- 126 -", "Темп записан: 2 · пропущено: 1"},
         {"edited meanwhile", edit, 1, "124 99 125", "- - -", "Темп записан: 2 · пропущено: 1"},
         {"stopped", stop, -1, "124 80 -", "- 126 125", "Запись остановлена, в файлы не записано: 2"},
-        {"taken back before the failure", takeBack, 1, "- 80 -", "124 126 125", "before"},
+        {"taken back before the failure", takeBack, 1, "- 80 -", "124 126 125", "Отменено: Записать темп"},
     };
     const QString dash = QStringLiteral("-");
     for (const Row& test : cases) {
@@ -294,9 +294,9 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
             if (call.write.url == url)
                 throw TagFileError(QStringLiteral("no room"), false);
         };
-        undo.clear();
+        history().clear();
         store->status().showStatus(QStringLiteral("before"), {}, WorkspaceStatus::Tone::Neutral);
-        tempo().writeTempo(ids(tracks), &undo);
+        tempo().writeTempo(ids(tracks));
         test.meanwhile(tracks);
         settle();
         QStringList tags;

@@ -180,7 +180,7 @@ TEST_F(TempoTest, RowsThatComeBackAreAnalysed)
     ASSERT_FALSE(tempo().isQueueing());
     analysed.clear();
     reader = readsNothing();
-    store->removal().undoLastRemoval();
+    history().undo();
     settle();
     analysed.sort();
     EXPECT_EQ(analysed, QStringList({QStringLiteral("a.mp3"), QStringLiteral("b.mp3"), QStringLiteral("c.mp3")}));
@@ -194,7 +194,7 @@ TEST_F(TempoTest, AnEditedTagIsBelieved)
         store->tagWriting().save(withTempo(now(row), text).tags(), row.id());
     };
     const Edit selection = [this](const Track& row, const QString& text) {
-        store->tagWriting().saveFields(withTempo(row, text).tags(), TagField::Tempo, {row.id()}, nullptr);
+        store->tagWriting().saveFields(withTempo(row, text).tags(), TagField::Tempo, {row.id()});
     };
     const Edit title = [this](const Track& row, const QString& text) {
         AudioTags tags = now(row).tags();
@@ -232,8 +232,8 @@ TEST_F(TempoTest, RowsThatLoseTheirTempoTagAreAnalysed)
         store->tagWriting().save(withTempo(now(row), QString()).tags(), row.id());
     };
     const auto takeBack = [this](const Track& row) {
-        store->tagWriting().saveFields(withTempo(row, QStringLiteral("90")).tags(), TagField::Tempo, {row.id()}, &undo);
-        store->tagWriting().saveFields(AudioTags(), TagField::Tempo, {row.id()}, nullptr);
+        store->tagWriting().saveFields(withTempo(row, QStringLiteral("90")).tags(), TagField::Tempo, {row.id()});
+        store->tagWriting().saveFields(AudioTags(), TagField::Tempo, {row.id()});
     };
     const auto restore = [this](const Track& row) {
         files.originals.insert(row.url());

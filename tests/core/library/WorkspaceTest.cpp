@@ -57,7 +57,7 @@ TEST_F(StoreFixture, RevisionRisesWithEveryChangeButThatOfAStar)
     const Track a = track(QStringLiteral("a.mp3"));
     fill({a});
     const int before = workspace().playlistAnalysisRevision();
-    store->favorites().toggleFavorites({a.id()}, nullptr);
+    store->favorites().toggleFavorites({a.id()});
     EXPECT_EQ(workspace().playlistAnalysisRevision(), before);
     fill({now(a), track(QStringLiteral("b.mp3"))});
     EXPECT_EQ(workspace().playlistAnalysisRevision(), before + 1);

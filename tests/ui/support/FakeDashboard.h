@@ -5,7 +5,6 @@
 #include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
-#include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
 #include "ui/context/DashboardActions.h"
@@ -24,9 +23,8 @@ public:
         LibraryTab tab;
     };
 
-    FakeDashboard(LibraryStore& store, UndoManager& undo, AudioPlayer& player)
+    FakeDashboard(LibraryStore& store, AudioPlayer& player)
         : m_store(store)
-        , m_undo(undo)
         , m_player(player)
     {
     }
@@ -59,7 +57,7 @@ public:
     void toggleFavorites(const QSet<TrackID>& ids) override
     {
         note("toggleFavorites", ids);
-        m_store.favorites().toggleFavorites(ids, &m_undo);
+        m_store.favorites().toggleFavorites(ids);
     }
     void removeFromFavorites(const QSet<TrackID>& ids) override { note("removeFromFavorites", ids); }
     void removeFromCovers(const QSet<TrackID>& ids) override { note("removeFromCovers", ids); }
@@ -138,7 +136,6 @@ public:
     }
     void dismissNotice() override { m_store.workspace().setNotice(std::nullopt); }
     void dismissLastError() override { m_store.workspace().setLastError(std::nullopt); }
-    UndoManager& undoManager() override { return m_undo; }
 
     int count(const char* name) const
     {
@@ -170,6 +167,5 @@ private:
     }
 
     LibraryStore& m_store;
-    UndoManager& m_undo;
     AudioPlayer& m_player;
 };

@@ -39,6 +39,6 @@ protected:
     TagInventory inventory;
     QList<QUrl> inventoryURLs;
     WaveformCache waveforms;
-    FakeDashboard dashboard{*store, undo, player};
+    FakeDashboard dashboard{*store, player};
     std::unique_ptr<MainWindow> window;
 };

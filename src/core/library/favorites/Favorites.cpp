@@ -3,7 +3,7 @@
 #include "async/MainQueue.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/undo/UndoManager.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Collation.h"
 #include "platform/Localization.h"
@@ -28,7 +28,7 @@ Favorites::Favorites(const Dependencies& dependencies)
 {
 }
 
-int Favorites::addToFavorites(const QSet<TrackID>& ids, UndoManager* undoManager)
+int Favorites::addToFavorites(const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     MembershipStates target;
@@ -37,11 +37,11 @@ int Favorites::addToFavorites(const QSet<TrackID>& ids, UndoManager* undoManager
         if (track && !track->isFavorite())
             target.insert(id, kMember);
     }
-    change(target, undoManager);
+    change(target);
     return static_cast<int>(target.size());
 }
 
-void Favorites::removeFromFavorites(const QSet<TrackID>& ids, UndoManager* undoManager, bool advancePlayback)
+void Favorites::removeFromFavorites(const QSet<TrackID>& ids, bool advancePlayback)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     MembershipStates target;
@@ -53,13 +53,13 @@ void Favorites::removeFromFavorites(const QSet<TrackID>& ids, UndoManager* undoM
     if (target.isEmpty())
         return;
     const QList<Track> rows = m_dependencies.selection.visibleTracks();
-    change(target, undoManager);
-    if (advancePlayback && m_dependencies.continuePlaybackAfterRemoving)
-        m_dependencies.continuePlaybackAfterRemoving(QSet<TrackID>(target.keyBegin(), target.keyEnd()), rows);
+    change(target);
+    if (advancePlayback)
+        emit rowsLeft(QSet<TrackID>(target.keyBegin(), target.keyEnd()), rows);
     showCount(QStringLiteral("Убрано из избранного: %d"), target.size(), QStringLiteral("heart.slash"));
 }
 
-void Favorites::toggleFavorites(const QSet<TrackID>& ids, UndoManager* undoManager)
+void Favorites::toggleFavorites(const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     MembershipStates target;
@@ -73,53 +73,13 @@ void Favorites::toggleFavorites(const QSet<TrackID>& ids, UndoManager* undoManag
     }
     if (target.isEmpty())
         return;
-    change(target, undoManager);
+    change(target);
     if (added == target.size())
         showCount(QStringLiteral("Добавлено в избранное: %d"), added, QStringLiteral("heart.fill"));
     else if (added == 0)
         showCount(QStringLiteral("Убрано из избранного: %d"), target.size(), QStringLiteral("heart.slash"));
     else
         showCount(QStringLiteral("Избранное обновлено: %d"), target.size(), QStringLiteral("heart.fill"));
-}
-
-void Favorites::removeFromCoverWorkspace(const QSet<TrackID>& ids)
-{
-    VELMORA_ASSERT_MAIN_THREAD();
-    Workspace& workspace = m_dependencies.workspace;
-    int refused = 0;
-    QSet<TrackID> leaving;
-    for (const TrackID& id : ids) {
-        const Track* track = workspace.tracks().find(id);
-        if (track && track->isFavorite())
-            ++refused;
-        else if (track && track->isInCoverWorkspace())
-            leaving.insert(id);
-    }
-    if (refused > 0) {
-        const QString key =
-            refused == 1 ? QStringLiteral("Этот трек нельзя удалить из «Обложек», пока он находится в «Избранном». "
-                                          "Сначала уберите его из «Избранного».")
-                         : QStringLiteral("Эти треки нельзя удалить из «Обложек», пока они находятся в «Избранном». "
-                                          "Сначала уберите их из «Избранного».");
-        workspace.setNotice(VelmoraLocalization::string(key));
-    }
-    if (leaving.isEmpty())
-        return;
-    QList<Track> rows;
-    rows.reserve(workspace.tracks().size());
-    for (const Track& track : workspace.tracks()) {
-        if (!leaving.contains(track.id())) {
-            rows.append(track);
-        } else if (track.isInPlaylist()) {
-            rows.append(track);
-            rows.last().setIsInCoverWorkspace(false);
-        }
-    }
-    workspace.setTracks(rows);
-    std::optional<TrackID> focused = workspace.selectedID();
-    if (focused && leaving.contains(*focused))
-        focused.reset();
-    workspace.setSelection(workspace.selectedIDs() - leaving, focused);
 }
 
 Favorites::MembershipStates Favorites::favoriteMembershipStates(const QSet<TrackID>& ids) const
@@ -189,15 +149,13 @@ void Favorites::followInView(const Change& change)
         emit m_dependencies.notifications.velmoraFocusFavoriteTrack(joined.first());
 }
 
-void Favorites::change(const MembershipStates& target, UndoManager* undoManager)
+void Favorites::change(const MembershipStates& target)
 {
     const Change change = plan(target);
     if (change.after.isEmpty())
         return;
     apply(change);
-    if (!undoManager)
-        return;
-    undoManager->registerUndo(
+    m_dependencies.history.registerUndo(
         QStringLiteral("Изменить избранное"), [this, before = change.before] { applyFavoriteMembershipStates(before); },
         [this, after = change.after] { applyFavoriteMembershipStates(after); });
 }

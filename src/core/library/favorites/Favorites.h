@@ -3,20 +3,21 @@
 #include "core/model/Track.h"
 
 #include <QHash>
+#include <QObject>
 #include <QSet>
 #include <QStringList>
 
-#include <functional>
-
+class History;
 class Notifications;
 class Preferences;
 class Selection;
 class StatusLine;
-class UndoManager;
 class Workspace;
 
 /// Membership of Favorites and Covers, and the filter of Favorites.
-class Favorites {
+class Favorites : public QObject {
+    Q_OBJECT
+
 public:
     struct MembershipState {
         bool isFavorite = false;
@@ -31,22 +32,18 @@ public:
         StatusLine& status;
         Notifications& notifications;
         Preferences& preferences;
-        /// Lets the player move on when its track leaves these rows.
-        std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;
+        History& history;
     };
 
     explicit Favorites(const Dependencies& dependencies);
 
-    /// Makes tracks favourites, which puts them in Covers too. \param undoManager may be null.
-    /// \return how many joined.
-    int addToFavorites(const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// Makes tracks favourites, which puts them in Covers too. \return how many joined.
+    int addToFavorites(const QSet<TrackID>& ids);
     /// Takes favourites out of Favorites and of Covers. \param advancePlayback whether the player moves on from a
     /// removed track.
-    void removeFromFavorites(const QSet<TrackID>& ids, UndoManager* undoManager, bool advancePlayback);
+    void removeFromFavorites(const QSet<TrackID>& ids, bool advancePlayback);
     /// Each track flips on its own.
-    void toggleFavorites(const QSet<TrackID>& ids, UndoManager* undoManager);
-    /// Takes tracks out of Covers; favourites refuse with a notice.
-    void removeFromCoverWorkspace(const QSet<TrackID>& ids);
+    void toggleFavorites(const QSet<TrackID>& ids);
 
     /// The present flags of these tracks.
     MembershipStates favoriteMembershipStates(const QSet<TrackID>& ids) const;
@@ -63,6 +60,10 @@ public:
     /// The genres that occur among favourites, without empty ones, in localised order.
     QStringList favoriteGenreOptions() const;
 
+Q_SIGNALS:
+    /// Rows have left Favorites, and the player moves on. \param rows as they stood before, in display order.
+    void rowsLeft(const QSet<TrackID>& ids, const QList<Track>& rows);
+
 private:
     /// Those tracks whose flags differ from a target, as they are and as they become.
     struct Change {
@@ -70,7 +71,7 @@ private:
         MembershipStates after;
     };
     Change plan(const MembershipStates& target) const;
-    void change(const MembershipStates& target, UndoManager* undoManager);
+    void change(const MembershipStates& target);
     void apply(const Change& change);
     void followInView(const Change& change);
     void showCount(const QString& message, qsizetype count, const QString& icon);

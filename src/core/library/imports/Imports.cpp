@@ -4,13 +4,10 @@
 #include "core/library/favorites/Favorites.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/undo/UndoManager.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
 #include "platform/Preferences.h"
-
-#include <QPointer>
 
 namespace {
 
@@ -148,14 +145,11 @@ void Imports::announceAdded(const QString& message, qsizetype added, AudioFileLi
                                    Tone::Warning);
 }
 
-void Imports::importForFavorites(const QList<QUrl>& urls, UndoManager* undoManager)
+void Imports::importForFavorites(const QList<QUrl>& urls)
 {
-    importURLs(urls, [this, hasUndo = undoManager != nullptr,
-                      undo = QPointer<UndoManager>(undoManager)](const Outcome& outcome) {
+    importURLs(urls, [this](const Outcome& outcome) {
         const QSet<TrackID> ids(outcome.ids.cbegin(), outcome.ids.cend());
-        if (hasUndo && !undo)
-            return; // the window that asked is gone
-        const int joined = m_dependencies.favorites.addToFavorites(ids, undo);
+        const int joined = m_dependencies.favorites.addToFavorites(ids);
         announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
                       QStringLiteral("heart.fill"));
     });

@@ -18,7 +18,6 @@ class Favorites;
 class Preferences;
 class Sending;
 class StatusLine;
-class UndoManager;
 class Workspace;
 
 /// Files and folders become rows: at once with tags guessed from the names, then filled in by background reads. Thread:
@@ -60,8 +59,8 @@ public:
     /// Into the playlist. Folders are walked in the background; imports queue up and never overlap.
     /// \param completion called at the end; may be empty.
     void importURLs(const QList<QUrl>& urls, Completion completion = {});
-    /// Into the playlist and Favorites. \param undoManager may be null.
-    void importForFavorites(const QList<QUrl>& urls, UndoManager* undoManager);
+    /// Into the playlist and Favorites.
+    void importForFavorites(const QList<QUrl>& urls);
     /// Into Covers, without the playlist.
     void importForCovers(const QList<QUrl>& urls, Completion completion = {});
     /// Into the analysis list, as rows of their own.

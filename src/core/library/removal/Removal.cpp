@@ -1,12 +1,12 @@
 #include "core/library/removal/Removal.h"
 
 #include "async/MainQueue.h"
-#include "core/library/files/FileLocks.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/files/FinishedJob.h"
+#include "core/library/removal/RemovalStep.h"
 #include "core/library/removal/TrashCan.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
-#include "core/library/undo/UndoMoment.h"
 #include "core/library/workspace/Workspace.h"
 #include "core/model/LibrarySection.h"
 #include "platform/FileURL.h"
@@ -19,125 +19,220 @@ namespace {
 using List = Track::MetadataDestination;
 using Tone = WorkspaceStatus::Tone;
 
-constexpr int kFilesPerUpdate = 8; // restored files between two updates of the lists
 constexpr List kAllLists[] = {List::Library, List::Analysis, List::MusicalKey, List::Duplicates};
-
-/// The key of what the menu calls a move to the Trash.
-QString trashName()
-{
-    return QStringLiteral("Переместить в Корзину");
-}
 
 /// What became of one file.
 struct Move {
     std::optional<TrashedItem> item; ///< set if it went
-    QString error;
+    QString error;                   ///< empty if nothing went wrong
+    std::optional<FileStamp> before;
+    std::optional<FileStamp> after;
 };
 
 Move moveToTrash(TrashCan& can, const QUrl& url)
 {
+    Move move;
+    move.before = FileStamp::of(url);
     try {
-        return {can.moveToTrash(url), {}};
+        move.item = can.moveToTrash(url);
+        move.after = FileStamp::of(move.item->trashedURL());
     } catch (const TrashError& error) {
-        return {std::nullopt, error.message()};
+        move.error = error.message();
     }
+    return move;
 }
 
-/// The text of what went wrong; empty if nothing did.
-QString restore(TrashCan& can, const TrashedItem& item)
+Move moveBack(TrashCan& can, const TrashedItem& item, const QUrl& url)
 {
+    Move move;
+    move.before = FileStamp::of(item.trashedURL());
     try {
         can.restore(item);
-        return {};
+        move.after = FileStamp::of(url);
     } catch (const TrashError& error) {
-        return error.message();
+        move.error = error.message();
     }
-}
-
-QSet<TrackID> idsOf(const QList<RemovedTrack>& entries)
-{
-    QSet<TrackID> ids;
-    for (const RemovedTrack& entry : entries)
-        ids.insert(entry.track.id());
-    return ids;
-}
-
-/// The entries file by file, those of one file together, in the order of the rows.
-QList<QList<RemovedTrack>> byFile(QList<RemovedTrack> entries)
-{
-    std::ranges::stable_sort(entries, {}, &RemovedTrack::originalIndex);
-    QList<QList<RemovedTrack>> files;
-    QHash<QUrl, qsizetype> places;
-    for (const RemovedTrack& entry : std::as_const(entries)) {
-        const auto known = places.constFind(entry.track.url());
-        if (known != places.cend()) {
-            files[*known].append(entry);
-            continue;
-        }
-        places.insert(entry.track.url(), files.size());
-        files.append({entry});
-    }
-    return files;
+    return move;
 }
 
 } // namespace
 
-/// What a round of moves came to.
-struct Removal::Moves {
+/// Files on their way to the Trash. Their paths stay held until the rows are gone: a write that waits for one of them
+/// then finds that there is nothing to write.
+class Removal::TrashRound final : public FileRound {
+public:
+    TrashRound(Removal& removal, std::shared_ptr<RemovalStep> step, LibraryTab tab, QList<QUrl> files)
+        : step(std::move(step))
+        , tab(tab)
+        , m_removal(removal)
+        , m_files(std::move(files))
+    {
+    }
+
+    QList<QUrl> begin() override
+    {
+        m_removal.m_isRestoring = false;
+        return m_files;
+    }
+
+    async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath held,
+                                                 std::stop_token stop) override
+    {
+        m_held.append(std::move(held));
+        const QUrl url = m_files.at(file);
+        auto job = [can = m_removal.m_dependencies.trashCan, url](const std::stop_token&) {
+            return moveToTrash(*can, url);
+        };
+        const Move move = co_await finishedJob(m_removal.m_dependencies.executor, stop, std::move(job));
+        if (!move.item)
+            co_return FileFailure{url, move.error};
+        trashed.insert(url, *move.item);
+        m_removal.m_dependencies.events.tell({FileChange::Kind::Trashed, url, url, move.before, move.after});
+        co_return std::nullopt;
+    }
+
+    void end(const End& end) override
+    {
+        if (end.firstFailure)
+            m_removal.m_dependencies.workspace.setLastError(end.firstFailure->message);
+        m_removal.finishTrash(*this, end.left);
+        m_held.clear();
+    }
+
+    const std::shared_ptr<RemovalStep> step;
+    const LibraryTab tab; ///< whose rows playback goes on with
     QHash<QUrl, TrashedItem> trashed;
-    QString error; ///< the first one's text; empty if there was none
-    int left = 0;  ///< files that a stop left where they were
+
+private:
+    Removal& m_removal;
+    QList<QUrl> m_files;
+    QList<FileLocks::HeldPath> m_held;
+};
+
+/// Files on their way back. Rows come back a few files at a time, and until then they stay in the history: an end in
+/// the middle costs no row whose file is back.
+class Removal::RestoreRound final : public FileRound {
+public:
+    RestoreRound(Removal& removal, std::shared_ptr<RemovalStep> step)
+        : m_removal(removal)
+        , m_step(std::move(step))
+    {
+    }
+
+    QList<QUrl> begin() override
+    {
+        m_removal.m_isRestoring = true;
+        m_files = RemovalPlan::byFile(m_step->entries());
+        QList<QUrl> urls;
+        for (const QList<RemovedTrack>& entries : std::as_const(m_files))
+            urls.append(entries.first().track.url());
+        return urls;
+    }
+
+    async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath /*held*/,
+                                                 std::stop_token stop) override
+    {
+        const QList<RemovedTrack> entries = m_files.at(file);
+        const QUrl url = entries.first().track.url();
+        auto job = [can = m_removal.m_dependencies.trashCan, item = *entries.first().trashed,
+                    url](const std::stop_token&) { return moveBack(*can, item, url); };
+        const Move move = co_await finishedJob(m_removal.m_dependencies.executor, stop, std::move(job));
+        if (move.error.isEmpty()) {
+            m_waiting.append(entries);
+            m_removal.m_dependencies.events.tell({FileChange::Kind::CameBack, url, url, move.before, move.after});
+            co_return std::nullopt;
+        }
+        m_step->forget(RemovalPlan::idsOf(entries)); // another try would fail as well
+        co_return FileFailure{url, move.error};
+    }
+
+    void update() override
+    {
+        const QList<RemovedTrack> entries = std::exchange(m_waiting, {});
+        m_step->forget(RemovalPlan::idsOf(entries));
+        m_removal.putBack(entries, m_restored);
+    }
+
+    void end(const End& end) override
+    {
+        if (end.firstFailure)
+            m_removal.m_dependencies.workspace.setLastError(VelmoraLocalization::format(
+                QStringLiteral("Не удалось восстановить «%@»: %@"),
+                {FileURL::lastPathComponent(end.firstFailure->url), end.firstFailure->message}));
+        m_restored.left = end.left;
+        m_removal.m_dependencies.history.ended(*m_step);
+        m_removal.announceRestored(m_restored);
+    }
+
+private:
+    Removal& m_removal;
+    std::shared_ptr<RemovalStep> m_step;
+    QList<QList<RemovedTrack>> m_files;
+    QList<RemovedTrack> m_waiting; ///< their files are there, the rows not yet
+    Restored m_restored;
 };
 
 Removal::Removal(const Dependencies& dependencies)
     : m_dependencies(dependencies)
+    , m_line(dependencies.locks)
 {
+    connect(&m_line, &FileLine::progressChanged, this, &Removal::progressChanged);
 }
 
 Removal::~Removal() = default;
 
 void Removal::removeTracksFromPlaylist(const QSet<TrackID>& ids)
 {
-    VELMORA_ASSERT_MAIN_THREAD();
-    Workspace& workspace = m_dependencies.workspace;
-    const QList<Track> rows = m_dependencies.selection.tracks(LibraryTab::Playlist);
-    RemovalPlan::Cut cut = RemovalPlan::outOfPlaylist(workspace.tracks(), ids);
-    if (cut.removed.isEmpty())
-        return;
-    const QSet<TrackID> removed = idsOf(cut.removed);
-    push({cut.removed, QStringLiteral("Убрать из плейлиста"), nextUndoMoment()});
-    workspace.setTracks(std::move(cut.rows));
-    dropSelected(removed);
-    m_dependencies.continuePlaybackAfterRemoving(removed, rows);
-    m_dependencies.status.showCounted(QStringLiteral("Убрано из плейлиста: %d"), {cut.removed.size()},
-                                      QStringLiteral("checkmark.circle"), Tone::Success);
+    remove(RemovalPlan::outOfPlaylist(m_dependencies.workspace.tracks(), ids),
+           m_dependencies.selection.tracks(LibraryTab::Playlist), QStringLiteral("Убрать из плейлиста"),
+           QStringLiteral("Убрано из плейлиста: %d"));
+}
+
+void Removal::removeFromCoverWorkspace(const QSet<TrackID>& ids)
+{
+    const TrackList& tracks = m_dependencies.workspace.tracks();
+    const auto refused = std::ranges::count_if(ids, [&](const TrackID& id) {
+        const Track* track = tracks.find(id);
+        return track && track->isFavorite();
+    });
+    if (refused > 0) {
+        const QString key =
+            refused == 1 ? QStringLiteral("Этот трек нельзя удалить из «Обложек», пока он находится в «Избранном». "
+                                          "Сначала уберите его из «Избранного».")
+                         : QStringLiteral("Эти треки нельзя удалить из «Обложек», пока они находятся в «Избранном». "
+                                          "Сначала уберите их из «Избранного».");
+        m_dependencies.workspace.setNotice(VelmoraLocalization::string(key));
+    }
+    remove(RemovalPlan::outOfCovers(tracks, ids), {}, QStringLiteral("Убрать из обложек"),
+           QStringLiteral("Убрано из обложек: %d"));
 }
 
 void Removal::removeFromAnalysis(const QSet<TrackID>& ids)
 {
-    removeFromList(List::Analysis, ids, {{}, QStringLiteral("Убрать из анализа"), 0},
-                   QStringLiteral("Убрано из анализа: %d"));
+    const TrackList& rows = m_dependencies.workspace.analysisTracks();
+    remove(RemovalPlan::outOfList(List::Analysis, rows, ids), rows.rows(), QStringLiteral("Убрать из анализа"),
+           QStringLiteral("Убрано из анализа: %d"));
 }
 
 void Removal::removeFromMusicalKeyAnalysis(const QSet<TrackID>& ids)
 {
-    removeFromList(List::MusicalKey, ids, {{}, QStringLiteral("Удалить из тональности"), 0},
-                   QStringLiteral("Убрано из тональности: %d"));
+    const TrackList& rows = m_dependencies.workspace.keyAnalysisTracks();
+    remove(RemovalPlan::outOfList(List::MusicalKey, rows, ids), rows.rows(), QStringLiteral("Удалить из тональности"),
+           QStringLiteral("Убрано из тональности: %d"));
 }
 
-void Removal::removeFromList(List list, const QSet<TrackID>& ids, const RemovalStep& step, const QString& message)
+/// \param rows that playback goes on in; empty where it stays.
+void Removal::remove(RemovalPlan::Cut cut, const QList<Track>& rows, const QString& actionName, const QString& message)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    Workspace& workspace = m_dependencies.workspace;
-    const QList<Track> rows = workspace.list(list).rows();
-    RemovalPlan::Cut cut = RemovalPlan::outOfList(list, workspace.list(list), ids);
     if (cut.removed.isEmpty())
         return;
-    const QSet<TrackID> removed = idsOf(cut.removed);
-    push({cut.removed, step.actionName, nextUndoMoment()});
-    workspace.setList(list, std::move(cut.rows));
+    const QSet<TrackID> removed = RemovalPlan::idsOf(cut.removed);
+    m_dependencies.history.push(std::make_shared<RemovalStep>(*this, History::Kind::Removal, actionName, cut.removed));
+    m_dependencies.workspace.setList(cut.removed.first().list, std::move(cut.rows));
     dropSelected(removed);
-    m_dependencies.continuePlaybackAfterRemoving(removed, rows);
+    if (!rows.isEmpty())
+        emit rowsLeft(removed, rows);
     m_dependencies.status.showCounted(message, {cut.removed.size()}, QStringLiteral("checkmark.circle"), Tone::Success);
 }
 
@@ -161,162 +256,69 @@ void Removal::trash(LibraryTab tab, const QList<QUrl>& files)
 {
     if (files.isEmpty() || !m_dependencies.trashCan)
         return;
-    const Request request{nextUndoMoment(), tab, files};
-    m_history.beginTrashing(request.moment);
-    emit historyChanged();
-    m_moves.append([this, request](std::stop_token stop) { return trashTask(request, std::move(stop)); });
+    auto step = std::make_shared<RemovalStep>(*this, History::Kind::Trash, QStringLiteral("Переместить в Корзину"));
+    m_dependencies.history.push(step);
+    m_line.append(std::make_shared<TrashRound>(*this, std::move(step), tab, files));
 }
 
-async::Task<> Removal::trashTask(Request request, std::stop_token stop)
-{
-    Moves moves;
-    // Held until the rows are gone: a write that waits for its file then finds that there is nothing to write.
-    QList<FileLocks::HeldPath> held;
-    beginProgress(static_cast<int>(request.files.size()), false);
-    for (const QUrl& url : request.files) {
-        if (m_isStopping)
-            break;
-        held.append(co_await m_dependencies.locks.hold(url, stop));
-        auto job = [can = m_dependencies.trashCan, url](const std::stop_token&) { return moveToTrash(*can, url); };
-        const Move move = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
-        if (move.item)
-            moves.trashed.insert(url, *move.item);
-        else if (moves.error.isEmpty())
-            moves.error = move.error;
-        advanceProgress();
-    }
-    moves.left = endProgress();
-    finishTrash(request, moves);
-}
-
-void Removal::finishTrash(const Request& request, const Moves& moves)
+void Removal::finishTrash(TrashRound& round, int left)
 {
     Workspace& workspace = m_dependencies.workspace;
-    const QList<Track> rows = m_dependencies.selection.tracks(request.tab);
-    QHash<List, QList<Track>> left;
-    RemovalStep step{{}, trashName(), request.moment};
+    const QList<Track> rows = m_dependencies.selection.tracks(round.tab);
+    QHash<List, QList<Track>> remaining;
+    QList<RemovedTrack> removed;
     for (const List list : kAllLists) {
-        RemovalPlan::Cut cut = RemovalPlan::withoutFiles(list, workspace.list(list), moves.trashed);
+        RemovalPlan::Cut cut = RemovalPlan::withoutFiles(list, workspace.list(list), round.trashed);
         if (cut.removed.isEmpty())
             continue;
-        left.insert(list, std::move(cut.rows));
-        step.entries.append(cut.removed);
+        remaining.insert(list, std::move(cut.rows));
+        removed.append(cut.removed);
     }
-    m_history.endTrashing(request.moment);
-    if (!moves.error.isEmpty())
-        workspace.setLastError(moves.error);
-    if (step.entries.isEmpty()) {
-        m_history.endTakingBack(request.moment);
-        emit historyChanged();
+    round.step->moved(removed);
+    if (removed.isEmpty()) {
+        m_dependencies.history.withdraw(*round.step);
         return;
     }
-    const QSet<TrackID> removed = idsOf(step.entries);
-    push(std::move(step));
-    for (auto list = left.begin(); list != left.end(); ++list)
+    const QSet<TrackID> ids = RemovalPlan::idsOf(removed);
+    for (auto list = remaining.begin(); list != remaining.end(); ++list)
         workspace.setList(list.key(), std::move(*list));
-    dropSelected(removed);
-    m_dependencies.selection.forget(removed);
+    dropSelected(ids);
+    m_dependencies.selection.forget(ids);
     emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
-    m_dependencies.continuePlaybackAfterRemoving(removed, rows);
-    if (moves.left > 0)
+    emit rowsLeft(ids, rows);
+    if (left > 0)
         m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d · остановлено, осталось: %d"),
-                                          {moves.trashed.size(), moves.left}, QStringLiteral("trash"), Tone::Warning);
+                                          {round.trashed.size(), left}, QStringLiteral("trash"), Tone::Warning);
     else
-        m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {moves.trashed.size()},
+        m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {round.trashed.size()},
                                           QStringLiteral("trash"), Tone::Success);
-}
-
-void Removal::push(RemovalStep step)
-{
-    m_history.push(std::move(step));
-    emit historyChanged();
-}
-
-bool Removal::canUndoPhysicalTrash() const
-{
-    return !removalHistory().isEmpty() && removalHistory().last().holdsTrashedFile();
-}
-
-QString Removal::undoActionName() const
-{
-    const quint64 moment = m_history.undoMoment();
-    if (moment == 0)
-        return {};
-    const RemovalStep* const step = m_history.find(moment);
-    return VelmoraLocalization::string(step ? step->actionName : trashName());
 }
 
 void Removal::stopMoving()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    m_isStopping = m_progress.done < m_progress.total;
+    m_line.stop();
 }
 
-void Removal::undoLastRemoval()
+Removal::Progress Removal::progress() const
 {
-    VELMORA_ASSERT_MAIN_THREAD();
-    const quint64 moment = m_history.undoMoment();
-    if (moment == 0)
-        return;
-    const RemovalStep* const step = m_history.find(moment);
-    if (step && !step->holdsTrashedFile()) {
-        Restored restored;
-        putBack(m_history.take(moment)->entries, restored);
-        emit historyChanged();
-        announceRestored(restored);
-        return;
-    }
-    m_history.beginTakingBack(moment);
-    emit historyChanged();
-    m_moves.append([this, moment](std::stop_token stop) { return restoreTask(moment, std::move(stop)); });
+    const FileLine::Progress progress = m_line.progress();
+    return {progress.done, progress.total, m_isRestoring};
 }
 
-/// Rows come back a few files at a time, and until then they stay in the history: an end in the middle costs no row
-/// whose file is back.
-async::Task<> Removal::restoreTask(quint64 moment, std::stop_token stop)
+void Removal::restore(std::shared_ptr<RemovalStep> step)
 {
-    const RemovalStep* const step = m_history.find(moment);
-    const QList<QList<RemovedTrack>> files = step ? byFile(step->entries) : QList<QList<RemovedTrack>>(); // none went
+    m_line.append(std::make_shared<RestoreRound>(*this, std::move(step)));
+}
+
+/// \return whether anything was not there as it had been.
+bool Removal::putBack(const QList<RemovedTrack>& entries)
+{
     Restored restored;
-    QList<RemovedTrack> waiting;
-    QString firstError;
-    beginProgress(static_cast<int>(files.size()), true);
-    for (qsizetype file = 0; file < files.size() && !m_isStopping; ++file) {
-        const QList<RemovedTrack> entries = files[file];
-        QString error;
-        if (entries.first().trashed) {
-            auto job = [can = m_dependencies.trashCan, item = *entries.first().trashed](const std::stop_token&) {
-                return restore(*can, item);
-            };
-            error = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
-        }
-        if (error.isEmpty()) {
-            waiting.append(entries);
-        } else {
-            m_history.forget(moment, idsOf(entries)); // another try would fail as well
-            if (firstError.isEmpty())
-                firstError =
-                    VelmoraLocalization::format(QStringLiteral("Не удалось восстановить «%@»: %@"),
-                                                {FileURL::lastPathComponent(entries.first().track.url()), error});
-        }
-        advanceProgress();
-        if ((file + 1) % kFilesPerUpdate == 0)
-            putBackMoved(moment, std::exchange(waiting, {}), restored);
-    }
-    putBackMoved(moment, waiting, restored);
-    if (!firstError.isEmpty())
-        m_dependencies.workspace.setLastError(firstError);
-    restored.left = endProgress();
-    m_history.endTakingBack(moment);
-    emit historyChanged();
-    announceRestored(restored);
-}
-
-/// What is back in the lists is no longer to be taken back.
-void Removal::putBackMoved(quint64 moment, const QList<RemovedTrack>& entries, Restored& restored)
-{
-    m_history.forget(moment, idsOf(entries));
     putBack(entries, restored);
+    if (restored.isChanged)
+        announceRestored(restored);
+    return restored.isChanged;
 }
 
 /// \param entries what comes back into the lists; its files are there.
@@ -339,6 +341,9 @@ void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, Restore
     restored.ids[list].append(back.ids);
     for (const RemovedTrack& entry : entries)
         restored.files.insert(entry.track.url());
+    if (!back.isChanged)
+        return;
+    restored.isChanged = true;
     workspace.setList(list, std::move(back.rows));
     QList<Track> unread; // what was read of them in the meantime found no row
     QSet<TrackID> read;
@@ -349,25 +354,14 @@ void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, Restore
         else if (track)
             read.insert(id);
     }
-    if (!unread.isEmpty())
-        m_dependencies.readTags(unread, list);
-    if (list != List::Library)
-        return;
-    for (const TrackID& id : std::as_const(back.ids))
-        m_dependencies.writePendingEdits(id);
-    m_dependencies.detectBPM(read);
+    emit rowsCameBack(list, read, unread);
 }
 
 void Removal::announceRestored(const Restored& restored)
 {
     if (restored.files.isEmpty())
         return;
-    QList<TrackID> ids = restored.ids.value(LibrarySection::of(m_dependencies.workspace.activeTab()).list);
-    if (ids.isEmpty()) {
-        for (const List list : kAllLists)
-            ids.append(restored.ids.value(list));
-    }
-    selectRestored(ids);
+    selectRestored(restored);
     const QString icon = QStringLiteral("arrow.uturn.backward");
     if (restored.left > 0)
         m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d · остановлено, осталось: %d"),
@@ -377,16 +371,17 @@ void Removal::announceRestored(const Restored& restored)
                                           Tone::Success);
 }
 
-void Removal::selectRestored(const QList<TrackID>& ids)
+/// What the section shows of them becomes its selection; where it shows none, the selection stays as it is.
+void Removal::selectRestored(const Restored& restored)
 {
     const LibraryTab tab = m_dependencies.workspace.activeTab();
-    std::optional<TrackID> focused;
-    if (!ids.isEmpty() && m_dependencies.selection.isSelectable(tab, ids.last()))
-        focused = ids.last();
-    m_dependencies.workspace.setSelection(QSet<TrackID>(ids.cbegin(), ids.cend()), focused);
+    QList<TrackID> ids = restored.ids.value(LibrarySection::of(tab).list);
+    ids.removeIf([&](const TrackID& id) { return !m_dependencies.selection.isSelectable(tab, id); });
+    if (!ids.isEmpty())
+        m_dependencies.selection.select(QSet<TrackID>(ids.cbegin(), ids.cend()), ids.last());
     emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
-    if (focused && tab == LibraryTab::Favorites)
-        emit m_dependencies.notifications.velmoraFocusFavoriteTrack(*focused);
+    if (!ids.isEmpty() && tab == LibraryTab::Favorites)
+        emit m_dependencies.notifications.velmoraFocusFavoriteTrack(ids.last());
 }
 
 void Removal::dropSelected(const QSet<TrackID>& ids)
@@ -396,27 +391,4 @@ void Removal::dropSelected(const QSet<TrackID>& ids)
     if (focused && ids.contains(*focused))
         focused.reset();
     workspace.setSelection(workspace.selectedIDs() - ids, focused);
-}
-
-void Removal::beginProgress(int files, bool isRestoring)
-{
-    m_isStopping = false;
-    m_progress = {0, files, isRestoring};
-    emit progressChanged();
-}
-
-void Removal::advanceProgress()
-{
-    ++m_progress.done;
-    emit progressChanged();
-}
-
-/// \return the files that a stop left undone.
-int Removal::endProgress()
-{
-    const int left = m_progress.total - m_progress.done;
-    m_progress = {};
-    m_isStopping = false;
-    emit progressChanged();
-    return left;
 }

@@ -1,25 +1,26 @@
 #pragma once
 
-#include "async/Executor.h"
-#include "async/TaskQueue.h"
-#include "core/library/removal/RemovalHistory.h"
+#include "core/library/files/FileLine.h"
 #include "core/library/removal/RemovalPlan.h"
 #include "core/model/LibraryTab.h"
 
 #include <QObject>
 
-#include <functional>
-
-class FileLocks;
+namespace async {
+class Executor;
+}
+class FileEvents;
+class History;
 class Notifications;
+class RemovalStep;
 class Selection;
 class StatusLine;
 class TrashCan;
 class Workspace;
 
-/// Rows taken off the lists, files moved to the Trash, and the history that brings both back. Files move in the
-/// background one after another, each after the write that is under way into it; the rows of an action leave together
-/// when its last file has moved, and come back with their files. Thread: main.
+/// Rows taken off the lists and files moved to the Trash, each action a step of the history that brings them back.
+/// Files move in the background one after another, each after the write that is under way into it; the rows of an
+/// action leave together when its last file has moved, and come back with their files. Thread: main.
 class Removal : public QObject {
     Q_OBJECT
 
@@ -29,17 +30,11 @@ public:
         Selection& selection;
         StatusLine& status;
         Notifications& notifications;
+        History& history;
         async::Executor& executor;
         FileLocks& locks;
+        FileEvents& events;
         TrashCan* trashCan; ///< null where there is none: nothing is moved then
-        /// Lets the player move on when its track leaves these rows.
-        std::function<void(const QSet<TrackID>& ids, const QList<Track>& rows)> continuePlaybackAfterRemoving;
-        /// Reads the tags of rows that left their list before they were read.
-        std::function<void(const QList<Track>& tracks, Track::MetadataDestination list)> readTags;
-        /// Writes what was edited of a row and had not come to its file when it left.
-        std::function<void(const TrackID& id)> writePendingEdits;
-        /// Wants the tempo of rows that came back into the main list and have been read.
-        std::function<void(const QSet<TrackID>& ids)> detectBPM;
     };
 
     /// Files moved and to be moved by the action under way; none at other times.
@@ -54,6 +49,8 @@ public:
 
     /// Takes rows out of the playlist. Favourites stay in the main list, all others leave it, and with it Covers.
     void removeTracksFromPlaylist(const QSet<TrackID>& ids);
+    /// Takes rows out of Covers. Favourites refuse with a notice; a row in no section at all leaves the main list.
+    void removeFromCoverWorkspace(const QSet<TrackID>& ids);
     /// Takes rows off the analysis list.
     void removeFromAnalysis(const QSet<TrackID>& ids);
     /// Takes rows off the list of the key section.
@@ -63,65 +60,42 @@ public:
     void trashTracks(const QSet<TrackID>& ids);
     /// The same for rows of the duplicates section.
     void trashDuplicateTracks(const QSet<TrackID>& ids);
-    /// Takes the last step of the history back, or the Trash move that is under way, once it is over. What cannot be
-    /// restored is skipped with an error.
-    void undoLastRemoval();
     /// Ends the round of moves under way after its present file. Files that went stay there and can be taken back; a
     /// restore keeps what is left in the history.
     void stopMoving();
-
-    /// The steps that can be taken back, the last one on top.
-    const QList<RemovalStep>& removalHistory() const { return m_history.steps(); }
-    /// Whether the top step holds a file in the Trash.
-    bool canUndoPhysicalTrash() const;
-    /// The moment of what undoLastRemoval() would take back, see nextUndoMoment(); 0 if there is nothing.
-    quint64 undoMoment() const { return m_history.undoMoment(); }
-    /// Whether something is being taken back right now: what was done before it has to wait.
-    bool isTakingBack() const { return m_history.isTakingBack(); }
-    /// Localised name of what undoLastRemoval() would take back.
-    QString undoActionName() const;
-    Progress progress() const { return m_progress; }
+    Progress progress() const;
 
 Q_SIGNALS:
-    /// What undoLastRemoval() would take back.
-    void historyChanged();
     void progressChanged();
+    /// Rows have left a list. \param rows of the section as they stood before, in display order.
+    void rowsLeft(const QSet<TrackID>& ids, const QList<Track>& rows);
+    /// Rows are back in a list. \param ids those that have been read. \param unread those that have not.
+    void rowsCameBack(Track::MetadataDestination list, const QSet<TrackID>& ids, const QList<Track>& unread);
 
 private:
-    struct Moves;
-    /// What is known of a move before it has ended.
-    struct Request {
-        quint64 moment = 0;
-        LibraryTab tab = LibraryTab::Playlist; ///< whose rows playback goes on with
-        QList<QUrl> files;
-    };
-
-    void removeFromList(Track::MetadataDestination list, const QSet<TrackID>& ids, const RemovalStep& step,
-                        const QString& message);
-    void trash(LibraryTab tab, const QList<QUrl>& files);
-    async::Task<> trashTask(Request request, std::stop_token stop);
-    void finishTrash(const Request& request, const Moves& moves);
-    async::Task<> restoreTask(quint64 moment, std::stop_token stop);
-    void push(RemovalStep step);
+    friend class RemovalStep;
+    class TrashRound;
+    class RestoreRound;
     /// What came back into the lists so far.
     struct Restored {
         QSet<QUrl> files;
         QHash<Track::MetadataDestination, QList<TrackID>> ids;
+        bool isChanged = false;
         int left = 0; ///< files that a stop left in the Trash
     };
-    void putBackMoved(quint64 moment, const QList<RemovedTrack>& entries, Restored& restored);
+
+    void remove(RemovalPlan::Cut cut, const QList<Track>& rows, const QString& actionName, const QString& message);
+    void trash(LibraryTab tab, const QList<QUrl>& files);
+    void finishTrash(TrashRound& round, int left);
+    void restore(std::shared_ptr<RemovalStep> step);
+    bool putBack(const QList<RemovedTrack>& entries);
     void putBack(QList<RemovedTrack> entries, Restored& restored);
     void putBackInto(Track::MetadataDestination list, const QList<RemovedTrack>& entries, Restored& restored);
     void announceRestored(const Restored& restored);
-    void selectRestored(const QList<TrackID>& ids);
+    void selectRestored(const Restored& restored);
     void dropSelected(const QSet<TrackID>& ids);
-    void beginProgress(int files, bool isRestoring);
-    void advanceProgress();
-    int endProgress();
 
     Dependencies m_dependencies;
-    RemovalHistory m_history;
-    Progress m_progress;
-    bool m_isStopping = false;
-    async::TaskQueue m_moves;
+    bool m_isRestoring = false;
+    FileLine m_line;
 };

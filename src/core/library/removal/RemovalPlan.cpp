@@ -1,11 +1,13 @@
 #include "core/library/removal/RemovalPlan.h"
 
+#include <algorithm>
+
 namespace {
 
 using RemovalPlan::Cut;
 
 /// \param removal gives the entry for a row that is to go, nothing for one that stays. The entry may say that the row
-/// stays without its playlist flag.
+/// stays without one of its flags.
 template <typename Removal>
 Cut cut(const TrackList& tracks, Removal removal)
 {
@@ -14,12 +16,14 @@ Cut cut(const TrackList& tracks, Removal removal)
     for (int index = 0; index < tracks.size(); ++index) {
         const Track& track = tracks.at(index);
         std::optional<RemovedTrack> entry = removal(track);
-        if (!entry || entry->removedFromPlaylistOnly)
+        if (!entry || entry->isStillListed())
             result.rows.append(track);
         if (!entry)
             continue;
         if (entry->removedFromPlaylistOnly)
             result.rows.last().setIsInPlaylist(false);
+        if (entry->removedFromCoversOnly)
+            result.rows.last().setIsInCoverWorkspace(false);
         entry->track = track;
         entry->originalIndex = index;
         result.removed.append(*std::move(entry));
@@ -27,11 +31,23 @@ Cut cut(const TrackList& tracks, Removal removal)
     return result;
 }
 
-void joinSections(Track& track, const Track& removed)
+/// Gives a row back what the removal took from it. \return whether it differs now.
+bool joinSections(Track& track, const RemovedTrack& entry)
 {
-    track.setIsInPlaylist(track.isInPlaylist() || removed.isInPlaylist());
-    track.setIsInCoverWorkspace(track.isInCoverWorkspace() || removed.isInCoverWorkspace());
-    track.setIsFavorite(track.isFavorite() || removed.isFavorite());
+    const Track& removed = entry.track;
+    const bool isWhole = !entry.isStillListed();
+    const bool isInPlaylist =
+        track.isInPlaylist() || entry.removedFromPlaylistOnly || (isWhole && removed.isInPlaylist());
+    const bool isInCovers =
+        track.isInCoverWorkspace() || entry.removedFromCoversOnly || (isWhole && removed.isInCoverWorkspace());
+    const bool isFavorite = track.isFavorite() || (isWhole && removed.isFavorite());
+    if (isInPlaylist == track.isInPlaylist() && isInCovers == track.isInCoverWorkspace() &&
+        isFavorite == track.isFavorite())
+        return false;
+    track.setIsInPlaylist(isInPlaylist);
+    track.setIsInCoverWorkspace(isInCovers);
+    track.setIsFavorite(isFavorite);
+    return true;
 }
 
 } // namespace
@@ -45,6 +61,17 @@ Cut outOfPlaylist(const TrackList& tracks, const QSet<TrackID>& ids)
             return std::nullopt;
         RemovedTrack entry;
         entry.removedFromPlaylistOnly = track.isFavorite();
+        return entry;
+    });
+}
+
+Cut outOfCovers(const TrackList& tracks, const QSet<TrackID>& ids)
+{
+    return cut(tracks, [&](const Track& track) -> std::optional<RemovedTrack> {
+        if (!track.isInCoverWorkspace() || track.isFavorite() || !ids.contains(track.id()))
+            return std::nullopt;
+        RemovedTrack entry;
+        entry.removedFromCoversOnly = track.isInPlaylist();
         return entry;
     });
 }
@@ -85,19 +112,17 @@ Back putBack(const TrackList& tracks, const QList<RemovedTrack>& entries)
     Back back;
     for (const RemovedTrack& entry : entries) {
         std::optional<int> row = tracks.indexOf(entry.track.id());
-        if (!row && !entry.removedFromPlaylistOnly)
+        if (!row && !entry.isStillListed())
             row = tracks.indexOfURL(entry.track.url());
-        if (row && entry.removedFromPlaylistOnly)
-            present[*row].setIsInPlaylist(true);
-        else if (row)
-            joinSections(present[*row], entry.track);
-        else if (!entry.removedFromPlaylistOnly)
+        if (row) {
+            back.isChanged |= joinSections(present[*row], entry);
+            back.ids.append(std::as_const(present)[*row].id());
+        } else if (!entry.isStillListed()) {
             missing.append(&entry);
-        if (row)
-            back.ids.append(present[*row].id());
-        else if (!entry.removedFromPlaylistOnly)
             back.ids.append(entry.track.id());
+        }
     }
+    back.isChanged |= !missing.isEmpty();
     // The places ascend, so one walk does what inserting one after another would.
     back.rows.reserve(present.size() + missing.size());
     auto next = present.cbegin();
@@ -124,6 +149,31 @@ QList<QUrl> filesOf(const QList<const TrackList*>& lists, const QSet<TrackID>& i
         }
     }
     return files;
+}
+
+QList<QList<RemovedTrack>> byFile(QList<RemovedTrack> entries)
+{
+    std::ranges::stable_sort(entries, {}, &RemovedTrack::originalIndex);
+    QList<QList<RemovedTrack>> files;
+    QHash<QUrl, qsizetype> places;
+    for (const RemovedTrack& entry : std::as_const(entries)) {
+        const auto known = places.constFind(entry.track.url());
+        if (known != places.cend()) {
+            files[*known].append(entry);
+            continue;
+        }
+        places.insert(entry.track.url(), files.size());
+        files.append({entry});
+    }
+    return files;
+}
+
+QSet<TrackID> idsOf(const QList<RemovedTrack>& entries)
+{
+    QSet<TrackID> ids;
+    for (const RemovedTrack& entry : entries)
+        ids.insert(entry.track.id());
+    return ids;
 }
 
 } // namespace RemovalPlan

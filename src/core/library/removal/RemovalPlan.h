@@ -20,6 +20,8 @@ struct Cut {
 /// Takes rows of the playlist out of the main list; favourites stay in it, out of the playlist. Rows that are not in
 /// the playlist do not count.
 Cut outOfPlaylist(const TrackList& tracks, const QSet<TrackID>& ids);
+/// Takes rows out of Covers that are no favourites; rows of the playlist stay in the list, all others leave it.
+Cut outOfCovers(const TrackList& tracks, const QSet<TrackID>& ids);
 /// Takes rows out of a list.
 Cut outOfList(List list, const TrackList& tracks, const QSet<TrackID>& ids);
 /// Takes all rows of the files out of a list. \param trashed where the files are now, by the row's URL.
@@ -28,15 +30,21 @@ Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedIt
 /// A list with rows that came back.
 struct Back {
     QList<Track> rows;
-    QList<TrackID> ids; ///< of what came back, in list order
+    QList<TrackID> ids;     ///< of what came back, in list order
+    bool isChanged = false; ///< whether any of them was not there as it had been
 };
 
-/// Puts rows back where they were, at the end where the list has become shorter. A favourite gets its playlist flag
+/// Puts rows back where they were, at the end where the list has become shorter. A row that stayed gets its flag
 /// back. A file that has a row by now gets no second one: its row joins the sections that the removed one was in.
 /// \param entries of this list, ascending by originalIndex.
 Back putBack(const TrackList& tracks, const QList<RemovedTrack>& entries);
 
 /// Each file once, in the order of the rows. \param ids rows that may stand in any of the lists.
 QList<QUrl> filesOf(const QList<const TrackList*>& lists, const QSet<TrackID>& ids);
+
+/// The entries file by file, those of one file together, in the order of the rows.
+QList<QList<RemovedTrack>> byFile(QList<RemovedTrack> entries);
+
+QSet<TrackID> idsOf(const QList<RemovedTrack>& entries);
 
 } // namespace RemovalPlan

@@ -4,7 +4,7 @@
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagEditPlan.h"
-#include "core/library/undo/UndoManager.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
@@ -85,29 +85,29 @@ TagWriting::TagWriting(const Dependencies& dependencies)
 
 TagWriting::~TagWriting() = default;
 
-void TagWriting::assignGenre(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::assignGenre(const QString& text, const QSet<TrackID>& ids)
 {
-    assign(AssignedField::Genre, text, ids, undoManager);
+    assign(AssignedField::Genre, text, ids);
 }
 
-void TagWriting::assignComment(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::assignComment(const QString& text, const QSet<TrackID>& ids)
 {
-    assign(AssignedField::Comment, text, ids, undoManager);
+    assign(AssignedField::Comment, text, ids);
 }
 
-void TagWriting::assignAlbum(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::assignAlbum(const QString& text, const QSet<TrackID>& ids)
 {
-    assign(AssignedField::Album, text, ids, undoManager);
+    assign(AssignedField::Album, text, ids);
 }
 
-void TagWriting::clearGenres(const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::clearGenres(const QSet<TrackID>& ids)
 {
-    clear(AssignedField::Genre, ids, undoManager);
+    clear(AssignedField::Genre, ids);
 }
 
-void TagWriting::clearComments(const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::clearComments(const QSet<TrackID>& ids)
 {
-    clear(AssignedField::Comment, ids, undoManager);
+    clear(AssignedField::Comment, ids);
 }
 
 void TagWriting::reportWriteError(const TagFileError& error)
@@ -116,7 +116,7 @@ void TagWriting::reportWriteError(const TagFileError& error)
         m_dependencies.workspace.setLastError(error.message());
 }
 
-void TagWriting::assign(AssignedField field, const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::assign(AssignedField field, const QString& text, const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     AudioTags tags;
@@ -125,7 +125,7 @@ void TagWriting::assign(AssignedField field, const QString& text, const QSet<Tra
     if (targets.isEmpty())
         return;
     const UndoStep kind{words(field).assignAction, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
-    edit(tags, kind, targets, undoManager);
+    edit(tags, kind, targets);
     if (field == AssignedField::Genre)
         m_dependencies.quickLists.recordRecentGenre(value);
     const int count = static_cast<int>(targets.size());
@@ -136,14 +136,14 @@ void TagWriting::assign(AssignedField field, const QString& text, const QSet<Tra
         status.showCounted(words(field).assigned, {value, count}, words(field).icon, Tone::Success);
 }
 
-void TagWriting::clear(AssignedField field, const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::clear(AssignedField field, const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     const QSet<TrackID> targets = favoriteTargets(ids);
     if (targets.isEmpty())
         return;
     const UndoStep kind{words(field).clearAction, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
-    const int count = edit(AudioTags(), kind, targets, undoManager);
+    const int count = edit(AudioTags(), kind, targets);
     StatusLine& status = m_dependencies.status;
     if (count == 0)
         status.showStatus(words(field).alreadyEmpty, words(field).icon, Tone::Warning);
@@ -161,16 +161,16 @@ QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
 }
 
 /// Gives the fields of \p kind to the rows and their files, as one step of undo. \return how many rows changed.
-int TagWriting::edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager)
+int TagWriting::edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids)
 {
     const auto step = std::make_shared<UndoStep>(kind);
     step->before = TagEditPlan::valuesBefore(m_dependencies.workspace.tracks(), tags, step->fields, ids);
     for (auto entry = step->before.cbegin(); entry != step->before.cend(); ++entry)
         step->after.insert(entry.key(), TagFieldSet::merged(entry.value(), tags, step->fields));
-    return perform(step, undoManager);
+    return perform(step);
 }
 
-int TagWriting::perform(const std::shared_ptr<UndoStep>& step, UndoManager* undoManager)
+int TagWriting::perform(const std::shared_ptr<UndoStep>& step)
 {
     const TrackList& tracks = m_dependencies.workspace.tracks();
     for (const TrackID& id : step->before.keys()) {
@@ -179,10 +179,11 @@ int TagWriting::perform(const std::shared_ptr<UndoStep>& step, UndoManager* undo
         if (unknown)
             step->unknown.insert(id, unknown);
     }
-    if (undoManager && !step->before.isEmpty()) {
+    if (!step->before.isEmpty()) {
         watchUnknown(step);
-        undoManager->registerUndo(
-            step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(step); });
+        m_dependencies.history.registerUndo(
+            step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(step); },
+            [step] { return step->before.isEmpty(); });
     }
     write(step);
     return static_cast<int>(step->before.size());
@@ -299,17 +300,17 @@ void TagWriting::save(const AudioTags& tags, const TrackID& id)
     m_dependencies.saver.write(id, edited);
 }
 
-void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids, UndoManager* undoManager)
+void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     const UndoStep kind{QStringLiteral("Изменить теги"), QString(), fields};
-    const int count = edit(TagEditPlan::trimmed(tags), kind, ids, undoManager);
+    const int count = edit(TagEditPlan::trimmed(tags), kind, ids);
     if (count > 0)
         m_dependencies.status.showCounted(QStringLiteral("Теги изменены: %d"), {count}, QStringLiteral("tag"),
                                           Tone::Success);
 }
 
-void TagWriting::saveTexts(const FieldTexts& edit, UndoManager* undoManager)
+void TagWriting::saveTexts(const FieldTexts& edit)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     const auto step = std::make_shared<UndoStep>(UndoStep{edit.actionName, QString(), edit.field});
@@ -326,7 +327,7 @@ void TagWriting::saveTexts(const FieldTexts& edit, UndoManager* undoManager)
         step->before.insert(entry.key(), track->tags());
         step->after.insert(entry.key(), after);
     }
-    perform(step, undoManager);
+    perform(step);
 }
 
 void TagWriting::synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks)

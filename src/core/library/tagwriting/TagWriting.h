@@ -14,10 +14,10 @@
 #include <functional>
 #include <memory>
 
+class History;
 class Notifications;
 class QuickLists;
 class StatusLine;
-class UndoManager;
 class Workspace;
 
 /// Edits of tags: values assigned to favourites, fields typed by the user, tags put back. Thread: main.
@@ -31,23 +31,24 @@ public:
         Notifications& notifications;
         QuickLists& quickLists;
         TagSaver& saver;
+        History& history;
     };
 
     explicit TagWriting(const Dependencies& dependencies);
     ~TagWriting() override;
 
-    /// Assigns a genre, trimmed, to those of the tracks that are favourites. \param undoManager may be null.
-    void assignGenre(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager);
-    void assignComment(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// Assigns a genre, trimmed, to those of the tracks that are favourites.
+    void assignGenre(const QString& text, const QSet<TrackID>& ids);
+    void assignComment(const QString& text, const QSet<TrackID>& ids);
     /// An empty text clears the album.
-    void assignAlbum(const QString& text, const QSet<TrackID>& ids, UndoManager* undoManager);
-    void clearGenres(const QSet<TrackID>& ids, UndoManager* undoManager);
-    void clearComments(const QSet<TrackID>& ids, UndoManager* undoManager);
+    void assignAlbum(const QString& text, const QSet<TrackID>& ids);
+    void clearGenres(const QSet<TrackID>& ids);
+    void clearComments(const QSet<TrackID>& ids);
 
     /// Stores a row's tags and writes them into its file.
     void save(const AudioTags& tags, const TrackID& id);
-    /// Writes the chosen fields into rows and files, as one step of undo. \param undoManager may be null.
-    void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids, UndoManager* undoManager);
+    /// Writes the chosen fields into rows and files, as one step of undo.
+    void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
     /// A text per row for one field, and what goes with it.
     struct FieldTexts {
         TagField field;
@@ -61,8 +62,8 @@ public:
         std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended;
     };
     /// Writes each row's own text into rows and files, as one step of undo. Whoever asks for it sees to what goes with
-    /// the field: tempoEdited() is not told. \param undoManager may be null.
-    void saveTexts(const FieldTexts& edit, UndoManager* undoManager);
+    /// the field: tempoEdited() is not told.
+    void saveTexts(const FieldTexts& edit);
     /// Sets the key of all rows of these files, in the list that is handed in. \param keys by standardized path.
     static void synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks);
 
@@ -84,11 +85,11 @@ private:
     struct UndoStep;
     using BatchEnd = std::function<void(const QSet<TrackID>& notWritten)>;
 
-    void assign(AssignedField field, const QString& value, const QSet<TrackID>& ids, UndoManager* undoManager);
-    void clear(AssignedField field, const QSet<TrackID>& ids, UndoManager* undoManager);
+    void assign(AssignedField field, const QString& value, const QSet<TrackID>& ids);
+    void clear(AssignedField field, const QSet<TrackID>& ids);
     QSet<TrackID> favoriteTargets(const QSet<TrackID>& ids);
-    int edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, UndoManager* undoManager);
-    int perform(const std::shared_ptr<UndoStep>& step, UndoManager* undoManager);
+    int edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids);
+    int perform(const std::shared_ptr<UndoStep>& step);
     void watchUnknown(const std::shared_ptr<UndoStep>& step);
     void takeBack(UndoStep& step);
     void writeAgain(const std::shared_ptr<UndoStep>& step);

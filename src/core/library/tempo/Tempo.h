@@ -19,7 +19,6 @@ class Notifications;
 class Order;
 class StatusLine;
 class TagWriting;
-class UndoManager;
 class Workspace;
 
 /// What a row shows of its tempo beside its tag.
@@ -96,8 +95,8 @@ public:
     void dropBPMQueue();
     /// Writes the estimates as whole numbers into the tags, as one step of undo; a row whose write begins loses its
     /// estimate, for the tag is believed. Those whose file could not be written get it back. Says at the end how many
-    /// were written, or at once that there is none. \param undoManager may be null.
-    void writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager = nullptr);
+    /// were written, or at once that there is none.
+    void writeTempo(const QSet<TrackID>& ids);
     /// Makes what is shown (the estimate, else the number in the tag) times a factor the estimate, as a whole number.
     /// Rows that would get less than 20 or more than 400 keep what they have.
     void scaleTempo(const QSet<TrackID>& ids, double factor);

@@ -36,7 +36,7 @@ struct Tempo::TakenEstimate {
     QList<TempoEstimate::Alternative> alternatives;
 };
 
-void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
+void Tempo::writeTempo(const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     TempoResults& results = m_dependencies.results;
@@ -61,7 +61,7 @@ void Tempo::writeTempo(const QSet<TrackID>& ids, UndoManager* undoManager)
     edit.ended = [this, step](const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack) {
         tempoWritten(*step, notWritten, putBack);
     };
-    m_dependencies.tagWriting.saveTexts(edit, undoManager);
+    m_dependencies.tagWriting.saveTexts(edit);
     giveUp(idsOf(taken));
 }
 

@@ -14,7 +14,7 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
-#include "core/library/undo/UndoManager.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -72,6 +72,7 @@ protected:
     void settle();
 
     Workspace& workspace() { return store->workspace(); }
+    History& history() { return store->history(); }
     QString statusText() const;
     QStringList titles(const QList<Track>& tracks) const;
 
@@ -81,7 +82,6 @@ protected:
     Notifications notifications;
     FakeTagFiles files;
     FakeTrashCan trashCan;
-    UndoManager undo;
     QTemporaryDir folder;
 
     // What left the store.

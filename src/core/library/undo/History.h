@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+/// All that the user did and can take back, in one line of time: edits, removals, moves to the Trash, renames, choices.
+/// Whatever happened last is taken back first; a move to the Trash goes before edits that were made after it. What is
+/// taken back can be done again where its step knows how, until something new is done. Thread: main.
+class History : public QObject {
+    Q_OBJECT
+
+public:
+    using Action = std::function<void()>;
+    using Question = std::function<bool()>;
+
+    enum class Kind { Edit, Removal, Trash };
+    /// What came of taking a step back.
+    enum class Outcome {
+        Done,
+        Nothing,  ///< there was nothing left to take back: the step before it is tried
+        UnderWay, ///< it goes on in the background until ended(); nothing else is taken back meanwhile
+    };
+
+    /// One thing that the user did. It registers nothing itself when it is taken back or done again.
+    class Step {
+    public:
+        explicit Step(Kind kind)
+            : m_kind(kind)
+        {
+        }
+        virtual ~Step() = default;
+        Step(const Step&) = delete;
+        Step& operator=(const Step&) = delete;
+
+        Kind kind() const { return m_kind; }
+        /// Localisation key of what the menu calls it.
+        virtual QString name() const = 0;
+        /// Whether nothing is left to take back. Asked often.
+        virtual bool isSpent() const { return false; }
+        /// What it keeps in memory, about.
+        virtual qint64 byteCount() const { return 0; }
+        virtual Outcome undo() = 0;
+        virtual bool canRedo() const { return false; }
+        virtual void redo() {}
+        /// Takes what a later step of the same moment does. \return whether it did.
+        virtual bool absorb(Step& /*later*/) { return false; }
+
+    private:
+        Kind m_kind;
+    };
+
+    History();
+    ~History() override;
+
+    /// Adds what was just done, or has just begun.
+    void push(std::shared_ptr<Step> step);
+    /// The same by two actions; registrations of one name within one turn of the event loop are one step.
+    /// \param actionName localisation key. \param isSpent whether nothing is left to take back; may be empty.
+    void registerUndo(const QString& actionName, Action undo, Action redo, Question isSpent = {});
+    /// A step came to nothing, or is taken back otherwise.
+    void withdraw(const Step& step);
+    /// The undo of a step that was under way is over: the step goes, or stays with what is left of it.
+    void ended(const Step& step);
+
+    bool canUndo() const;
+    bool canRedo() const;
+    /// Localised name of what undo() takes back; empty if there is nothing.
+    QString undoActionName() const;
+    QString redoActionName() const;
+    /// Whether something is being taken back: what was done before it has to wait.
+    bool isBusy() const { return m_underWay != nullptr; }
+    void undo();
+    void redo();
+    void clear();
+
+Q_SIGNALS:
+    /// What can be undone or redone changed.
+    void changed();
+    /// An edit was taken back, or done again; other steps say so themselves. \param actionName localised.
+    void undone(const QString& actionName);
+    void redone(const QString& actionName);
+
+private:
+    using Steps = QList<std::shared_ptr<Step>>;
+
+    qsizetype nextIndex() const;
+    void trim();
+
+    Steps m_done;   ///< the last one at the end
+    Steps m_undone; ///< the one that is done again first at the end
+    std::shared_ptr<Step> m_underWay;
+    quint64 m_turn = 0; ///< rises once per turn of the event loop in which something was registered
+    bool m_turnEnds = false;
+};
