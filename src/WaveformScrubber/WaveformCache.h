@@ -17,14 +17,14 @@
 
 /// The one place that envelopes come from. Keeps the last 250 in memory and all on disk, under a key that changes with
 /// the file; computes each at most once at a time, however many ask. Per file: nothing known, in memory, on disk,
-/// loading, or failed until a moment. Disk and files are looked at on workers only. Whoever still waits when it goes
+/// loading, or failed until a moment. Disk and files are looked at on workers only. What still waits when it goes
 /// throws Cancelled. Thread: main; outlived by clock and executor.
 class WaveformCache {
 public:
     /// Computes an envelope of 4,096 values; blocks, on a worker. AudioProcessor::extractEnvelope() but in tests.
     using Extract = std::function<std::vector<float>(const QUrl&, LowImpact, const std::stop_token&)>;
 
-    /// \param folder where envelopes are kept; made when needed. What nobody used for 180 days is deleted in the
+    /// \param folder where envelopes are kept; made when needed. What was not used for 180 days is deleted in the
     /// background, and so is what a killed program's decoders left.
     WaveformCache(async::Clock& clock, async::Executor& executor, const QString& folder);
     WaveformCache(async::Clock& clock, async::Executor& executor, const QString& folder, Extract extract);
@@ -33,7 +33,7 @@ public:
     WaveformCache& operator=(const WaveformCache&) = delete;
 
     /// The envelope of the file as it is now: from memory, from disk, from the computation that is under way, or from a
-    /// new one. Whoever stops waits no longer; a computation that nobody waits for any more is cancelled.
+    /// new one. Who stops waits no longer; a computation without a waiter is cancelled.
     /// \param lowImpact of a new computation; a running one is joined whatever its own is.
     /// Errors: WaveformCacheError; AudioProcessingError and AudioFileError of the computation, after which the file is
     /// not tried again for 30 seconds; async::Cancelled, also by cancelLoading().
@@ -72,7 +72,7 @@ private:
     QCache<QUrl, Entry> m_memory;
     QHash<QUrl, std::shared_ptr<Loading>> m_loading;
     QHash<QUrl, async::Duration> m_retryAt;
-    /// Stopped with the cache: whoever asked it may have been quicker than its end.
+    /// Stopped with the cache: the one who asked may have been quicker than its end.
     std::stop_source m_end;
     /// A few hundred microseconds each, and a row on screen waits for it.
     async::Lane m_lookups;

@@ -4,7 +4,7 @@
 
 namespace async {
 
-/// Thrown by every awaiter after a stop request, even when a result has arrived. Not an error: nobody reports it.
+/// Thrown by every awaiter after a stop request, even when a result has arrived. Not an error: it is not reported.
 class Cancelled : public std::exception {
 public:
     const char* what() const noexcept override { return "cancelled"; }

@@ -13,7 +13,7 @@
 namespace async {
 
 /// An event that comes once and that any number of tasks wait for; those resume in the order in which they came. The
-/// bridge from a callback that is called once. The destructor lets whoever still waits throw Cancelled. Thread: main.
+/// bridge from a callback that is called once. The destructor lets those that still wait throw Cancelled. Thread: main.
 class Gate {
 public:
     Gate();

@@ -12,7 +12,7 @@ class Permits {
 public:
     /// \param limit permits that can be held at once, at least 1.
     explicit Permits(int limit);
-    /// Whoever still waits throws Cancelled.
+    /// What still waits throws Cancelled.
     ~Permits();
     Permits(const Permits&) = delete;
     Permits& operator=(const Permits&) = delete;

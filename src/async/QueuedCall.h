@@ -5,7 +5,7 @@
 
 namespace async {
 
-/// A unit of work as executors hold it. Destroyed without run() or fail(), it cancels whoever waits for it.
+/// A unit of work as executors hold it. Destroyed without run() or fail(), it cancels what waits for it.
 class Call {
 public:
     virtual ~Call() = default;

@@ -17,6 +17,7 @@
 // the coroutine on the main thread, which reads it afterwards; the main queue's lock orders the two.
 namespace async::detail {
 
+/// What a call ends with. Written by the worker before it settles the point, read by the waiter after that.
 template <typename Result>
 struct Outcome {
     using Value = std::conditional_t<std::is_void_v<Result>, std::monostate, Result>;
@@ -31,6 +32,7 @@ struct Outcome {
     std::exception_ptr error;
 };
 
+/// A job on its way to a worker. Destroyed unrun, it lets its waiter throw Cancelled.
 template <typename Job>
 class JobCall final : public Call {
 public:
@@ -94,6 +96,7 @@ private:
     bool m_hasEnded = false;
 };
 
+/// Waits on the main queue, and gives the value or throws what the job threw.
 template <typename Result>
 Task<Result> awaitOutcome(std::shared_ptr<Outcome<Result>> outcome)
 {

@@ -11,7 +11,9 @@ namespace async {
 /// with an idle loop, at most a millisecond or two late. Exists only while the application object does. Thread: main.
 class SystemClock final : public Clock {
 public:
+    /// Needs the application object.
     SystemClock();
+    /// Forgets all deadlines; tasks that sleep on it are stopped before.
     ~SystemClock() override;
 
     Duration now() const override;

@@ -21,6 +21,7 @@ public:
     Handle add(TaskFactory factory, Place place);
     /// Stops or drops one. A stopped task keeps its room until it has ended.
     void cancel(Handle handle);
+    /// The same for every task. What is added meanwhile, by a task that ends, stays.
     void cancelAll();
     /// Waiting and running, without the stopped ones.
     int count() const;

@@ -54,7 +54,7 @@ Task<> TaskRun::drive(std::shared_ptr<TaskRun> run)
         Task<> task = run->m_factory(stop);
         co_await task;
     } catch (const Cancelled&) {
-        // Wanted by whoever stopped it.
+        // Wanted: it was stopped.
     } catch (...) {
         reportFailure();
     }

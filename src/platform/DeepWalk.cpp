@@ -93,7 +93,7 @@ bool Walker::isWanted(QByteArrayView name) const
 
 void Walker::take(const QByteArray& path)
 {
-    // A longer path cannot be opened again by whoever reads the file; one that is no UTF-8 cannot be written as a URL.
+    // A longer path cannot be opened again to read the file; one that is no UTF-8 cannot be written as a URL.
     if (path.size() >= PATH_MAX || !path.isValidUtf8())
         ++m_result.notTaken;
     else

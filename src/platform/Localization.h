@@ -16,7 +16,7 @@ AppLanguage appLanguageFromRawValue(const QString& raw);
 namespace VelmoraLocalization {
 
 AppLanguage language();
-/// Switches at once; whoever shows texts redraws on Notifications::velmoraLanguageDidChange.
+/// Switches at once; what shows texts redraws on Notifications::velmoraLanguageDidChange.
 void setLanguage(AppLanguage language);
 /// Locale "ru" or "en" of the language, for numbers and counted messages.
 QLocale locale();

@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// The program's events, one typed signal per name. One object, owned by the application and handed to whoever posts or
-/// listens. Thread: main.
+/// The program's events, one typed signal per name. One object, owned by the application and handed to all that post or
+/// listen. Thread: main.
 class Notifications : public QObject {
     Q_OBJECT
 
@@ -21,28 +21,39 @@ public:
     using QObject::QObject;
 
 Q_SIGNALS:
+    /// Another track, started, paused or ended. Said by the player.
     void velmoraPlaybackDidChange();
     /// \param trackID the track that came to its end.
     void velmoraPlaybackDidFinish(const std::optional<QUuid>& trackID);
+    /// Fields of the settings give the keyboard back.
     void velmoraSettingsShouldResignFocus();
+    /// Bring this row of the favourites into view.
     void velmoraFocusFavoriteTrack(const QUuid& trackID);
     /// \param field "genre", "comment", "album", or empty when many fields may have changed (\p ids may then be empty).
     void velmoraTrackMetadataDidChange(const QString& field, const QSet<QUuid>& ids);
+    /// The list of genres in the settings.
     void velmoraGenresDidChange();
+    /// Rows became favourites or ceased to be.
     void velmoraFavoriteMembershipDidChange();
     void velmoraFavoriteGenreFilterDidChange();
+    /// Tempos were estimated or chosen; at most ten times a second.
     void velmoraBPMDidChange();
+    // Keys that the converter and the duplicates answer in lists of their own.
     void velmoraSelectAllConversionItems();
     void velmoraNavigateConversionItems(Notifications::Direction direction);
     void velmoraRemoveConversionItems();
     void velmoraNavigateDuplicateItems(Notifications::Direction direction);
+    // Menus and keys of the covers.
     void velmoraChooseCoverArtwork();
     void velmoraApplyCoverArtwork();
+    /// Texts are asked for again: VelmoraLocalization answers in the new language already.
     void velmoraLanguageDidChange();
     void velmoraRestartOnboarding();
+    // What is opened by a key wherever the keyboard stands.
     void velmoraRequestCleaner();
     void velmoraShowGenrePalette();
     void velmoraShowCommentPalette();
     void velmoraShowAlbumPalette();
+    /// An export of favourites has ended. \param destinationFiles the copies.
     void velmoraFavoriteCopyCompleted(const QList<QUrl>& destinationFiles);
 };

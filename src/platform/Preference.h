@@ -19,7 +19,9 @@ public:
     /// An invalid variant if the key has no value.
     virtual QVariant value(const QString& key) const = 0;
     virtual QStringList keys() const = 0;
+    /// Replaces the value of a key, and tells onChange.
     void set(const QString& key, const QVariant& value);
+    /// Afterwards the key has no value, whether it had one or not.
     void remove(const QString& key);
 
     /// Called after every set and remove, with the key.
@@ -41,10 +43,12 @@ public:
     {
     }
 
+    /// As it stands in the file.
     const QString& key() const { return m_key; }
     const T& defaultValue() const { return m_default; }
     bool isSet() const { return m_store->contains(m_key); }
 
+    /// The default too for a number that is none or not finite, and for a text that is no truth value.
     T get() const
     {
         QVariant value = m_store->value(m_key);

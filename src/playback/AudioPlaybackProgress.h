@@ -7,7 +7,9 @@ class AudioPlaybackProgress : public QObject {
     Q_OBJECT
 
 public:
+    /// From 0 to duration(); ten times a second while playing, at once after a seek.
     double currentTime() const { return m_currentTime; }
+    /// 0 without a track; decoding may correct what the file told.
     double duration() const { return m_duration; }
 
 Q_SIGNALS:

@@ -47,7 +47,7 @@ public:
         AudioSystem& audio;
     };
 
-    /// What the player tells the rest of the program; an empty function means that nobody listens.
+    /// What the player tells the rest of the program; a function may be empty.
     struct Listeners {
         /// The store, after every change of state.
         std::function<void(bool isPlaying, const std::optional<TrackID>& currentTrackID)> playbackStateDidChange;
@@ -65,9 +65,11 @@ public:
     /// Set once by the application, when the store exists.
     void setListeners(Listeners listeners);
 
+    /// The track that sounds, is paused or has ended; nothing while idle.
     const std::optional<TrackID>& currentID() const { return m_currentID; }
     /// Copy of the track as it was when it was started.
     const std::optional<Track>& currentTrack() const { return m_currentTrack; }
+    /// Sound goes out, or would without a device. False while a file is being opened.
     bool isPlaying() const { return m_isPlaying; }
     /// A file is being opened and will then be played.
     bool isOpening() const { return m_openingTrack.has_value(); }
@@ -75,6 +77,7 @@ public:
     bool isOpeningSlowly() const { return m_isOpeningSlowly; }
     /// What was asked for last: the track that is being opened, else the current one.
     const std::optional<Track>& requestedTrack() const { return m_openingTrack ? m_openingTrack : m_currentTrack; }
+    /// Position and length, told apart from the player's own signals.
     AudioPlaybackProgress& progress() { return m_progress; }
     AudioVolumeState& volumeState() { return m_volumeState; }
 
@@ -82,6 +85,7 @@ public:
     void play(const Track& track);
     /// Play or pause; nothing without a file.
     void toggle();
+    /// Ends the sound, gives up an opening and forgets the track.
     void stopAndClear();
     /// Relative seek in seconds.
     void seek(double by);
@@ -98,8 +102,10 @@ public:
     bool matchesCurrentTrack(const Track& track) const;
 
 Q_SIGNALS:
+    /// Another track or none; its file is open by then.
     void currentTrackChanged();
     void isPlayingChanged();
+    /// At the limit of patience, and when the opening that passed it has ended in any way.
     void isOpeningSlowlyChanged();
 
 private:

@@ -40,7 +40,7 @@ void AudioPlayer::scheduleSeek(double to, bool reportCompletionAtEnd)
         return;
     const double target = PlaybackClock::within(to, m_audio->duration());
     m_didReportCompletion = false;
-    // While a seek is pending, or the end has come that nobody was told yet, the sound goes on from the new place.
+    // While a seek is pending, or the end has come and was not told yet, the sound goes on from the new place.
     const bool goesOn = m_audio->isPlaying() || m_seek.target() || m_isPlaying;
     if (!goesOn) {
         m_audio->setCurrentTime(target);

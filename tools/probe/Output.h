@@ -28,7 +28,7 @@ ExitStatus failure(const QString& path, const QJsonObject& error);
 /// The answer to a line of input that cannot be understood; the next ones are still answered. \return what the program
 /// then ends with.
 ExitStatus noRequest();
-/// Whether a word looks like an option that nobody took.
+/// Whether a word looks like an option that was not taken.
 bool holdsOption(const QStringList& arguments);
 
 } // namespace Output

@@ -105,7 +105,7 @@ ExitStatus Commands::write(const QStringList& given)
     if (!keeps)
         return keepAndChange(arguments.first(), vault,
                              [&](const QUrl& url) { MetadataWriter::write(*tags, false, url); });
-    // Nobody can have seen the others in the file, so an empty one is no wish to take it out.
+    // The others cannot have been seen in the file, so an empty one is no wish to take it out.
     const TagFields fields = TagFieldSet::kAll & ~(TagFieldSet::kNeverRead & ~TagFieldSet::filled(*tags));
     return keepAndChange(arguments.first(), vault, [&](const QUrl& url) { KeepingWriter::write(*tags, fields, url); });
 }

@@ -57,7 +57,7 @@ int DemoEnvelopes::endlessRow()
 void DemoEnvelopes::write(const QList<Track>& tracks, const QString& cacheFolder)
 {
     unsigned seed = 7;
-    // One file that whoever reads it waits for without end.
+    // One file that is waited for without end.
     if (tracks.size() > kFilled)
         makeEndless(tracks[kFilled].url().toLocalFile());
     for (const Track& track : tracks.first(std::min<qsizetype>(kFilled, tracks.size()))) {

@@ -7,6 +7,7 @@ namespace MusicalKeyAnalyzer {
 
 namespace {
 
+/// Chosen: docs/key.md, "Sections".
 constexpr std::size_t kRangeSeconds = 12;
 /// Shares of the space that the ranges can be moved in; see docs/key.md.
 constexpr double kPlaces[] = {0.04, 0.17, 0.30, 0.43, 0.57, 0.70, 0.83, 0.96};

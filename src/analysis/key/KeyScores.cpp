@@ -10,6 +10,7 @@ namespace MusicalKeyAnalyzer {
 
 namespace {
 
+/// Chosen: against divisions by zero, far below any profile of sound.
 constexpr double kSmallestProduct = 1e-07;
 // Shares of the score and of the quality: docs/key.md, "Scores".
 constexpr double kChromaShare = 0.85;

@@ -16,6 +16,8 @@ namespace MusicalKeyAnalyzer {
 
 namespace {
 
+// Chosen: twice the highest frequency that is listened to with room to spare; three minutes hold enough of a track;
+// a decoder that takes longer for them hangs.
 constexpr int kSampleRate = 22050;
 constexpr double kMaximumDuration = 180; ///< seconds
 constexpr async::Duration kTimeout = async::seconds(30);

@@ -4,6 +4,7 @@ namespace MusicalKeyProfiles {
 
 namespace {
 
+/// Learned like the reference rows below, without a tonic; from the tonic upwards, of unit length.
 constexpr MusicalKeyAnalyzer::PitchClasses kPlainMajor = {0.3415055984, 0.2426671404, 0.3077859538, 0.2495710582,
                                                           0.3229338553, 0.2850159465, 0.2613916483, 0.3419632130,
                                                           0.2471196567, 0.3034294760, 0.2419362595, 0.2915701563};

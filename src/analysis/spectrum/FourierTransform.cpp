@@ -13,6 +13,7 @@ extern "C" {
 
 namespace {
 
+// Powers of two that the analyses use, with room on either side.
 constexpr int kSmallestSize = 32;
 constexpr int kLargestSize = 65536;
 

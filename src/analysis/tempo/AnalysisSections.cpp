@@ -9,6 +9,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 1. In samples, the last in frames.
 constexpr std::size_t kWholeTrackLimit = std::size_t(kSampleRate) * 36;
 constexpr std::size_t kSectionLength = std::size_t(kSampleRate) * 12;
 constexpr std::size_t kSmallestLength = std::size_t(kFrameSize) * 8;

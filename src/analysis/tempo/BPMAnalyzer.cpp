@@ -14,6 +14,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 1; a decoder that takes longer for that much hangs.
 constexpr double kMaximumSeconds = 132;
 constexpr async::Duration kDecoderTimeout = async::seconds(30);
 /// The search always goes this far; faster lags are folded, and tell a beat from its half.

@@ -10,6 +10,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 5. Lengths in frames, shares and weights from 0 to 1.
 constexpr std::size_t kSmallestSeries = 17;
 constexpr double kActiveShare = 0.62;
 constexpr int kPhasesBetweenCheckpoints = 8;

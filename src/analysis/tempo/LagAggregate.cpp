@@ -10,6 +10,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 4.
 // The median keeps a break without drums from spoiling a lag; the mean keeps what few sections say.
 constexpr float kSeriesMedianShare = 0.70F;
 constexpr float kFusedMedianShare = 0.72F;

@@ -10,6 +10,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 5. Weights of what is added to the periodicity.
 constexpr int kCandidatesBetweenChecks = 4;
 constexpr double kVoteTolerance = 3; // BPM
 constexpr float kDoubleWeight = 0.24F;

@@ -9,8 +9,10 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Looks for a stop: a few milliseconds apart.
 constexpr int kLagsBetweenCheckpoints = 8;
 constexpr int kPeaksBetweenCheckpoints = 16;
+// Chosen: docs/tempo.md, section 3.
 constexpr double kPeakShare = 0.58;
 constexpr std::size_t kMaximumPeaks = 420;
 constexpr int kMaximumMultiple = 4;

@@ -7,6 +7,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 2; from the lowest drum to the top of what tells one hit from another.
 constexpr double kBottomMel = 54.98623108648935; // 35 Hz
 constexpr double kTopHz = 5000;
 

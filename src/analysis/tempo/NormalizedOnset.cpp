@@ -9,6 +9,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, end of section 2. Shares from 0 to 1.
 constexpr double kRadiusSeconds = 0.35;
 constexpr float kMeanShare = 0.82F;
 constexpr double kScaleQuantile = 0.72;

@@ -15,9 +15,11 @@ namespace BPMAnalyzer {
 
 namespace {
 
+/// Between two looks for a stop: about a millisecond.
 constexpr int kPollFrames = 16;
 /// No sound is louder; its power still fits a float.
 constexpr float kLoudestSample = 1e9F;
+// Chosen: docs/tempo.md, section 2, like the limits of the bands below.
 constexpr float kEnergyGain = 48;
 constexpr float kMelGain = 24;
 

@@ -9,6 +9,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 6. Counts, and shares from 0 to 1 where no unit is named.
 constexpr double kSmallestPeriod = 6;
 constexpr std::ptrdiff_t kSmallestPositiveCount = 8;
 constexpr double kPeakShare = 0.68;

@@ -9,6 +9,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 2: how far faint sound counts beside loud.
 constexpr float kAmplitudeGain = 32;
 constexpr float kDeviationGain = 48;
 /// Squared magnitudes below this are silence; keeps the arithmetic away from the slow numbers next to zero.

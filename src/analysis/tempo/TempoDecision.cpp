@@ -9,6 +9,7 @@ namespace BPMAnalyzer {
 
 namespace {
 
+// Chosen: docs/tempo.md, section 6. Tempos in BPM.
 constexpr float kSmallestDivisor = 1e-6F;
 constexpr qsizetype kMaximumAlternatives = 8;
 constexpr double kLiftedTempo = 140;

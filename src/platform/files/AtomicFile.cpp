@@ -12,7 +12,7 @@ namespace AtomicFile {
 namespace {
 
 constexpr qint64 kBlock = qint64(8) << 20; // one call's share: a stop between two is soon noticed
-constexpr mode_t kMode = 0600;             // whose music this is concerns nobody else
+constexpr mode_t kMode = 0600;             // whose music this is concerns no other user
 
 FileCalls& calls()
 {
@@ -71,7 +71,7 @@ int write(const QByteArray& path, QByteArrayView bytes)
 
 std::optional<QByteArray> read(const QByteArray& path, qint64 limit)
 {
-    const int file = calls().open(path, O_RDONLY | O_NONBLOCK); // a pipe in its place holds nobody up
+    const int file = calls().open(path, O_RDONLY | O_NONBLOCK); // a pipe in its place is not waited for
     if (file < 0)
         return std::nullopt;
     struct stat facts;

@@ -95,7 +95,7 @@ int makeInside(const TrashFolder& trash)
     return error ? error : makeOwn(trash.info());
 }
 
-/// Whether the administrator's common ".Trash" may be used: no link, and nobody can remove another's folder in it.
+/// Whether the administrator's common ".Trash" may be used: no link, and no user can remove another's folder in it.
 bool isTrustworthy(const QByteArray& common)
 {
     const auto facts = factsOf(common, AT_SYMLINK_NOFOLLOW);

@@ -218,7 +218,7 @@ bool ChildProcess::isRunning()
 {
     if (m_exitStatus)
         return false;
-    // Looks without taking: until the child is taken off the books its number belongs to nobody else.
+    // Looks without taking: until the child is taken off the books its number belongs to no other process.
     siginfo_t ended = {};
     if (waitid(P_PID, id_t(m_id), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid == 0)
         return true;

@@ -19,7 +19,7 @@ public:
         bool matches(const QString& fileName) const;
     };
 
-    /// Creates an empty file that only this user can read, under a name that nobody has. Throws std::system_error.
+    /// Creates an empty file that only this user can read, under a name that is free. Throws std::system_error.
     OwnedTemporaryFile(const QString& folder, const Naming& naming);
     /// Deletes the file; a failure of that is ignored.
     ~OwnedTemporaryFile();

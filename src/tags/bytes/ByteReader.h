@@ -16,9 +16,12 @@ public:
 
     bool hasFailed() const { return m_hasFailed; }
     bool isAtEnd() const { return m_hasFailed || m_position == m_bytes.size(); }
+    /// Bytes that can still be read; 0 after a failure.
     qsizetype remaining() const { return m_hasFailed ? 0 : m_bytes.size() - m_position; }
+    /// Offset of the next read.
     qsizetype position() const { return m_position; }
 
+    /// The next bytes, as a view into the source. Fails as a whole where fewer remain or \p count is negative.
     QByteArrayView bytes(qint64 count)
     {
         if (count < 0 || count > remaining()) {
@@ -32,6 +35,7 @@ public:
     QByteArrayView rest() { return bytes(remaining()); }
     void skip(qint64 count) { bytes(count); }
 
+    // Whole numbers, unsigned; "be" the highest byte first, "le" the lowest.
     quint8 u8() { return big<quint8>(); }
     quint16 u16be() { return big<quint16>(); }
     quint32 u32be() { return big<quint32>(); }

@@ -19,7 +19,7 @@ struct ReadLimits {
 };
 
 /// Bytes at offsets, of a file or of memory. Never gives more than there is, and gives nothing any more once a limit
-/// has been reached, so that whoever reads in a loop comes to an end whatever the bytes say. Thread: one at a time.
+/// has been reached, so that a loop of reads comes to an end whatever the bytes say. Thread: one at a time.
 class ByteSource {
 public:
     static constexpr std::chrono::milliseconds kDefaultTimeLimit = ReadLimits().ownTime;

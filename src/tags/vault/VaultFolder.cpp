@@ -126,7 +126,7 @@ void VaultFolder::put(const Key& key, QByteArrayView bytes)
 /// Another instance may just have removed the folder, since its last entry had to go. \return false with errno.
 bool VaultFolder::moveInto(const QByteArray& folder, const QByteArray& temporary, const QByteArray& target) const
 {
-    constexpr int kTries = 10; // chosen: nobody loses such a race so often
+    constexpr int kTries = 10; // chosen: such a race is not lost so often
     for (int attempt = 1;; ++attempt) {
         if (::mkdir(folder.constData(), S_IRWXU) != 0 && errno != EEXIST)
             return false;

@@ -28,7 +28,7 @@ public:
     /// The same into given space.
     void readInto(qint64 offset, std::span<char> target) const;
 
-    /// Whether the name still leads to this file, and nobody has written into it since it was opened. A file that is
+    /// Whether the name still leads to this file, and it has not been written into since it was opened. A file that is
     /// gone is FileError.
     bool isUnchanged() const;
 

@@ -15,7 +15,7 @@ struct TrailerPart {
 };
 
 /// Looks from the end of a file for what may stand behind its sound. Each look depends on nothing but the bytes before
-/// \p end, so that whoever takes the last parts away leaves the others to be found as before.
+/// \p end, so that taking the last parts away leaves the others to be found as before.
 namespace TrailerParts {
 
 /// Gives exactly so many bytes at an offset, or throws.

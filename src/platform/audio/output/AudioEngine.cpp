@@ -226,7 +226,7 @@ double AudioEngine::watchEnd()
         return kLongRestSeconds;
     FileSound& sound = *m_sounding;
     const uint32_t jump = sound.filler.lastJump();
-    // Nobody waits for the end of what was paused in front of it, or within its last moments.
+    // No listener waits for the end of what was paused in front of it, or within its last moments.
     if (sound.voice.endedJump() != jump || sound.finishedJump == jump || !sound.voice.isPlayingWanted()) {
         m_endHeardAt = 0;
         const std::optional<double> left = sound.filler.secondsToEnd();

@@ -21,7 +21,7 @@ public:
     bool isRunning() const { return m_stream && m_stream->isRunning(); }
     /// Closes a stream whose device is gone. \return whether that was so.
     bool closeIfLost();
-    /// Stops a stream that nobody hears any more.
+    /// Stops a stream through which nothing sounds any more.
     void closeIfIdle(bool isSounding);
 
     void setDevice(const QString& id);

@@ -12,6 +12,7 @@ public:
     /// Opens a device at a rate, with a buffer for about \p latency seconds. Null where it refuses.
     static std::unique_ptr<PortAudioStream> open(PaDeviceIndex device, double sampleRate, double latency,
                                                  SoundSource& source);
+    /// Stops and closes the device, which may take as long as its buffer.
     ~PortAudioStream() override;
 
     bool start() override;

@@ -10,7 +10,7 @@ class SampleRing {
 public:
     static constexpr int kChannels = 2;
 
-    /// Makes room and empties the ring. Only while nobody else uses it.
+    /// Makes room and empties the ring. Only while neither side uses it.
     void reset(int64_t capacityFrames)
     {
         m_samples.resize(static_cast<size_t>(capacityFrames) * kChannels);
@@ -19,11 +19,14 @@ public:
         m_read.store(0, std::memory_order_relaxed);
     }
 
+    /// Frames that fit; at least 1.
     int64_t capacity() const { return m_capacity; }
+    /// Frames that wait. Reader: at least so many can be read.
     int64_t readable() const
     {
         return m_written.load(std::memory_order_acquire) - m_read.load(std::memory_order_relaxed);
     }
+    /// Free frames. Writer: at least so many can be written.
     int64_t writable() const
     {
         return m_capacity - (m_written.load(std::memory_order_relaxed) - m_read.load(std::memory_order_acquire));
@@ -36,6 +39,7 @@ public:
         const int64_t length = std::min({frames, writable(), m_capacity - place});
         return {m_samples.data() + place * kChannels, static_cast<size_t>(length) * kChannels};
     }
+    /// Writer: the reader sees these frames from now on. \param frames at most what writeSpan() gave.
     void commit(int64_t frames)
     {
         m_written.store(m_written.load(std::memory_order_relaxed) + frames, std::memory_order_release);
@@ -48,6 +52,7 @@ public:
         const int64_t length = std::min({frames, readable(), m_capacity - place});
         return {m_samples.data() + place * kChannels, static_cast<size_t>(length) * kChannels};
     }
+    /// Reader: the writer may use the room again. \param frames at most what readSpan() gave.
     void consume(int64_t frames)
     {
         m_read.store(m_read.load(std::memory_order_relaxed) + frames, std::memory_order_release);

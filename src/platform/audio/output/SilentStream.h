@@ -9,6 +9,7 @@
 /// so that everything but the sound goes on as usual.
 class SilentStream final : public OutputStream {
 public:
+    /// \param sampleRate hertz. \param source pulled from a thread of the stream's own; outlives it.
     SilentStream(int sampleRate, SoundSource& source);
     ~SilentStream() override;
 

@@ -18,9 +18,12 @@ public:
     VoiceFiller(std::shared_ptr<FileImage> image, std::unique_ptr<AudioFileReader> reader, PlaybackVoice& voice);
     ~VoiceFiller();
 
+    /// Hertz of what the voice gets.
     int sampleRate() const;
+    /// Hertz of the file itself.
     int fileSampleRate() const;
     double duration() const; ///< seconds
+    /// The number of the jump that was made last.
     uint32_t lastJump() const { return m_jump; }
 
     /// Goes to a place and lets the voice have it as soon as there is something to hear.
