@@ -40,6 +40,16 @@ public:
     void restoreOriginal(const QUrl&) override {}
 };
 
+/// Tells of little power as soon as there is work.
+class ScarcePower final : public PowerWatch {
+public:
+    void setWatching(bool isWatching) override
+    {
+        if (isWatching)
+            emit constrainedChanged(true);
+    }
+};
+
 QList<Track> makeTracks(const QTemporaryDir& folder, int count)
 {
     const QString first = folder.filePath(QStringLiteral("0.mp3"));
@@ -65,19 +75,22 @@ double analyzeAll(const QList<Track>& tracks, bool areResourcesConstrained)
     Preferences preferences(std::make_unique<MemoryPreferenceStore>());
     Notifications notifications;
     NoTagFiles files;
-    LibraryServices services{clock, executor, preferences, notifications, files, {}};
-    services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
-    services.analyzeBPM = [](const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop) {
-        return LibraryAnalyzers::analyzeBPM(url, mode, std::move(stop));
-    };
-    services.bpmResourcesAreConstrained = [areResourcesConstrained] { return areResourcesConstrained; };
+    LibraryAnalyser analyser;
+    ScarcePower power;
+    const LibraryServices services{.clock = clock,
+                                   .executor = executor,
+                                   .preferences = preferences,
+                                   .notifications = notifications,
+                                   .tagFiles = files,
+                                   .analyser = analyser,
+                                   .power = areResourcesConstrained ? power : PowerWatch::none()};
     LibraryStore store(services);
     store.workspace().setTracks(tracks);
     QSet<TrackID> ids;
     for (const Track& track : tracks)
         ids.insert(track.id());
     QEventLoop loop;
-    QObject::connect(&store.tempo(), &Tempo::progressChanged, &loop, [&] {
+    QObject::connect(&store.board(), &WorkBoard::changed, &loop, [&] {
         if (!store.tempo().isQueueing())
             loop.quit();
     });

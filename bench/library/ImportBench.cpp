@@ -69,8 +69,7 @@ qsizetype import(const QString& root)
     Preferences preferences(std::make_unique<MemoryPreferenceStore>());
     Notifications notifications;
     FakeTagFiles files;
-    LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
-    services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
+    LibraryServices services{clock, executor, preferences, notifications, files};
     LibraryStore store(services);
     bool isDone = false;
     store.imports().importURLs({FileURL::fromPath(root)}, [&](const Imports::Outcome&) { isDone = true; });

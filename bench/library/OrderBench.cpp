@@ -3,7 +3,7 @@
 
 #include "Measure.h"
 #include "core/library/order/Order.h"
-#include "core/library/tempo/TempoResults.h"
+#include "core/library/results/TempoResults.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"

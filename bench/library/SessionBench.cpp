@@ -143,9 +143,12 @@ void measureRestore(WorkspaceSessionStorage& storage)
     std::vector<Cost> applied;
     std::vector<Cost> saved;
     for (int round = 0; round < kRounds; ++round) {
-        LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
-        services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
-        services.sessionStorage = &storage;
+        const LibraryServices services{.clock = clock,
+                                       .executor = executor,
+                                       .preferences = preferences,
+                                       .notifications = notifications,
+                                       .tagFiles = files,
+                                       .sessionStorage = storage};
         LibraryStore store(services);
         auto result = WorkspaceLoad::load(storage, {});
         store.workspace().setRestoringWorkspaceSession(true);

@@ -415,6 +415,10 @@
     <translation>Genre cleared: %d</translation>
   </message>
   <message>
+    <source>Задать темп</source>
+    <translation>Set Tempo</translation>
+  </message>
+  <message>
     <source>Задать темп нажатиями</source>
     <translation>Tap the Tempo</translation>
   </message>
@@ -485,6 +489,10 @@
   <message>
     <source>Изменить теги</source>
     <translation>Edit Tags</translation>
+  </message>
+  <message>
+    <source>Изменить темп</source>
+    <translation>Change Tempo</translation>
   </message>
   <message>
     <source>Изображения</source>

@@ -14,6 +14,7 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/tempo/TempoChoices.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -279,17 +280,17 @@ void ContentView::stopTempoAnalysis()
 
 void ContentView::writeTempo(const QSet<TrackID>& ids)
 {
-    m_library.tempo().writeTempo(ids);
+    m_library.tempoChoices().writeTempo(ids);
 }
 
 void ContentView::scaleTempo(double factor, const QSet<TrackID>& ids)
 {
-    m_library.tempo().scaleTempo(ids, factor);
+    m_library.tempoChoices().scaleTempo(ids, factor);
 }
 
 void ContentView::setTempo(int bpm, const QSet<TrackID>& ids)
 {
-    m_library.tempo().setTempo(ids, bpm);
+    m_library.tempoChoices().setTempo(ids, bpm);
 }
 
 void ContentView::stopMovingFiles()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/library/tempo/BPMAnalysisOutcome.h"
+#include "core/library/analysis/AudioAnalyser.h"
 #include "core/model/MusicalKey.h"
 #include "platform/process/WorkerClock.h"
 
@@ -20,3 +20,16 @@ BPMAnalysisOutcome analyzeBPM(const QUrl& url, const BPMAnalysisMode& mode, std:
 std::optional<MusicalKeyAnalysis> analyzeMusicalKey(const QUrl& url, std::stop_token stop);
 
 } // namespace LibraryAnalyzers
+
+/// The estimators behind the library's interface.
+class LibraryAnalyser final : public AudioAnalyser {
+public:
+    BPMAnalysisOutcome tempo(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop) override
+    {
+        return LibraryAnalyzers::analyzeBPM(url, mode, std::move(stop));
+    }
+    std::optional<MusicalKeyAnalysis> musicalKey(const QUrl& url, std::stop_token stop) override
+    {
+        return LibraryAnalyzers::analyzeMusicalKey(url, std::move(stop));
+    }
+};

@@ -1,13 +1,15 @@
 #include "app/VelmoraApp.h"
 
-#include "WaveformScrubber/WaveformPreloadQueue.h"
+#include "WaveformScrubber/WaveformCache.h"
 #include "analysis/decoding/TemporarySweep.h"
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/DefaultsMigration.h"
 #include "app/LibraryAnalyzers.h"
+#include "app/LibraryEnvelopes.h"
 #include "app/LibraryPlayer.h"
 #include "app/LibraryTagFiles.h"
+#include "app/LibraryTagReader.h"
 #include "app/LibraryTrashCan.h"
 #include "app/Lifecycle.h"
 #include "async/MainQueue.h"
@@ -86,8 +88,6 @@ VelmoraApp::~VelmoraApp()
         m_lifecycle->terminate();
     m_sweep.cancel();
     m_imageRead.cancel();
-    if (m_waveformQueue)
-        m_waveformQueue->setPreloadedHandler({});
     m_window.reset();
     m_contentView.reset();
     if (m_library)
@@ -95,7 +95,7 @@ VelmoraApp::~VelmoraApp()
     m_libraryPlayer.reset();
     m_player.reset(); // before the library, which it tells its state
     m_library.reset();
-    m_waveformQueue.reset();
+    m_envelopes.reset();
     m_waveforms.reset();
     m_resourceWatch.reset();
     async::MainQueue::drain(); // tasks that were stopped just now come to their end while the clock is there
@@ -148,33 +148,25 @@ void VelmoraApp::buildStore()
     m_clock = std::make_unique<async::SystemClock>();
     m_executor = std::make_unique<async::ThreadExecutor>();
     m_tagFiles = std::make_unique<LibraryTagFiles>(AppPaths::tagVaultFolder());
-    LibraryServices services{*m_clock, *m_executor, *m_preferences, *m_notifications, *m_tagFiles, {}, {}, {}, {},
-                             {},       {}};
-    // Read on worker threads, which must not ask the preferences.
-    const auto readsWindows1251 = std::make_shared<std::atomic_bool>(m_preferences->readsWindows1251Tags.get());
-    connect(m_preferences.get(), &Preferences::changed, this, [this, readsWindows1251](const QString& key) {
-        if (key == m_preferences->readsWindows1251Tags.key())
-            *readsWindows1251 = m_preferences->readsWindows1251Tags.get();
-    });
-    services.readMetadata = [readsWindows1251](const QUrl& url, const AudioTags& fallbackTags) {
-        return AudioMetadataLoader::loadIfReadable(url, fallbackTags, *readsWindows1251);
-    };
-    services.analyzeBPM = [](const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop) {
-        return LibraryAnalyzers::analyzeBPM(url, mode, std::move(stop));
-    };
-    services.analyzeMusicalKey = &LibraryAnalyzers::analyzeMusicalKey;
-    services.sessionStorage = m_sessionStorage.get();
+    m_tagReader = std::make_unique<LibraryTagReader>(*m_preferences);
+    m_analyser = std::make_unique<LibraryAnalyser>();
     m_resourceWatch = std::make_unique<ResourceWatch>(*m_clock, *m_executor);
-    services.bpmResourcesAreConstrained = [this] { return m_resourceWatch->areConstrained(); };
     m_trashCan = std::make_unique<LibraryTrashCan>();
-    services.trashCan = m_trashCan.get();
     m_waveforms = std::make_unique<WaveformCache>(*m_clock, *m_executor, AppPaths::waveformFolder());
-    m_waveformQueue = std::make_unique<WaveformPreloadQueue>(*m_clock, *m_waveforms);
-    services.preloadWaveforms = [this](const QList<QUrl>& urls) { m_waveformQueue->enqueue(urls); };
-    services.prioritizeWaveforms = [this](const QUrl& currentURL, const QList<QUrl>& followingURLs) {
-        m_waveformQueue->prioritizePlayback(currentURL, followingURLs);
-    };
-    m_library = std::make_unique<LibraryStore>(services);
+    m_envelopes = std::make_unique<LibraryEnvelopes>(*m_waveforms);
+    m_library = std::make_unique<LibraryStore>(LibraryServices{
+        .clock = *m_clock,
+        .executor = *m_executor,
+        .preferences = *m_preferences,
+        .notifications = *m_notifications,
+        .tagFiles = *m_tagFiles,
+        .tagReader = *m_tagReader,
+        .analyser = *m_analyser,
+        .envelopes = *m_envelopes,
+        .trashCan = *m_trashCan,
+        .sessionStorage = m_sessionStorage ? *m_sessionStorage : WorkspaceSessionStorage::none(),
+        .power = *m_resourceWatch,
+    });
     connect(&m_library->workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
         if (!isRestoring)
             receive(std::exchange(m_waitingFiles, {}));
@@ -222,8 +214,7 @@ void VelmoraApp::buildPlayer()
         m_library->playback().playbackStateDidChange(isPlaying, currentTrackID);
     };
     listeners.waveformPlaybackDidChange = [this](bool isPlaying, const QUrl& currentURL) {
-        m_waveformQueue->setPlaybackActive(isPlaying, currentURL.isEmpty() ? std::nullopt : std::optional(currentURL));
-        prioritizeWaveforms(isPlaying, m_player->currentID());
+        m_library->waveforms().playerTold(isPlaying, currentURL, m_player->currentID());
     };
     listeners.fail = [this](const QString& message) { m_library->workspace().setLastError(message); };
     listeners.report = [this](const QString& message, bool isWarning) {
@@ -236,14 +227,6 @@ void VelmoraApp::buildPlayer()
     m_player->setListeners(std::move(listeners));
     m_libraryPlayer = std::make_unique<LibraryPlayer>(*m_player);
     m_library->playback().setPlayer(m_libraryPlayer.get());
-}
-
-/// Once for each beginning: the end of playing takes the preference back.
-void VelmoraApp::prioritizeWaveforms(bool isPlaying, const std::optional<QUuid>& currentTrackID)
-{
-    const std::optional<QUuid> played = isPlaying ? currentTrackID : std::nullopt;
-    if (std::exchange(m_prioritizedID, played) != played && played)
-        m_library->waveforms().prioritizeWaveformsForPlayback(*played);
 }
 
 void VelmoraApp::buildWindow()
@@ -263,7 +246,8 @@ void VelmoraApp::buildWindow()
     m_window = std::make_unique<MainWindow>(WindowServices{*m_library, *m_contentView, *m_player, *m_audio, *m_executor,
                                                            *m_clock, *m_waveforms, &AudioMetadataLoader::artwork,
                                                            &TagInventoryReader::read});
-    m_waveformQueue->setPreloadedHandler([this](const QUrl& url) { m_window->rowWaveforms().arrived(url); });
+    connect(&m_library->waveforms(), &Waveforms::prepared, m_window.get(),
+            [this](const QUrl& url) { m_window->rowWaveforms().arrived(url); });
 }
 
 void VelmoraApp::watchLifecycle()

@@ -12,9 +12,11 @@
 #include <memory>
 #include <optional>
 
+class AudioAnalyser;
 class AudioPlayer;
 class AudioSystem;
 class ContentView;
+class Envelopes;
 class LibraryPlayer;
 class LibraryStore;
 class Lifecycle;
@@ -23,10 +25,10 @@ class Notifications;
 class Preferences;
 class ResourceWatch;
 class TagFiles;
+class TagReader;
 class TrashCan;
 class TerminationSignals;
 class WaveformCache;
-class WaveformPreloadQueue;
 class WorkspaceSessionStorage;
 
 namespace async {
@@ -63,7 +65,6 @@ private:
     void buildStore();
     void receive(const QList<QUrl>& files);
     void buildPlayer();
-    void prioritizeWaveforms(bool isPlaying, const std::optional<QUuid>& currentTrackID);
     void buildWindow();
     void watchLifecycle();
     void loadIcon();
@@ -77,13 +78,14 @@ private:
     std::unique_ptr<Notifications> m_notifications;
     std::unique_ptr<async::Clock> m_clock;
     std::unique_ptr<TagFiles> m_tagFiles; // before the executor, whose last job may be writing a file
+    std::unique_ptr<TagReader> m_tagReader;
+    std::unique_ptr<AudioAnalyser> m_analyser;
     std::unique_ptr<WorkspaceSessionStorage> m_sessionStorage; // likewise
     std::unique_ptr<TrashCan> m_trashCan;                      // or moving one
     std::unique_ptr<async::Executor> m_executor;
     std::unique_ptr<ResourceWatch> m_resourceWatch;
     std::unique_ptr<WaveformCache> m_waveforms;
-    std::unique_ptr<WaveformPreloadQueue> m_waveformQueue;
-    std::optional<QUuid> m_prioritizedID; ///< track whose waveforms were preferred last
+    std::unique_ptr<Envelopes> m_envelopes;
     std::unique_ptr<LibraryStore> m_library;
     std::unique_ptr<AudioPlayer> m_player;
     std::unique_ptr<LibraryPlayer> m_libraryPlayer;

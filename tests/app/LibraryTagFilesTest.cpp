@@ -1,4 +1,5 @@
 #include "app/LibraryTagFiles.h"
+#include "app/LibraryTagReader.h"
 
 #include "async/MainQueue.h"
 #include "async/ThreadExecutor.h"
@@ -16,11 +17,8 @@ protected:
     {
         VelmoraLocalization::setLanguage(AppLanguage::Russian);
         preferences.keepsOtherTagEntriesAsked.set(true);
-        LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
-        services.readMetadata = [](const QUrl& url, const AudioTags& fallback) {
-            return AudioMetadataLoader::loadIfReadable(url, fallback);
-        };
-        store = std::make_unique<LibraryStore>(services);
+        store =
+            std::make_unique<LibraryStore>(LibraryServices{clock, executor, preferences, notifications, files, reader});
     }
     ~LibraryTagFilesTest() override
     {
@@ -68,6 +66,7 @@ protected:
     Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
     Notifications notifications;
     LibraryTagFiles files{folder.filePath(QStringLiteral("vault"))};
+    LibraryTagReader reader{preferences};
     std::unique_ptr<LibraryStore> store;
 };
 

@@ -44,7 +44,7 @@ void DemoKeys::fill(LibraryStore& library, bool waits)
     Keys& keys = library.keys();
     if (rows.size() > kWithoutResult) // there is no analysis here, so that none is heard
         keys.analyzeMusicalKey({rows[kWithoutResult].id()});
-    while (keys.isMusicalKeyWorkerRunning())
+    while (keys.queuedCount() > 0)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     QHash<TrackID, MusicalKeyAnalysis> analyses;
     for (int row = 0; row < rows.size(); ++row) {

@@ -15,7 +15,7 @@
 #include "core/library/imports/Imports.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/tagwriting/TagWriting.h"
-#include "core/library/tempo/Tempo.h"
+#include "core/library/tempo/TempoChoices.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
@@ -174,7 +174,7 @@ void inventTempos(LibraryStore& library)
     int bpm = 118;
     for (const Track& track : library.workspace().tracks().rows()) {
         if (track.tags().bpm.isEmpty() && bpm < 140)
-            library.tempo().setTempo({track.id()}, bpm += 3);
+            library.tempoChoices().setTempo({track.id()}, bpm += 3);
     }
 }
 

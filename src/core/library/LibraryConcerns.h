@@ -6,12 +6,12 @@
 #include "core/library/files/FileEvents.h"
 #include "core/library/files/FileLocks.h"
 #include "core/library/imports/Imports.h"
-#include "core/library/imports/MetadataLoads.h"
 #include "core/library/imports/StrayTemporaries.h"
 #include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
+#include "core/library/reading/MetadataLoads.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
@@ -19,12 +19,15 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/tempo/TempoChoices.h"
 #include "core/library/undo/History.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
+#include "work/Scheduler.h"
+#include "work/WorkBoard.h"
 
-/// The workspace and the concerns of one store, in the order in which they are built. How they call each other stands
-/// in LibraryStoreWiring.cpp.
+/// The workspace and the concerns of one store, in the order in which they are built. Each calls only those above it,
+/// which it gets by reference, and learns of those below by their signals; so there is no ring among them.
 struct LibraryConcerns {
     explicit LibraryConcerns(const LibraryServices& services);
     ~LibraryConcerns();
@@ -33,6 +36,8 @@ struct LibraryConcerns {
     Workspace workspace;
     FileEvents fileEvents;
     FileLocks fileLocks;
+    Scheduler scheduler;
+    WorkBoard board;
     StatusLine status;
     History history;
     QuickLists quickLists;
@@ -47,6 +52,7 @@ struct LibraryConcerns {
     Artwork artwork;
     MetadataLoads loads;
     Tempo tempo;
+    TempoChoices tempoChoices;
     Sending sending;
     Removal removal;
     StrayTemporaries strayTemporaries;
@@ -55,22 +61,14 @@ struct LibraryConcerns {
     Session session;
 
 private:
-    void wireUpkeep();
     void wireHistory();
     void wireRemoval();
     void wireStoppedWrites();
     void wireOrder();
-    void wireTempo();
+    void wirePower();
 
-    Order::Dependencies orderDependencies();
-    Favorites::Dependencies favoritesDependencies();
     TagSaver::Dependencies tagSaverDependencies();
-    TagWriting::Dependencies tagWritingDependencies();
-    Artwork::Dependencies artworkDependencies();
-    MetadataLoads::Dependencies loadsDependencies();
-    Playback::Dependencies playbackDependencies();
     Tempo::Dependencies tempoDependencies();
-    Sending::Dependencies sendingDependencies();
     Removal::Dependencies removalDependencies();
     Imports::Dependencies importsDependencies();
     Keys::Dependencies keysDependencies();

@@ -55,6 +55,18 @@ Tempo& LibraryStore::tempo() const
 {
     return m_concerns->tempo;
 }
+TempoChoices& LibraryStore::tempoChoices() const
+{
+    return m_concerns->tempoChoices;
+}
+WorkBoard& LibraryStore::board() const
+{
+    return m_concerns->board;
+}
+Scheduler& LibraryStore::scheduler() const
+{
+    return m_concerns->scheduler;
+}
 Artwork& LibraryStore::artwork() const
 {
     return m_concerns->artwork;

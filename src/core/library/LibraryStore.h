@@ -15,6 +15,7 @@ class Playback;
 class Preferences;
 class QuickLists;
 class Removal;
+class Scheduler;
 class Selection;
 class Sending;
 class Session;
@@ -22,7 +23,9 @@ class StatusLine;
 class StrayTemporaries;
 class TagWriting;
 class Tempo;
+class TempoChoices;
 class Waveforms;
+class WorkBoard;
 class Workspace;
 struct LibraryConcerns;
 struct LibraryServices;
@@ -48,6 +51,7 @@ public:
     Order& order() const;
     TagWriting& tagWriting() const;
     Tempo& tempo() const;
+    TempoChoices& tempoChoices() const;
     Artwork& artwork() const;
     Sending& sending() const;
     Keys& keys() const;
@@ -57,6 +61,8 @@ public:
     Waveforms& waveforms() const;
     QuickLists& quickLists() const;
     StatusLine& status() const;
+    WorkBoard& board() const;
+    Scheduler& scheduler() const;
     Preferences& preferences() const;
     Notifications& notifications() const;
 

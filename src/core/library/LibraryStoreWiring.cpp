@@ -2,49 +2,50 @@
 
 #include "platform/Localization.h"
 
-// All calls from one concern to another, one short function per topic.
+// The concerns are given what they stand on, in the order in which they are built, and signals that concern none of
+// them alone are tied together.
+
+namespace {
+
+/// Without a Trash nothing is tried.
+TrashCan* existing(TrashCan& can)
+{
+    return &can == &TrashCan::none() ? nullptr : &can;
+}
+
+} // namespace
 
 LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     : services(libraryServices)
+    , scheduler(services.clock)
     , status(workspace, services.clock)
     , quickLists(services.preferences)
-    , order(orderDependencies())
+    , order({workspace, tempoResults, services.preferences, services.notifications, scheduler, services.clock})
     , selection(workspace, order)
-    , playback(playbackDependencies())
-    , waveforms({selection, services.preloadWaveforms, services.prioritizeWaveforms})
-    , favorites(favoritesDependencies())
+    , playback({selection, scheduler})
+    , waveforms({selection, scheduler, services.executor, services.envelopes})
+    , favorites({workspace, selection, status, services.notifications, services.preferences, history})
     , tagSaver(tagSaverDependencies())
-    , tagWriting(tagWritingDependencies())
-    , artwork(artworkDependencies())
-    , loads(loadsDependencies())
+    , tagWriting({workspace, status, services.notifications, quickLists, tagSaver, history})
+    , artwork({workspace, status, services.notifications, services.clock, services.executor, tagSaver})
+    , loads({workspace, services.notifications, services.clock, services.executor, scheduler, services.tagReader})
     , tempo(tempoDependencies())
-    , sending(sendingDependencies())
+    , tempoChoices({workspace, tempo, tempoResults, status, tagWriting, history, services.clock, services.executor})
+    , sending({workspace, status, loads})
     , removal(removalDependencies())
-    , strayTemporaries({status, services.executor, fileLocks, services.trashCan})
+    , strayTemporaries({status, services.executor, fileLocks, existing(services.trashCan)})
     , imports(importsDependencies())
     , keys(keysDependencies())
     , session(sessionDependencies())
 {
-    wireUpkeep();
     wireHistory();
     wireRemoval();
     wireStoppedWrites();
     wireOrder();
-    wireTempo();
+    wirePower();
 }
 
 LibraryConcerns::~LibraryConcerns() = default;
-
-/// What follows every change of the main list.
-void LibraryConcerns::wireUpkeep()
-{
-    workspace.tracksUpkeep = [this](const ListChange& change) {
-        order.tracksChanged(change);
-        // A batch of reads raises the revision itself, once; a star changes nothing that is analysed.
-        if (!favorites.isPatchingMembership() && !loads.isApplyingBatch())
-            workspace.raisePlaylistAnalysisRevision();
-    };
-}
 
 /// The status line names what was taken back.
 void LibraryConcerns::wireHistory()
@@ -102,36 +103,11 @@ void LibraryConcerns::wireOrder()
     QObject::connect(&loads, &MetadataLoads::settled, &order, &Order::scheduleMetadataSortRefresh);
 }
 
-/// While tags are read one file at a time is analysed.
-void LibraryConcerns::wireTempo()
+/// Power and heat are watched while there is work that would hold back.
+void LibraryConcerns::wirePower()
 {
-    QObject::connect(&loads, &MetadataLoads::settled, &tempo, &Tempo::startBPMWorkerIfPossible);
-}
-
-/// The order is built first and asks concerns that come later; nobody calls it before they are there.
-Order::Dependencies LibraryConcerns::orderDependencies()
-{
-    return {workspace,
-            tempoResults,
-            services.preferences,
-            services.notifications,
-            services.clock,
-            [this] { return loads.isApplyingBatch(); },
-            [this] { return favorites.isPatchingMembership(); },
-            [this] { return loads.isBusy(); },
-            [this] { return tempo.isQueueing(); },
-            [this](bool scrolling) { loads.setPlaylistScrolling(scrolling); },
-            [this] { tempo.startBPMWorkerIfPossible(); }};
-}
-
-Favorites::Dependencies LibraryConcerns::favoritesDependencies()
-{
-    return {workspace, selection, status, services.notifications, services.preferences, history};
-}
-
-TagWriting::Dependencies LibraryConcerns::tagWritingDependencies()
-{
-    return {workspace, status, services.notifications, quickLists, tagSaver, history};
+    QObject::connect(&services.power, &PowerWatch::constrainedChanged, &scheduler, &Scheduler::setConstrained);
+    QObject::connect(&scheduler, &Scheduler::busyChanged, &services.power, &PowerWatch::setWatching);
 }
 
 /// What is written in the background comes back to the user through the edits' concern.
@@ -143,27 +119,8 @@ TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
             services.tagFiles,
             fileLocks,
             fileEvents,
-            services.readMetadata,
+            [&reader = services.tagReader](const QUrl& url, const AudioTags& tags) { return reader.read(url, tags); },
             [this](const TagFileError& error) { tagWriting.reportWriteError(error); }};
-}
-
-Artwork::Dependencies LibraryConcerns::artworkDependencies()
-{
-    return {workspace, status, services.notifications, services.clock, services.executor, tagSaver};
-}
-
-MetadataLoads::Dependencies LibraryConcerns::loadsDependencies()
-{
-    return {workspace,         services.notifications, services.clock,
-            services.executor, services.readMetadata,  [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); }};
-}
-
-/// Tempo analysis gives way to the player.
-Playback::Dependencies LibraryConcerns::playbackDependencies()
-{
-    return {selection, [this](bool isPlaying, const std::optional<TrackID>& currentTrackID) {
-                tempo.playbackStateDidChange(isPlaying, currentTrackID);
-            }};
 }
 
 Tempo::Dependencies LibraryConcerns::tempoDependencies()
@@ -171,64 +128,34 @@ Tempo::Dependencies LibraryConcerns::tempoDependencies()
     return {workspace,
             order,
             tempoResults,
-            status,
             tagWriting,
+            loads,
+            playback,
             fileEvents,
             services.notifications,
+            scheduler,
+            board,
             services.clock,
             services.executor,
-            services.analyzeBPM,
-            [this] { return loads.operationCount() > 0; },
-            services.bpmResourcesAreConstrained,
-            [this] { session.scheduleWorkspaceSave(); },
-            [this] { session.saveWorkspaceSessionNow(); },
-            [this] { keys.cancelMusicalKeyAnalysis(); },
-            [this] { keys.startMusicalKeyWorkerIfPossible(); },
-            [this] { loads.forgetDeferredTempo(); }};
-}
-
-Sending::Dependencies LibraryConcerns::sendingDependencies()
-{
-    return {workspace, status,
-            [this](const QList<Track>& tracks) { loads.schedule(tracks, Track::MetadataDestination::Analysis); },
-            services.analyzeQuality};
+            services.analyser};
 }
 
 Removal::Dependencies LibraryConcerns::removalDependencies()
 {
-    return {workspace,         selection, status,     services.notifications, history,
-            services.executor, fileLocks, fileEvents, services.trashCan};
+    return {workspace,         selection, status,     services.notifications,     history,
+            services.executor, fileLocks, fileEvents, existing(services.trashCan)};
 }
 
 Imports::Dependencies LibraryConcerns::importsDependencies()
 {
-    return {workspace,
-            status,
-            services.preferences,
-            favorites,
-            sending,
-            services.clock,
-            services.executor,
-            loads,
-            [this](const QSet<TrackID>& ids) { tempo.detectBPM(ids); },
-            [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); },
-            services.analyzeQuality,
-            [this](const QList<QUrl>& urls) { strayTemporaries.add(urls); }};
+    return {workspace, status,    services.preferences, favorites, sending, services.clock, services.executor, loads,
+            tempo,     waveforms, strayTemporaries};
 }
 
-/// The analysis of quality is not there yet, so nobody takes turns.
 Keys::Dependencies LibraryConcerns::keysDependencies()
 {
-    return {workspace,
-            status,
-            services.notifications,
-            services.executor,
-            tagSaver,
-            services.analyzeMusicalKey,
-            [this] { return playback.isPlaying(); },
-            {},
-            {},
-            [this] { session.scheduleWorkspaceSave(); }};
+    return {workspace, status,     services.notifications, scheduler, board, services.executor,
+            tagSaver,  fileEvents, services.analyser};
 }
 
 Session::Dependencies LibraryConcerns::sessionDependencies()
@@ -243,7 +170,7 @@ Session::Dependencies LibraryConcerns::sessionDependencies()
             keys,
             services.clock,
             services.executor,
-            services.sessionStorage,
-            [this] { return playback.currentTrackID(); },
-            [this](const QList<QUrl>& urls) { waveforms.preloadWaveforms(urls); }};
+            services.sessionStorage.isOff() ? nullptr : &services.sessionStorage,
+            playback,
+            waveforms};
 }

@@ -15,19 +15,21 @@ ResourceWatch::ResourceWatch(async::Clock& clock, async::Executor& executor, QSt
 {
 }
 
-bool ResourceWatch::areConstrained()
+void ResourceWatch::setWatching(bool isWatching)
 {
-    const async::Duration now = m_clock.now();
-    const bool isOld = !m_lookedAt || now - *m_lookedAt >= async::seconds(kPause);
-    if (isOld && !m_look.isActive()) {
-        m_lookedAt = now;
+    if (!isWatching)
+        m_look.cancel();
+    else if (!m_look.isActive())
         m_look.start([this](std::stop_token stop) { return look(stop); });
-    }
-    return m_areConstrained;
 }
 
 async::Task<> ResourceWatch::look(std::stop_token stop)
 {
-    auto job = [root = m_root](const std::stop_token&) { return PowerState::areResourcesConstrained(root); };
-    m_areConstrained = co_await m_executor.run(async::Priority::Background, stop, std::move(job));
+    for (;;) {
+        auto job = [root = m_root](const std::stop_token&) { return PowerState::areResourcesConstrained(root); };
+        const bool isConstrained = co_await m_executor.run(async::Priority::Background, stop, std::move(job));
+        if (std::exchange(m_isConstrained, isConstrained) != isConstrained)
+            emit constrainedChanged(isConstrained);
+        co_await m_clock.sleep(async::seconds(kPause), stop);
+    }
 }

@@ -3,20 +3,18 @@
 #include "async/Clock.h"
 #include "async/Executor.h"
 #include "async/TaskSlot.h"
+#include "platform/power/PowerWatch.h"
 
 #include <QString>
 
-#include <optional>
-
-/// Whether power is low or the machine is hot, for those who ask often: answers with what was seen last and looks again
-/// in the background, at most every ten seconds and only when asked. Thread: main.
-class ResourceWatch {
+/// Looks in the background at power and heat, at once and then every ten seconds for as long as it watches: the system
+/// tells of neither. Thread: main.
+class ResourceWatch : public PowerWatch {
 public:
     /// \param root the folder that the kernel tells in; see PowerState.
     ResourceWatch(async::Clock& clock, async::Executor& executor, QString root = QStringLiteral("/sys"));
 
-    /// False until the first look has ended.
-    bool areConstrained();
+    void setWatching(bool isWatching) override;
 
 private:
     async::Task<> look(std::stop_token stop);
@@ -24,7 +22,6 @@ private:
     async::Clock& m_clock;
     async::Executor& m_executor;
     QString m_root;
-    bool m_areConstrained = false;
-    std::optional<async::Duration> m_lookedAt;
+    bool m_isConstrained = false;
     async::TaskSlot m_look;
 };

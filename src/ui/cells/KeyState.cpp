@@ -4,9 +4,10 @@
 
 KeyState KeyState::of(const Keys& keys, const TrackID& id)
 {
-    if (keys.activeMusicalKeyTrackID() == id)
+    const WorkState work = keys.stateOf(id);
+    if (work == WorkState::Running)
         return {Step::Running};
-    if (keys.analyzingMusicalKeyIDs().contains(id))
+    if (work == WorkState::Waiting)
         return {Step::Queued};
     if (const auto found = keys.musicalKeyAnalyses().constFind(id); found != keys.musicalKeyAnalyses().cend())
         return {Step::Determined, *found};

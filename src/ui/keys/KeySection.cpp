@@ -141,8 +141,8 @@ void KeySection::count()
 
 void KeySection::refreshButtons()
 {
-    const QSet<TrackID>& queued = m_context.store.keys().analyzingMusicalKeyIDs();
-    m_all->setEnabled(queued.size() < m_section.model().rowCount()); // what is queued is among the rows
+    m_all->setEnabled(m_context.store.keys().queuedCount() <
+                      m_section.model().rowCount()); // what is queued is among the rows
     m_selected->setEnabled(m_section.list().selectionModel()->hasSelection());
     m_write->setEnabled(m_hasResults);
 }

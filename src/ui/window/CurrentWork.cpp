@@ -19,16 +19,16 @@ CurrentWork work(const QString& text, int done, int total, void (DashboardAction
 
 std::optional<CurrentWork> tempoWork(const LibraryStore& library)
 {
-    const std::optional<BPMAnalysisProgress>& tempos = library.tempo().bpmAnalysisProgressState().progress();
-    if (!tempos || tempos->completed >= tempos->total)
+    const std::optional<WorkProgress> tempos = library.tempo().bpmAnalysisProgress();
+    if (!tempos || tempos->done >= tempos->total)
         return std::nullopt;
-    return work(QStringLiteral("Анализ BPM: %d из %d"), tempos->completed, tempos->total,
+    return work(QStringLiteral("Анализ BPM: %d из %d"), tempos->done, tempos->total,
                 &DashboardActions::stopTempoAnalysis);
 }
 
 std::optional<CurrentWork> keyWork(const LibraryStore& library)
 {
-    const Keys::Progress keys = library.keys().progress();
+    const WorkProgress keys = library.keys().progress();
     if (keys.done >= keys.total)
         return std::nullopt;
     return work(QStringLiteral("Определение тональности: %d из %d"), keys.done, keys.total,

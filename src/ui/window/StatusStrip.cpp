@@ -3,11 +3,9 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/imports/StrayTemporaries.h"
-#include "core/library/keys/Keys.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/session/Session.h"
 #include "core/library/tagwriting/TagWriting.h"
-#include "core/library/tempo/Tempo.h"
 #include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/context/DashboardActions.h"
@@ -16,6 +14,7 @@
 #include "ui/theme/Icons.h"
 #include "ui/theme/Paint.h"
 #include "ui/window/CheckpointMenu.h"
+#include "work/WorkBoard.h"
 
 #include <QPainter>
 
@@ -61,8 +60,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.store.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
     connect(&context.store.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.store.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.store.tempo(), &Tempo::progressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.store.keys(), &Keys::musicalKeyStatesChanged, this, &StatusStrip::progressMoved);
+    connect(&context.store.board(), &WorkBoard::changed, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(&context.store.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });

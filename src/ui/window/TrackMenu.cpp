@@ -160,7 +160,8 @@ void addKeys(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids
     const Keys& keys = context.store.keys();
     QAction* analyze = menu.addAction(Texts::localized(QStringLiteral("Определить выбранные")),
                                       [&actions, ids] { actions.analyzeMusicalKey(ids); });
-    analyze->setEnabled(!keys.analyzingMusicalKeyIDs().contains(ids));
+    analyze->setEnabled(
+        std::ranges::any_of(ids, [&](const TrackID& id) { return keys.stateOf(id) == WorkState::None; }));
     QAction* write = menu.addAction(Texts::localized(QStringLiteral("Записать тональность")),
                                     [&actions, ids] { actions.writeAnalyzedMusicalKeys(ids); });
     write->setToolTip(Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));

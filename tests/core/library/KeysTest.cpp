@@ -1,8 +1,11 @@
 #include "core/library/keys/Keys.h"
 
 #include "async/MainQueue.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/removal/Removal.h"
 #include "support/StoreFixture.h"
+
+#include <QFile>
 
 #include <stdexcept>
 
@@ -31,11 +34,9 @@ protected:
         QString text;
         for (const Track& row : {a, b, c}) {
             const Keys& k = store->keys();
-            const bool isQueued = k.analyzingMusicalKeyIDs().contains(row.id());
-            if (k.activeMusicalKeyTrackID() == row.id())
-                text += isQueued ? u'r' : u'!';
-            else if (isQueued)
-                text += k.pendingMusicalKeyTrackIDs().contains(row.id()) ? u'q' : u'!';
+            const WorkState state = k.stateOf(row.id());
+            if (state != WorkState::None)
+                text += state == WorkState::Running ? u'r' : u'q';
             else if (k.musicalKeyAnalyses().contains(row.id()))
                 text += k.undeterminedMusicalKeyIDs().contains(row.id()) ? u'!' : u'd';
             else
@@ -64,7 +65,6 @@ TEST_F(KeysTest, analysesRowAfterRow)
         EXPECT_FALSE(told.isEmpty()) << after;
     }
     EXPECT_EQ(keys().musicalKeyAnalyses().value(a.id()), kDMajor);
-    EXPECT_FALSE(keys().isMusicalKeyWorkerRunning());
     EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), b.url(), c.url()}));
 }
 
@@ -92,10 +92,8 @@ TEST_F(KeysTest, givesWayToPlayback)
     keys().analyzeMusicalKey(ids({a, b}));
     play(true);
     EXPECT_EQ(states(), QStringLiteral("qqn"));
-    EXPECT_EQ(keys().pendingMusicalKeyTrackIDs(), QList<TrackID>({a.id(), b.id()}));
     executor.runAll();
     EXPECT_EQ(states(), QStringLiteral("qqn"));
-    EXPECT_FALSE(keys().isMusicalKeyWorkerRunning());
     keys().analyzeMusicalKey(ids({c}));
     EXPECT_EQ(executor.pendingCount(), 0) << "started while something plays";
     play(false);
@@ -152,7 +150,7 @@ TEST_F(KeysTest, rowsThatLeaveTheSectionLeaveTheQueue)
     play(true);
     told.clear();
     store->removal().removeFromMusicalKeyAnalysis(ids({b}));
-    EXPECT_EQ(keys().analyzingMusicalKeyIDs(), ids({a, c})) << "nothing runs that could pass it over";
+    EXPECT_EQ(states(), QStringLiteral("qnq")) << "nothing runs that could pass it over";
     EXPECT_EQ(told, ids({b}));
     executor.runAll();
     play(false);
@@ -195,74 +193,48 @@ TEST_F(KeysTest, survivesTheEndOfTheStoreWhileItWorks)
     EXPECT_EQ(async::liveTaskCount(), 0);
 }
 
-/// The concern alone, with an analysis of quality to take turns with.
-class KeyTurnsTest : public KeysTest {
-protected:
-    Keys::Dependencies dependencies()
-    {
-        return {workspace(),
-                store->status(),
-                notifications,
-                executor,
-                store->tagWriting().saver(),
-                [this](const QUrl&, const std::stop_token& stop) {
-                    if (during)
-                        during(stop);
-                    return kDMajor;
-                },
-                [this] { return isPlaying; },
-                [this] { return isQualityRunning; },
-                [this] {
-                    ++qualityStarts;
-                    isQualityRunning = qualityHasWork;
-                },
-                [this] { ++saves; }};
-    }
-
-    std::function<void(const std::stop_token&)> during; ///< happens while a file is analysed
-    bool isPlaying = false;
-    bool isQualityRunning = false;
-    bool qualityHasWork = false;
-    int qualityStarts = 0;
-    int saves = 0;
-    Keys alone{dependencies()};
-};
-
-TEST_F(KeyTurnsTest, takesTurnsWithTheAnalysisOfQuality)
+TEST_F(KeysTest, aFileThatWasHeardAndIsTheSameIsNotDecodedAgain)
 {
-    isQualityRunning = true;
-    alone.analyzeMusicalKey(ids({a, b}));
-    EXPECT_EQ(saves, 1);
-    EXPECT_FALSE(alone.isMusicalKeyWorkerRunning());
-    isQualityRunning = false;
-    alone.startMusicalKeyWorkerIfPossible();
-    EXPECT_TRUE(alone.isMusicalKeyWorkerRunning());
-    executor.runAll();
-    EXPECT_EQ(saves, 3); // and one per result
-    EXPECT_EQ(qualityStarts, 1) << "the queue ran empty";
-
-    qualityHasWork = true;
-    during = [this](const std::stop_token& stop) {
-        alone.cancelMusicalKeyAnalysis();
-        EXPECT_TRUE(stop.stop_requested());
-        EXPECT_EQ(qualityStarts, 1) << "while the stopped one still runs";
-        EXPECT_TRUE(alone.isMusicalKeyWorkerRunning());
+    const QUrl url = file(QStringLiteral("d.mp3"));
+    const auto addRow = [&] {
+        const Track row = track(url.toLocalFile());
+        workspace().setList(List::MusicalKey, {row});
+        keys().analyzeMusicalKey(ids({row}));
+        executor.runAll();
+        EXPECT_EQ(keys().musicalKeyAnalyses().value(row.id()), kDMajor);
     };
-    alone.analyzeMusicalKey(ids({c}));
-    executor.runAll();
-    EXPECT_EQ(qualityStarts, 2);
-    EXPECT_FALSE(alone.isMusicalKeyWorkerRunning()) << "quality has the turn";
-    EXPECT_EQ(alone.pendingMusicalKeyTrackIDs(), QList<TrackID>{c.id()});
+    const auto rewrite = [&](const QByteArray& bytes, bool isTold) {
+        const auto before = FileStamp::of(url);
+        QFile rewritten(url.toLocalFile());
+        ASSERT_TRUE(rewritten.open(QIODevice::Append));
+        rewritten.write(bytes);
+        rewritten.close();
+        if (isTold)
+            store->fileEvents().tell({FileChange::Kind::Rewritten, url, url, before, FileStamp::of(url), true});
+    };
+    addRow();
+    addRow();
+    EXPECT_EQ(keyURLs.size(), 1);
+    rewrite("a tag", true);
+    addRow();
+    EXPECT_EQ(keyURLs.size(), 1) << "the program's own write leaves the sound alone";
+    rewrite("other music", false);
+    addRow();
+    EXPECT_EQ(keyURLs.size(), 2);
 }
 
-TEST_F(KeyTurnsTest, throwsAResultAwayThatComesWhilePlaying)
+TEST_F(KeysTest, areShownOnTheBoardAndStoppedThere)
 {
-    alone.analyzeMusicalKey(ids({a, b}));
-    isPlaying = true; // nobody cancelled
+    keys().analyzeMusicalKey(ids({a, b, c}));
+    WorkEntry* entry = store->board().first();
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->progress(), (WorkProgress{0, 3}));
+    executor.runOne();
+    EXPECT_EQ(entry->progress(), (WorkProgress{1, 3}));
+    entry->stop();
+    EXPECT_EQ(store->board().first(), nullptr);
     executor.runAll();
-    EXPECT_EQ(alone.pendingMusicalKeyTrackIDs(), QList<TrackID>({a.id(), b.id()}));
-    EXPECT_TRUE(alone.musicalKeyAnalyses().isEmpty());
-    EXPECT_EQ(qualityStarts, 0);
+    EXPECT_EQ(states(), QStringLiteral("dnn"));
 }
 
 } // namespace

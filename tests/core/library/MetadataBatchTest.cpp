@@ -1,6 +1,6 @@
 #include "support/StoreFixture.h"
 
-#include "core/library/imports/MetadataBatch.h"
+#include "core/library/reading/MetadataBatch.h"
 
 TEST_F(StoreFixture, BatchSizesFollowTheNumberOfFiles)
 {

@@ -304,40 +304,30 @@ TEST_F(OrderTest, EstimatedTemposWaitForTheirQueueAndForTheHand)
 {
     fillFolders();
     Workspace alone;
-    bool isQueueing = false;
-    int workerStarts = 0;
+    Scheduler scheduler(clock);
     QList<bool> scrolls;
+    QObject::connect(&scheduler, &Scheduler::circumstancesChanged, &alone,
+                     [&] { scrolls.append(scheduler.circumstances().isScrolling); });
     TempoResults tempos;
-    Order own({alone,
-               tempos,
-               preferences,
-               notifications,
-               clock,
-               {},
-               {},
-               {},
-               [&] { return isQueueing; },
-               [&](bool scrolling) { scrolls.append(scrolling); },
-               [&] { ++workerStarts; }});
-    alone.tracksUpkeep = [&](const ListChange& change) { own.tracksChanged(change); };
+    Order own({alone, tempos, preferences, notifications, scheduler, clock});
     alone.setTracks(workspace().tracks().rows());
     own.setTrackSortField(Field::BPM, LibraryTab::Playlist);
     const auto titles = [&] { return SortRows::titles(own.playlistTracks()); };
     EXPECT_EQ(titles(), QStringLiteral("a c b d e"));
 
-    isQueueing = true;
+    own.setSearchingTempo(true);
     own.setEstimatedBPM(b.id(), QStringLiteral("150"));
     EXPECT_FALSE(own.settleBPMSort());
     EXPECT_EQ(titles(), QStringLiteral("a c b d e"));
     own.setPlaylistScrolling(true);
-    isQueueing = false;
+    own.setSearchingTempo(false);
     EXPECT_FALSE(own.settleBPMSort()) << "the list is in motion";
-    isQueueing = true;
+    own.setSearchingTempo(true);
     own.setPlaylistScrolling(false);
     clock.advance(async::seconds(3));
     EXPECT_EQ(titles(), QStringLiteral("a c b d e")) << "still counting";
     own.setPlaylistScrolling(true);
-    isQueueing = false;
+    own.setSearchingTempo(false);
     own.setPlaylistScrolling(false);
     EXPECT_EQ(titles(), QStringLiteral("a c b d e"));
     clock.advance(async::seconds(1.01));
@@ -345,7 +335,6 @@ TEST_F(OrderTest, EstimatedTemposWaitForTheirQueueAndForTheHand)
     EXPECT_FALSE(own.settleBPMSort()) << "paid already";
     own.setPlaylistScrolling(false);
     EXPECT_EQ(scrolls, QList<bool>({true, false, true, false})) << "what is no change is not passed on";
-    EXPECT_EQ(workerStarts, 2);
 
     own.setEstimatedBPM(b.id(), std::nullopt);
     EXPECT_TRUE(own.settleBPMSort());

@@ -23,9 +23,7 @@ protected:
         preferences.playlistScrollOffset.remove();
         storage = std::make_unique<WorkspaceSessionStorage>(folder.filePath(QStringLiteral("data")),
                                                             WorkspaceSessionStorage::Options{.skipInTests = false});
-        LibraryServices own = services();
-        own.sessionStorage = storage.get();
-        store = std::make_unique<LibraryStore>(own);
+        store = std::make_unique<LibraryStore>(services(*storage));
         store->playback().setPlayer(&player);
     }
     void startAndRestore()

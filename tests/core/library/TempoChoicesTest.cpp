@@ -6,6 +6,7 @@
 
 class TempoChoicesTest : public TempoFixture {
 protected:
+    TempoChoices& choices() { return store->tempoChoices(); }
     void estimates(const QHash<TrackID, QString>& texts)
     {
         TempoTables tables;
@@ -41,7 +42,7 @@ TEST_F(TempoChoicesTest, DoublingAndHalvingStayWithinWhatMusicHas)
         const Track row = withTempo(make(1).first(), test.tag);
         fill({row});
         estimates(test.estimate ? QHash<TrackID, QString>{{row.id(), *test.estimate}} : QHash<TrackID, QString>());
-        tempo().scaleTempo(ids({row}), test.factor);
+        choices().scaleTempo(ids({row}), test.factor);
         EXPECT_EQ(estimate(row), test.result);
         settle();
     }
@@ -53,11 +54,11 @@ TEST_F(TempoChoicesTest, AChosenTempoStandsAgainstAnAnalysisUnderWay)
     tempo().detectBPM(ids(tracks));
     ASSERT_TRUE(isAnalyzing(tracks[0]) && !isAnalyzing(tracks[2]));
     QSignalSpy states(&tempo(), &Tempo::playlistBPMStatesChanged);
-    tempo().setTempo(ids({tracks[0], tracks[2]}), 140);
+    choices().setTempo(ids({tracks[0], tracks[2]}), 140);
     EXPECT_FALSE(isAnalyzing(tracks[0]));
     EXPECT_EQ(states.last().first().value<QSet<TrackID>>(), ids({tracks[0], tracks[2]})) << "one signal for all";
-    tempo().setTempo(ids({tracks[1]}), 19);
-    tempo().setTempo(ids({tracks[1]}), 401);
+    choices().setTempo(ids({tracks[1]}), 19);
+    choices().setTempo(ids({tracks[1]}), 401);
     settle();
     EXPECT_EQ(analysed, QStringList({QStringLiteral("b.mp3")}));
     EXPECT_EQ(estimate(tracks[0]), QStringLiteral("140"));
@@ -73,7 +74,7 @@ TEST_F(TempoChoicesTest, ARowGivenUpAndAskedForAgainIsAnalysedOnce)
 {
     const QList<Track> tracks = make(1);
     tempo().detectBPM(ids(tracks));
-    tempo().setTempo(ids(tracks), 140);
+    choices().setTempo(ids(tracks), 140);
     tempo().detectAgain(ids(tracks));
     EXPECT_EQ(estimate(tracks[0]), QStringLiteral("140")) << "until another one is found";
     settle();
@@ -86,7 +87,7 @@ TEST_F(TempoChoicesTest, WithoutANewEstimateTheOldOneStays)
 {
     const auto settles = [this](const QList<Track>&) { settle(); };
     const auto stops = [this](const QList<Track>&) { tempo().dropBPMQueue(); };
-    const auto chooses = [this](const QList<Track>& rows) { tempo().setTempo(ids(rows), 130); };
+    const auto chooses = [this](const QList<Track>& rows) { choices().setTempo(ids(rows), 130); };
     struct Row {
         const char* name;
         std::function<void(const QList<Track>&)> act;
@@ -98,7 +99,7 @@ TEST_F(TempoChoicesTest, WithoutANewEstimateTheOldOneStays)
     for (const Row& test : cases) {
         SCOPED_TRACE(test.name);
         const QList<Track> tracks = make(1);
-        tempo().setTempo(ids(tracks), 140);
+        choices().setTempo(ids(tracks), 140);
         settle();
         outcomes[QStringLiteral("a.mp3")] = {{Case::PermanentFailure, {}}};
         tempo().detectAgain(ids(tracks));
@@ -116,7 +117,7 @@ TEST_F(TempoChoicesTest, WithoutANewEstimateTheOldOneStays)
 TEST_F(TempoChoicesTest, DetectingAgainReplacesWhatIsKnownOfRowAndFileButNotATag)
 {
     QList<Track> tracks = make(2);
-    tempo().setTempo(ids(tracks), 140);
+    choices().setTempo(ids(tracks), 140);
     settle();
     tracks[1] = withTempo(tracks[1], QStringLiteral("100"));
     fill(tracks);
@@ -139,7 +140,7 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     tables.estimatedBPMByTrackID = {{tracks[0].id(), QStringLiteral("124")}, {tracks[1].id(), QStringLiteral("90.5")}};
     tables.estimatedBPMConfidenceByTrackID = {{tracks[0].id(), 0.25}};
     tempo().restoreTempoTables(tables);
-    tempo().writeTempo(ids(tracks));
+    choices().writeTempo(ids(tracks));
     EXPECT_EQ(now(tracks[0]).tags().bpm, QStringLiteral("124"));
     EXPECT_EQ(now(tracks[1]).tags().bpm, QStringLiteral("91")) << "whole";
     EXPECT_TRUE(now(tracks[2]).tags().bpm.isEmpty());
@@ -161,7 +162,7 @@ TEST_F(TempoChoicesTest, TheTempoIsWrittenAsOneStepThatCanBeTakenBack)
     EXPECT_EQ(tempoCalls, 0);
 
     history().clear();
-    tempo().writeTempo(ids(tracks));
+    choices().writeTempo(ids(tracks));
     EXPECT_EQ(statusText(), QStringLiteral("Нет темпа для записи"));
     EXPECT_FALSE(history().canUndo());
 }
@@ -205,7 +206,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
         Track row = make(1).first();
         row.setTagSource(Track::TagSource::Read);
         fill({row});
-        tempo().setTempo({row.id()}, 140);
+        choices().setTempo({row.id()}, 140);
         settle();
         files.originals = {row.url()};
         files.before = [&](const FakeTagFiles::Call&) {
@@ -225,33 +226,22 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
     files.before = {};
 }
 
-TEST_F(TempoChoicesTest, TakingAWriteBackBringsTheRecordOfTheFileBackButNotOverALaterChoice)
+TEST_F(TempoChoicesTest, TakingAWriteBackBringsTheRecordOfTheFileBack)
 {
-    files.before = [](const FakeTagFiles::Call& call) {
-        QFile file(call.write.url.toLocalFile());
-        ASSERT_TRUE(file.open(QIODevice::Append));
-        file.write("tag");
-    };
-    for (const bool isChosenSince : {false, true}) {
-        SCOPED_TRACE(isChosenSince);
-        const QString text = isChosenSince ? QStringLiteral("130") : QStringLiteral("140");
-        Track row = make(1).first();
-        row.setTagSource(Track::TagSource::Read);
-        fill({row});
-        tempo().setTempo({row.id()}, 140);
-        tempo().writeTempo({row.id()}); // at once: nothing was kept for the file yet
-        settle();
-        if (isChosenSince)
-            tempo().setTempo({row.id()}, 130);
-        history().undo();
-        settle();
-        EXPECT_EQ(now(row).tags().bpm, QString());
-        EXPECT_EQ(estimate(row), text);
-        EXPECT_EQ(tempo().confidence(row.id()), 1);
-        EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(row.url())),
-                  CachedBPMEstimate::make(row.url(), text, 1));
-        history().clear();
-    }
+    files.before = [](const FakeTagFiles::Call& call) { append(Track::unread(call.write.url), "tag"); };
+    Track row = make(1).first();
+    row.setTagSource(Track::TagSource::Read);
+    fill({row});
+    choices().setTempo({row.id()}, 140);
+    choices().writeTempo({row.id()}); // at once: nothing was kept for the file yet
+    settle();
+    history().undo();
+    settle();
+    EXPECT_EQ(now(row).tags().bpm, QString());
+    EXPECT_EQ(estimate(row), QStringLiteral("140"));
+    EXPECT_EQ(tempo().confidence(row.id()), 1);
+    EXPECT_EQ(tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(row.url())),
+              CachedBPMEstimate::make(row.url(), QStringLiteral("140"), 1));
     files.before = {};
 }
 
@@ -296,7 +286,7 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
         };
         history().clear();
         store->status().showStatus(QStringLiteral("before"), {}, WorkspaceStatus::Tone::Neutral);
-        tempo().writeTempo(ids(tracks));
+        choices().writeTempo(ids(tracks));
         test.meanwhile(tracks);
         settle();
         QStringList tags;
@@ -310,4 +300,74 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
         EXPECT_EQ(statusText(), QString::fromUtf8(test.status));
     }
     files.before = {};
+}
+
+TEST_F(TempoChoicesTest, AChoiceIsAStepOfUndo)
+{
+    const QList<Track> tracks = make(4); // without anything, with an estimate, being analysed, with a tag
+    fill({tracks[0], tracks[1], tracks[2], withTempo(tracks[3], QStringLiteral("129"))});
+    TempoTables tables;
+    tables.estimatedBPMByTrackID = {{tracks[1].id(), QStringLiteral("129")}};
+    tables.estimatedBPMConfidenceByTrackID = {{tracks[1].id(), 0.25}};
+    tempo().restoreTempoTables(tables);
+    tempo().detectBPM(ids({tracks[2]}));
+    const auto shown = [&] {
+        QStringList texts;
+        for (const Track& track : tracks)
+            texts.append(estimate(track).value_or(QStringLiteral("-")));
+        return texts.join(u' ').toStdString();
+    };
+    choices().scaleTempo(ids(tracks), 0.5);
+    EXPECT_EQ(shown(), "- 65 - 65");
+    async::MainQueue::drain();
+    choices().scaleTempo(ids(tracks), 2);
+    async::MainQueue::drain();
+    choices().setTempo(ids(tracks), 100);
+    EXPECT_EQ(shown(), "100 100 100 100");
+    EXPECT_FALSE(tempo().isQueueing());
+    history().undo();
+    EXPECT_EQ(shown(), "- 130 - 130");
+    EXPECT_TRUE(tempo().isQueueing()) << "the row that was queued is queued again";
+    history().undo();
+    history().undo();
+    EXPECT_EQ(shown(), "- 129 - -") << "not 130, as doubling gave";
+    EXPECT_EQ(tempo().confidence(tracks[1].id()), 0.25);
+    EXPECT_FALSE(history().canUndo());
+    history().redo();
+    EXPECT_EQ(shown(), "- 65 - 65");
+    settle();
+    tempo().detectAgain(ids({tracks[1]}));
+    settle();
+    history().undo();
+    EXPECT_EQ(shown(), "- 124 124 -") << "what was found since is left alone";
+    settle();
+    EXPECT_FALSE(tempo().tempoTables().estimatedBPMByFile.contains(FileURL::standardizedPath(tracks[3].url())));
+    choices().scaleTempo(ids({tracks[0]}), 2);
+    EXPECT_FALSE(history().canUndo()) << "nothing was changed";
+}
+
+TEST_F(TempoChoicesTest, ManyRowsAreChosenAndTakenBackInSlicesOneStepAfterTheOther)
+{
+    QList<Track> tracks;
+    for (int i = 0; i < 3500; ++i)
+        tracks.append(track(QStringLiteral("%1.mp3").arg(i)));
+    fill(tracks);
+    const auto count = [&](const QString& text) {
+        return std::ranges::count_if(tracks, [&](const Track& track) { return estimate(track) == text; });
+    };
+    store->order().setTrackSortField(TrackSortField::BPM, LibraryTab::Playlist);
+    QSignalSpy orders(&workspace(), &Workspace::orderChanged);
+    choices().setTempo(ids(tracks), 100);
+    EXPECT_EQ(count(QStringLiteral("100")), 1000) << "the rest comes in later turns";
+    async::MainQueue::drain();
+    choices().scaleTempo(ids(tracks), 2);
+    clock.advance(async::seconds(0.05));
+    EXPECT_EQ(count(QStringLiteral("200")), 3500);
+    EXPECT_EQ(orders.size(), 0);
+    clock.advance(async::seconds(1));
+    EXPECT_EQ(orders.size(), 1) << "sorted once";
+    history().undo();
+    history().undo();
+    settle();
+    EXPECT_EQ(count(QStringLiteral("100")) + count(QStringLiteral("200")), 0);
 }

@@ -2,34 +2,13 @@
 
 #include "async/MainQueue.h"
 
-/// How analysis gives way to the player. The concern is built alone, to see whom it calls.
+#include <QSignalSpy>
+
+/// How analyses of tempo and key give way to the player, and what a long batch saves.
 class TempoPlaybackTest : public TempoFixture {
 protected:
-    TempoPlaybackTest()
-        : order({workspace(), results, preferences, notifications, clock, {}, {}, {}, {}, {}, {}})
-        , alone({workspace(),
-                 order,
-                 results,
-                 store->status(),
-                 store->tagWriting(),
-                 store->fileEvents(),
-                 notifications,
-                 clock,
-                 executor,
-                 [this](const QUrl& url, const BPMAnalysisMode& mode, const std::stop_token& stop) {
-                     return analyzer(url, mode, stop);
-                 },
-                 {},
-                 {},
-                 [this] { ++scheduledSaves; },
-                 [this] { ++forcedSaves; },
-                 [this] { quiet.append(QStringLiteral("cancel")); },
-                 [this] { quiet.append(QStringLiteral("start")); }})
-    {
-    }
-
-    void play(const std::optional<TrackID>& id) { alone.playbackStateDidChange(true, id); }
-    void pause() { alone.playbackStateDidChange(false, std::nullopt); }
+    void play(const std::optional<TrackID>& id) { store->playback().playbackStateDidChange(true, id); }
+    void pause() { store->playback().playbackStateDidChange(false, std::nullopt); }
     void wait(double seconds) { clock.advance(async::seconds(seconds)); }
     void finish()
     {
@@ -38,27 +17,26 @@ protected:
             wait(1);
         }
     }
-
-    TempoResults results;
-    int scheduledSaves = 0;
-    int forcedSaves = 0;
-    QStringList quiet;
-    Order order;
-    Tempo alone;
+    /// The files that were analysed, in order.
+    std::string heard() const
+    {
+        QString text;
+        for (const QString& name : analysed)
+            text += name.first(1);
+        return text.toStdString();
+    }
 };
 
 TEST_F(TempoPlaybackTest, PlayingAQueuedTrackBringsItToTheFrontAndNothingElse)
 {
     const QList<Track> tracks = make(5);
-    alone.detectBPM(ids(tracks));
+    tempo().detectBPM(ids(tracks));
     play(tracks[3].id());
     executor.runAll(); // the two that ran were stopped
-    EXPECT_TRUE(analysed.isEmpty());
+    EXPECT_EQ(heard(), "");
     wait(1);
     executor.runAll();
-    EXPECT_EQ(analysed, QStringList({QStringLiteral("d.mp3"), QStringLiteral("b.mp3"), QStringLiteral("a.mp3"),
-                                     QStringLiteral("c.mp3"), QStringLiteral("e.mp3")}))
-        << "the stopped ones are in front, in reverse";
+    EXPECT_EQ(heard(), "dbace") << "the stopped ones are in front, in reverse";
     EXPECT_TRUE(std::ranges::all_of(modes, &BPMAnalysisMode::lowImpact));
 }
 
@@ -69,13 +47,13 @@ TEST_F(TempoPlaybackTest, PlayingQueuesATrackOnlyIntoABatchThatRuns)
         int batch;
         QString tag;
         QString estimate;
-        QString analysed;
+        std::string heard;
     };
     const Row cases[] = {
-        {"nothing runs", 0, {}, {}, {}},
-        {"a batch runs", 2, {}, {}, QStringLiteral("b.mp3 a.mp3 c.mp3")},
-        {"it has a tag", 2, QStringLiteral("100"), {}, QStringLiteral("b.mp3 a.mp3")},
-        {"it has an estimate", 2, {}, QStringLiteral("100"), QStringLiteral("b.mp3 a.mp3")},
+        {"nothing runs", 0, {}, {}, ""},
+        {"a batch runs", 2, {}, {}, "bac"},
+        {"it has a tag", 2, QStringLiteral("100"), {}, "ba"},
+        {"it has an estimate", 2, {}, QStringLiteral("100"), "ba"},
     };
     for (const Row& test : cases) {
         SCOPED_TRACE(test.name);
@@ -85,13 +63,13 @@ TEST_F(TempoPlaybackTest, PlayingQueuesATrackOnlyIntoABatchThatRuns)
         TempoTables tables;
         if (!test.estimate.isEmpty())
             tables.estimatedBPMByTrackID.insert(tracks[2].id(), test.estimate);
-        alone.restoreTempoTables(tables);
+        tempo().restoreTempoTables(tables);
         analysed.clear();
-        alone.detectBPM(ids(tracks.first(test.batch)));
+        tempo().detectBPM(ids(tracks.first(test.batch)));
         play(tracks[2].id());
         play(QUuid::createUuid()); // another one that is no row: no priority is left
         finish();
-        EXPECT_EQ(analysed.join(u' '), test.analysed);
+        EXPECT_EQ(heard(), test.heard);
         pause();
         finish();
     }
@@ -100,17 +78,16 @@ TEST_F(TempoPlaybackTest, PlayingQueuesATrackOnlyIntoABatchThatRuns)
 TEST_F(TempoPlaybackTest, AnalysesChangeTheirPaceWithThePlayer)
 {
     const QList<Track> tracks = make(4);
-    alone.detectBPM(ids(tracks));
+    tempo().detectBPM(ids(tracks));
     ASSERT_EQ(executor.pendingCount(), 2);
     play(std::nullopt);
-    EXPECT_EQ(quiet, QStringList({QStringLiteral("cancel")}));
     wait(2);
     EXPECT_EQ(executor.pendingCount(), 2) << "no other one starts beside those that have not gone yet";
-    executor.runAll();
-    EXPECT_EQ(executor.pendingCount(), 0);
-    wait(0.11);
+    executor.runOne();
+    EXPECT_EQ(executor.pendingCount(), 1);
+    executor.runOne();
     ASSERT_EQ(executor.pendingCount(), 1) << "one at a time";
-    EXPECT_TRUE(alone.playlistBPMState(tracks[1].id()).isAnalyzing) << "the one that was put back last";
+    EXPECT_TRUE(isAnalyzing(tracks[1])) << "the one that was put back last";
     play(std::nullopt);
     executor.runOne();
     EXPECT_EQ(modes.size(), 1) << "a gentle one goes on";
@@ -127,62 +104,44 @@ TEST_F(TempoPlaybackTest, AnalysesChangeTheirPaceWithThePlayer)
     EXPECT_EQ(QSet<QString>(analysed.cbegin(), analysed.cend()).size(), 4);
 }
 
-TEST_F(TempoPlaybackTest, TheOtherAnalysesComeBackASecondAfterTheMusicOrAfterFiftyLooks)
+TEST_F(TempoPlaybackTest, KeysWaitForTheEndOfTheMusicWhileTemposGoOn)
 {
-    const QString cancel = QStringLiteral("cancel");
-    const QString start = QStringLiteral("start");
+    const QList<Track> tracks = make(2);
+    workspace().setList(Track::MetadataDestination::MusicalKey, {tracks[0]});
     play(std::nullopt);
+    tempo().detectBPM(ids(tracks));
+    store->keys().analyzeMusicalKey(ids({tracks[0]}));
+    finish();
+    EXPECT_EQ(heard(), "ab");
+    EXPECT_TRUE(keyURLs.isEmpty());
+    ASSERT_TRUE(store->board().first());
     pause();
     wait(0.59);
     play(std::nullopt); // the next song
-    wait(10);
-    EXPECT_EQ(quiet, QStringList({cancel, cancel}));
+    finish();
     pause();
-    wait(0.61);
-    EXPECT_EQ(quiet, QStringList({cancel, cancel, start}));
-
-    quiet.clear();
-    const QList<Track> tracks = make(3);
-    alone.detectBPM(ids(tracks));
-    pause(); // while full pace runs: nothing is stopped
-    wait(5.5);
-    EXPECT_TRUE(quiet.isEmpty());
-    wait(0.11);
-    EXPECT_EQ(quiet, QStringList({start})) << "long enough";
-    executor.runAll();
-    EXPECT_EQ(analysed.size(), 3);
+    finish();
+    EXPECT_EQ(keyURLs.size(), 1);
 }
 
 TEST_F(TempoPlaybackTest, ABatchSavesEveryFiveSecondsAndAtItsEnd)
 {
     const QList<Track> tracks = make(5);
-    alone.detectBPM(ids(tracks));
+    QSignalSpy forced(&tempo(), &Tempo::checkpointReached);
+    QSignalSpy saves(&tempo(), &Tempo::resultsChanged);
+    tempo().detectBPM(ids(tracks));
     executor.runOne();
-    EXPECT_EQ(forcedSaves, 1);
+    EXPECT_EQ(forced.size(), 1);
     executor.runOne();
-    EXPECT_EQ(forcedSaves, 1);
+    EXPECT_EQ(forced.size(), 1);
     wait(4.99);
     executor.runOne();
-    EXPECT_EQ(forcedSaves, 1);
-    EXPECT_EQ(scheduledSaves, 0);
+    EXPECT_EQ(forced.size(), 1);
+    EXPECT_EQ(saves.size(), 0);
     executor.runOne();
-    EXPECT_EQ(scheduledSaves, 1) << "no track waits any more, though one is being heard";
+    EXPECT_EQ(saves.size(), 1) << "no track waits any more, though one is being heard";
     wait(0.01);
     executor.runOne();
-    EXPECT_EQ(forcedSaves, 2);
-    EXPECT_EQ(scheduledSaves, 1);
-}
-
-TEST_F(TempoPlaybackTest, ThePlayerOfTheStoreIsFollowed)
-{
-    const QList<Track> tracks = make(3);
-    tempo().detectBPM(ids(tracks));
-    store->playback().playbackStateDidChange(true, tracks[2].id());
-    wait(1);
-    executor.runAll();
-    wait(1);
-    executor.runAll();
-    ASSERT_EQ(analysed.size(), 3);
-    EXPECT_EQ(analysed.first(), QStringLiteral("c.mp3"));
-    EXPECT_TRUE(modes.first().lowImpact);
+    EXPECT_EQ(forced.size(), 2);
+    EXPECT_EQ(saves.size(), 1);
 }

@@ -79,7 +79,7 @@ TEST_F(TempoTest, AKnownFileCostsNoAnalysisAndShowsNoProgress)
     tables.estimatedBPMByFile.insert(FileURL::standardizedPath(tracks[0].url()),
                                      *CachedBPMEstimate::make(tracks[0].url(), QStringLiteral("91"), 0.4));
     tempo().restoreTempoTables(tables);
-    QSignalSpy progress(&tempo(), &Tempo::progressChanged);
+    QSignalSpy progress(&store->board(), &WorkBoard::changed);
     tempo().detectBPM(ids(tracks));
     tempo().detectBPM(ids(tracks));
     settle();
@@ -218,7 +218,7 @@ TEST_F(TempoTest, AnEditedTagIsBelieved)
         Track row = withTempo(make(1).first(), QStringLiteral("99"));
         row.setTagSource(Track::TagSource::Read);
         fill({row});
-        tempo().setTempo({row.id()}, 50); // what is shown may stand beside a tag
+        store->tempoChoices().setTempo({row.id()}, 50); // what is shown may stand beside a tag
         test.edit(row, test.text);
         EXPECT_EQ(estimate(row), test.estimate);
         settle();
@@ -263,12 +263,12 @@ TEST_F(TempoTest, TwoWorkersShrinkToOneWithoutAStop)
     };
     const Row cases[] = {
         {"scrolling", [&] { store->order().setPlaylistScrolling(true); }, {true, true}},
-        {"little power", [&] { areResourcesConstrained = true; }, {false, true}},
+        {"little power", [&] { store->scheduler().setConstrained(true); }, {false, true}},
         {"nothing", [] {}, {false, true}},
     };
     for (const Row& test : cases) {
         SCOPED_TRACE(test.name);
-        areResourcesConstrained = false;
+        store->scheduler().setConstrained(false);
         store->order().setPlaylistScrolling(false);
         const QList<Track> tracks = make(6);
         modes.clear();
@@ -309,20 +309,20 @@ TEST_F(TempoTest, ProgressCountsThePlaylistElseTheBatch)
     fill(tracks);
     EXPECT_FALSE(tempo().bpmAnalysisProgress());
     tempo().detectBPM(ids(tracks));
-    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 4}));
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (WorkProgress{1, 4}));
     executor.runOne();
-    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{2, 4}));
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (WorkProgress{2, 4}));
     QList<Track> without = tracks;
     without[2].setIsInPlaylist(false);
     fill(without);
-    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{2, 3}));
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (WorkProgress{2, 3}));
     for (Track& track : without)
         track.setIsInPlaylist(false);
     fill(without);
-    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 3})) << "of the batch";
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (WorkProgress{1, 3})) << "of the batch";
     without[3].setIsInPlaylist(true);
     fill(without);
-    EXPECT_EQ(tempo().bpmAnalysisProgress(), (BPMAnalysisProgress{1, 3})) << "all rows of the playlist are done";
+    EXPECT_EQ(tempo().bpmAnalysisProgress(), (WorkProgress{1, 3})) << "all rows of the playlist are done";
     settle();
     EXPECT_FALSE(tempo().bpmAnalysisProgress());
 }
@@ -340,15 +340,16 @@ TEST_F(TempoTest, BurstsAreToldOncePerTenthOfASecondAndSortedAtTheEnd)
     executor.runOne();
     executor.runOne();
     EXPECT_EQ(changes.size(), 0);
-    EXPECT_FALSE(tempo().bpmAnalysisProgressState().progress()) << "not published yet";
+    EXPECT_FALSE(store->board().first()) << "not published yet";
     clock.advance(async::seconds(0.1));
     EXPECT_EQ(changes.size(), 1);
-    EXPECT_EQ(tempo().bpmAnalysisProgressState().progress(), (BPMAnalysisProgress{2, 3}));
+    ASSERT_TRUE(store->board().first());
+    EXPECT_EQ(store->board().first()->progress(), (WorkProgress{2, 3}));
     EXPECT_EQ(orders.size(), 0) << "a batch never moves the list";
     executor.runOne();
     clock.advance(async::seconds(0.1));
     EXPECT_EQ(changes.size(), 2);
-    EXPECT_FALSE(tempo().bpmAnalysisProgressState().progress());
+    EXPECT_FALSE(store->board().first());
     EXPECT_EQ(orders.size(), 1);
     EXPECT_EQ(order(), QStringLiteral("a c b")) << "the fastest first";
     clock.advance(async::seconds(1));
@@ -381,7 +382,7 @@ TEST_F(TempoTest, WhatIsGivenUpIsNotAnalysed)
     EXPECT_TRUE(estimate(tracks[0])) << "what was found stays";
     for (const Track& other : tracks.sliced(1))
         EXPECT_FALSE(estimate(other));
-    EXPECT_FALSE(tempo().bpmAnalysisProgressState().progress());
+    EXPECT_FALSE(store->board().first());
     tempo().detectBPM(ids(tracks)); // and it can be asked for again
     settle();
     EXPECT_TRUE(estimate(tracks[3]));

@@ -1,59 +1,153 @@
 #include "support/StoreFixture.h"
 
-#include "core/library/waveforms/Waveforms.h"
+#include "async/Cancelled.h"
+#include "async/MainQueue.h"
 
-class WaveformsTest : public StoreFixture {
-protected:
-    QUrl current;
-    QList<QUrl> following;
-    int calls = 0;
-    Waveforms waveforms{{store->selection(), [this](const QList<QUrl>& urls) { waveformURLs.append(urls); },
-                         [this](const QUrl& url, const QList<QUrl>& behind) {
-                             current = url;
-                             following = behind;
-                             ++calls;
-                         }}};
+namespace {
+
+/// Envelopes that are computed by the executor's jobs; a stop is obeyed at once, as the cache does.
+class SlowEnvelopes final : public Envelopes {
+public:
+    explicit SlowEnvelopes(async::Executor& executor)
+        : m_executor(executor)
+    {
+    }
+    async::Task<bool> prepare(QUrl url, std::stop_token stop) override
+    {
+        if (broken.contains(url.fileName()))
+            throw std::runtime_error("broken");
+        const auto job = [](const std::stop_token&) {};
+        co_await m_executor.run(async::Priority::Background, stop, job);
+        co_return true;
+    }
+    QStringList broken;
+
+private:
+    async::Executor& m_executor;
 };
 
-TEST_F(WaveformsTest, WhatPlaysGoesFirstAndThenTheRowsBehindIt)
+/// Rows "a" to "e" of the playlist, and the waveforms that are made ahead of them.
+class WaveformsTest : public StoreFixture {
+protected:
+    WaveformsTest()
+    {
+        fill(rows("abcde"));
+        QObject::connect(&waveforms, &Waveforms::prepared, &waveforms,
+                         [this](const QUrl& url) { prepared.append(url.fileName()); });
+    }
+    ~WaveformsTest() override { async::MainQueue::drain(); }
+
+    QList<Track> rows(const char* names)
+    {
+        QList<Track> list;
+        for (const QChar name : QString::fromLatin1(names)) {
+            if (!made.contains(name))
+                made.insert(name, track(QString(name)));
+            list.append(made[name]);
+        }
+        return list;
+    }
+    QList<QUrl> urls(const char* names)
+    {
+        QList<QUrl> list;
+        for (const Track& row : rows(names))
+            list.append(row.url());
+        return list;
+    }
+    void play(char name)
+    {
+        const Track row = rows(std::string(1, name).c_str()).first();
+        store->playback().playbackStateDidChange(true, row.id());
+        waveforms.playerTold(true, row.url(), row.id());
+    }
+    void pause()
+    {
+        store->playback().playbackStateDidChange(false, std::nullopt);
+        waveforms.playerTold(false, {}, std::nullopt);
+    }
+    void pass(double seconds) { clock.advance(async::seconds(seconds)); }
+    /// What came since the last look, once everything that may run has run.
+    std::string taken()
+    {
+        executor.runAll();
+        return std::exchange(prepared, {}).join(QString()).toStdString();
+    }
+
+    QHash<QChar, Track> made;
+    QStringList prepared;
+    SlowEnvelopes envelopes{executor};
+    Waveforms waveforms{{store->selection(), store->scheduler(), executor, envelopes}};
+};
+
+TEST_F(WaveformsTest, AreMadeInOrderEachOnceOneAtATimeWhateverFails)
 {
-    const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
-    const Track c = favorite(QStringLiteral("c.mp3"));
-    fill({a, b, c});
+    envelopes.broken = QStringList{QStringLiteral("b")};
+    waveforms.preloadWaveforms(urls("abab"));
+    waveforms.preloadWaveforms(urls("cba"));
+    EXPECT_EQ(executor.pendingCount(), 1);
+    EXPECT_EQ(waveforms.waiting(), urls("bc"));
+    EXPECT_EQ(taken(), "ac");
+}
+
+TEST_F(WaveformsTest, DuringPlaybackOnlyThePresentRowAndTheNextTwo)
+{
+    waveforms.preloadWaveforms(urls("abcde"));
+    EXPECT_EQ(executor.pendingCount(), 1); // a
+    play('c');
+    EXPECT_EQ(taken(), "cde");
+    EXPECT_EQ(waveforms.waiting(), urls("ab"));
+    waveforms.preloadWaveforms({QUrl(QStringLiteral("file:///music/f"))});
+    EXPECT_EQ(taken(), "");
+    play('a'); // the next song
+    EXPECT_EQ(taken(), "abc");
+    pause();
+    pass(0.59);
+    play('a');
+    pass(10);
+    EXPECT_EQ(taken(), "abc") << "a short pause starts nothing else";
+    pause();
+    pass(0.59);
+    EXPECT_EQ(taken(), "");
+    pass(0.01);
+    EXPECT_EQ(taken(), "f");
+}
+
+TEST_F(WaveformsTest, PlaybackTakesBackTheWorkForAnotherFileAlone)
+{
+    waveforms.preloadWaveforms(urls("abe"));
+    play('a');
+    EXPECT_EQ(executor.pendingCount(), 1) << "it goes on";
+    EXPECT_EQ(taken(), "abc");
+    pause();
+    pass(1);
+    waveforms.preloadWaveforms(urls("d"));
+    executor.runOne(); // e; d is under way
+    play('c');
+    EXPECT_EQ(taken(), "ecde");
+}
+
+TEST_F(WaveformsTest, TheRowsOfTheSectionShownDecideWhatFollows)
+{
+    QList<Track> list = rows("abc");
+    for (Track& row : list)
+        row.setIsFavorite(row.url() != made[u'b'].url());
+    for (Track& row : list)
+        row.setIsInCoverWorkspace(row.isFavorite());
+    fill(list);
     const struct {
         LibraryTab tab;
-        Track played;
-        QList<QUrl> behind;
-        bool isAsked;
-    } kCases[]{
-        {LibraryTab::Playlist, a, {b.url(), c.url()}, true},
-        {LibraryTab::Playlist, c, {}, true},
-        {LibraryTab::Favorites, a, {c.url()}, true},
-        {LibraryTab::Favorites, b, {}, false},
-        {LibraryTab::Analysis, a, {}, false},
-    };
+        char played;
+        std::string prepared;
+    } kCases[]{{LibraryTab::Playlist, 'a', "abc"},
+               {LibraryTab::Favorites, 'a', "ac"},
+               {LibraryTab::Favorites, 'b', ""},
+               {LibraryTab::Analysis, 'a', ""}};
     for (const auto& each : kCases) {
         workspace().setActiveTab(each.tab);
-        const int before = std::exchange(calls, 0);
-        following.clear();
-        waveforms.prioritizeWaveformsForPlayback(each.played.id());
-        EXPECT_EQ(calls, each.isAsked ? 1 : 0) << before;
-        EXPECT_EQ(following, each.behind);
-        if (each.isAsked) {
-            EXPECT_EQ(current, each.played.url());
-        }
+        play(each.played);
+        EXPECT_EQ(taken(), each.prepared);
+        pause();
     }
 }
 
-TEST_F(WaveformsTest, PreloadsReachTheQueueAsTheyAre)
-{
-    waveforms.preloadWaveform(FileURL::fromPath(QStringLiteral("/a")));
-    waveforms.preloadWaveforms({FileURL::fromPath(QStringLiteral("/c")), FileURL::fromPath(QStringLiteral("/b"))});
-    EXPECT_EQ(waveformURLs,
-              (QList<QUrl>{FileURL::fromPath(QStringLiteral("/a")), FileURL::fromPath(QStringLiteral("/c")),
-                           FileURL::fromPath(QStringLiteral("/b"))}));
-    Waveforms nobodyListens{{store->selection(), {}, {}}};
-    nobodyListens.preloadWaveform(FileURL::fromPath(QStringLiteral("/a")));
-    nobodyListens.prioritizeWaveformsForPlayback(TrackID::createUuid());
-}
+} // namespace

@@ -10,8 +10,6 @@
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
 
-#include <QScopedValueRollback>
-
 #include <algorithm>
 
 namespace {
@@ -125,10 +123,7 @@ void Favorites::apply(const Change& change)
         track.setIsFavorite(entry->isFavorite);
         track.setIsInCoverWorkspace(entry->isInCoverWorkspace);
     }
-    {
-        const QScopedValueRollback patching(m_isPatching, true);
-        workspace.setTracks(rows);
-    }
+    workspace.setList(Track::MetadataDestination::Library, rows, ListChange::Cause::FavoriteFlags);
     emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
     followInView(change);
 }

@@ -50,9 +50,6 @@ public:
     /// The only writer of the two flags: one assignment, one notification.
     void applyFavoriteMembershipStates(const MembershipStates& states);
 
-    /// Whether the two flags are being written at this moment: nothing that orders or analyses the playlist changes.
-    bool isPatchingMembership() const { return m_isPatching; }
-
     QString favoriteGenreFilter() const;
     void setFavoriteGenreFilter(const QString& genre);
     bool favoriteOnlyUntagged() const;
@@ -78,5 +75,4 @@ private:
     void filterChanged();
 
     Dependencies m_dependencies;
-    bool m_isPatching = false;
 };

@@ -2,8 +2,11 @@
 
 #include "async/MainQueue.h"
 #include "core/library/favorites/Favorites.h"
+#include "core/library/imports/StrayTemporaries.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tempo/Tempo.h"
+#include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -28,8 +31,8 @@ struct Imports::SectionImport {
     bool wantsQuality;
 };
 
-Imports::Imports(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+Imports::Imports(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
     , m_expansions(kParallelWalks)
 {
     connect(&m_dependencies.loads, &MetadataLoads::progressChanged, this, &Imports::metadataProgressChanged);
@@ -50,8 +53,8 @@ async::Task<> Imports::expandTask(QList<QUrl> urls, bool (*isWanted)(QStringView
     auto job = [urls, isWanted](std::stop_token jobStop) { return AudioFileList::expand(urls, isWanted, jobStop); };
     const AudioFileList::Expansion expansion =
         co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
-    if (m_dependencies.keepStrayTemporaries && !expansion.strayTemporaries.isEmpty())
-        m_dependencies.keepStrayTemporaries(expansion.strayTemporaries);
+    if (!expansion.strayTemporaries.isEmpty())
+        m_dependencies.strayTemporaries.add(expansion.strayTemporaries);
     then(expansion);
 }
 
@@ -81,15 +84,13 @@ async::Task<> Imports::completePlaylistImport(AudioFileList::Expansion expansion
         ids.append(workspace.tracks().at(row).id());
     if (!ids.isEmpty()) {
         workspace.setTracks(ImportPlan::withMembership(workspace.tracks(), split.knownRows, {.playlist = true}));
-        if (m_dependencies.detectBPM)
-            m_dependencies.detectBPM(QSet<TrackID>(ids.cbegin(), ids.cend()));
+        m_dependencies.tempo.detectBPM(QSet<TrackID>(ids.cbegin(), ids.cend()));
     }
     if (!split.freshURLs.isEmpty()) {
         const ImportPlan::Membership joining{.playlist = true};
         const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
         ids.append(added);
-        if (m_dependencies.preloadWaveforms)
-            m_dependencies.preloadWaveforms(split.freshURLs);
+        m_dependencies.waveforms.preloadWaveforms(split.freshURLs);
     }
     announceAdded(QStringLiteral("Добавлено в плейлист: %d"), split.freshURLs.size(), expansion.leftOut(),
                   QStringLiteral("music.note.list"));
@@ -234,8 +235,8 @@ async::Task<> Imports::completeSectionImport(const SectionImport* section, Audio
     if (!split.freshURLs.isEmpty()) {
         const ImportPlan::Membership none;
         const QList<TrackID> added = co_await appendInSlices(section->destination, split.freshURLs, none, stop);
-        if (section->wantsQuality && m_dependencies.analyzeQuality)
-            m_dependencies.analyzeQuality(QSet<TrackID>(added.cbegin(), added.cend()));
+        if (section->wantsQuality)
+            emit qualityWanted(QSet<TrackID>(added.cbegin(), added.cend()));
     }
     announceAdded(section->message, section->message.isEmpty() ? 0 : split.freshURLs.size(), expansion.leftOut(),
                   section->icon);

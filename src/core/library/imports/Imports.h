@@ -6,7 +6,7 @@
 #include "async/TaskQueue.h"
 #include "core/library/imports/AudioFileList.h"
 #include "core/library/imports/ImportPlan.h"
-#include "core/library/imports/MetadataLoads.h"
+#include "core/library/reading/MetadataLoads.h"
 #include "core/model/Track.h"
 
 #include <QList>
@@ -17,6 +17,9 @@
 class Favorites;
 class Preferences;
 class Sending;
+class StrayTemporaries;
+class Tempo;
+class Waveforms;
 class StatusLine;
 class Workspace;
 
@@ -43,17 +46,12 @@ public:
         async::Clock& clock;
         async::Executor& executor;
         MetadataLoads& loads;
-        /// Wants the tempo of tracks that an import met again; may be empty.
-        std::function<void(const QSet<TrackID>&)> detectBPM;
-        /// Wants the waveforms of new files; may be empty.
-        std::function<void(const QList<QUrl>&)> preloadWaveforms;
-        /// Wants the quality of new rows of the analysis list; may be empty.
-        std::function<void(const QSet<TrackID>&)> analyzeQuality;
-        /// Wants to know of files that interrupted writes left behind; may be empty.
-        std::function<void(const QList<QUrl>&)> keepStrayTemporaries;
+        Tempo& tempo;
+        Waveforms& waveforms;
+        StrayTemporaries& strayTemporaries;
     };
 
-    explicit Imports(Dependencies dependencies);
+    explicit Imports(const Dependencies& dependencies);
     ~Imports() override;
 
     /// Into the playlist. Folders are walked in the background; imports queue up and never overlap.
@@ -87,6 +85,8 @@ public:
     Progress metadataProgress() const;
 
 Q_SIGNALS:
+    /// The quality of new rows of the analysis list is wanted.
+    void qualityWanted(const QSet<TrackID>& ids);
     /// At most once per trip to the disk.
     void metadataProgressChanged();
 

@@ -1,44 +1,51 @@
 #include "core/library/keys/Keys.h"
 
 #include "async/MainQueue.h"
+#include "core/library/analysis/AudioAnalyser.h"
 #include "core/library/keys/KeyTagPlan.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
 #include "platform/Notifications.h"
 
 namespace {
 
-using Analyze = std::function<std::optional<MusicalKeyAnalysis>(const QUrl&, std::stop_token)>;
 using Destination = Track::MetadataDestination;
 
 constexpr Destination kAllLists[] = {Destination::Library, Destination::Analysis, Destination::MusicalKey,
                                      Destination::Duplicates};
 
-/// The work of one analysis in the background. It ends early both when the analysis is stopped and when its owner goes.
-/// Whatever goes wrong with a file, it just has no key.
-std::optional<MusicalKeyAnalysis> analyzeQuietly(const Analyze& analyze, const QUrl& url, std::stop_source stop,
-                                                 const std::stop_token& ownerStop)
+/// The state of the file is looked at first: one that is rewritten meanwhile does not pass for what was heard.
+KeyFinding listen(AudioAnalyser& analyser, const QUrl& url, const std::optional<KeyOfFile>& known, std::stop_token stop)
 {
-    const auto forward = [&stop] { stop.request_stop(); };
-    const std::stop_callback onOwnerStop(ownerStop, forward);
-    if (!analyze || stop.stop_requested())
-        return std::nullopt;
-    try {
-        return analyze(url, stop.get_token());
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+    const std::optional<FileStamp> stamp = FileStamp::of(url);
+    if (known && stamp && known->heard.isSameFile(*stamp))
+        return {known->analysis, stamp};
+    return {analyser.musicalKey(url, std::move(stop)), stamp};
 }
 
 } // namespace
 
-Keys::Keys(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+Keys::Keys(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
+    , m_entry(dependencies.board, WorkKinds::kMusicalKey)
+    , m_queue(WorkKinds::kMusicalKey, *this, dependencies.scheduler, dependencies.executor)
 {
+    connect(&m_entry, &WorkEntry::stopRequested, this, &Keys::dropMusicalKeyQueue);
+    connect(&m_dependencies.events, &FileEvents::changed, this,
+            [this](const FileChange& change) { m_byFile.follow(change); });
     connect(&m_dependencies.workspace, &Workspace::sectionListChanged, this, &Keys::sectionChanged);
+    connect(&m_dependencies.workspace, &Workspace::activeTabChanged, this, &Keys::showProgress);
 }
 
 Keys::~Keys() = default;
+
+std::optional<TrackID> Keys::activeMusicalKeyTrackID() const
+{
+    const QList<TrackID> running = m_queue.running();
+    return running.isEmpty() ? std::nullopt : std::optional(running.first());
+}
 
 void Keys::setMusicalKeyAnalyses(QHash<TrackID, MusicalKeyAnalysis> analyses)
 {
@@ -53,165 +60,78 @@ void Keys::setMusicalKeyAnalyses(QHash<TrackID, MusicalKeyAnalysis> analyses)
 void Keys::analyzeMusicalKey(const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    QSet<TrackID> joined;
+    QList<TrackID> fresh;
     for (const Track& track : m_dependencies.workspace.keyAnalysisTracks()) {
         const TrackID& id = track.id();
-        if (!ids.contains(id) || m_analyzing.contains(id))
+        if (!ids.contains(id) || m_queue.isQueued(id))
             continue;
         m_analyses.remove(id);
         m_undetermined.remove(id);
-        m_pending.append(id);
-        joined.insert(id);
+        fresh.append(id);
     }
-    if (joined.isEmpty())
+    if (m_queue.append(fresh).isEmpty())
         return;
-    if (m_analyzing.isEmpty())
-        m_batchTotal = 0;
-    m_batchTotal += static_cast<int>(joined.size());
-    m_analyzing.unite(joined);
-    m_dependencies.scheduleWorkspaceSave();
-    emit musicalKeyStatesChanged(joined);
-    startMusicalKeyWorkerIfPossible();
-}
-
-void Keys::startMusicalKeyWorkerIfPossible()
-{
-    VELMORA_ASSERT_MAIN_THREAD();
-    const bool isQualityRunning = m_dependencies.isQualityWorkerRunning && m_dependencies.isQualityWorkerRunning();
-    if (isQualityRunning || m_isWorking || isPlaying() || m_pending.isEmpty())
-        return;
-    m_isWorking = true;
-    m_worker.start([this](std::stop_token stop) { return work(std::move(stop)); });
-}
-
-/// The row whose turn it is, still at the front of the queue.
-std::optional<Track> Keys::nextTrack()
-{
-    while (!m_pending.isEmpty()) {
-        if (const Track* row = m_dependencies.workspace.keyAnalysisTracks().find(m_pending.first()))
-            return *row;
-        drop({m_pending.first()});
-    }
-    return std::nullopt;
-}
-
-async::Task<> Keys::work(std::stop_token stop)
-{
-    while (!isPlaying()) {
-        const std::optional<Track> track = nextTrack();
-        if (!track)
-            break;
-        const TrackID id = track->id();
-        const std::stop_source analysisStop = begin(id);
-        auto job = [analyze = m_dependencies.analyze, url = track->url(),
-                    analysisStop](const std::stop_token& ownerStop) {
-            return analyzeQuietly(analyze, url, analysisStop, ownerStop);
-        };
-        const std::optional<MusicalKeyAnalysis> analysis =
-            co_await m_dependencies.executor.run(async::Priority::Background, stop, std::move(job));
-        if (analysisStop.stop_requested())
-            break; // whoever stopped it has decided about the row
-        if (isPlaying()) {
-            putBack(id);
-            break;
-        }
-        finish(id, analysis);
-    }
-    leave();
-}
-
-std::stop_source Keys::begin(const TrackID& id)
-{
-    m_pending.removeFirst();
-    m_analysisStop = std::stop_source();
-    setActive(id);
-    return m_analysisStop;
-}
-
-void Keys::finish(const TrackID& id, const std::optional<MusicalKeyAnalysis>& analysis)
-{
-    m_active.reset();
-    m_analyzing.remove(id);
-    if (!analysis) {
-        m_undetermined.insert(id);
-    } else if (m_dependencies.workspace.keyAnalysisTracks().contains(id)) {
-        m_analyses.insert(id, *analysis);
-        m_undetermined.remove(id);
-        m_dependencies.scheduleWorkspaceSave();
-    }
-    emit musicalKeyStatesChanged({id});
-}
-
-void Keys::putBack(const TrackID& id)
-{
-    if (!m_pending.contains(id))
-        m_pending.prepend(id);
-    setActive(std::nullopt);
-}
-
-void Keys::setActive(const std::optional<TrackID>& id)
-{
-    QSet<TrackID> changed;
-    for (const std::optional<TrackID>& each : {m_active, id}) {
-        if (each)
-            changed.insert(*each);
-    }
-    m_active = id;
-    emit musicalKeyStatesChanged(changed);
-}
-
-/// The analysis of quality has the next turn.
-void Keys::leave()
-{
-    m_isWorking = false;
-    if (isPlaying())
-        return;
-    if (m_dependencies.startQualityWorkerIfPossible)
-        m_dependencies.startQualityWorkerIfPossible();
-    startMusicalKeyWorkerIfPossible();
-}
-
-void Keys::cancelMusicalKeyAnalysis()
-{
-    VELMORA_ASSERT_MAIN_THREAD();
-    if (!m_active)
-        return;
-    m_analysisStop.request_stop();
-    putBack(*m_active);
+    emit resultsChanged();
+    statesChanged({fresh.cbegin(), fresh.cend()});
 }
 
 void Keys::dropMusicalKeyQueue()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    drop(QSet<TrackID>(m_analyzing));
+    m_queue.drop();
 }
 
-/// Rows that nobody wants the key of any more.
-void Keys::drop(const QSet<TrackID>& ids)
+WorkJob<KeyFinding> Keys::begin(const TrackID& id, const Allowance&)
 {
-    if (ids.isEmpty())
-        return;
-    if (m_active && ids.contains(*m_active)) {
-        m_analysisStop.request_stop();
-        m_active.reset();
+    const Track* row = m_dependencies.workspace.keyAnalysisTracks().find(id);
+    if (!row)
+        return WorkJob<KeyFinding>::unwanted();
+    const KeyOfFile* known = m_byFile.find(FileURL::standardizedPath(row->url()));
+    return WorkJob<KeyFinding>::onWorker([&analyser = m_dependencies.analyser, url = row->url(),
+                                          known = known ? std::optional(*known) : std::nullopt](std::stop_token stop) {
+        return listen(analyser, url, known, std::move(stop));
+    });
+}
+
+/// A file that cannot be analysed just has no key.
+WorkEnd Keys::finished(const TrackID& id, std::optional<KeyFinding> finding)
+{
+    const Track* row = m_dependencies.workspace.keyAnalysisTracks().find(id);
+    if (!row || !finding || !finding->analysis) {
+        m_undetermined.insert(id);
+        return WorkEnd::Done;
     }
-    m_pending.removeIf([&ids](const TrackID& id) { return ids.contains(id); });
-    m_analyzing.subtract(ids);
-    m_batchTotal -= static_cast<int>(ids.size());
+    if (finding->stamp)
+        m_byFile.set(FileURL::standardizedPath(row->url()), {finding->analysis, *finding->stamp});
+    m_analyses.insert(id, *finding->analysis);
+    m_undetermined.remove(id);
+    emit resultsChanged();
+    return WorkEnd::Done;
+}
+
+void Keys::statesChanged(const QSet<TrackID>& ids)
+{
+    showProgress();
     emit musicalKeyStatesChanged(ids);
+}
+
+/// Keys were asked for, tempos come unasked; but keys that wait for the end of playing tell something new in their own
+/// section alone, where the user looks for a way to stop them.
+void Keys::showProgress()
+{
+    m_entry.setAhead(!m_queue.running().isEmpty() || m_dependencies.workspace.activeTab() == LibraryTab::MusicalKey);
+    m_entry.show(m_queue.progress());
 }
 
 /// Rows that left the section leave the queue with it.
 void Keys::sectionChanged(Destination list, const ListChange& change)
 {
-    if (list != Destination::MusicalKey || change.kind != ListChange::Kind::Structure)
+    if (list != Destination::MusicalKey || change.kind != ListChange::Kind::Structure || m_queue.isEmpty())
         return;
-    QSet<TrackID> gone;
-    for (const TrackID& id : std::as_const(m_analyzing)) {
-        if (!m_dependencies.workspace.keyAnalysisTracks().contains(id))
-            gone.insert(id);
-    }
-    drop(gone);
+    QSet<TrackID> gone = m_queue.queued();
+    for (const Track& row : m_dependencies.workspace.keyAnalysisTracks())
+        gone.remove(row.id());
+    m_queue.withdraw(gone);
 }
 
 void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)

@@ -1,28 +1,21 @@
 #include "core/library/order/Order.h"
 
 #include "async/MainQueue.h"
-#include "core/library/tempo/TempoResults.h"
+#include "core/library/results/TempoResults.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
+#include "work/Scheduler.h"
 
-namespace {
-
-bool isTrue(const std::function<bool()>& question)
-{
-    return question && question();
-}
-
-} // namespace
-
-Order::Order(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+Order::Order(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
     , m_playlistChoice(m_dependencies.preferences.playlistSortField, m_dependencies.preferences.playlistSortDirection)
     , m_favoriteChoice(m_dependencies.preferences.favoriteSortField, m_dependencies.preferences.favoriteSortDirection)
-    , m_refresh(
-          {m_dependencies.clock, m_dependencies.isLoadingMetadata, m_dependencies.isQueueingBPM, [this] { reorder(); }})
+    , m_refresh(m_dependencies.clock, m_dependencies.scheduler)
 {
     readFilter();
+    connect(&m_dependencies.workspace, &Workspace::tracksUpkeep, this, &Order::tracksChanged);
+    connect(&m_refresh, &SortRefresh::due, this, &Order::reorder);
     connect(&m_dependencies.preferences, &Preferences::changed, this, &Order::preferenceChanged);
     connect(&m_dependencies.notifications, &Notifications::velmoraLanguageDidChange, this, &Order::languageChanged);
 }
@@ -107,11 +100,6 @@ QList<Track> Order::coverTracks() const
     return rows;
 }
 
-bool Order::isFrozen() const
-{
-    return m_refresh.isScrolling() || isTrue(m_dependencies.isApplyingMetadataBatch);
-}
-
 void Order::adopt(PlaylistBase base, AppLanguage language)
 {
     if (language != VelmoraLocalization::language())
@@ -134,7 +122,7 @@ void Order::tracksChanged(const ListChange& change)
         return;
     switch (change.kind) {
     case ListChange::Kind::Contents:
-        contentsChanged(change.rows);
+        contentsChanged(change);
         return;
     case ListChange::Kind::Appended:
         m_base.append(m_dependencies.workspace.tracks(), change.first);
@@ -147,14 +135,15 @@ void Order::tracksChanged(const ListChange& change)
     }
 }
 
-void Order::contentsChanged(const QList<int>& rows)
+void Order::contentsChanged(const ListChange& change)
 {
-    const std::optional<QList<int>> refreshed = m_base.refresh(m_dependencies.workspace.tracks(), rows);
+    const std::optional<QList<int>> refreshed = m_base.refresh(m_dependencies.workspace.tracks(), change.rows);
     m_isBaseValid = refreshed.has_value();
     if (!refreshed)
         return;
-    const bool isPatch = isTrue(m_dependencies.isPatchingFavorites);
-    if (!isPatch && !isFrozen()) {
+    const bool isPatch = change.cause == ListChange::Cause::FavoriteFlags;
+    const bool isFrozen = m_refresh.isScrolling() || change.cause == ListChange::Cause::TagBatch;
+    if (!isPatch && !isFrozen) {
         invalidatePlaylistSort();
         return;
     }
@@ -230,13 +219,9 @@ void Order::setPlaylistScrolling(bool scrolling)
     if (m_refresh.isScrolling() == scrolling)
         return;
     m_refresh.setScrolling(scrolling);
-    if (m_dependencies.playlistScrolls)
-        m_dependencies.playlistScrolls(scrolling);
-    if (scrolling)
-        return;
-    m_refresh.schedule();
-    if (m_dependencies.startBPMWorker)
-        m_dependencies.startBPMWorker();
+    m_dependencies.scheduler.setScrolling(scrolling);
+    if (!scrolling)
+        m_refresh.schedule();
 }
 
 void Order::adoptTempoTables(TempoTables tables)

@@ -10,6 +10,7 @@
 
 class Notifications;
 class Preferences;
+class Scheduler;
 class TempoResults;
 class Workspace;
 struct TempoTables;
@@ -21,28 +22,16 @@ class Order : public QObject {
 public:
     using PlaylistFolderSection = PlaylistBase::FolderSection;
 
-    /// Questions and calls to other concerns; an empty one is "no" or nobody.
     struct Dependencies {
         Workspace& workspace;
         TempoResults& tempo;
         Preferences& preferences;
         Notifications& notifications;
+        Scheduler& scheduler;
         async::Clock& clock;
-        /// Whether the change of the list at hand is a batch of tags that were read.
-        std::function<bool()> isApplyingMetadataBatch;
-        /// Whether it is a change of favourite flags alone.
-        std::function<bool()> isPatchingFavorites;
-        /// Whether tags are being read, or read tags wait to be applied.
-        std::function<bool()> isLoadingMetadata;
-        /// Whether tracks wait for their tempo.
-        std::function<bool()> isQueueingBPM;
-        /// Called when scrolling starts, and when it stops between the payment of what is owed and its refresh.
-        std::function<void(bool scrolling)> playlistScrolls;
-        /// Called when scrolling stopped.
-        std::function<void()> startBPMWorker;
     };
 
-    explicit Order(Dependencies dependencies);
+    explicit Order(const Dependencies& dependencies);
 
     /// The playlist in display order.
     const QList<Track>& playlistTracks();
@@ -66,7 +55,7 @@ public:
     /// A click on a column heading of Favorites: sorts by another field ascending, turns the present one.
     void activateFavoriteSortFromHeader(TrackSortField field);
 
-    /// Whether the playlist is in motion; freezes its order.
+    /// Whether the playlist is in motion; freezes its order. Work in the background learns of it from here.
     void setPlaylistScrolling(bool scrolling);
     bool playlistIsScrolling() const { return m_refresh.isScrolling(); }
     /// Reading of tags came to an end: a second later the playlist is put in order, if that is owed.
@@ -76,6 +65,8 @@ public:
     void adoptTempoTables(TempoTables tables);
     /// Stores or removes the estimate of a track. The order follows with settleBPMSort().
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
+    /// Whether tempos are being searched for or set in many steps: the order waits for their end.
+    void setSearchingTempo(bool isSearching) { m_refresh.setSearchingTempo(isSearching); }
     /// A round of tempo analysis ended: lists sorted by tempo are put in order, unless that has to wait.
     /// \return whether they were.
     bool settleBPMSort() { return m_refresh.settleBPM(); }
@@ -84,7 +75,7 @@ public:
 
     /// Takes the base order of the rows that the main list gets next, made elsewhere, if it is of the present language.
     void adopt(PlaylistBase base, AppLanguage language);
-    /// Upkeep after a change of the main list.
+    /// Upkeep after a change of the main list, before others hear of it.
     void tracksChanged(const ListChange& change);
 
     /// How often orders were made, for tests and measurements.
@@ -102,8 +93,7 @@ private:
     void languageChanged();
     void reorder();
     void invalidatePlaylistSort() { m_areRowsFinished = false; }
-    void contentsChanged(const QList<int>& rows);
-    bool isFrozen() const;
+    void contentsChanged(const ListChange& change);
     const QList<Track>& baseRows();
     FolderSorts::Key sortKey(LibraryTab tab) const;
     void choose(LibraryTab tab, const FolderSorts::Key& key);

@@ -1,7 +1,10 @@
 #include "core/library/order/SortRefresh.h"
 
-SortRefresh::SortRefresh(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+#include "work/Scheduler.h"
+
+SortRefresh::SortRefresh(async::Clock& clock, const Scheduler& scheduler)
+    : m_clock(clock)
+    , m_scheduler(scheduler)
 {
 }
 
@@ -13,7 +16,7 @@ void SortRefresh::setScrolling(bool scrolling)
         return;
     }
     // One refresh pays for all that is owed.
-    if (m_pendingBPM && !isQueueingBPM()) {
+    if (m_pendingBPM && !m_isSearchingTempo) {
         m_pendingBPM = false;
         m_pendingPopularity = false;
         m_pendingMetadata = true;
@@ -31,8 +34,7 @@ void SortRefresh::oweMetadata()
 
 bool SortRefresh::isDue() const
 {
-    return m_pendingMetadata && !m_isScrolling &&
-           !(m_dependencies.isLoadingMetadata && m_dependencies.isLoadingMetadata());
+    return m_pendingMetadata && !m_isScrolling && !m_scheduler.circumstances().isReadingTags;
 }
 
 void SortRefresh::schedule()
@@ -43,18 +45,18 @@ void SortRefresh::schedule()
 
 async::Task<> SortRefresh::refreshLater(std::stop_token stop)
 {
-    co_await m_dependencies.clock.sleep(async::seconds(kDelay), stop);
+    co_await m_clock.sleep(async::seconds(kDelay), stop);
     if (!isDue())
         co_return;
     m_pendingMetadata = false;
-    m_dependencies.reorder();
+    emit due();
 }
 
 bool SortRefresh::settleBPM()
 {
-    if (!m_pendingBPM || m_isScrolling || isQueueingBPM())
+    if (!m_pendingBPM || m_isScrolling || m_isSearchingTempo)
         return false;
     m_pendingBPM = false;
-    m_dependencies.reorder();
+    emit due();
     return true;
 }

@@ -3,29 +3,26 @@
 #include "async/Clock.h"
 #include "async/TaskSlot.h"
 
-#include <functional>
+#include <QObject>
+
+class Scheduler;
 
 /// When an order change that is owed to the playlist is carried out: not while it scrolls, not while tags stream in,
 /// and a second after both have come to rest. Thread: main.
-class SortRefresh {
+class SortRefresh : public QObject {
+    Q_OBJECT
+
 public:
     /// Seconds without news after which the list is put in order again. Chosen: long enough for a reader's pauses.
     static constexpr double kDelay = 1;
 
-    struct Dependencies {
-        async::Clock& clock;
-        /// Whether tags are being read, or read tags wait to be applied.
-        std::function<bool()> isLoadingMetadata;
-        /// Whether tracks wait for their tempo; may be empty.
-        std::function<bool()> isQueueingBPM;
-        /// Puts the list in order now.
-        std::function<void()> reorder;
-    };
-
-    explicit SortRefresh(Dependencies dependencies);
+    SortRefresh(async::Clock& clock, const Scheduler& scheduler);
 
     bool isScrolling() const { return m_isScrolling; }
     void setScrolling(bool scrolling);
+
+    /// Whether tempos are being searched for.
+    void setSearchingTempo(bool isSearching) { m_isSearchingTempo = isSearching; }
 
     /// Values of rows changed while the order was frozen.
     void oweMetadata();
@@ -43,13 +40,18 @@ public:
     bool isBPMOwed() const { return m_pendingBPM; }
     bool isPopularityOwed() const { return m_pendingPopularity; }
 
+Q_SIGNALS:
+    /// The list is put in order now.
+    void due();
+
 private:
     bool isDue() const;
-    bool isQueueingBPM() const { return m_dependencies.isQueueingBPM && m_dependencies.isQueueingBPM(); }
     async::Task<> refreshLater(std::stop_token stop);
 
-    Dependencies m_dependencies;
+    async::Clock& m_clock;
+    const Scheduler& m_scheduler;
     bool m_isScrolling = false;
+    bool m_isSearchingTempo = false;
     bool m_pendingBPM = false;
     bool m_pendingPopularity = false;
     bool m_pendingMetadata = false;

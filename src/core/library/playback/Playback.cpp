@@ -3,6 +3,7 @@
 #include "async/MainQueue.h"
 #include "core/library/playback/PlaybackPlan.h"
 #include "core/library/selection/Selection.h"
+#include "work/Scheduler.h"
 
 Playback::Playback(const Dependencies& dependencies)
     : m_dependencies(dependencies)
@@ -20,8 +21,8 @@ void Playback::playbackStateDidChange(bool isPlaying, const std::optional<TrackI
     VELMORA_ASSERT_MAIN_THREAD();
     m_isPlaying = isPlaying;
     m_currentTrackID = currentTrackID;
-    if (m_dependencies.playbackStateDidChange)
-        m_dependencies.playbackStateDidChange(isPlaying, currentTrackID);
+    m_dependencies.scheduler.setPlaying(isPlaying);
+    emit told();
 }
 
 void Playback::continuePlaybackAfterRemoving(const QSet<TrackID>& ids, const QList<Track>& rows)

@@ -3,19 +3,21 @@
 #include "core/library/playback/PlayerControl.h"
 
 #include <QList>
+#include <QObject>
 #include <QSet>
 
-#include <functional>
-
+class Scheduler;
 class Selection;
 
-/// The library's side of playing: what the player told last, and what it is asked when rows go. Thread: main.
-class Playback {
+/// The library's side of playing: what the player told last, and what it is asked when rows go. Work in the background
+/// learns from here that something plays. Thread: main.
+class Playback : public QObject {
+    Q_OBJECT
+
 public:
     struct Dependencies {
         Selection& selection;
-        /// Called with what the player told; may be empty.
-        std::function<void(bool isPlaying, const std::optional<TrackID>& currentTrackID)> playbackStateDidChange;
+        Scheduler& scheduler;
     };
 
     explicit Playback(const Dependencies& dependencies);
@@ -31,6 +33,10 @@ public:
     /// Lets the player go on with the row that takes its track's place, which becomes the selection; stops it where
     /// none is left. \param rows the rows as they were before the removal.
     void continuePlaybackAfterRemoving(const QSet<TrackID>& ids, const QList<Track>& rows);
+
+Q_SIGNALS:
+    /// The player told its state, be it the same; the circumstances of work follow it already.
+    void told();
 
 private:
     Dependencies m_dependencies;

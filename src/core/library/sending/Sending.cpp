@@ -1,6 +1,7 @@
 #include "core/library/sending/Sending.h"
 
 #include "async/MainQueue.h"
+#include "core/library/reading/MetadataLoads.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/workspace/Workspace.h"
 
@@ -34,8 +35,8 @@ Track copied(const Track& track)
 
 } // namespace
 
-Sending::Sending(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+Sending::Sending(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
 {
 }
 
@@ -54,9 +55,8 @@ void Sending::addTracksToAnalysis(const QSet<TrackID>& ids)
     if (added.isEmpty())
         return;
     workspace.setList(Track::MetadataDestination::Analysis, workspace.analysisTracks().rows() + added);
-    m_dependencies.readForAnalysis(added);
-    if (m_dependencies.analyzeQuality)
-        m_dependencies.analyzeQuality(addedIDs);
+    m_dependencies.loads.schedule(added, Track::MetadataDestination::Analysis);
+    emit qualityWanted(addedIDs);
     m_dependencies.status.showCounted(QStringLiteral("Отправлено в анализ: %d"), {added.size()},
                                       QStringLiteral("waveform.path.ecg"), WorkspaceStatus::Tone::Success);
 }

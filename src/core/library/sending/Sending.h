@@ -3,26 +3,25 @@
 #include "core/model/Track.h"
 
 #include <QList>
+#include <QObject>
 #include <QSet>
 
-#include <functional>
-
+class MetadataLoads;
 class StatusLine;
 class Workspace;
 
 /// Tracks sent on from one section to another. Thread: main.
-class Sending {
+class Sending : public QObject {
+    Q_OBJECT
+
 public:
     struct Dependencies {
         Workspace& workspace;
         StatusLine& status;
-        /// Reads the tags of rows that joined the analysis list.
-        std::function<void(const QList<Track>& tracks)> readForAnalysis;
-        /// Starts the quality analysis of rows that joined; may be empty.
-        std::function<void(const QSet<TrackID>& ids)> analyzeQuality;
+        MetadataLoads& loads;
     };
 
-    explicit Sending(Dependencies dependencies);
+    explicit Sending(const Dependencies& dependencies);
 
     /// Appends copies, under ids of their own, of those tracks whose file is not in the analysis list yet.
     void addTracksToAnalysis(const QSet<TrackID>& ids);
@@ -30,6 +29,10 @@ public:
     int addTracksToConversion(const QSet<TrackID>& ids);
     /// Appends queue rows for files not queued yet, without a message. \param urls standardized. \return how many.
     int appendToConversion(const QList<QUrl>& urls);
+
+Q_SIGNALS:
+    /// The quality of rows that joined the analysis list is wanted.
+    void qualityWanted(const QSet<TrackID>& ids);
 
 private:
     Dependencies m_dependencies;

@@ -1,14 +1,16 @@
 #include "core/library/session/Session.h"
 
 #include "async/MainQueue.h"
-#include "core/library/imports/MetadataLoads.h"
 #include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
+#include "core/library/playback/Playback.h"
+#include "core/library/reading/MetadataLoads.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Localization.h"
 #include "platform/Preferences.h"
@@ -85,6 +87,9 @@ void Session::watchWorkspace()
     connect(workspace, &Workspace::duplicateSearchRootsChanged, this, &Session::scheduleWorkspaceSave);
     connect(workspace, &Workspace::selectionChanged, this, &Session::scheduleWorkspaceSave);
     connect(workspace, &Workspace::activeTabChanged, this, &Session::scheduleWorkspaceSave);
+    connect(&m_dependencies.tempo, &Tempo::resultsChanged, this, &Session::scheduleWorkspaceSave);
+    connect(&m_dependencies.tempo, &Tempo::checkpointReached, this, &Session::saveWorkspaceSessionNow);
+    connect(&m_dependencies.keys, &Keys::resultsChanged, this, &Session::scheduleWorkspaceSave);
     connect(&m_dependencies.loads, &MetadataLoads::progressChanged, this, [this] {
         if (m_dependencies.loads.operationCount() == 0)
             scheduleWorkspaceSave();
@@ -201,7 +206,7 @@ SessionRecord Session::makeWorkspaceSession()
         if (state->focusedID)
             record.tabFocusedIDs->insert(rawValue(tab), *state->focusedID);
     }
-    record.resumeTrackID = m_dependencies.currentTrackID ? m_dependencies.currentTrackID() : std::nullopt;
+    record.resumeTrackID = m_dependencies.playback.currentTrackID();
     if (!record.resumeTrackID)
         record.resumeTrackID = workspace.selectedID();
     for (const ConversionItem& item : workspace.conversionItems())
@@ -292,7 +297,7 @@ void Session::startLoads(const WorkspaceLoad::Result& result)
     for (const Destination list :
          {Destination::Library, Destination::Analysis, Destination::MusicalKey, Destination::Duplicates})
         loads.schedule(workspace.list(list).rows(), list);
-    if (m_dependencies.preloadWaveforms && !result.waveformURLs.isEmpty())
+    if (!result.waveformURLs.isEmpty())
         m_waveformTask.start([this, urls = result.waveformURLs](std::stop_token stop) {
             return preloadInSlices(urls, std::move(stop));
         });
@@ -302,7 +307,7 @@ void Session::startLoads(const WorkspaceLoad::Result& result)
 async::Task<> Session::preloadInSlices(QList<QUrl> urls, std::stop_token stop)
 {
     for (qsizetype first = 0; first < urls.size(); first += kWaveformSlice) {
-        m_dependencies.preloadWaveforms(urls.mid(first, kWaveformSlice));
+        m_dependencies.waveforms.preloadWaveforms(urls.mid(first, kWaveformSlice));
         co_await m_dependencies.clock.sleep(async::seconds(kFrame), stop);
     }
 }

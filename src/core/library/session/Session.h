@@ -13,10 +13,12 @@
 class Keys;
 class MetadataLoads;
 class Order;
+class Playback;
 class Preferences;
 class Selection;
 class StatusLine;
 class Tempo;
+class Waveforms;
 class Workspace;
 class WorkspaceSessionStorage;
 
@@ -38,10 +40,8 @@ public:
         async::Clock& clock;
         async::Executor& executor;
         WorkspaceSessionStorage* storage; ///< may be null; outlives the executor's jobs
-        /// The player's track; may be empty.
-        std::function<std::optional<TrackID>()> currentTrackID;
-        /// Wants the waveforms of files; may be empty.
-        std::function<void(const QList<QUrl>&)> preloadWaveforms;
+        Playback& playback;
+        Waveforms& waveforms;
     };
     /// A copy of an earlier session, as it is offered.
     struct Checkpoint {

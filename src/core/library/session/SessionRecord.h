@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/library/tempo/TempoTables.h"
+#include "core/library/results/TempoTables.h"
 #include "core/model/MusicalKey.h"
 #include "core/model/Track.h"
 

@@ -78,7 +78,15 @@ bool WorkspaceSessionStorage::isTestProcess()
 
 bool WorkspaceSessionStorage::isOff() const
 {
-    return m_options.skipInTests && isTestProcess();
+    return m_options.isOff || (m_options.skipInTests && isTestProcess());
+}
+
+WorkspaceSessionStorage& WorkspaceSessionStorage::none()
+{
+    Options options;
+    options.isOff = true;
+    static WorkspaceSessionStorage storage(QString(), options);
+    return storage;
 }
 
 QString WorkspaceSessionStorage::sessionFile() const

@@ -35,6 +35,7 @@ public:
         bool skipInTests = true;
         double checkpointInterval = 900; ///< seconds between two copies that nothing else asks for
         int maximumCheckpoints = 12;     ///< automatic ones that stay
+        bool isOff = false;              ///< nothing is kept at all
     };
     /// A copy of an earlier session.
     struct Checkpoint {
@@ -49,6 +50,8 @@ public:
     }
     WorkspaceSessionStorage(QString folder, const Options& options);
 
+    /// The one that keeps nothing.
+    static WorkspaceSessionStorage& none();
     /// Whether the process runs tests, in which the user's files are left alone.
     static bool isTestProcess();
     /// Whether nothing here has an effect.

@@ -1,32 +1,29 @@
 #include "core/library/tempo/Tempo.h"
 
 #include "async/MainQueue.h"
-#include "core/library/files/FileEvents.h"
+#include "core/library/analysis/AudioAnalyser.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/order/Order.h"
+#include "core/library/playback/Playback.h"
+#include "core/library/reading/MetadataLoads.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
 
+#include <cmath>
+
 namespace {
+
+using Outcome = BPMAnalysisOutcome::Case;
 
 constexpr double kNotificationPause = 0.1; // seconds; bursts of results cost one publication
 constexpr double kForcedSavePause = 5;     // seconds between two saves in the middle of a batch
 
-bool isTrue(const std::function<bool()>& question)
+/// The decimal text of a tempo, rounded to a whole number.
+QString textOf(double bpm)
 {
-    return question && question();
-}
-
-void call(const std::function<void()>& listener)
-{
-    if (listener)
-        listener();
-}
-
-bool hasTag(const Track& track)
-{
-    return !QStringView(track.tags().bpm).trimmed().isEmpty();
+    return QString::number(std::llround(bpm));
 }
 
 /// A file and the estimate that is kept for it.
@@ -49,52 +46,39 @@ QSet<QString> changedFiles(const QList<RecordedFile>& files, const std::stop_tok
     return changed;
 }
 
+TempoFinding listen(AudioAnalyser& analyser, const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop)
+{
+    TempoFinding finding{analyser.tempo(url, mode, std::move(stop)), url, {}};
+    if (finding.outcome.which == Outcome::Success) {
+        const TempoEstimate& estimate = finding.outcome.estimate;
+        finding.record = CachedBPMEstimate::make(url, textOf(estimate.bpm), estimate.confidence);
+    }
+    return finding;
+}
+
 } // namespace
 
-Tempo::Tempo(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
-    , m_workers(workersDependencies())
-    , m_recordTasks(1)
+Tempo::Tempo(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
+    , m_entry(dependencies.board, WorkKinds::kTempo)
+    , m_queue(WorkKinds::kTempo, *this, dependencies.scheduler, dependencies.executor)
 {
-    connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, [this] { m_rowCount.reset(); });
+    m_entry.setAhead(true); // it tells of the whole list, also while it waits
+    connect(&m_entry, &WorkEntry::stopRequested, this, &Tempo::dropBPMQueue);
+    connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, [this] { m_progress.forget(); });
     connect(&m_dependencies.tagWriting, &TagWriting::tempoEdited, this, &Tempo::tagsEdited);
+    connect(&m_dependencies.loads, &MetadataLoads::tempoWanted, this, &Tempo::detectBPM);
     connect(&m_dependencies.events, &FileEvents::changed, this, &Tempo::fileChanged);
+    connect(&m_dependencies.playback, &Playback::told, this, &Tempo::playerTold);
 }
 
 Tempo::~Tempo() = default;
-
-BPMWorkers::Dependencies Tempo::workersDependencies()
-{
-    return {m_dependencies.clock,
-            m_dependencies.executor,
-            m_queue,
-            m_dependencies.analyzeBPM,
-            [this] { return currentBPMSchedulingPolicy(); },
-            [this] { return m_isPlaying; },
-            [this](const TrackID& id) {
-                const Track* track = withoutTag(id);
-                return track ? std::optional(track->url()) : std::nullopt;
-            },
-            [this](const TrackID& id, const QUrl& url, const BPMAnalysisResult& result) { finished(id, url, result); },
-            [this](const TrackID& id) {
-                stateChanged(id);
-                announceStates();
-                scheduleBPMNotification();
-            }};
-}
-
-BPMAnalysisSchedulingPolicy Tempo::currentBPMSchedulingPolicy() const
-{
-    return BPMScheduling::currentBPMSchedulingPolicy(
-        {m_isPlaying, m_dependencies.order.playlistIsScrolling(), isTrue(m_dependencies.isLoadingMetadata),
-         isTrue(m_dependencies.bpmResourcesAreConstrained), m_queue.size()});
-}
 
 /// Null for a track that has gone or whose tag tells its tempo.
 const Track* Tempo::withoutTag(const TrackID& id) const
 {
     const Track* track = m_dependencies.workspace.tracks().find(id);
-    return track && !hasTag(*track) ? track : nullptr;
+    return track && !TempoProgress::hasTag(*track) ? track : nullptr;
 }
 
 void Tempo::detectBPM(const QSet<TrackID>& ids)
@@ -120,14 +104,15 @@ async::Task<> Tempo::takeRequests(std::stop_token stop)
 {
     while (!m_requests.isEmpty()) {
         const TempoRequests::Slice slice = m_requests.next(m_dependencies.workspace.tracks());
+        const FileResults<CachedBPMEstimate>& files = m_dependencies.results.files();
         QList<RecordedFile> recorded;
-        const bool mayTakeOver = m_dependencies.results.knowsFiles() && !slice.again;
+        const bool mayTakeOver = !files.table().isEmpty() && !slice.again;
         for (const TrackID& id : mayTakeOver ? slice.ids : QList<TrackID>()) {
             const Track* track = withoutTag(id);
             if (!track || m_dependencies.results.hasEstimate(id))
                 continue;
             const QString path = FileURL::standardizedPath(track->url());
-            if (const CachedBPMEstimate* known = m_dependencies.results.ofFile(path))
+            if (const CachedBPMEstimate* known = files.find(path))
                 recorded.append({track->url(), path, *known});
         }
         QSet<QString> changed;
@@ -152,31 +137,31 @@ void Tempo::enqueue(const TempoRequests::Slice& slice, const QSet<QString>& chan
             continue;
         if (!slice.again && takeOverFileEstimate(*track, changedFiles))
             hasTakenOver = true;
-        else if (!m_queue.contains(id) && m_dependencies.analyzeBPM)
+        else if (!m_queue.isQueued(id))
             fresh.append(id);
     }
     announceStates();
     if (hasTakenOver) {
-        call(m_dependencies.scheduleWorkspaceSave);
+        emit resultsChanged();
         scheduleBPMNotification();
     }
     if (fresh.isEmpty())
         return;
-    m_queue.append(fresh);
     const std::optional<TrackID>& selected = m_dependencies.workspace.selectedID();
-    if (!m_isPlaying && selected && fresh.contains(*selected))
-        m_queue.setPriority(selected);
+    if (!m_dependencies.playback.isPlaying() && selected && fresh.contains(*selected))
+        m_queue.prefer({*selected});
+    m_queue.append(fresh);
+    tellSearching();
     scheduleBPMNotification();
-    startBPMWorkerIfPossible();
 }
 
 bool Tempo::takeOverFileEstimate(const Track& track, const QSet<QString>& changedFiles)
 {
     TempoResults& results = m_dependencies.results;
-    if (!results.knowsFiles())
+    if (results.files().table().isEmpty())
         return false;
     const QString path = FileURL::standardizedPath(track.url());
-    const CachedBPMEstimate* known = results.ofFile(path);
+    const CachedBPMEstimate* known = results.files().find(path);
     if (!known || changedFiles.contains(path))
         return false;
     const double confidence = known->confidence;
@@ -185,55 +170,143 @@ bool Tempo::takeOverFileEstimate(const Track& track, const QSet<QString>& change
     return true;
 }
 
-void Tempo::finished(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result)
+WorkJob<TempoFinding> Tempo::begin(const TrackID& id, const Allowance& allowance)
 {
-    using Case = BPMAnalysisOutcome::Case;
-    const bool isWanted = withoutTag(id);
-    if (isWanted && result.outcome.which == Case::RetryableFailure && m_queue.retryLater(id))
-        return;
-    m_queue.drop(id);
-    if (isWanted && result.outcome.which == Case::Success)
-        succeeded(id, url, result);
+    const Track* track = withoutTag(id);
+    if (!track)
+        return WorkJob<TempoFinding>::unwanted();
+    const BPMAnalysisMode mode{allowance.pace == Pace::Gentle, allowance.priority == async::Priority::Background};
+    return WorkJob<TempoFinding>::onWorker(
+        [&analyser = m_dependencies.analyser, url = track->url(), mode](std::stop_token stop) {
+            return listen(analyser, url, mode, std::move(stop));
+        });
 }
 
-void Tempo::succeeded(const TrackID& id, const QUrl& url, const BPMAnalysisResult& result)
+/// An analyser that throws is a failure like others.
+WorkEnd Tempo::finished(const TrackID& id, std::optional<TempoFinding> finding)
 {
-    const TempoEstimate& estimate = result.outcome.estimate;
+    const Outcome outcome = finding ? finding->outcome.which : Outcome::RetryableFailure;
+    if (outcome == Outcome::Cancelled)
+        return WorkEnd::PutBack;
+    if (!withoutTag(id) || outcome == Outcome::PermanentFailure)
+        return WorkEnd::Done;
+    if (outcome == Outcome::RetryableFailure)
+        return WorkEnd::OnceMore;
+    succeeded(id, *finding);
+    return WorkEnd::Done;
+}
+
+void Tempo::succeeded(const TrackID& id, const TempoFinding& finding)
+{
+    const TempoEstimate& estimate = finding.outcome.estimate;
     TempoResults& results = m_dependencies.results;
-    setEstimatedBPM(id, BPMWorkers::textOf(estimate.bpm));
-    if (result.record)
-        results.setOfFile(FileURL::standardizedPath(url), *result.record);
+    setEstimatedBPM(id, textOf(estimate.bpm));
+    if (finding.record)
+        results.files().set(FileURL::standardizedPath(finding.url), *finding.record);
     results.setConfidence(id, estimate.confidence);
     results.setAlternatives(id, estimate.alternatives);
+    tellSaver();
+}
+
+void Tempo::tellSaver()
+{
     const async::Duration now = m_dependencies.clock.now();
-    const bool isSaveDue =
-        !m_lastBPMWorkspaceCheckpointAt || now - *m_lastBPMWorkspaceCheckpointAt >= async::seconds(kForcedSavePause);
-    if (isSaveDue) {
-        m_lastBPMWorkspaceCheckpointAt = now;
-        call(m_dependencies.saveWorkspaceSessionNow);
+    const bool isCheckpointDue = !m_lastCheckpointAt || now - *m_lastCheckpointAt >= async::seconds(kForcedSavePause);
+    if (isCheckpointDue) {
+        m_lastCheckpointAt = now;
+        emit checkpointReached();
     } else if (m_queue.waiting().isEmpty()) {
-        call(m_dependencies.scheduleWorkspaceSave);
+        emit resultsChanged();
     }
 }
 
 /// Where the music in the file is the same, what was known of it holds on.
 void Tempo::fileChanged(const FileChange& change)
 {
-    if (!change.isSoundSame || !change.before || !change.after)
-        return;
-    const CachedBPMEstimate* known = m_dependencies.results.ofFile(FileURL::standardizedPath(change.former));
-    if (!known || !change.before->isSameFile({known->byteCount, known->modificationDate}))
-        return;
-    const CachedBPMEstimate renewed{known->bpm, known->confidence, change.after->byteCount,
-                                    change.after->modificationDate};
-    m_dependencies.results.setOfFile(FileURL::standardizedPath(change.url), renewed);
-    call(m_dependencies.scheduleWorkspaceSave);
+    if (m_dependencies.results.files().follow(change))
+        emit resultsChanged();
+}
+
+/// A tempo that is typed is believed; where it is taken out, what is heard shall show.
+void Tempo::tagsEdited(const QSet<TrackID>& ids)
+{
+    QSet<TrackID> told;
+    QSet<TrackID> untold;
+    for (const TrackID& id : ids) {
+        if (m_dependencies.workspace.tracks().contains(id))
+            (withoutTag(id) ? untold : told).insert(id);
+    }
+    if (!told.isEmpty())
+        giveUp(told);
+    detectBPM(untold);
+}
+
+void Tempo::giveUp(const QSet<TrackID>& ids)
+{
+    withdraw(ids);
+    for (const TrackID& id : ids)
+        setEstimatedBPM(id, std::nullopt);
+    estimatesChosen();
+}
+
+QSet<TrackID> Tempo::withdraw(const QSet<TrackID>& ids)
+{
+    QSet<TrackID> queued;
+    for (const TrackID& id : m_queue.isEmpty() ? QSet<TrackID>() : ids) {
+        if (m_queue.isQueued(id))
+            queued.insert(id);
+    }
+    m_queue.withdraw(queued);
+    return queued;
+}
+
+void Tempo::estimatesChosen()
+{
+    announceStates();
+    scheduleBPMNotification();
+    emit resultsChanged();
+}
+
+void Tempo::setChoosing(bool isChoosing)
+{
+    m_isChoosing = isChoosing;
+    tellSearching();
+    scheduleBPMNotification();
+}
+
+void Tempo::dropBPMQueue()
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_requestTask.cancel();
+    m_requests = {};
+    m_dependencies.loads.forgetDeferredTempo();
+    m_queue.drop();
+    scheduleBPMNotification();
+}
+
+void Tempo::playerTold()
+{
+    if (m_dependencies.playback.isPlaying())
+        preferPlayed();
+    else
+        m_queue.prefer({});
+}
+
+/// The track that plays comes first, where others are being analysed anyway.
+void Tempo::preferPlayed()
+{
+    const std::optional<TrackID>& played = m_dependencies.playback.currentTrackID();
+    const bool isWanted = played && withoutTag(*played) && !m_queue.isEmpty() &&
+                          (m_queue.isQueued(*played) || !m_dependencies.results.hasEstimate(*played));
+    m_queue.prefer(isWanted ? QList<TrackID>{*played} : QList<TrackID>());
+    if (isWanted && !m_queue.append({*played}).isEmpty())
+        scheduleBPMNotification();
 }
 
 void Tempo::restoreTempoTables(TempoTables tables)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    m_rowCount.reset();
+    m_progress.forget();
     m_dependencies.order.adoptTempoTables(std::move(tables));
 }
 
@@ -241,22 +314,24 @@ void Tempo::setEstimatedBPM(const TrackID& id, const std::optional<QString>& tex
 {
     const bool had = m_dependencies.results.hasEstimate(id);
     m_dependencies.order.setEstimatedBPM(id, text);
-    if (m_rowCount && had != text.has_value()) {
-        const Track* track = withoutTag(id);
-        if (track && track->isInPlaylist())
-            m_rowCount->completed += text ? 1 : -1;
+    if (had != text.has_value()) {
+        if (const Track* track = m_dependencies.workspace.tracks().find(id))
+            m_progress.estimateChanged(*track, text.has_value());
     }
-    stateChanged(id);
+    m_changedStates.insert(id);
 }
 
 PlaylistBPMState Tempo::playlistBPMState(const TrackID& id) const
 {
-    return {m_workers.isAnalyzing(id), m_dependencies.results.estimate(id)};
+    return {m_queue.stateOf(id) == WorkState::Running, m_dependencies.results.estimate(id)};
 }
 
-void Tempo::stateChanged(const TrackID& id)
+void Tempo::statesChanged(const QSet<TrackID>& ids)
 {
-    m_changedStates.insert(id);
+    m_changedStates.unite(ids);
+    tellSearching();
+    announceStates();
+    scheduleBPMNotification();
 }
 
 void Tempo::announceStates()
@@ -264,6 +339,11 @@ void Tempo::announceStates()
     const QSet<TrackID> changed = std::exchange(m_changedStates, {});
     if (!changed.isEmpty())
         emit playlistBPMStatesChanged(changed);
+}
+
+void Tempo::tellSearching()
+{
+    m_dependencies.order.setSearchingTempo(isQueueing() || m_isChoosing);
 }
 
 void Tempo::scheduleBPMNotification()
@@ -277,33 +357,14 @@ async::Task<> Tempo::notifyLater(std::stop_token stop)
 {
     co_await m_dependencies.clock.sleep(async::seconds(kNotificationPause), stop);
     m_isNotificationPending = false;
-    if (m_progressState.update(bpmAnalysisProgress()))
-        emit progressChanged();
+    m_entry.show(bpmAnalysisProgress().value_or(WorkProgress()));
     m_dependencies.order.settleBPMSort();
     emit m_dependencies.notifications.velmoraBPMDidChange();
 }
 
-std::optional<BPMAnalysisProgress> Tempo::bpmAnalysisProgress() const
+std::optional<WorkProgress> Tempo::bpmAnalysisProgress() const
 {
     if (!isQueueing())
         return std::nullopt;
-    if (!m_rowCount)
-        countRows();
-    if (m_rowCount->completed < m_rowCount->total) // else others are queued
-        return BPMAnalysisProgress{m_rowCount->completed, m_rowCount->total};
-    const qsizetype done = std::max<qsizetype>(m_queue.batchTotal() - m_queue.size(), 0);
-    return BPMAnalysisProgress{static_cast<int>(done), static_cast<int>(m_queue.batchTotal())};
-}
-
-void Tempo::countRows() const
-{
-    RowCount count;
-    for (const Track& track : m_dependencies.workspace.tracks()) {
-        if (!track.isInPlaylist())
-            continue;
-        ++count.total;
-        if (hasTag(track) || m_dependencies.results.hasEstimate(track.id()))
-            ++count.completed;
-    }
-    m_rowCount = count;
+    return m_progress.of(m_dependencies.workspace.tracks(), m_dependencies.results, m_queue.progress());
 }

@@ -1,43 +1,70 @@
 #include "core/library/waveforms/Waveforms.h"
 
 #include "async/MainQueue.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/selection/Selection.h"
+#include "core/library/waveforms/Envelopes.h"
 
 #include <algorithm>
 
 namespace {
-/// What is handed over of the rows behind the track; the queue takes fewer, and lists are long.
-constexpr qsizetype kFollowing = 8;
+
+constexpr qsizetype kPreferred = 3; // what plays and the two behind it
+
 } // namespace
 
 Waveforms::Waveforms(const Dependencies& dependencies)
     : m_dependencies(dependencies)
+    , m_queue(WorkKinds::kWaveform, *this, dependencies.scheduler, dependencies.executor)
 {
-}
-
-void Waveforms::preloadWaveform(const QUrl& url)
-{
-    preloadWaveforms({url});
 }
 
 void Waveforms::preloadWaveforms(const QList<QUrl>& urls)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (m_dependencies.preload && !urls.isEmpty())
-        m_dependencies.preload(urls);
+    m_queue.append(urls);
+}
+
+void Waveforms::playerTold(bool isPlaying, const QUrl& currentURL, const std::optional<TrackID>& currentTrackID)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (!isPlaying) {
+        m_playedID.reset();
+        m_queue.prefer({});
+        return;
+    }
+    m_queue.interruptOthersThan(currentURL);
+    if (std::exchange(m_playedID, currentTrackID) != currentTrackID && currentTrackID)
+        prioritizeWaveformsForPlayback(*currentTrackID);
 }
 
 void Waveforms::prioritizeWaveformsForPlayback(const TrackID& trackID)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (!m_dependencies.prioritize)
-        return;
     const QList<Track> rows = m_dependencies.selection.visibleTracks();
-    const auto current = std::ranges::find(rows, trackID, &Track::id);
-    if (current == rows.cend())
+    QList<QUrl> urls;
+    for (auto row = std::ranges::find(rows, trackID, &Track::id); row != rows.cend() && urls.size() < kPreferred; ++row)
+        urls.append(row->url());
+    if (urls.isEmpty())
         return;
-    QList<QUrl> following;
-    for (auto row = current + 1; row != rows.cend() && following.size() < kFollowing; ++row)
-        following.append(row->url());
-    m_dependencies.prioritize(current->url(), following);
+    m_queue.prefer(urls);
+    m_queue.append(urls);
+}
+
+/// While something plays, all but what is preferred waits: each file may start a decoder.
+WorkJob<bool> Waveforms::begin(const QUrl& url, const Allowance&)
+{
+    if (m_dependencies.scheduler.circumstances().isPlaying && !m_queue.isPreferred(url))
+        return WorkJob<bool>::later();
+    return WorkJob<bool>::onMain([&envelopes = m_dependencies.envelopes, url](std::stop_token stop) {
+        return envelopes.prepare(url, std::move(stop));
+    });
+}
+
+/// A file without an envelope is left to whoever shows it.
+WorkEnd Waveforms::finished(const QUrl& url, std::optional<bool> isThere)
+{
+    if (isThere.value_or(false))
+        emit prepared(url);
+    return WorkEnd::Done;
 }

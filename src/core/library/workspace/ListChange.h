@@ -9,7 +9,14 @@ struct ListChange {
         Appended, ///< rows from `first` on are new, all before is untouched
         Structure ///< anything else
     };
+    /// What is told by the operation that changed the list.
+    enum class Cause {
+        Other,
+        TagBatch,     ///< tags that were read come in; there may be more
+        FavoriteFlags ///< stars alone
+    };
     Kind kind = Kind::Structure;
     QList<int> rows; ///< ascending, for Contents
     int first = 0;   ///< for Appended
+    Cause cause = Cause::Other;
 };

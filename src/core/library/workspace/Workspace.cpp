@@ -33,10 +33,11 @@ TrackList& Workspace::mutableList(Track::MetadataDestination destination)
     Q_UNREACHABLE();
 }
 
-void Workspace::setList(Track::MetadataDestination destination, QList<Track> tracks)
+void Workspace::setList(Track::MetadataDestination destination, QList<Track> tracks, ListChange::Cause cause)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const ListChange change = mutableList(destination).assign(std::move(tracks));
+    ListChange change = mutableList(destination).assign(std::move(tracks));
+    change.cause = cause;
     if (change.kind == ListChange::Kind::Contents && change.rows.isEmpty())
         return;
     ++m_listRevision;
@@ -61,8 +62,10 @@ void Workspace::adoptTracks(TrackList tracks)
 void Workspace::announceTracks(const ListChange& change)
 {
     Q_ASSERT(favoritesAreInCovers(m_tracks));
-    if (tracksUpkeep)
-        tracksUpkeep(change);
+    emit tracksUpkeep(change);
+    // A batch of reads raises the revision itself, once; a star changes nothing that is analysed.
+    if (change.cause == ListChange::Cause::Other)
+        raisePlaylistAnalysisRevision();
     emit tracksChanged(change);
 }
 

@@ -11,7 +11,6 @@
 #include <QObject>
 #include <QSet>
 
-#include <functional>
 #include <optional>
 
 /// The state that the window shows: the lists, the selection and the messages. Owned by LibraryStore. Only the concerns
@@ -32,16 +31,14 @@ public:
 
     /// One assignment per operation, however many tracks it touches.
     void setTracks(QList<Track> tracks) { setList(Track::MetadataDestination::Library, std::move(tracks)); }
-    void setList(Track::MetadataDestination destination, QList<Track> tracks);
+    void setList(Track::MetadataDestination destination, QList<Track> tracks,
+                 ListChange::Cause cause = ListChange::Cause::Other);
     /// setTracks() into the empty list, for rows whose places were entered elsewhere.
     void adoptTracks(TrackList tracks);
     void setConversionItems(QList<ConversionItem> items);
     /// Folders and files that the duplicate search looks through.
     const QList<QUrl>& duplicateSearchRoots() const { return m_duplicateSearchRoots; }
     void setDuplicateSearchRoots(QList<QUrl> roots);
-
-    /// Runs after each change of `tracks`, before its signal: the upkeep of whatever is derived from the list.
-    std::function<void(const ListChange&)> tracksUpkeep;
 
     /// The order or the filter of a section's rows changed although no list did.
     void noteOrderChange();
@@ -90,6 +87,8 @@ public:
     void setLastError(std::optional<QString> error);
 
 Q_SIGNALS:
+    /// Before tracksChanged(), for what is derived from the list and asked by those who listen there.
+    void tracksUpkeep(const ListChange& change);
     void tracksChanged(const ListChange& change);
     /// A list other than `tracks`.
     void sectionListChanged(Track::MetadataDestination destination, const ListChange& change);

@@ -66,9 +66,12 @@ int main(int argc, char** argv)
     Notifications notifications;
     FakeTagFiles files;
     auto executor = std::make_unique<async::ThreadExecutor>();
-    LibraryServices services{clock, *executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}};
-    services.readMetadata = [](const QUrl&, const AudioTags&) { return std::nullopt; };
-    services.sessionStorage = &storage;
+    const LibraryServices services{.clock = clock,
+                                   .executor = *executor,
+                                   .preferences = preferences,
+                                   .notifications = notifications,
+                                   .tagFiles = files,
+                                   .sessionStorage = storage};
     auto store = std::make_unique<LibraryStore>(services);
     store->workspace().setTracks({SessionSamples::row(QStringLiteral("/music/first.mp3"))});
     const int first = seed * kOperations; // no number twice, whatever earlier runs left

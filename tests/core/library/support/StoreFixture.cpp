@@ -17,31 +17,49 @@ void StoreFixture::useTrashCan(TrashCan& can)
     m_trashCan = &can;
     store = std::make_unique<LibraryStore>(services());
     store->playback().setPlayer(&player);
+    const auto note = [this](const QSet<TrackID>& ids) { qualityAsked.unite(ids); };
+    QObject::connect(&store->sending(), &Sending::qualityWanted, &store->workspace(), note);
+    QObject::connect(&store->imports(), &Imports::qualityWanted, &store->workspace(), note);
 }
 
-LibraryServices StoreFixture::services()
+LibraryServices StoreFixture::services(WorkspaceSessionStorage& storage)
 {
-    LibraryServices services{clock, executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}, {}, {}, {}};
-    services.readMetadata = [this](const QUrl& url, const AudioTags& fallback) {
-        readURLs.append(url);
-        return reader ? reader(url, fallback) : std::nullopt;
-    };
-    services.analyzeBPM = [this](const QUrl& url, const BPMAnalysisMode& mode, const std::stop_token& stop) {
-        ++tempoCalls;
-        if (const std::optional<int> row = workspace().tracks().indexOfURL(url))
-            tempoAsked.insert(workspace().tracks().at(*row).id());
-        return analyzer ? analyzer(url, mode, stop)
-                        : BPMAnalysisOutcome{BPMAnalysisOutcome::Case::PermanentFailure, {}};
-    };
-    services.bpmResourcesAreConstrained = [this] { return areResourcesConstrained; };
-    services.preloadWaveforms = [this](const QList<QUrl>& urls) { waveformURLs.append(urls); };
-    services.analyzeQuality = [this](const QSet<TrackID>& asked) { qualityAsked.unite(asked); };
-    services.trashCan = m_trashCan;
-    services.analyzeMusicalKey = [this](const QUrl& url, const std::stop_token&) {
-        keyURLs.append(url);
-        return keyOf ? keyOf(url) : std::nullopt;
-    };
-    return services;
+    return {.clock = clock,
+            .executor = executor,
+            .preferences = preferences,
+            .notifications = notifications,
+            .tagFiles = files,
+            .tagReader = fakes,
+            .analyser = fakes,
+            .envelopes = fakes,
+            .trashCan = *m_trashCan,
+            .sessionStorage = storage};
+}
+
+std::optional<LoadedTrackMetadata> FixtureServices::read(const QUrl& url, const AudioTags& fallbackTags)
+{
+    m_fixture.readURLs.append(url);
+    return m_fixture.reader ? m_fixture.reader(url, fallbackTags) : std::nullopt;
+}
+
+BPMAnalysisOutcome FixtureServices::tempo(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop)
+{
+    ++m_fixture.tempoCalls;
+    if (const std::optional<int> row = m_fixture.workspace().tracks().indexOfURL(url))
+        m_fixture.tempoAsked.insert(m_fixture.workspace().tracks().at(*row).id());
+    return m_fixture.analyzer ? m_fixture.analyzer(url, mode, stop) : AudioAnalyser::tempo(url, mode, stop);
+}
+
+std::optional<MusicalKeyAnalysis> FixtureServices::musicalKey(const QUrl& url, std::stop_token)
+{
+    m_fixture.keyURLs.append(url);
+    return m_fixture.keyOf ? m_fixture.keyOf(url) : std::nullopt;
+}
+
+async::Task<bool> FixtureServices::prepare(QUrl url, std::stop_token)
+{
+    m_fixture.waveformURLs.append(url);
+    co_return true;
 }
 
 StoreFixture::~StoreFixture()

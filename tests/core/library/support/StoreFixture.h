@@ -14,7 +14,9 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
+#include "core/library/tempo/TempoChoices.h"
 #include "core/library/undo/History.h"
+#include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -24,6 +26,8 @@
 #include "support/FakeTrashCan.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutor.h"
+#include "work/Scheduler.h"
+#include "work/WorkBoard.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -47,14 +51,34 @@ public:
     int stops = 0;
 };
 
+class StoreFixture;
+
+/// What the store hears and reads, as its fixture says.
+class FixtureServices final : public TagReader, public AudioAnalyser, public Envelopes {
+public:
+    explicit FixtureServices(StoreFixture& fixture)
+        : m_fixture(fixture)
+    {
+    }
+    std::optional<LoadedTrackMetadata> read(const QUrl& url, const AudioTags& fallbackTags) override;
+    BPMAnalysisOutcome tempo(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop) override;
+    std::optional<MusicalKeyAnalysis> musicalKey(const QUrl& url, std::stop_token stop) override;
+    async::Task<bool> prepare(QUrl url, std::stop_token stop) override;
+
+private:
+    StoreFixture& m_fixture;
+};
+
 /// A store on the manual clock and executor, with made-up reads.
 class StoreFixture : public testing::Test {
 protected:
     StoreFixture();
     ~StoreFixture() override;
 
+    friend class FixtureServices;
+
     /// What the store stands on.
-    LibraryServices services();
+    LibraryServices services(WorkspaceSessionStorage& storage = WorkspaceSessionStorage::none());
     /// Builds the store anew upon another Trash, which outlives it.
     void useTrashCan(TrashCan& can);
 
@@ -97,9 +121,9 @@ protected:
     std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)> reader;
     /// What an analysis of tempo gives; a failure for good where it is empty.
     std::function<BPMAnalysisOutcome(const QUrl&, const BPMAnalysisMode&, const std::stop_token&)> analyzer;
-    bool areResourcesConstrained = false;
     /// What the analysis of a key gives; nothing for files without a key.
     std::function<std::optional<MusicalKeyAnalysis>(const QUrl&)> keyOf;
+    FixtureServices fakes{*this};
     std::unique_ptr<LibraryStore> store;
 
 private:

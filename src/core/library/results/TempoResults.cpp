@@ -1,4 +1,4 @@
-#include "core/library/tempo/TempoResults.h"
+#include "core/library/results/TempoResults.h"
 
 namespace {
 
@@ -13,28 +13,30 @@ std::optional<Value> found(const QHash<TrackID, Value>& table, const TrackID& id
 
 void TempoResults::assign(TempoTables tables)
 {
-    m_tables = std::move(tables);
+    m_estimates = std::move(tables.estimatedBPMByTrackID);
+    m_confidences = std::move(tables.estimatedBPMConfidenceByTrackID);
+    m_files = FileResults<CachedBPMEstimate>(std::move(tables.estimatedBPMByFile));
     m_alternatives.clear();
 }
 
 std::optional<QString> TempoResults::estimate(const TrackID& id) const
 {
-    return found(m_tables.estimatedBPMByTrackID, id);
+    return found(m_estimates, id);
 }
 
 std::optional<double> TempoResults::confidence(const TrackID& id) const
 {
-    return found(m_tables.estimatedBPMConfidenceByTrackID, id);
+    return found(m_confidences, id);
 }
 
 bool TempoResults::setEstimate(const TrackID& id, const std::optional<QString>& text)
 {
     const bool changes = estimate(id) != text;
     if (text) {
-        m_tables.estimatedBPMByTrackID.insert(id, *text);
+        m_estimates.insert(id, *text);
     } else {
-        m_tables.estimatedBPMByTrackID.remove(id);
-        m_tables.estimatedBPMConfidenceByTrackID.remove(id);
+        m_estimates.remove(id);
+        m_confidences.remove(id);
         m_alternatives.remove(id);
     }
     return changes;
@@ -42,21 +44,10 @@ bool TempoResults::setEstimate(const TrackID& id, const std::optional<QString>& 
 
 void TempoResults::setConfidence(const TrackID& id, double confidence)
 {
-    m_tables.estimatedBPMConfidenceByTrackID.insert(id, confidence);
+    m_confidences.insert(id, confidence);
 }
 
 void TempoResults::setAlternatives(const TrackID& id, const QList<TempoEstimate::Alternative>& alternatives)
 {
     m_alternatives.insert(id, alternatives);
-}
-
-const CachedBPMEstimate* TempoResults::ofFile(const QString& path) const
-{
-    const auto entry = m_tables.estimatedBPMByFile.constFind(path);
-    return entry == m_tables.estimatedBPMByFile.cend() ? nullptr : &*entry;
-}
-
-void TempoResults::setOfFile(const QString& path, const CachedBPMEstimate& estimate)
-{
-    m_tables.estimatedBPMByFile.insert(path, estimate);
 }

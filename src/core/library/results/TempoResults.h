@@ -1,6 +1,7 @@
 #pragma once
 
-#include "core/library/tempo/TempoTables.h"
+#include "core/library/results/FileResults.h"
+#include "core/library/results/TempoTables.h"
 #include "core/model/TempoEstimate.h"
 #include "core/model/TrackPopularitySortValue.h"
 
@@ -8,11 +9,11 @@
 /// Values and nothing else; whoever writes them tells those who show or sort them. Thread: main.
 class TempoResults {
 public:
-    const TempoTables& tables() const { return m_tables; }
+    TempoTables tables() const { return {m_estimates, m_confidences, m_files.table()}; }
     /// Takes the tables of a session over.
     void assign(TempoTables tables);
 
-    const EstimatedBPMByTrackID& estimates() const { return m_tables.estimatedBPMByTrackID; }
+    const EstimatedBPMByTrackID& estimates() const { return m_estimates; }
     bool hasEstimate(const TrackID& id) const { return estimates().contains(id); }
     std::optional<QString> estimate(const TrackID& id) const;
     /// 0 to 1.
@@ -26,12 +27,13 @@ public:
     void setConfidence(const TrackID& id, double confidence);
     void setAlternatives(const TrackID& id, const QList<TempoEstimate::Alternative>& alternatives);
 
-    /// The estimate of a file; null if there is none. Valid until the next change. \param path standardized.
-    const CachedBPMEstimate* ofFile(const QString& path) const;
-    bool knowsFiles() const { return !m_tables.estimatedBPMByFile.isEmpty(); }
-    void setOfFile(const QString& path, const CachedBPMEstimate& estimate);
+    /// The estimates by file.
+    FileResults<CachedBPMEstimate>& files() { return m_files; }
+    const FileResults<CachedBPMEstimate>& files() const { return m_files; }
 
 private:
-    TempoTables m_tables;
+    EstimatedBPMByTrackID m_estimates;
+    QHash<TrackID, double> m_confidences;
+    FileResults<CachedBPMEstimate> m_files;
     QHash<TrackID, QList<TempoEstimate::Alternative>> m_alternatives;
 };

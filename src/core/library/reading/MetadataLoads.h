@@ -5,33 +5,32 @@
 #include "async/Permits.h"
 #include "async/TaskGroup.h"
 #include "async/TaskSlot.h"
-#include "core/library/imports/MetadataBatch.h"
+#include "core/library/reading/MetadataBatch.h"
 
 #include <QHash>
 #include <QObject>
 
-#include <functional>
 #include <memory>
 
 class Notifications;
+class Scheduler;
+class TagReader;
 class Workspace;
 
 /// Reads the tags of rows in the background, two files at a time over all loads, and applies them in batches, or holds
-/// them back while the playlist scrolls. Thread: main.
+/// them back while the playlist scrolls. Work in the
+/// background learns from here that tags are being read. Thread: main.
 class MetadataLoads : public QObject {
     Q_OBJECT
 
 public:
-    using Reader = std::function<std::optional<LoadedTrackMetadata>(const QUrl&, const AudioTags&)>;
-
     struct Dependencies {
         Workspace& workspace;
         Notifications& notifications;
         async::Clock& clock;
         async::Executor& executor;
-        Reader readMetadata;
-        /// Wants the tempo of tracks that have none; may be empty.
-        std::function<void(const QSet<TrackID>&)> detectBPM;
+        Scheduler& scheduler;
+        TagReader& reader;
     };
 
     /// Files read and to be read by the loads that are alive.
@@ -40,15 +39,13 @@ public:
         int total = 0;
     };
 
-    explicit MetadataLoads(Dependencies dependencies);
+    explicit MetadataLoads(const Dependencies& dependencies);
     ~MetadataLoads() override;
 
     void schedule(const QList<Track>& tracks, Track::MetadataDestination destination);
     void scheduleDeferredFlush();
-    void setPlaylistScrolling(bool scrolling);
     /// Wants no tempo of the rows that wait for the playlist to come to rest.
     void forgetDeferredTempo() { m_deferredTempoIDs.clear(); }
-    bool playlistIsScrolling() const { return m_isScrolling; }
     int operationCount() const { return m_operationCount; }
     /// Whether library tags are being read, or results wait for the playlist to come to rest.
     bool isBusy() const { return m_operationCount > 0 || !m_deferred.isEmpty(); }
@@ -59,6 +56,8 @@ Q_SIGNALS:
     void progressChanged();
     /// A load ended, or the last held-back result was applied.
     void settled();
+    /// The tags of these rows were read: those that tell no tempo may want one.
+    void tempoWanted(const QSet<TrackID>& ids);
 
 private:
     struct Operation;
@@ -72,6 +71,8 @@ private:
     void applyToRows(const QList<PendingMetadataResult>& results, Track::MetadataDestination destination);
     void requestTempo(const QList<PendingMetadataResult>& results);
     void detectTempo(const QSet<TrackID>& ids);
+    void followScrolling();
+    void tellBusy();
     async::Task<> flushDeferred(std::stop_token stop);
 
     Dependencies m_dependencies;

@@ -1,4 +1,4 @@
-#include "core/library/imports/MetadataBatch.h"
+#include "core/library/reading/MetadataBatch.h"
 
 namespace MetadataBatch {
 

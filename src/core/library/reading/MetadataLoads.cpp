@@ -1,8 +1,10 @@
-#include "core/library/imports/MetadataLoads.h"
+#include "core/library/reading/MetadataLoads.h"
 
 #include "async/MainQueue.h"
+#include "core/library/reading/TagReader.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
+#include "work/Scheduler.h"
 
 #include <QScopedValueRollback>
 
@@ -42,16 +44,16 @@ struct Trip {
 };
 
 /// A file whose read throws (a hostile one may ask for all memory) gives no result and stops nothing else.
-std::optional<LoadedTrackMetadata> readOne(const MetadataLoads::Reader& read, const Track& track)
+std::optional<LoadedTrackMetadata> readOne(TagReader& reader, const Track& track)
 {
     try {
-        return read(track.url(), track.tags());
+        return reader.read(track.url(), track.tags());
     } catch (const std::exception&) {
         return std::nullopt;
     }
 }
 
-Trip readSome(ReadList& list, const MetadataLoads::Reader& read, std::stop_token stop)
+Trip readSome(ReadList& list, TagReader& reader, std::stop_token stop)
 {
     Trip trip;
     const auto end = std::chrono::steady_clock::now() + kTripTime;
@@ -61,7 +63,7 @@ Trip readSome(ReadList& list, const MetadataLoads::Reader& read, std::stop_token
             break;
         const Track& track = list.track(index);
         ++trip.filesRead;
-        if (std::optional<LoadedTrackMetadata> metadata = readOne(read, track))
+        if (std::optional<LoadedTrackMetadata> metadata = readOne(reader, track))
             trip.results.append({track.id(), track.url(), track.metadataVersion(), std::move(*metadata)});
         if (std::chrono::steady_clock::now() >= end)
             break;
@@ -95,11 +97,12 @@ struct MetadataLoads::Operation {
     int lanes = 0; ///< still running
 };
 
-MetadataLoads::MetadataLoads(Dependencies dependencies)
-    : m_dependencies(std::move(dependencies))
+MetadataLoads::MetadataLoads(const Dependencies& dependencies)
+    : m_dependencies(dependencies)
     , m_permits(std::make_shared<async::Permits>(kConcurrentReads))
     , m_lanes(kManyLanes)
 {
+    connect(&m_dependencies.scheduler, &Scheduler::circumstancesChanged, this, &MetadataLoads::followScrolling);
 }
 
 MetadataLoads::~MetadataLoads() = default;
@@ -122,6 +125,7 @@ void MetadataLoads::schedule(const QList<Track>& tracks, Track::MetadataDestinat
     operation->furtherBatchSize = sizes.further;
     operation->lanes = static_cast<int>(std::min<qsizetype>(kConcurrentReads, tracks.size()));
     ++m_operationCount;
+    tellBusy();
     m_progress.total += static_cast<int>(tracks.size());
     emit progressChanged();
     for (int lane = operation->lanes; lane > 0; --lane)
@@ -132,13 +136,14 @@ async::Task<> MetadataLoads::runLane(OperationPtr operation, std::stop_token sto
 {
     const std::shared_ptr<ReadList> list = operation->list;
     const std::shared_ptr<async::Permits> permits = m_permits;
-    const Reader read = m_dependencies.readMetadata;
     while (list->next.load() < list->tracks.size()) {
         Trip trip;
         {
             co_await permits->acquire(stop);
             const HeldPermit held(permits);
-            auto job = [list, read](std::stop_token jobStop) { return readSome(*list, read, jobStop); };
+            auto job = [list, &reader = m_dependencies.reader](std::stop_token jobStop) {
+                return readSome(*list, reader, jobStop);
+            };
             trip = co_await m_dependencies.executor.run(async::Priority::Utility, stop, std::move(job));
         }
         collect(operation, std::move(trip.results), trip.filesRead);
@@ -165,6 +170,7 @@ void MetadataLoads::finish(const OperationPtr& operation)
         applyBatch(operation->batch, operation->destination);
     if (--m_operationCount == 0)
         m_progress = Progress();
+    tellBusy();
     emit progressChanged();
     emit settled();
 }
@@ -174,6 +180,7 @@ void MetadataLoads::applyBatch(const QList<PendingMetadataResult>& results, Trac
     if (destination == Track::MetadataDestination::Library && m_isScrolling) {
         for (const PendingMetadataResult& result : results)
             m_deferred.insert(result.id, result);
+        tellBusy();
         requestTempo(results);
         return;
     }
@@ -193,7 +200,7 @@ void MetadataLoads::applyToRows(const QList<PendingMetadataResult>& results, Tra
     MetadataBatch::Applied applied = MetadataBatch::apply(workspace.list(destination), results);
     if (!applied.changedIDs.isEmpty()) {
         const QScopedValueRollback applying(m_isApplying, true);
-        workspace.setList(destination, std::move(applied.rows));
+        workspace.setList(destination, std::move(applied.rows), ListChange::Cause::TagBatch);
     }
     if (destination == Track::MetadataDestination::Library && !applied.changedIDs.isEmpty()) {
         workspace.raisePlaylistAnalysisRevision();
@@ -219,8 +226,8 @@ void MetadataLoads::requestTempo(const QList<PendingMetadataResult>& results)
 
 void MetadataLoads::detectTempo(const QSet<TrackID>& ids)
 {
-    if (!ids.isEmpty() && m_dependencies.detectBPM)
-        m_dependencies.detectBPM(ids);
+    if (!ids.isEmpty())
+        emit tempoWanted(ids);
 }
 
 void MetadataLoads::scheduleDeferredFlush()
@@ -243,18 +250,23 @@ async::Task<> MetadataLoads::flushDeferred(std::stop_token stop)
     }
     if (!m_deferred.isEmpty() || m_isScrolling)
         co_return;
+    tellBusy();
     detectTempo(std::exchange(m_deferredTempoIDs, {}));
     emit settled();
 }
 
-void MetadataLoads::setPlaylistScrolling(bool scrolling)
+void MetadataLoads::followScrolling()
 {
-    VELMORA_ASSERT_MAIN_THREAD();
-    if (m_isScrolling == scrolling)
+    const bool isScrolling = m_dependencies.scheduler.circumstances().isScrolling;
+    if (std::exchange(m_isScrolling, isScrolling) == isScrolling)
         return;
-    m_isScrolling = scrolling;
-    if (scrolling)
+    if (isScrolling)
         m_flushTask.cancel();
     else
         scheduleDeferredFlush();
+}
+
+void MetadataLoads::tellBusy()
+{
+    m_dependencies.scheduler.setReadingTags(isBusy());
 }

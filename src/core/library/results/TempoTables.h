@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/Track.h"
+#include "platform/files/FileStamp.h"
 
 #include <QHash>
 #include <QString>
@@ -21,6 +22,9 @@ struct CachedBPMEstimate {
     static std::optional<CachedBPMEstimate> make(const QUrl& url, const QString& bpm, double confidence);
     /// Whether the file is still the one that was analysed: same size, dates less than 0.001 s apart. Thread: any.
     bool matches(const QUrl& url) const;
+
+    FileStamp stamp() const;
+    void setStamp(const FileStamp& stamp);
 };
 
 /// The tempo tables, by track and by file.
