@@ -105,40 +105,6 @@ TEST_F(KeysTest, givesWayToPlayback)
     EXPECT_EQ(states(), QStringLiteral("ddd"));
 }
 
-TEST_F(KeysTest, isStoppedByTheUser)
-{
-    keys().analyzeMusicalKey(ids({a, b, c}));
-    executor.runOne();
-    told.clear();
-    keys().dropMusicalKeyQueue();
-    EXPECT_EQ(told, ids({b, c}));
-    executor.runAll();
-    EXPECT_EQ(states(), QStringLiteral("dnn"));
-    keys().analyzeMusicalKey(ids({b}));
-    executor.runAll();
-    EXPECT_EQ(states(), QStringLiteral("ddn"));
-}
-
-TEST_F(KeysTest, theNextBeginsWhenAStoppedOneHasEnded)
-{
-    keys().analyzeMusicalKey(ids({a, b, c}));
-    play(true);
-    play(false);
-    clock.advance(async::seconds(1));
-    EXPECT_EQ(executor.pendingCount(), 1) << "two at once";
-    EXPECT_EQ(states(), QStringLiteral("qqq"));
-    executor.runOne();
-    EXPECT_EQ(states(), QStringLiteral("rqq"));
-    keys().dropMusicalKeyQueue();
-    keys().analyzeMusicalKey(ids({a}));
-    EXPECT_EQ(executor.pendingCount(), 1) << "two at once";
-    EXPECT_EQ(states(), QStringLiteral("qnn"));
-    EXPECT_TRUE(keyURLs.isEmpty()) << "what was stopped before it began never begins";
-    executor.runAll();
-    EXPECT_EQ(states(), QStringLiteral("dnn"));
-    EXPECT_EQ(keyURLs, QList<QUrl>{a.url()});
-}
-
 TEST_F(KeysTest, rowsThatLeaveTheSectionLeaveTheQueue)
 {
     keyOf = [this](const QUrl& url) {
@@ -164,33 +130,6 @@ TEST_F(KeysTest, rowsThatLeaveTheSectionLeaveTheQueue)
     settle();
     EXPECT_TRUE(workspace().keyAnalysisTracks().contains(c.id()));
     EXPECT_EQ(states(), QStringLiteral("nnd")) << "comes back with its key";
-}
-
-TEST_F(KeysTest, countsWhatIsDone)
-{
-    const auto progress = [this] {
-        return QStringLiteral("%1/%2").arg(keys().progress().done).arg(keys().progress().total);
-    };
-    EXPECT_EQ(progress(), QStringLiteral("0/0"));
-    keys().analyzeMusicalKey(ids({a, b}));
-    EXPECT_EQ(progress(), QStringLiteral("0/2"));
-    executor.runOne();
-    keys().analyzeMusicalKey(ids({c}));
-    EXPECT_EQ(progress(), QStringLiteral("1/3"));
-    store->removal().removeFromMusicalKeyAnalysis(ids({c}));
-    EXPECT_EQ(progress(), QStringLiteral("1/2"));
-    executor.runAll();
-    EXPECT_EQ(progress(), QStringLiteral("2/2"));
-    keys().analyzeMusicalKey(ids({a}));
-    EXPECT_EQ(progress(), QStringLiteral("0/1")) << "a new batch";
-}
-
-TEST_F(KeysTest, survivesTheEndOfTheStoreWhileItWorks)
-{
-    keys().analyzeMusicalKey(ids({a}));
-    store.reset();
-    executor.runAll();
-    EXPECT_EQ(async::liveTaskCount(), 0);
 }
 
 TEST_F(KeysTest, aFileThatWasHeardAndIsTheSameIsNotDecodedAgain)
