@@ -4,8 +4,8 @@
 usage: layers.py [--root DIR] [--document FILE [--write]] [--picture | --dot]
 
 Without an option it reports every fault, one per line, and the exit status is 1 if there is one:
-an include against the arrows, a folder that layers.txt does not list, a ring among folders or files, "..", an include
-that is not written from the include root, QCoro outside async, widgets outside ui and app.
+an include against the arrows, a folder that layers.txt does not list, a ring among folders or files, among the leaf
+folders of one library too (those that hold sources themselves), "..", an include that is not written from the include root, QCoro outside async, widgets outside ui and app.
 --document FILE  also checks that the picture between the markers in FILE is the present one; --write puts it there.
 --picture        prints the picture (Mermaid); --dot prints it for Graphviz.
 """
@@ -87,6 +87,7 @@ class Tree:
                 self.files[path.relative_to(self.src).as_posix()] = INCLUDE.findall(text)
         self.file_edges = {name: set() for name in self.files}
         self.folder_edges = defaultdict(set)
+        self.leaf_edges = defaultdict(set)  # within one library
         self.read_edges()
 
     def folder(self, name):
@@ -117,6 +118,10 @@ class Tree:
             return
         self.file_edges[name].add(target)
         other = self.folder(target)
+        if other == folder:
+            leaf, other_leaf = name.rpartition('/')[0], target.rpartition('/')[0]
+            if leaf != other_leaf:
+                self.leaf_edges[leaf].add(other_leaf)
         if other is None or other == folder:
             return
         self.folder_edges[folder].add(other)
@@ -130,7 +135,8 @@ class Tree:
             text = re.sub(r'#.*', '', path.read_text(encoding='utf-8'))
             if folder not in (None, *KEPT_APART['Qt Widgets'][0]) and WIDGETS_IN_CMAKE.search(text):
                 faults.append(f'{folder}/CMakeLists.txt: Qt Widgets is for ui and app only')
-        for what, graph in (('layers.txt', self.allowed), ('folders', self.folder_edges), ('files', self.file_edges)):
+        for what, graph in (('layers.txt', self.allowed), ('folders', self.folder_edges),
+                            ('leaf folders', self.leaf_edges), ('files', self.file_edges)):
             faults += [f'ring among {what}: {" ".join(ring)}' for ring in rings(graph)]
         for folder, targets in self.allowed.items():
             faults += [f'layers.txt: {folder} names {other}, which has no line of its own'
