@@ -655,6 +655,10 @@
     <translation>The built-in audio decoder was not found.</translation>
   </message>
   <message>
+    <source>Не удалось вернуть из Корзины</source>
+    <translation>Could not restore from Trash</translation>
+  </message>
+  <message>
     <source>Не удалось взять: %d</source>
     <translation>Could not be taken: %d</translation>
   </message>
@@ -675,8 +679,16 @@
     <translation>The file %@ could not be written.</translation>
   </message>
   <message>
+    <source>Не удалось открыть «%@»</source>
+    <translation>Could not open “%@”</translation>
+  </message>
+  <message>
     <source>Не удалось открыть аудиофайл.</source>
     <translation>The audio file could not be opened.</translation>
+  </message>
+  <message>
+    <source>Не удалось переместить в Корзину</source>
+    <translation>Could not move to Trash</translation>
   </message>
   <message>
     <source>Не удалось переместить файл %@.</source>
@@ -689,6 +701,10 @@
   <message>
     <source>Не удалось подготовить спектральный анализ.</source>
     <translation>The spectral analysis could not be prepared.</translation>
+  </message>
+  <message>
+    <source>Не удалось сохранить обложку</source>
+    <translation>Could not save the cover</translation>
   </message>
   <message>
     <source>Не удалось сохранить обложку в %d из %d файлов. Первый файл: %@. %@</source>
@@ -1079,6 +1095,10 @@
     <translation>Русский</translation>
   </message>
   <message>
+    <source>Сбросить фильтр</source>
+    <translation>Clear filter</translation>
+  </message>
+  <message>
     <source>Свернуть боковую панель</source>
     <translation>Collapse the sidebar</translation>
   </message>
@@ -1175,6 +1195,10 @@
   <message>
     <source>Сохранять обложку и прочие поля файла</source>
     <translation>Keep the File’s Cover and Other Fields</translation>
+  </message>
+  <message>
+    <source>Среди избранных нет треков с жанром «%@».</source>
+    <translation>No favorites of the genre “%@”.</translation>
   </message>
   <message>
     <source>Средняя</source>
@@ -1295,6 +1319,10 @@
   <message>
     <source>Тёмная</source>
     <translation>Dark</translation>
+  </message>
+  <message>
+    <source>У всех избранных треков есть жанр.</source>
+    <translation>All favorites have a genre.</translation>
   </message>
   <message>
     <source>У выбранных треков жанр уже пуст</source>
@@ -1543,6 +1571,14 @@
   <message>
     <source>соль-диез</source>
     <translation>G sharp</translation>
+  </message>
+  <message>
+    <source>только без жанра</source>
+    <translation>without genre only</translation>
+  </message>
+  <message>
+    <source>только жанр «%@»</source>
+    <translation>genre “%@” only</translation>
   </message>
   <message>
     <source>фа</source>

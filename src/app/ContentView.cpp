@@ -1,20 +1,16 @@
 #include "app/ContentView.h"
 
+#include "app/commands/StoreCommands.h"
 #include "async/MainQueue.h"
 #include "core/library/LibraryStore.h"
 #include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
-#include "core/library/imports/StrayTemporaries.h"
-#include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
-#include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
-#include "core/library/tempo/Tempo.h"
-#include "core/library/tempo/TempoChoices.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
@@ -28,11 +24,17 @@ ContentView::ContentView(LibraryStore& library, AudioPlayer& player, Surrounding
     : m_library(library)
     , m_player(player)
     , m_surroundings(std::move(surroundings))
+    , m_commands(library)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     connect(&library.preferences(), &Preferences::changed, this, &ContentView::preferenceChanged);
     connect(&library.notifications(), &Notifications::velmoraRestartOnboarding, this, &ContentView::restartOnboarding);
     connect(&library.notifications(), &Notifications::velmoraPlaybackDidFinish, this, &ContentView::playbackDidFinish);
+    StoreCommands::bind(m_commands, library);
+    bindCommands();
+    bindPlayer();
+    if (!library.preferences().playlistPopularityEnabled.get())
+        deactivatePopularitySort();
 }
 
 ContentView::~ContentView() = default;
@@ -103,33 +105,26 @@ void ContentView::receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab)
 
 void ContentView::importInto(const QList<QUrl>& urls, LibraryTab tab)
 {
+    using List = Track::MetadataDestination;
     Imports& imports = m_library.imports();
-    switch (tab) {
-    case LibraryTab::Playlist:
-        imports.importURLs(urls);
-        return;
-    case LibraryTab::Favorites:
+    const LibrarySection& section = LibrarySection::of(tab);
+    if (section.holdsJobs)
+        imports.importForConversion(urls);
+    else if (section.list == List::Analysis)
+        imports.importForAnalysis(urls);
+    else if (section.list == List::MusicalKey)
+        imports.importForMusicalKeyAnalysis(urls);
+    else if (section.list == List::Duplicates)
+        imports.importDuplicateSearchURLs(urls);
+    else if (tab == LibraryTab::Favorites)
         imports.importForCovers(urls, [self = QPointer<ContentView>(this)](const Imports::Outcome& outcome) {
             if (self)
                 self->addImportedToFavorites(outcome);
         });
-        return;
-    case LibraryTab::Covers:
+    else if (tab == LibraryTab::Covers)
         imports.importForCovers(urls);
-        return;
-    case LibraryTab::Converter:
-        imports.importForConversion(urls);
-        return;
-    case LibraryTab::Analysis:
-        imports.importForAnalysis(urls);
-        return;
-    case LibraryTab::MusicalKey:
-        imports.importForMusicalKeyAnalysis(urls);
-        return;
-    case LibraryTab::Duplicates:
-        imports.importDuplicateSearchURLs(urls);
-        return;
-    }
+    else
+        imports.importURLs(urls);
 }
 
 void ContentView::addImportedToFavorites(const Imports::Outcome& outcome)
@@ -137,11 +132,6 @@ void ContentView::addImportedToFavorites(const Imports::Outcome& outcome)
     const int joined = m_library.favorites().addToFavorites(QSet<TrackID>(outcome.ids.cbegin(), outcome.ids.cend()));
     m_library.imports().announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
                                       QStringLiteral("heart.fill"));
-}
-
-void ContentView::openSectionPanel()
-{
-    choose(m_library.workspace().activeTab());
 }
 
 void ContentView::choose(LibraryTab tab)
@@ -159,88 +149,32 @@ void ContentView::select(const QSet<TrackID>& ids, const std::optional<TrackID>&
     m_library.selection().select(ids, focused);
 }
 
-void ContentView::toggleFavorites(const QSet<TrackID>& ids)
+void ContentView::bindCommands()
 {
-    m_library.favorites().toggleFavorites(ids);
+    using ID = CommandID;
+    for (LibraryTab tab : kAllLibraryTabs)
+        m_commands.bind(Commands::showing(tab), [this, tab](const CommandTarget&) { activateTab(tab); });
+    m_commands.bind(ID::AddFiles, [this](const CommandTarget&) { choose(LibraryTab::Playlist); });
+    m_commands.bind(ID::AddFilesHere, [this](const CommandTarget&) { choose(m_library.workspace().activeTab()); });
+    m_commands.bind(ID::ShowTags, [&visible = m_library.preferences().inspectorVisible](const CommandTarget&) {
+        visible.set(!visible.get());
+    });
+    m_commands.bind(ID::Reveal, [this](const CommandTarget& target) { reveal(target.ids); });
+    m_commands.bind(
+        ID::AssignCover, [this](const CommandTarget& target) { chooseAndAssignCover(target.ids); },
+        [this](const CommandTarget& target) -> CommandState {
+            if (m_library.workspace().artworkWritingIDs().intersects(target.ids))
+                return {false, QStringLiteral("Подождите: обложка ещё сохраняется в файл")};
+            return {};
+        });
 }
 
-void ContentView::removeFromFavorites(const QSet<TrackID>& ids)
+void ContentView::chooseAndAssignCover(const QSet<TrackID>& ids)
 {
-    m_library.favorites().removeFromFavorites(ids, true);
-}
-
-void ContentView::removeFromCovers(const QSet<TrackID>& ids)
-{
-    m_library.removal().removeFromCoverWorkspace(ids);
-}
-
-void ContentView::removeFromSection(LibraryTab tab, const QSet<TrackID>& ids)
-{
-    Removal& removal = m_library.removal();
-    switch (tab) {
-    case LibraryTab::Converter:
-        emit m_library.notifications().velmoraRemoveConversionItems();
-        return;
-    case LibraryTab::Favorites:
-        removeFromFavorites(ids);
-        return;
-    case LibraryTab::Analysis:
-        removal.removeFromAnalysis(ids);
-        return;
-    case LibraryTab::MusicalKey:
-        removal.removeFromMusicalKeyAnalysis(ids);
-        return;
-    case LibraryTab::Covers:
-        removeFromCovers(ids);
-        return;
-    case LibraryTab::Playlist:
-    case LibraryTab::Duplicates:
-        removal.removeTracksFromPlaylist(ids);
-        return;
-    }
-}
-
-void ContentView::moveToTrash(const QSet<TrackID>& ids)
-{
-    if (m_library.workspace().activeTab() == LibraryTab::Duplicates)
-        m_library.removal().trashDuplicateTracks(ids);
-    else
-        m_library.removal().trashTracks(ids);
-}
-
-void ContentView::addToAnalysis(const QSet<TrackID>& ids)
-{
-    m_library.sending().addTracksToAnalysis(ids);
-}
-
-void ContentView::addToConversion(const QSet<TrackID>& ids)
-{
-    m_library.sending().addTracksToConversion(ids);
-}
-
-void ContentView::assignGenre(const QString& genre, const QSet<TrackID>& ids)
-{
-    m_library.tagWriting().assignGenre(genre, ids);
-}
-
-void ContentView::assignComment(const QString& comment, const QSet<TrackID>& ids)
-{
-    m_library.tagWriting().assignComment(comment, ids);
-}
-
-void ContentView::assignAlbum(const QString& album, const QSet<TrackID>& ids)
-{
-    m_library.tagWriting().assignAlbum(album, ids);
-}
-
-void ContentView::clearGenres(const QSet<TrackID>& ids)
-{
-    m_library.tagWriting().clearGenres(ids);
-}
-
-void ContentView::clearComments(const QSet<TrackID>& ids)
-{
-    m_library.tagWriting().clearComments(ids);
+    chooseArtwork([self = QPointer<ContentView>(this), ids](const QByteArray& image) {
+        if (self)
+            self->assignArtwork(image, ids);
+    });
 }
 
 void ContentView::saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
@@ -263,77 +197,21 @@ void ContentView::chooseArtwork(std::function<void(const QByteArray& image)> cho
         m_surroundings.chooseImage(std::move(chosen));
 }
 
-void ContentView::restoreOriginalTags(const QSet<TrackID>& ids)
-{
-    m_library.tagWriting().restoreOriginalTags(ids);
-}
-
-void ContentView::detectTempoAgain(const QSet<TrackID>& ids)
-{
-    m_library.tempo().detectAgain(ids);
-}
-
-void ContentView::stopTempoAnalysis()
-{
-    m_library.tempo().dropBPMQueue();
-}
-
-void ContentView::writeTempo(const QSet<TrackID>& ids)
-{
-    m_library.tempoChoices().writeTempo(ids);
-}
-
-void ContentView::scaleTempo(double factor, const QSet<TrackID>& ids)
-{
-    m_library.tempoChoices().scaleTempo(ids, factor);
-}
-
-void ContentView::setTempo(int bpm, const QSet<TrackID>& ids)
-{
-    m_library.tempoChoices().setTempo(ids, bpm);
-}
-
-void ContentView::stopMovingFiles()
-{
-    m_library.removal().stopMoving();
-}
-
-void ContentView::cancelTagWrites()
-{
-    m_library.tagWriting().saver().cancelBatches();
-}
-
-void ContentView::trashStrayTemporaries()
-{
-    m_library.strayTemporaries().moveToTrash();
-}
-
 void ContentView::answerWhatSavesKeep(bool keepsOthers)
 {
     m_library.tagWriting().saver().answerWhatSavesKeep(keepsOthers);
 }
 
-void ContentView::analyzeMusicalKey(const QSet<TrackID>& ids)
-{
-    m_library.keys().analyzeMusicalKey(ids);
-}
-
-void ContentView::stopMusicalKeyAnalysis()
-{
-    m_library.keys().dropMusicalKeyQueue();
-}
-
-void ContentView::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
-{
-    m_library.keys().writeAnalyzedMusicalKeys(ids);
-}
-
-void ContentView::revealInFileManager(const QSet<TrackID>& ids)
+void ContentView::reveal(const QSet<TrackID>& ids)
 {
     QSet<QString> folders;
     for (const Track& track : m_library.selection().visibleTracks()) {
         if (ids.contains(track.id()))
             folders.insert(FileURL::folderPath(track.url()));
+    }
+    for (const ConversionItem& item : m_library.workspace().conversionItems()) {
+        if (ids.contains(item.id))
+            folders.insert(FileURL::folderPath(item.url));
     }
     for (const QString& folder : std::as_const(folders)) {
         if (m_surroundings.openFolder)
@@ -361,12 +239,11 @@ void ContentView::activateFavoriteSortFromHeader(TrackSortField field)
     m_library.order().activateFavoriteSortFromHeader(field);
 }
 
-void ContentView::dismissNotice()
+void ContentView::dismissMessage()
 {
-    m_library.workspace().setNotice(std::nullopt);
-}
-
-void ContentView::dismissLastError()
-{
-    m_library.workspace().setLastError(std::nullopt);
+    Workspace& workspace = m_library.workspace();
+    if (workspace.lastError())
+        workspace.setLastError(std::nullopt);
+    else
+        workspace.setNotice(std::nullopt);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/library/imports/Imports.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 
 #include <QObject>
@@ -32,54 +33,30 @@ public:
     ContentView(LibraryStore& library, AudioPlayer& player, Surroundings surroundings);
     ~ContentView() override;
 
-    void activateTab(LibraryTab tab) override;
+    CommandCenter& commands() override { return m_commands; }
     std::optional<TrackID> playlistReturnPlaybackID() const override { return m_playlistReturnPlaybackID; }
     void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) override;
-    void openPanel() override { choose(LibraryTab::Playlist); }
-    void openSectionPanel() override;
     void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) override;
-    void playTrack(const Track& track) override;
-    void toggleSelectedTrack() override;
-    void selectAdjacent(int offset) override;
-    void seekSteps(int steps) override;
-    void toggleFavorites(const QSet<TrackID>& ids) override;
-    void removeFromFavorites(const QSet<TrackID>& ids) override;
-    void removeFromCovers(const QSet<TrackID>& ids) override;
-    void removeFromSection(LibraryTab tab, const QSet<TrackID>& ids) override;
-    void moveToTrash(const QSet<TrackID>& ids) override;
-    void addToAnalysis(const QSet<TrackID>& ids) override;
-    void addToConversion(const QSet<TrackID>& ids) override;
-    void assignGenre(const QString& genre, const QSet<TrackID>& ids) override;
-    void assignComment(const QString& comment, const QSet<TrackID>& ids) override;
-    void assignAlbum(const QString& album, const QSet<TrackID>& ids) override;
-    void clearGenres(const QSet<TrackID>& ids) override;
-    void clearComments(const QSet<TrackID>& ids) override;
     void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) override;
     void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids) override;
     void chooseArtwork(std::function<void(const QByteArray& image)> chosen) override;
-    void restoreOriginalTags(const QSet<TrackID>& ids) override;
-    void detectTempoAgain(const QSet<TrackID>& ids) override;
-    void stopTempoAnalysis() override;
-    void writeTempo(const QSet<TrackID>& ids) override;
-    void scaleTempo(double factor, const QSet<TrackID>& ids) override;
-    void setTempo(int bpm, const QSet<TrackID>& ids) override;
-    void cancelTagWrites() override;
-    void stopMovingFiles() override;
-    void trashStrayTemporaries() override;
     void answerWhatSavesKeep(bool keepsOthers) override;
-    void openMusicalKeyPanel() override { choose(LibraryTab::MusicalKey); }
-    void analyzeMusicalKey(const QSet<TrackID>& ids) override;
-    void stopMusicalKeyAnalysis() override;
-    void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids) override;
-    void revealInFileManager(const QSet<TrackID>& ids) override;
     void setPlaylistScrolling(bool scrolling) override;
     void setTrackSortField(TrackSortField field, LibraryTab tab) override;
     void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab) override;
     void activateFavoriteSortFromHeader(TrackSortField field) override;
-    void dismissNotice() override;
-    void dismissLastError() override;
+    void dismissMessage() override;
+
+    /// Shows a section, with the selection that it had.
+    void activateTab(LibraryTab tab);
 
 private:
+    void bindCommands();
+    void bindPlayer();
+    void toggleSelectedTrack();
+    void selectAdjacent(int offset);
+    void reveal(const QSet<TrackID>& ids);
+    void chooseAndAssignCover(const QSet<TrackID>& ids);
     void choose(LibraryTab tab);
     void importInto(const QList<QUrl>& urls, LibraryTab tab);
     void addImportedToFavorites(const Imports::Outcome& outcome);
@@ -95,5 +72,6 @@ private:
     LibraryStore& m_library;
     AudioPlayer& m_player;
     Surroundings m_surroundings;
+    CommandCenter m_commands;
     std::optional<TrackID> m_playlistReturnPlaybackID;
 };

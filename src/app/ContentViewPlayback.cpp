@@ -48,9 +48,22 @@ bool isPlayingOrAboutTo(const AudioPlayer& player)
 
 } // namespace
 
-void ContentView::playTrack(const Track& track)
+void ContentView::bindPlayer()
 {
-    m_player.play(track);
+    using ID = CommandID;
+    const auto seek = [this](int steps) {
+        return [this, steps](const CommandTarget&) { m_player.seek(m_library.preferences().seekStep.get() * steps); };
+    };
+    const auto step = [this](int offset) { return [this, offset](const CommandTarget&) { selectAdjacent(offset); }; };
+    m_commands.bind(ID::PlayPause, [this](const CommandTarget&) { toggleSelectedTrack(); });
+    m_commands.bind(ID::PlayRow, [this](const CommandTarget& target) {
+        if (target.track)
+            m_player.play(*target.track);
+    });
+    m_commands.bind(ID::SeekBack, seek(-1));
+    m_commands.bind(ID::SeekForward, seek(1));
+    m_commands.bind(ID::PreviousTrack, step(-1));
+    m_commands.bind(ID::NextTrack, step(1));
 }
 
 void ContentView::toggleSelectedTrack()
@@ -63,21 +76,17 @@ void ContentView::toggleSelectedTrack()
         m_player.toggle();
 }
 
-void ContentView::seekSteps(int steps)
-{
-    m_player.seek(m_library.preferences().seekStep.get() * steps);
-}
-
 void ContentView::selectAdjacent(int offset)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     Notifications& notifications = m_library.notifications();
-    const LibraryTab tab = m_library.workspace().activeTab();
-    if (tab == LibraryTab::Converter)
-        emit notifications.velmoraNavigateConversionItems(offset < 0 ? Direction::Up : Direction::Down);
-    if (tab == LibraryTab::Duplicates)
-        emit notifications.velmoraNavigateDuplicateItems(offset < 0 ? Direction::Up : Direction::Down);
-    if (tab == LibraryTab::Converter || tab == LibraryTab::Duplicates)
+    const LibrarySection& section = LibrarySection::of(m_library.workspace().activeTab());
+    const Direction direction = offset < 0 ? Direction::Up : Direction::Down;
+    if (section.holdsJobs)
+        emit notifications.velmoraNavigateConversionItems(direction);
+    else if (section.ownsSelection)
+        emit notifications.velmoraNavigateDuplicateItems(direction);
+    if (section.ownsSelection)
         return;
     const QList<Track> rows = m_library.selection().visibleTracks();
     const std::optional<TrackID>& focused = m_library.workspace().selectedID();
@@ -102,8 +111,7 @@ void ContentView::goTo(const Track& track, bool plays)
 
 void ContentView::playbackDidFinish()
 {
-    const LibraryTab tab = m_library.workspace().activeTab();
-    if (tab != LibraryTab::Converter && tab != LibraryTab::Duplicates)
+    if (!LibrarySection::of(m_library.workspace().activeTab()).ownsSelection)
         playNextAfterCompletion();
 }
 

@@ -24,6 +24,7 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/FileURL.h"
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
@@ -216,7 +217,11 @@ void VelmoraApp::buildPlayer()
     listeners.waveformPlaybackDidChange = [this](bool isPlaying, const QUrl& currentURL) {
         m_library->waveforms().playerTold(isPlaying, currentURL, m_player->currentID());
     };
-    listeners.fail = [this](const QString& message) { m_library->workspace().setLastError(message); };
+    listeners.fail = [this](const QString& message, const QUrl& file) {
+        m_library->workspace().setLastError(
+            message,
+            VelmoraLocalization::format(QStringLiteral("Не удалось открыть «%@»"), {FileURL::lastPathComponent(file)}));
+    };
     listeners.report = [this](const QString& message, bool isWarning) {
         if (isWarning)
             m_library->status().showText(message, QStringLiteral("speaker.slash"), WorkspaceStatus::Tone::Warning,

@@ -54,7 +54,7 @@ public:
         /// The waveform preload, after every change of state. \c currentURL is empty without a track.
         std::function<void(bool isPlaying, const QUrl& currentURL)> waveformPlaybackDidChange;
         /// A file could not be opened: the text for the alert.
-        std::function<void(const QString& message)> fail;
+        std::function<void(const QString& message, const QUrl& file)> fail;
         /// What the output tells: a text for the status line, and whether it is a warning.
         std::function<void(const QString& message, bool isWarning)> report;
     };
@@ -121,7 +121,7 @@ private:
     void setOpeningSlowly(bool isSlow);
     void endOpening();
     void finishOpening(const Track& track, std::shared_ptr<AudioFilePlayer> audio);
-    void openingFailed();
+    void openingFailed(const QUrl& file);
     void runDeferred(const std::vector<Operation>& operations);
     void watchEnd();
     void dropAudio();

@@ -71,7 +71,7 @@ void AudioPlayer::finishOpening(const Track& track, std::shared_ptr<AudioFilePla
     endOpening();
     const std::vector<Operation> deferred = std::exchange(m_deferred, {});
     if (!audio) {
-        openingFailed();
+        openingFailed(track.url());
         return;
     }
     m_audio = std::move(audio);
@@ -88,11 +88,11 @@ void AudioPlayer::finishOpening(const Track& track, std::shared_ptr<AudioFilePla
     runDeferred(deferred);
 }
 
-void AudioPlayer::openingFailed()
+void AudioPlayer::openingFailed(const QUrl& file)
 {
     clearPublished();
     if (m_listeners.fail)
-        m_listeners.fail(VelmoraLocalization::string(QStringLiteral("Не удалось открыть аудиофайл.")));
+        m_listeners.fail(VelmoraLocalization::string(QStringLiteral("Не удалось открыть аудиофайл.")), file);
     publishPlaybackState();
 }
 

@@ -30,6 +30,7 @@ protected:
     {
         view.select(track ? ids({*track}) : QSet<TrackID>(), track ? std::optional(track->id()) : std::nullopt);
     }
+    void perform(CommandID id, const QSet<TrackID>& rows = {}) { view.commands().perform(id, {.ids = rows}); }
     void play(const Track& track)
     {
         audioPlayer.play(track);
@@ -124,7 +125,7 @@ TEST_F(ContentViewPlaybackTest, ThePlayKey)
         if (test.isOpen)
             executor.runAll();
         focus(test.focusedTrack);
-        view.toggleSelectedTrack();
+        perform(CommandID::PlayPause);
         executor.runAll();
         EXPECT_EQ(playing(), QString::fromUtf8(test.playing));
     }
@@ -149,7 +150,6 @@ TEST_F(ContentViewPlaybackTest, StepsThroughTheRows)
         {"up", list, c, Player::Idle, a, -1, "b", ""},
         {"beyond the end", list, c, Player::Playing, c, 1, "c", "c"},
         {"beyond the beginning", list, a, Player::Playing, a, -1, "a", "a"},
-        {"far", list, a, Player::Idle, a, 10, "c", ""},
         {"what plays goes along", list, a, Player::Playing, a, 1, "b", "b"},
         {"what is being opened too", list, a, Player::Opening, a, 1, "b", "b"},
         {"a pause stays", list, a, Player::Paused, a, 1, "b", "‖a"},
@@ -172,7 +172,7 @@ TEST_F(ContentViewPlaybackTest, StepsThroughTheRows)
         if (test.state == Player::Paused)
             audioPlayer.toggle();
         QSignalSpy shown(&notifications, &Notifications::velmoraFocusFavoriteTrack);
-        view.selectAdjacent(test.offset);
+        perform(test.offset < 0 ? CommandID::PreviousTrack : CommandID::NextTrack);
         executor.runAll();
         EXPECT_EQ(focused(), QString::fromUtf8(test.focused));
         EXPECT_EQ(workspace().selectedIDs(), QSet<TrackID>({*workspace().selectedID()}));
@@ -188,9 +188,9 @@ TEST_F(ContentViewPlaybackTest, SectionsWithListsOfTheirOwnStepThemselves)
     QSignalSpy inConverter(&notifications, &Notifications::velmoraNavigateConversionItems);
     QSignalSpy inDuplicates(&notifications, &Notifications::velmoraNavigateDuplicateItems);
     workspace().setActiveTab(LibraryTab::Converter);
-    view.selectAdjacent(-1);
+    perform(CommandID::PreviousTrack);
     workspace().setActiveTab(LibraryTab::Duplicates);
-    view.selectAdjacent(1);
+    perform(CommandID::NextTrack);
     ASSERT_EQ(inConverter.size(), 1);
     ASSERT_EQ(inDuplicates.size(), 1);
     EXPECT_EQ(inConverter.first().first().value<Notifications::Direction>(), Notifications::Direction::Up);
@@ -204,10 +204,11 @@ TEST_F(ContentViewPlaybackTest, SeeksByTheStepOfThePreferences)
     play(a);
     audioPlayer.toggle();
     preferences.seekStep.set(5);
-    view.seekSteps(3);
-    EXPECT_EQ(audioPlayer.progress().currentTime(), 15);
-    view.seekSteps(-1);
+    perform(CommandID::SeekForward);
+    perform(CommandID::SeekForward);
     EXPECT_EQ(audioPlayer.progress().currentTime(), 10);
+    perform(CommandID::SeekBack);
+    EXPECT_EQ(audioPlayer.progress().currentTime(), 5);
 }
 
 TEST_F(ContentViewPlaybackTest, ThePlaylistIsEnteredWhereItPlays)
@@ -248,10 +249,10 @@ TEST_F(ContentViewPlaybackTest, ARemovedTrackGivesWayEvenWhileItIsOpened)
 {
     workspace().setActiveTab(LibraryTab::Favorites);
     audioPlayer.play(a);
-    view.removeFromFavorites(ids({a}));
+    perform(CommandID::RemoveFromFavorites, ids({a}));
     executor.runAll();
     EXPECT_EQ(playing(), QStringLiteral("c"));
     EXPECT_EQ(focused(), QStringLiteral("c"));
-    view.removeFromFavorites(ids({c}));
+    perform(CommandID::RemoveFromFavorites, ids({c}));
     EXPECT_EQ(playing(), QString());
 }

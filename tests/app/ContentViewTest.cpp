@@ -30,6 +30,8 @@ protected:
                 [this](const QUrl& url) { opened.append(url); }};
     }
 
+    bool perform(CommandID id, const QSet<TrackID>& rows = {}) { return view.commands().perform(id, {.ids = rows}); }
+
     int editsEnded = 0;
     LibraryTab panelTab = LibraryTab::Duplicates;
     QUrl panelAnswer;
@@ -135,7 +137,7 @@ TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
         view.activateTab(each.tab);
         settle();
         const QStringList before = titles(store->selection().visibleTracks());
-        view.removeFromSection(each.tab, ids(store->selection().visibleTracks()));
+        perform(CommandID::Remove, ids(store->selection().visibleTracks()));
         EXPECT_EQ(store->selection().visibleTracks().size(), each.left);
         if (each.left > 0)
             continue;
@@ -144,7 +146,8 @@ TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
         EXPECT_EQ(titles(store->selection().visibleTracks()), before);
     }
     QSignalSpy asked(&notifications, &Notifications::velmoraRemoveConversionItems);
-    view.removeFromSection(LibraryTab::Converter, {});
+    view.activateTab(LibraryTab::Converter);
+    perform(CommandID::Remove);
     EXPECT_EQ(asked.size(), 1) << "the converter has a selection of its own";
 }
 
@@ -155,10 +158,10 @@ TEST_F(ContentViewTest, TheTrashTakesTheRowsOfTheSectionShown)
     fill({a});
     workspace().setList(Track::MetadataDestination::Duplicates, {twin});
     view.activateTab(LibraryTab::Duplicates);
-    view.moveToTrash(ids({a}));
+    EXPECT_FALSE(perform(CommandID::Trash, ids({a})));
     settle();
     EXPECT_TRUE(trashCan.asked.isEmpty()) << "no row of this section";
-    view.moveToTrash(ids({twin}));
+    EXPECT_TRUE(perform(CommandID::Trash, ids({twin})));
     settle();
     EXPECT_EQ(trashCan.asked, QList<QUrl>{a.url()});
     EXPECT_EQ(store->history().undoActionName(), QStringLiteral("Переместить в Корзину"));
@@ -172,11 +175,11 @@ TEST_F(ContentViewTest, ThePanelFillsTheSectionShown)
 {
     panelAnswer = file(QStringLiteral("a.flac"));
     view.activateTab(LibraryTab::MusicalKey);
-    view.openSectionPanel();
+    perform(CommandID::AddFilesHere);
     settle();
     EXPECT_EQ(panelTab, LibraryTab::MusicalKey);
     EXPECT_EQ(workspace().keyAnalysisTracks().size(), 1);
-    view.openPanel();
+    perform(CommandID::AddFiles);
     settle();
     EXPECT_EQ(panelTab, LibraryTab::Playlist) << "the menu's command fills the playlist";
     EXPECT_EQ(store->order().playlistTracks().size(), 1);
@@ -209,8 +212,16 @@ TEST_F(ContentViewTest, RevealsEachFolderOnce)
     const Track b = track(QStringLiteral("/m/x/b.mp3"));
     const Track c = track(QStringLiteral("/m/y/c.mp3"));
     fill({a, b, c});
-    view.revealInFileManager(ids({a, b}));
+    perform(CommandID::Reveal, ids({a, b}));
     EXPECT_EQ(opened, QList<QUrl>({FileURL::fromPath(QStringLiteral("/m/x"))}));
+}
+
+TEST_F(ContentViewTest, AStartWithoutRatingsIsNotSortedByThem)
+{
+    preferences.playlistPopularityEnabled.set(false);
+    store->order().setTrackSortField(TrackSortField::Rating, LibraryTab::Playlist);
+    const ContentView again(*store, audioPlayer, surroundings());
+    EXPECT_EQ(store->order().trackSortField(LibraryTab::Playlist), TrackSortField::BPM);
 }
 
 TEST_F(ContentViewTest, WithoutRatingsNothingStaysSortedByThem)

@@ -184,7 +184,7 @@ TEST_F(ProgramTest, TheDialogTakesFoldersToo)
     QFile file(folder.path() + QStringLiteral("/Папка/Artist - Title.mp3"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     app->open({});
-    app->contentView().openPanel();
+    app->contentView().commands().perform(CommandID::AddFiles);
     auto* dialog = app->window().findChild<QFileDialog*>();
     ASSERT_TRUE(dialog);
     dialog->setDirectory(folder.path());

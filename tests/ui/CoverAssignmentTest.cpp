@@ -98,7 +98,7 @@ TEST_F(CoverAssignmentTest, AssigningTakesAPictureAndASelection)
     QTest::mouseClick(&cardButton(QStringLiteral("Убрать")), Qt::LeftButton);
     EXPECT_FALSE(card().isVisible());
     EXPECT_FALSE(main().isEnabled());
-    EXPECT_EQ(dashboard.count("openSectionPanel"), 0) << "adding files is in the menu here";
+    EXPECT_EQ(dashboard.count("addFilesHere"), 0) << "adding files is in the menu here";
 }
 
 TEST_F(CoverAssignmentTest, WhatIsNoPictureIsRefusedAndThePresentOneStays)

@@ -14,7 +14,7 @@
 
 class PlayerKeysTest : public WindowFixture {
 protected:
-    /// What the keys asked of the dashboard, e.g. "seekSteps -1".
+    /// What the keys asked of the dashboard, e.g. "seekBack".
     QStringList asked()
     {
         QStringList names;
@@ -44,13 +44,13 @@ TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
         Qt::KeyboardModifiers modifiers;
         const char* asked;
     } kCases[]{
-        {Qt::Key_Space, {}, "toggleSelectedTrack"},
-        {Qt::Key_Left, {}, "seekSteps -1"},
-        {Qt::Key_Right, {}, "seekSteps 1"},
-        {Qt::Key_Up, {}, "selectAdjacent -1"},
-        {Qt::Key_Down, {}, "selectAdjacent 1"},
-        {Qt::Key_Left, Qt::ControlModifier, "selectAdjacent -1"},
-        {Qt::Key_Right, Qt::ControlModifier, "selectAdjacent 1"},
+        {Qt::Key_Space, {}, "playPause"},
+        {Qt::Key_Left, {}, "seekBack"},
+        {Qt::Key_Right, {}, "seekForward"},
+        {Qt::Key_Up, {}, "previousTrack"},
+        {Qt::Key_Down, {}, "nextTrack"},
+        {Qt::Key_Left, Qt::ControlModifier, "previousTrack"},
+        {Qt::Key_Right, Qt::ControlModifier, "nextTrack"},
         {Qt::Key_Space, Qt::ShiftModifier, nullptr},
         {Qt::Key_Down, Qt::ShiftModifier, nullptr},
         {Qt::Key_Left, Qt::AltModifier, nullptr},
@@ -64,7 +64,7 @@ TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
         turn();
         QWidget& list = window->section(tab).list();
         EXPECT_EQ(press(tab == LibraryTab::Covers ? list : *window, Qt::Key_Left),
-                  QStringList{QStringLiteral("seekSteps -1")});
+                  QStringList{QStringLiteral("seekBack")});
     }
 }
 
@@ -103,7 +103,7 @@ TEST_F(PlayerKeysTest, TheFocusKeepsWhatItNeeds)
     EXPECT_EQ(press(volume, Qt::Key_Up), QStringList());
     EXPECT_EQ(press(volume, Qt::Key_Up), QStringList());
     EXPECT_NEAR(player.volumeState().value(), 0.55, 1e-4);
-    EXPECT_EQ(press(volume, Qt::Key_Space), QStringList{QStringLiteral("toggleSelectedTrack")});
+    EXPECT_EQ(press(volume, Qt::Key_Space), QStringList{QStringLiteral("playPause")});
 }
 
 TEST_F(PlayerKeysTest, SpaceOnAButtonPressesItOnce)
@@ -118,7 +118,7 @@ TEST_F(PlayerKeysTest, SpaceOnAButtonPressesItOnce)
         if (each->accessibleName() != QStringLiteral("Пауза"))
             continue;
         ++clicked;
-        EXPECT_EQ(press(*each, Qt::Key_Space), QStringList{QStringLiteral("playTrack")});
+        EXPECT_EQ(press(*each, Qt::Key_Space), QStringList{QStringLiteral("playRow")});
         EXPECT_FALSE(player.isPlaying());
     }
     EXPECT_EQ(clicked, 1);

@@ -113,20 +113,20 @@ TEST_F(PlayingMarkTest, RowsArePlayedByDoubleClickReturnAndTheirCover)
 {
     start(6);
     const QList<Track>& shown = table().tracks().rows();
-    const auto plays = [&] { return dashboard.count("playTrack"); };
+    const auto plays = [&] { return dashboard.count("playRow"); };
     const QPoint title(row(2).right() + 60, row(2).center().y());
     const QPoint cover = TrackDelegate::coverRect(row(3)).center();
     QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, title);
-    EXPECT_EQ(dashboard.last("playTrack").ids, ids({shown[2]}));
+    EXPECT_EQ(dashboard.last("playRow").ids, ids({shown[2]}));
     QTest::mouseClick(table().viewport(), Qt::LeftButton, Qt::ControlModifier, cover);
     EXPECT_EQ(plays(), 1) << "with Ctrl a click on the cover selects";
     QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, cover);
-    EXPECT_EQ(dashboard.last("playTrack").ids, ids({shown[3]}));
+    EXPECT_EQ(dashboard.last("playRow").ids, ids({shown[3]}));
     QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, cover);
     EXPECT_EQ(plays(), 2) << "the second click of two does not stop it again";
     table().setCurrentIndex(table().model()->index(4, 0));
     QTest::keyClick(&table(), Qt::Key_Return);
-    EXPECT_EQ(dashboard.last("playTrack").ids, ids({shown[4]}));
+    EXPECT_EQ(dashboard.last("playRow").ids, ids({shown[4]}));
     EXPECT_EQ(plays(), 3);
 }
 
@@ -141,21 +141,21 @@ TEST_F(PlayingMarkTest, CoversArePlayedTheSameWay)
         return QPoint(cell(number).center().x(), cell(number).top() + cell(number).width() / 2);
     };
     const QList<Track>& shown = window->section(LibraryTab::Covers).model().rows();
-    const auto plays = [&] { return dashboard.count("playTrack"); };
+    const auto plays = [&] { return dashboard.count("playRow"); };
     RepaintedArea area(*grid.viewport());
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, cell(1).topLeft() + QPoint(6, 6));
     EXPECT_EQ(plays(), 0) << "beside the button a click selects";
     turn();
     area.take();
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, middle(2));
-    EXPECT_EQ(dashboard.last("playTrack").ids, ids({shown[2]}));
+    EXPECT_EQ(dashboard.last("playRow").ids, ids({shown[2]}));
     turn();
     EXPECT_EQ(area.take().boundingRect(), cell(2)) << "the mark takes its own cell alone";
     QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, cell(4).topLeft() + QPoint(6, 6));
-    EXPECT_EQ(dashboard.last("playTrack").ids, ids({shown[4]}));
+    EXPECT_EQ(dashboard.last("playRow").ids, ids({shown[4]}));
     grid.setCurrentIndex(grid.model()->index(5, 0));
     QTest::keyClick(&grid, Qt::Key_Return);
-    EXPECT_EQ(dashboard.last("playTrack").ids, ids({shown[5]}));
+    EXPECT_EQ(dashboard.last("playRow").ids, ids({shown[5]}));
     EXPECT_EQ(plays(), 3);
 }
 

@@ -24,7 +24,7 @@ protected:
         QTest::keyClick(&focused, static_cast<Qt::Key>(key), modifiers);
         QStringList asked;
         for (const FakeDashboard::Call& call : std::as_const(dashboard.calls)) {
-            if (call.name == QLatin1StringView("removeFromSection") || call.name == QLatin1StringView("moveToTrash"))
+            if (call.name == QLatin1StringView("remove") || call.name == QLatin1StringView("trash"))
                 asked += call.text.isEmpty() ? call.name : call.name + u' ' + call.text;
         }
         return asked;
@@ -36,10 +36,10 @@ protected:
         QStringList asked;
     };
     const QList<Key> keys{
-        {Qt::Key_Delete, {}, {QStringLiteral("removeFromSection ") + rawValue(LibraryTab::Playlist)}},
-        {Qt::Key_Backspace, {}, {QStringLiteral("removeFromSection ") + rawValue(LibraryTab::Playlist)}},
-        {Qt::Key_Delete, Qt::ShiftModifier, {QStringLiteral("moveToTrash")}},
-        {Qt::Key_Backspace, Qt::ControlModifier, {QStringLiteral("moveToTrash")}},
+        {Qt::Key_Delete, {}, {QStringLiteral("remove")}},
+        {Qt::Key_Backspace, {}, {QStringLiteral("remove")}},
+        {Qt::Key_Delete, Qt::ShiftModifier, {QStringLiteral("trash")}},
+        {Qt::Key_Backspace, Qt::ControlModifier, {QStringLiteral("trash")}},
         {Qt::Key_Delete, Qt::AltModifier, {}},
     };
 };
@@ -78,8 +78,11 @@ TEST_F(RemovalKeysTest, InAFieldTheyStayThere)
 
 TEST_F(RemovalKeysTest, TheMenuOfARowOffersItsSectionsRemoval)
 {
-    const Track plain = track(QStringLiteral("a.mp3"));
+    const Track plain = favorite(QStringLiteral("a.mp3"));
     fill({plain});
+    using List = Track::MetadataDestination;
+    for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates})
+        workspace().setList(list, {plain});
     const QString trash = QStringLiteral("Переместить в Корзину");
     const struct {
         LibraryTab tab;
@@ -100,15 +103,15 @@ TEST_F(RemovalKeysTest, TheMenuOfARowOffersItsSectionsRemoval)
     for (const auto& each : kCases) {
         dashboard.calls.clear();
         QMenu menu;
-        TrackMenu::build(menu, context, each.tab, ids({plain}), std::nullopt);
+        dashboard.activateTab(each.tab);
+        TrackMenu::build(menu, context, window->section(each.tab).descriptor(), ids({plain}), std::nullopt);
         for (QAction* action : menu.actions()) {
             const QString text = action->text().section(u'\t', 0, 0);
             if (text == trash || (!each.removal.isEmpty() && text == each.removal))
                 action->trigger();
         }
-        EXPECT_EQ(dashboard.count("removeFromSection"), each.removal.isEmpty() ? 0 : 1);
-        EXPECT_EQ(dashboard.last("removeFromSection").text, each.removal.isEmpty() ? QString() : rawValue(each.tab));
-        EXPECT_EQ(dashboard.count("moveToTrash"), each.trashes ? 1 : 0);
+        EXPECT_EQ(dashboard.count("remove"), each.removal.isEmpty() ? 0 : 1);
+        EXPECT_EQ(dashboard.count("trash"), each.trashes ? 1 : 0);
     }
 }
 

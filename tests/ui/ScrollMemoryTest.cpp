@@ -1,5 +1,6 @@
 #include "support/WindowFixture.h"
 
+#include "ui/tracks/ScrollActivity.h"
 #include "ui/tracks/ScrollMemory.h"
 
 #include <QScrollBar>
@@ -30,7 +31,8 @@ TEST_F(ScrollMemoryTest, ThePlaceIsWrittenOnceTheListRests)
         bar().setValue(value);
     bar().setValue(1234);
     EXPECT_EQ(writes, 0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return writes == 1; }, 5000));
+    clock.advance(ScrollMemory::kRest);
+    EXPECT_EQ(writes, 1);
     EXPECT_EQ(preferences.playlistScrollOffset.get(), 1234);
     const int strip = table().rowLayout().headerTop(0) + table().rowLayout().rowTop(0);
     EXPECT_EQ(anchor(), text(table().tracks().track(table().indexAt({50, strip + 1}).row()).id()));
@@ -144,7 +146,8 @@ TEST_F(ScrollMemoryTest, EveryWayToScrollIsReported)
     table().setCurrentIndex(table().model()->index(0, 0));
     for (const auto& [name, scroll] : ways) {
         SCOPED_TRACE(name);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !dashboard.scrollStates.value(dashboard.scrollStates.size() - 1); }));
+        clock.advance(ScrollActivity::kRest);
+        EXPECT_FALSE(dashboard.scrollStates.value(dashboard.scrollStates.size() - 1));
         dashboard.scrollStates.clear();
         scroll();
         EXPECT_EQ(dashboard.scrollStates, QList<bool>{true});

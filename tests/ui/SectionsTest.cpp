@@ -21,10 +21,39 @@ TEST_F(SectionsTest, AnEmptySectionSaysWhatToDo)
         EXPECT_FALSE(window->section(tab).list().isVisible());
         for (const ThemeLabel* label : empty->findChildren<ThemeLabel*>())
             EXPECT_FALSE(label->text().isEmpty());
-        const int before = dashboard.count("openSectionPanel");
+        const int before = dashboard.count("addFilesHere");
         QTest::mouseClick(empty->findChild<ThemeButton*>(), Qt::LeftButton);
-        EXPECT_EQ(dashboard.count("openSectionPanel"), before + 1);
+        EXPECT_EQ(dashboard.count("addFilesHere"), before + 1);
     }
+}
+
+TEST_F(SectionsTest, AFilterThatHidesFavoritesSaysSoAndCanBeCleared)
+{
+    preferences.favoriteGenreFilter.set(QStringLiteral("Dub"));
+    fill({favorite(QStringLiteral("a.mp3")), favorite(QStringLiteral("b.mp3"))});
+    show();
+    dashboard.activateTab(LibraryTab::Favorites);
+    turn();
+    SectionView& favorites = window->section(LibraryTab::Favorites);
+    auto* empty = favorites.findChild<EmptyState*>();
+    ASSERT_TRUE(empty->isVisible());
+    EXPECT_EQ(empty->accessibleName(), QStringLiteral("Среди избранных нет треков с жанром «Dub»."));
+    EXPECT_EQ(favorites.header().facts(), QStringLiteral("только жанр «Dub»"));
+    auto* button = empty->findChild<ThemeButton*>();
+    EXPECT_EQ(button->text(), QStringLiteral("Сбросить фильтр"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    turn();
+    EXPECT_TRUE(favorites.list().isVisible());
+    EXPECT_EQ(favorites.model().rowCount(), 2);
+    store->favorites().setFavoriteOnlyUntagged(true);
+    ThemeButton* link = nullptr;
+    for (ThemeButton* each : favorites.header().findChildren<ThemeButton*>()) {
+        if (each->text() == QStringLiteral("Сбросить фильтр"))
+            link = each;
+    }
+    ASSERT_TRUE(link && link->isVisible()) << "rows or none, a filter is seen";
+    QTest::mouseClick(link, Qt::LeftButton);
+    EXPECT_FALSE(store->favorites().favoriteOnlyUntagged() || link->isVisible());
 }
 
 TEST_F(SectionsTest, RowsTakeThePlaceOfTheEmptyStateAndGiveItBack)

@@ -42,7 +42,11 @@ protected:
 
 TEST_F(SortControlsTest, TheMenuShowsWhatThereIsAndWhatIsChosen)
 {
+    const QList<Track> tracks = rows(1);
+    fill(tracks);
     show();
+    EXPECT_FALSE(offered(LibraryTab::Playlist).contains(QStringLiteral("По рейтингу"))) << "there are none yet";
+    store->order().updatePlaylistPopularitySortValues({{tracks[0].id(), {}}});
     EXPECT_EQ(offered(LibraryTab::Playlist),
               QStringList({QStringLiteral("x По умолчанию"), QStringLiteral("По имени"), QStringLiteral("По жанру"),
                            QStringLiteral("По типу"), QStringLiteral("По BPM"), QStringLiteral("По рейтингу"),

@@ -98,7 +98,7 @@ TEST_F(WindowTest, KeysReachTheirCommands)
     show();
     workspace().setSelection(ids({tracks[0], tracks[2]}), tracks[0].id());
     QTest::keyClick(&table(), Qt::Key_F);
-    EXPECT_EQ(dashboard.last("toggleFavorites").ids, ids({tracks[0], tracks[2]}));
+    EXPECT_EQ(dashboard.last("favorite").ids, ids({tracks[0], tracks[2]}));
     EXPECT_TRUE(now(tracks[2]).isFavorite());
     turn();
     QTest::keyClick(&table(), Qt::Key_Z, Qt::ControlModifier);
@@ -106,7 +106,7 @@ TEST_F(WindowTest, KeysReachTheirCommands)
     QTest::keyClick(&table(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_TRUE(now(tracks[2]).isFavorite());
     QTest::keyClick(&table(), Qt::Key_O, Qt::ControlModifier);
-    EXPECT_EQ(dashboard.count("openPanel"), 1);
+    EXPECT_EQ(dashboard.count("addFiles"), 1);
     QTest::keyClick(&table(), Qt::Key_3, Qt::ControlModifier);
     EXPECT_EQ(workspace().activeTab(), LibraryTab::Covers);
     EXPECT_TRUE(window->sidebar().row(LibraryTab::Covers).isChecked());
@@ -142,7 +142,7 @@ TEST_F(WindowTest, TheStatusLineOffersToUndo)
     auto* strip = window->findChild<StatusStrip*>();
     auto* undoLink = strip->findChild<ThemeButton*>();
     EXPECT_FALSE(undoLink->isVisible());
-    dashboard.toggleFavorites(ids({tracks[0]}));
+    dashboard.commands().perform(CommandID::Favorite, {.ids = ids({tracks[0]})});
     turn();
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("Добавлено в избранное: 1"));
     ASSERT_TRUE(undoLink->isVisible());

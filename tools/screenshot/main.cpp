@@ -11,6 +11,7 @@
 #include "async/SystemClock.h"
 #include "async/TaskSlot.h"
 #include "core/library/LibraryStore.h"
+#include "core/library/files/FileLocks.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/selection/Selection.h"
@@ -264,9 +265,9 @@ void chooseCover(MainWindow& window, const QString& path)
     pump(kReadLimitMilliseconds, [&] { return covers->choice().picture().has_value(); });
 }
 
-async::Task<> holdFile(MetadataWriteCoordinator& coordinator, QUrl url, async::Clock& clock, std::stop_token stop)
+async::Task<> holdFile(FileLocks& locks, QUrl url, async::Clock& clock, std::stop_token stop)
 {
-    const MetadataWriteCoordinator::HeldPath held = co_await coordinator.hold(url, stop);
+    const FileLocks::HeldPath held = co_await locks.hold(url, stop);
     co_await clock.sleep(async::seconds(kReadLimitMilliseconds), stop);
 }
 
@@ -278,8 +279,8 @@ void writeWithoutEnd(LibraryStore& library, async::Clock& clock, async::TaskSlot
     Workspace& workspace = library.workspace();
     TagSaver& saver = library.tagWriting().saver();
     const QUrl heldURL = workspace.tracks().at(kHeldRow).url();
-    holder.start([&saver, heldURL, &clock](std::stop_token stop) {
-        return holdFile(saver.coordinator(), heldURL, clock, std::move(stop));
+    holder.start([&locks = library.fileLocks(), heldURL, &clock](std::stop_token stop) {
+        return holdFile(locks, heldURL, clock, std::move(stop));
     });
     QList<TagSaver::Item> items;
     for (const Track& track : workspace.tracks().rows())

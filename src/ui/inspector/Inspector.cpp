@@ -1,6 +1,7 @@
 #include "ui/inspector/Inspector.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
@@ -28,8 +29,8 @@ namespace {
 constexpr int kSide = 20; // margin at the left and at the right
 constexpr int kNameLines = 4;
 constexpr int kFactsLines = 3;
-constexpr int kDelay = 120; // milliseconds
-constexpr int kLow = 560;   // below this height the fields need the cover's room
+constexpr async::Duration kDelay = async::seconds(0.12);
+constexpr int kLow = 560; // below this height the fields need the cover's room
 
 QString subjectOf(const InspectorModel& model)
 {
@@ -51,6 +52,7 @@ Inspector::Inspector(const WindowContext& context, const Services& services, QWi
     , m_facts(new WrappedText(context.theme, {TextRole::Secondary, &ThemeColours::text2, kFactsLines}, this))
     , m_fields(new InspectorFields(context, m_model, this))
     , m_saveBar(new SaveBar(context.theme, this))
+    , m_delay(context.clock, kDelay, [this] { refresh(); })
 {
     build();
     connectWorkspace();
@@ -162,9 +164,6 @@ void Inspector::connectWorkspace()
         selectionMoved();
     });
     connect(&m_inventories, &InventoryLoads::arrived, this, &Inspector::refresh);
-    m_delay.setSingleShot(true);
-    m_delay.setInterval(kDelay);
-    connect(&m_delay, &QTimer::timeout, this, &Inspector::refresh);
 
     Preferences& preferences = m_context.store.preferences();
     connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
@@ -186,8 +185,8 @@ void Inspector::selectionMoved()
     const qsizetype selected = m_context.store.workspace().activeSelection().size();
     if (std::max<qsizetype>(selected, m_model.count()) <= kManyTracks)
         refresh();
-    else if (!m_delay.isActive())
-        m_delay.start();
+    else
+        m_delay.startOnce();
 }
 
 void Inspector::showEvent(QShowEvent* event)
@@ -223,7 +222,7 @@ void Inspector::refresh()
         return;
     m_delay.stop();
     Workspace& workspace = m_context.store.workspace();
-    m_model.follow(workspace.tracks(), workspace.activeSelection());
+    m_model.follow(workspace.tracks(), m_context.store.selection().activeSelection());
     const std::optional<Track>& single = m_model.single();
     if (single && InspectorModel::isWritable(*single))
         m_model.setInventory(m_inventories.of(*single));

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "async/TaskSlot.h"
+#include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 #include "ui/controls/Panel.h"
 #include "ui/drops/PictureSource.h"
 #include "ui/inspector/InspectorModel.h"
 #include "ui/inspector/InventoryLoads.h"
-
-#include <QTimer>
 
 class CoverWell;
 class InspectorFields;
@@ -89,6 +88,6 @@ private:
     InspectorFields* m_fields;
     SaveBar* m_saveBar;
     bool m_hasWarned = false; ///< of the edits that there are
-    QTimer m_delay;           ///< of the look at very many tracks
+    Delay m_delay;            ///< of the look at very many tracks
     async::TaskSlot m_cover;  // last: stops the task before anything else goes
 };

@@ -3,6 +3,7 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/keys/Keys.h"
 #include "ui/cells/KeyTexts.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/keys/KeyWheel.h"
@@ -15,8 +16,8 @@
 #include <QItemSelectionModel>
 
 namespace {
-constexpr int kCountDelay = 120;        // milliseconds; as the facts of a header
-constexpr int kRoomForAllButtons = 920; // of the header, in pixels, with Russian words
+constexpr async::Duration kCountDelay = async::seconds(0.12); // as the facts of a header
+constexpr int kRoomForAllButtons = 920;                       // of the header, in pixels, with Russian words
 } // namespace
 
 KeySection::KeySection(const WindowContext& context, SectionView& section)
@@ -28,18 +29,16 @@ KeySection::KeySection(const WindowContext& context, SectionView& section)
     , m_all(section.header().addAction())
     , m_write(&section.header().mainButton())
     , m_panel(new KeyPanel(context.theme, &section))
+    , m_count(context.clock, kCountDelay, [this] { count(); })
 {
     const Keys& keys = context.store.keys();
     section.model().setKeyStates([&keys](const TrackID& id) { return KeyState::of(keys, id); });
     section.setPanel(m_panel, SectionBody::Narrow::Without);
-    m_countTimer.setSingleShot(true);
-    m_countTimer.setInterval(kCountDelay);
-    connect(&m_countTimer, &QTimer::timeout, this, &KeySection::count);
-    connect(m_add, &QAbstractButton::clicked, this, [this] { m_context.actions.openMusicalKeyPanel(); });
+    connect(m_add, &QAbstractButton::clicked, this, [this] { perform(CommandID::AddFilesHere, {}); });
     connect(m_selected, &QAbstractButton::clicked, this,
-            [this] { m_context.actions.analyzeMusicalKey(m_section.selectedIDs()); });
-    connect(m_all, &QAbstractButton::clicked, this, [this] { m_context.actions.analyzeMusicalKey(allIDs()); });
-    connect(m_write, &QAbstractButton::clicked, this, [this] { m_context.actions.writeAnalyzedMusicalKeys(allIDs()); });
+            [this] { perform(CommandID::AnalyzeKeys, m_section.selectedIDs()); });
+    connect(m_all, &QAbstractButton::clicked, this, [this] { perform(CommandID::AnalyzeKeys, allIDs()); });
+    connect(m_write, &QAbstractButton::clicked, this, [this] { perform(CommandID::WriteKeys, allIDs()); });
     connect(&m_panel->wheel(), &KeyWheel::keyChosen, this, &KeySection::selectRowsIn);
     connect(&keys, &Keys::musicalKeyStatesChanged, this, &KeySection::statesChanged);
     connect(&section.model(), &TrackListModel::rowsReplaced, this, [this] {
@@ -55,15 +54,19 @@ KeySection::KeySection(const WindowContext& context, SectionView& section)
 void KeySection::retranslate()
 {
     m_add->setIconOnly(QStringLiteral("plus"), Texts::localized(QStringLiteral("Добавить файлы…")));
-    m_selected->setContent(Texts::localized(QStringLiteral("Определить выбранные")));
+    m_selected->setContent(Commands::text(CommandID::AnalyzeKeys));
     m_all->setContent(Texts::localized(QStringLiteral("Определить все")));
     m_all->setToolTip(
         Texts::localized(QStringLiteral("Лучший найденный код Camelot для каждого успешно прочитанного трека.")));
     m_write->setContent(Texts::localized(QStringLiteral("Записать в теги")));
-    m_write->setToolTip(
-        Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));
+    m_write->setToolTip(Texts::localized(Commands::of(CommandID::WriteKeys).hint));
     m_panel->retranslate();
     refreshButtons();
+}
+
+void KeySection::perform(CommandID id, const QSet<TrackID>& ids) const
+{
+    m_context.actions.commands().perform(id, {.ids = ids});
 }
 
 QString KeySection::facts(LibraryStore& library, const QList<Track>& rows)
@@ -122,8 +125,7 @@ void KeySection::statesChanged(const QSet<TrackID>& ids)
     refreshButtons();
     refreshPanel();
     m_section.factsChanged();
-    if (!m_countTimer.isActive())
-        m_countTimer.start();
+    m_count.startOnce();
 }
 
 /// How many rows each key has, for the wheel.

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 #include "ui/keys/KeyPanel.h"
 #include "ui/sections/SectionParts.h"
 
 #include <QSet>
-#include <QTimer>
 
 class LibraryStore;
 class SectionView;
 class ThemeButton;
+enum class CommandID;
 
 /// What the key section has beyond a list: the actions of its header, the states of its rows, and the panel with the
 /// wheel. Owned by the section. Thread: main.
@@ -31,6 +32,7 @@ public:
     static QString facts(LibraryStore& library, const QList<Track>& rows);
 
 private:
+    void perform(CommandID id, const QSet<TrackID>& ids) const;
     QSet<TrackID> allIDs() const;
     void selectRowsIn(const MusicalKey& key);
     void statesChanged(const QSet<TrackID>& ids);
@@ -45,6 +47,6 @@ private:
     ThemeButton* m_all;
     ThemeButton* m_write;
     KeyPanel* m_panel;
-    QTimer m_countTimer;
     bool m_hasResults = false; ///< any row has
+    Delay m_count;
 };

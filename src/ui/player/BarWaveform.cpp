@@ -13,7 +13,7 @@
 #include <cmath>
 
 namespace {
-constexpr int kFadeMilliseconds = 100;
+constexpr double kFadeSeconds = 0.1;
 constexpr int kFrameMilliseconds = 16;
 constexpr int kBreathFrameMilliseconds = 60; // slow enough for few frames
 constexpr double kBreathSeconds = 1.8;
@@ -53,7 +53,7 @@ void BarWaveform::paint(QPainter& painter, const QRect& rect, double played)
 {
     const WaveformDrawer drawer = waveformDrawerFromRawValue(m_context.store.preferences().waveformDrawer.get());
     m_picture.prepare(m_source.envelope(), {drawer, rect.size(), m_area.devicePixelRatioF(), colours()});
-    const double opacity = m_frames.isActive() ? std::min(1.0, double(m_since.elapsed()) / kFadeMilliseconds) : 1.0;
+    const double opacity = m_frames.isActive() ? std::min(1.0, elapsed() / kFadeSeconds) : 1.0;
     painter.setOpacity(opacity);
     m_picture.paint(painter, rect.topLeft(), played * rect.width());
     painter.setOpacity(1);
@@ -65,18 +65,28 @@ QColor BarWaveform::lineColour() const
     if (m_source.state() != BarEnvelope::State::Loading || !m_frames.isActive())
         return c.groove;
     constexpr double kPi = 3.14159265358979323846;
-    const double turns = double(m_since.elapsed()) / 1000 / kBreathSeconds;
+    const double turns = elapsed() / kBreathSeconds;
     const double share = (1 - std::cos(2 * kPi * turns)) / 2 * kBreathDepth; // begins unseen
     const auto part = [share](int to, int from) { return static_cast<int>(std::lround(from + (to - from) * share)); };
     return {part(c.text3.red(), c.groove.red()), part(c.text3.green(), c.groove.green()),
             part(c.text3.blue(), c.groove.blue())};
 }
 
+double BarWaveform::elapsed() const
+{
+    return std::chrono::duration<double>(m_context.clock.now() - m_since).count();
+}
+
+bool BarWaveform::isAnimating() const
+{
+    return m_frames.isActive() && (m_source.state() == BarEnvelope::State::Loading || elapsed() < kFadeSeconds);
+}
+
 void BarWaveform::sourceChanged()
 {
     const BarEnvelope::State state = m_source.state();
     m_frames.stop();
-    m_since.start();
+    m_since = m_context.clock.now();
     const bool moves = m_area.isVisible() && !Motion::isReduced();
     if (moves && state == BarEnvelope::State::Loading)
         m_frames.start(kBreathFrameMilliseconds, this);
@@ -92,7 +102,7 @@ void BarWaveform::timerEvent(QTimerEvent* event)
         return;
     }
     const bool isLoading = m_source.state() == BarEnvelope::State::Loading;
-    if (!m_area.isVisible() || (!isLoading && m_since.elapsed() >= kFadeMilliseconds))
+    if (!m_area.isVisible() || (!isLoading && elapsed() >= kFadeSeconds))
         m_frames.stop();
     if (isLoading)
         m_area.update(0, m_area.height() / 2 - Metrics::kKnob / 2, m_area.width(), Metrics::kKnob);

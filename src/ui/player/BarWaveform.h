@@ -1,11 +1,11 @@
 #pragma once
 
+#include "async/Clock.h"
 #include "ui/context/WindowContext.h"
 #include "ui/waveform/BarEnvelope.h"
 #include "ui/waveform/WaveformPicture.h"
 
 #include <QBasicTimer>
-#include <QElapsedTimer>
 #include <QObject>
 
 class QWidget;
@@ -25,7 +25,7 @@ public:
     /// Whether there is a waveform to be drawn.
     bool isReady() const { return m_source.state() == BarEnvelope::State::Ready; }
     /// Whether something changes by itself at the moment.
-    bool isAnimating() const { return m_frames.isActive(); }
+    bool isAnimating() const;
     /// Where the waveform stands in the area. \param margin left and right of it.
     QRect rect(int margin) const;
     /// Paints the waveform. \param played fraction from 0 to 1.
@@ -39,11 +39,13 @@ protected:
 
 private:
     void sourceChanged();
+    /// Seconds since the source changed.
+    double elapsed() const;
 
     WindowContext m_context;
     QWidget& m_area;
     WaveformPicture m_picture;
     QBasicTimer m_frames;
-    QElapsedTimer m_since; ///< the last change of the source
+    async::Duration m_since{}; ///< in the clock's time, the last change of the source
     BarEnvelope m_source;
 };

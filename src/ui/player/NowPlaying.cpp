@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/workspace/Workspace.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/text/Texts.h"
@@ -27,7 +28,8 @@ NowPlaying::NowPlaying(const WindowContext& context, QWidget* parent)
 {
     connect(m_heart, &QAbstractButton::clicked, this, [this] {
         if (m_track)
-            m_context.actions.toggleFavorites({m_track->id()});
+            m_context.actions.commands().perform(CommandID::Favorite,
+                                                 {.ids = {m_track->id()}, .of = CommandTarget::Of::Player});
     });
     connect(&context.thumbnails, &ThumbnailCache::ready, this, qOverload<>(&QWidget::update));
     connect(&context.theme, &Theme::changed, this, &NowPlaying::retranslate);

@@ -8,24 +8,20 @@
 #include <QActionGroup>
 
 namespace {
-constexpr int kLookMilliseconds = 200; // chosen: a device that is plugged in appears at once
+constexpr async::Duration kLook = async::seconds(0.2); // chosen: a device that is plugged in appears at once
 }
 
 OutputMenu::OutputMenu(const WindowContext& context, QWidget* parent)
     : QMenu(parent)
     , m_context(context)
+    , m_look(context.clock, kLook, [this] {
+        fill();
+        m_look.start();
+    })
 {
     context.audio.refreshDevices();
     fill();
-    m_looking.start(kLookMilliseconds, this);
-}
-
-void OutputMenu::timerEvent(QTimerEvent* event)
-{
-    if (event->timerId() == m_looking.timerId())
-        fill();
-    else
-        QMenu::timerEvent(event);
+    m_look.start();
 }
 
 void OutputMenu::fill()

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 
-#include <QBasicTimer>
 #include <QMenu>
 
 /// The outputs to choose from: the system's default, then the devices, with a mark at the present one. Looks for new
@@ -14,12 +14,10 @@ public:
     OutputMenu(const WindowContext& context, QWidget* parent);
 
 protected:
-    void timerEvent(QTimerEvent* event) override;
-
 private:
     void fill();
 
     WindowContext m_context;
-    QBasicTimer m_looking;
+    Delay m_look;
     QStringList m_shown; ///< what the rows were made of
 };

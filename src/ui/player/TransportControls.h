@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class ThemeButton;
+enum class CommandID;
 
 /// Previous track, play or pause, next track.
 class TransportControls : public QWidget {
@@ -17,6 +18,7 @@ public:
     void refresh(bool hasTrack);
 
 private:
+    void perform(CommandID id) const;
     void playOrPause();
 
     WindowContext m_context;

@@ -1,5 +1,6 @@
 #include "ui/sections/EmptyState.h"
 
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/controls/ThemeLabel.h"
@@ -41,7 +42,7 @@ EmptyState::EmptyState(const WindowContext& context, const SectionDescriptor& de
     layout->addSpacing(Metrics::kSpace4);
     layout->addWidget(m_hint, 0, Qt::AlignHCenter);
     layout->addStretch(5);
-    connect(m_button, &QAbstractButton::clicked, this, [this] { m_context.actions.openSectionPanel(); });
+    connect(m_button, &QAbstractButton::clicked, this, [this] { m_context.actions.commands().perform(m_command); });
     connect(&context.theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     setFocusPolicy(Qt::StrongFocus); // keeps the keyboard in the section without marking anything
     retranslate();
@@ -49,11 +50,20 @@ EmptyState::EmptyState(const WindowContext& context, const SectionDescriptor& de
 
 void EmptyState::retranslate()
 {
+    refresh();
+}
+
+void EmptyState::refresh()
+{
     const SectionDescriptor::Words& words = m_descriptor.words;
-    setAccessibleName(Texts::localized(words.empty));
-    m_sentence->setText(Texts::localized(words.empty));
+    const QString hiddenBy = m_descriptor.hiddenBy ? m_descriptor.hiddenBy(m_context.store) : QString();
+    const QString sentence = hiddenBy.isEmpty() ? Texts::localized(words.empty) : hiddenBy;
+    m_command = hiddenBy.isEmpty() ? CommandID::AddFilesHere : CommandID::ClearFavoriteFilter;
+    setAccessibleName(sentence);
+    m_sentence->setText(sentence);
     m_hint->setText(Texts::localized(words.accepted));
-    m_button->setContent(Texts::localized(words.add), QStringLiteral("plus"));
+    m_button->setContent(hiddenBy.isEmpty() ? Texts::localized(words.add) : Commands::text(m_command),
+                         Commands::of(m_command).icon);
 }
 
 void EmptyState::paintEvent(QPaintEvent*)

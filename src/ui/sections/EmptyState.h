@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/commands/Command.h"
 #include "ui/context/WindowContext.h"
 
 #include <QWidget>
@@ -15,6 +16,8 @@ class EmptyState : public QWidget {
 public:
     EmptyState(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent = nullptr);
     void retranslate();
+    /// What keeps the list empty may be another thing now.
+    void refresh();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -22,6 +25,7 @@ protected:
 private:
     WindowContext m_context;
     const SectionDescriptor& m_descriptor;
+    CommandID m_command = CommandID::AddFilesHere; ///< of the button
     QWidget* m_iconSpace;
     ThemeLabel* m_sentence;
     ThemeButton* m_button;

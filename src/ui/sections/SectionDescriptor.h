@@ -46,12 +46,14 @@ struct SectionDescriptor {
     QList<FolderRun> (*folders)(LibraryStore& library) = nullptr;
     /// What stands in the column Status, by row.
     QHash<TrackID, QString> (*statusTexts)(const LibraryStore& library) = nullptr;
+    /// Why the list is empty although the section has rows, localised; empty where it has none. The command
+    /// ClearFavoriteFilter shows them.
+    QString (*hiddenBy)(LibraryStore& library) = nullptr;
     /// The event that moves the focus where the section keeps a selection of its own.
     void (Notifications::*navigates)(Notifications::Direction) = nullptr;
 
     bool sortsByHeadings = false;
     bool remembersScrolling = false; ///< and tells while it scrolls
-    bool offersTrash = true;         ///< its files can be moved to the Trash
 
     const LibrarySection& section() const { return LibrarySection::of(tab); }
     bool addsByMainButton() const { return words.addFromMenu.isEmpty(); }

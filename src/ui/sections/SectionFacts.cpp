@@ -30,9 +30,9 @@ QString fileCount(qint64 count)
     return VelmoraLocalization::plural(QStringLiteral("%n файлов"), count);
 }
 
-QString tracks(LibraryStore&, const QList<Track>& rows)
+QString tracks(const QList<Track>& rows, const QString& more)
 {
-    return ofRows(rows, {Texts::trackCount(rows.size()), totalLength(rows)});
+    return Texts::facts({ofRows(rows, {Texts::trackCount(rows.size()), totalLength(rows)}), more});
 }
 
 QString playlist(LibraryStore& library, const QList<Track>& rows)

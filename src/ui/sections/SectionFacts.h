@@ -7,8 +7,8 @@ class LibraryStore;
 /// Lines of counts and total lengths for the headers of sections, in the language of the interface. Thread: main.
 namespace SectionFacts {
 
-/// Tracks and their length.
-QString tracks(LibraryStore& library, const QList<Track>& rows);
+/// Tracks and their length; \p more behind, whether there are any or not.
+QString tracks(const QList<Track>& rows, const QString& more = {});
 /// Tracks, folders and the length.
 QString playlist(LibraryStore& library, const QList<Track>& rows);
 /// Files and their length.

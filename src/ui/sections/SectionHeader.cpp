@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "platform/Preferences.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/controls/ThemeLabel.h"
@@ -16,6 +17,7 @@ SectionHeader::SectionHeader(const WindowContext& context, const SectionDescript
     , m_descriptor(descriptor)
     , m_title(new ThemeLabel(context.theme, TextRole::Title, &ThemeColours::text, this))
     , m_facts(new ThemeLabel(context.theme, TextRole::Secondary, &ThemeColours::text2, this))
+    , m_factsLine(new QHBoxLayout)
     , m_actions(new QHBoxLayout)
     , m_menuButton(new ThemeButton(context.theme, ThemeButton::Kind::Quiet, this))
     , m_mainButton(new ThemeButton(context.theme, ThemeButton::Kind::Accent, this))
@@ -25,7 +27,10 @@ SectionHeader::SectionHeader(const WindowContext& context, const SectionDescript
     words->setSpacing(0);
     words->addStretch();
     words->addWidget(m_title);
-    words->addWidget(m_facts);
+    words->addLayout(m_factsLine);
+    m_factsLine->setSpacing(Metrics::kSpace2);
+    m_factsLine->addWidget(m_facts);
+    m_factsLine->addStretch();
     words->addStretch();
     m_actions->setSpacing(Metrics::kSpace2);
     auto* layout = new QHBoxLayout(this);
@@ -36,7 +41,8 @@ SectionHeader::SectionHeader(const WindowContext& context, const SectionDescript
         layout->addLayout(m_actions);
         addTagsButton();
         layout->addWidget(m_menuButton);
-        connect(m_mainButton, &QAbstractButton::clicked, this, [this] { m_context.actions.openSectionPanel(); });
+        connect(m_mainButton, &QAbstractButton::clicked, this,
+                [this] { m_context.actions.commands().perform(CommandID::AddFilesHere); });
     } else { // the two actions are steps of one thing and stand together
         addTagsButton();
         layout->addWidget(m_menuButton);
@@ -57,6 +63,13 @@ const QString& SectionHeader::facts() const
     return m_facts->text();
 }
 
+ThemeButton* SectionHeader::addLink()
+{
+    auto* link = new ThemeButton(m_context.theme, ThemeButton::Kind::Link, this);
+    m_factsLine->insertWidget(1, link);
+    return link;
+}
+
 ThemeButton* SectionHeader::addAction()
 {
     auto* button = new ThemeButton(m_context.theme, ThemeButton::Kind::Plain, this);
@@ -71,9 +84,9 @@ void SectionHeader::addTagsButton()
         return;
     m_tagsButton = new ThemeButton(m_context.theme, ThemeButton::Kind::Quiet, this);
     layout()->addWidget(m_tagsButton);
-    Preferences& preferences = m_context.store.preferences();
+    const Preferences& preferences = m_context.store.preferences();
     connect(m_tagsButton, &QAbstractButton::clicked, this,
-            [&preferences] { preferences.inspectorVisible.set(!preferences.inspectorVisible.get()); });
+            [this] { m_context.actions.commands().perform(CommandID::ShowTags); });
     connect(&preferences, &Preferences::changed, this, [this, &preferences](const QString& key) {
         if (key == preferences.inspectorVisible.key())
             showTagsButton();
@@ -91,7 +104,7 @@ void SectionHeader::showTagsButton()
     m_tagsButton->setIconOnly(
         QStringLiteral("inspector"),
         Texts::localized(isOpen ? QStringLiteral("Скрыть теги") : QStringLiteral("Показать теги")),
-        QStringLiteral("Ctrl+I"));
+        Commands::keys(CommandID::ShowTags));
 }
 
 void SectionHeader::retranslate()
@@ -100,7 +113,7 @@ void SectionHeader::retranslate()
     m_title->setText(Texts::localized(m_descriptor.words.title));
     if (m_descriptor.addsByMainButton()) {
         m_mainButton->setContent(Texts::localized(m_descriptor.words.add), QStringLiteral("plus"));
-        m_mainButton->setToolTip(QStringLiteral("Ctrl+O"));
+        m_mainButton->setToolTip(Commands::keys(CommandID::AddFiles));
     }
     m_menuButton->setIconOnly(QStringLiteral("more"), Texts::localized(QStringLiteral("Команды")));
 }

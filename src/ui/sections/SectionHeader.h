@@ -19,6 +19,8 @@ public:
     const QString& facts() const;
     /// Adds an action before the main button. Owned by the header.
     ThemeButton* addAction();
+    /// Adds a link behind the facts. Owned by the header.
+    ThemeButton* addLink();
     /// The accented button at the end: adds files, but in Covers and the key section, which say what it does.
     ThemeButton& mainButton() const { return *m_mainButton; }
     /// Button of the menu that holds the commands.
@@ -33,6 +35,7 @@ private:
     const SectionDescriptor& m_descriptor;
     ThemeLabel* m_title;
     ThemeLabel* m_facts;
+    QHBoxLayout* m_factsLine;
     QHBoxLayout* m_actions;
     ThemeButton* m_tagsButton = nullptr; ///< where the rows have tags to edit
     ThemeButton* m_menuButton;

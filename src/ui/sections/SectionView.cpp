@@ -5,6 +5,7 @@
 #include "core/library/tempo/Tempo.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/drops/DropOutline.h"
 #include "ui/drops/DropTarget.h"
@@ -25,7 +26,7 @@
 #include <QStackedLayout>
 
 namespace {
-constexpr int kFactsDelay = 120; // milliseconds; one pass over the list while tags stream in is enough
+constexpr async::Duration kFactsDelay = async::seconds(0.12); // one pass over the list while tags stream in is enough
 }
 
 SectionView::SectionView(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent)
@@ -37,6 +38,7 @@ SectionView::SectionView(const WindowContext& context, const SectionDescriptor& 
     , m_empty(new EmptyState(context, descriptor, this))
     , m_body(new SectionBody(this))
     , m_stack(new QStackedLayout)
+    , m_facts(context.clock, kFactsDelay, [this] { updateFacts(); })
 {
     m_model->setBPMStates([&tempo = context.store.tempo()](const TrackID& id) { return tempo.playlistBPMState(id); });
     buildList();
@@ -47,9 +49,6 @@ SectionView::SectionView(const WindowContext& context, const SectionDescriptor& 
     if (descriptor.makeParts)
         m_parts = descriptor.makeParts(context, *this);
     layOut();
-    m_factsTimer.setSingleShot(true);
-    m_factsTimer.setInterval(kFactsDelay);
-    connect(&m_factsTimer, &QTimer::timeout, this, &SectionView::updateFacts);
     connect(&context.theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     retranslate();
 }
@@ -68,7 +67,7 @@ void SectionView::buildList()
         m_sync = new SelectionSync(*m_list, *m_model, m_context.store.workspace(), m_context.actions);
     if (!m_descriptor.remembersScrolling)
         return;
-    m_scrolling = new ScrollActivity(*m_list);
+    m_scrolling = new ScrollActivity(*m_list, m_context.clock);
     connect(m_scrolling, &ScrollActivity::scrollingChanged, this,
             [this](bool scrolling) { m_context.actions.setPlaylistScrolling(scrolling); });
 }
@@ -79,12 +78,12 @@ QAbstractItemView* SectionView::makeTable()
     connect(table, &TrackTable::contextMenuWanted, this, &SectionView::contextMenuWanted);
     connect(table, &TrackTable::playWanted, this, &SectionView::play);
     connect(table, &TrackTable::heartClicked, this,
-            [this](const QUuid& id) { m_context.actions.toggleFavorites({id}); });
+            [this](const QUuid& id) { m_context.actions.commands().perform(CommandID::Favorite, {.ids = {id}}); });
     if (m_descriptor.section().isSortable)
         m_sorting = new SortControls(m_context, m_descriptor, *m_header, *table);
     if (!m_descriptor.remembersScrolling)
         return table;
-    m_scrollMemory = new ScrollMemory(*table, m_context.store.preferences());
+    m_scrollMemory = new ScrollMemory(*table, m_context.store.preferences(), m_context.clock);
     connect(&m_context.store.workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
         if (!isRestoring)
             m_scrollMemory->workspaceRestored();
@@ -177,6 +176,8 @@ void SectionView::refresh()
     disconnect(watch);
 
     const bool isEmpty = m_model->rows().isEmpty();
+    if (isEmpty)
+        m_empty->refresh();
     QWidget* page = isEmpty ? static_cast<QWidget*>(m_empty) : m_list;
     if (m_stack->currentWidget() != page) {
         const bool hadFocus = m_stack->currentWidget()->isAncestorOf(window()->focusWidget());
@@ -192,8 +193,7 @@ void SectionView::refresh()
 
 void SectionView::factsChanged()
 {
-    if (!m_factsTimer.isActive())
-        m_factsTimer.start();
+    m_facts.startOnce();
 }
 
 void SectionView::updateFacts()
@@ -254,7 +254,7 @@ void SectionView::play(const Track& track)
 {
     if (m_sync)
         m_sync->flush();
-    m_context.actions.playTrack(track);
+    m_context.actions.commands().perform(CommandID::PlayRow, {.track = track});
 }
 
 void SectionView::moveFocus(int offset)

@@ -2,11 +2,11 @@
 
 #include "core/model/LibraryTab.h"
 #include "core/model/Track.h"
+#include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 #include "ui/sections/SectionBody.h"
 #include "ui/tracks/TrackListModel.h"
 
-#include <QTimer>
 #include <QWidget>
 
 #include <optional>
@@ -97,7 +97,7 @@ private:
     SectionParts* m_parts = nullptr;
     ScrollMemory* m_scrollMemory = nullptr;
     SortControls* m_sorting = nullptr; ///< null where nothing can be sorted
-    QTimer m_factsTimer;
     bool m_isShown = false;
     bool m_isDirty = true;
+    Delay m_facts;
 };

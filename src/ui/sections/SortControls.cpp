@@ -92,9 +92,8 @@ void SortControls::fillMenu(QMenu& menu) const
 void SortControls::addFields(QMenu& menu) const
 {
     const TrackSortField present = m_context.store.order().trackSortField(m_descriptor.tab);
-    // Ratings are known for the playlist alone, and only while they are asked for.
-    const bool hasRatings =
-        !m_descriptor.sortsByHeadings && m_context.store.preferences().playlistPopularityEnabled.get();
+    const bool hasRatings = m_context.store.preferences().playlistPopularityEnabled.get() &&
+                            m_context.store.order().hasRatings(m_descriptor.tab);
     auto* group = new QActionGroup(&menu);
     for (const TrackSortField field : kFields) {
         if (field == TrackSortField::Rating && !hasRatings && present != field)

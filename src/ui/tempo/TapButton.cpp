@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/status/StatusLine.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Metrics.h"
@@ -70,7 +71,8 @@ async::Task<> TapButton::finishLater(std::stop_token stop)
     m_taps.clear();
     show();
     if (bpm)
-        m_context.actions.setTempo(*bpm, {*m_trackID});
+        m_context.actions.commands().perform(CommandID::SetTempo,
+                                             {.ids = {*m_trackID}, .of = CommandTarget::Of::Player, .number = *bpm});
 }
 
 void TapButton::show()

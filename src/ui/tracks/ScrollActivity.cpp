@@ -3,23 +3,21 @@
 #include <QAbstractItemView>
 #include <QScrollBar>
 
-ScrollActivity::ScrollActivity(QAbstractItemView& view)
+ScrollActivity::ScrollActivity(QAbstractItemView& view, async::Clock& clock)
     : QObject(&view)
     , m_view(view)
+    , m_rest(clock, kRest, [this] { rest(); })
 {
-    m_restTimer.setSingleShot(true);
-    m_restTimer.setInterval(kRestMilliseconds);
-    connect(&m_restTimer, &QTimer::timeout, this, &ScrollActivity::rest);
     connect(view.verticalScrollBar(), &QScrollBar::valueChanged, this, &ScrollActivity::moved);
     connect(view.verticalScrollBar(), &QScrollBar::sliderPressed, this, &ScrollActivity::moved);
-    connect(view.verticalScrollBar(), &QScrollBar::sliderReleased, &m_restTimer, qOverload<>(&QTimer::start));
+    connect(view.verticalScrollBar(), &QScrollBar::sliderReleased, this, [this] { m_rest.start(); });
 }
 
 void ScrollActivity::moved()
 {
     if (m_isMuted || !m_view.isVisible())
         return;
-    m_restTimer.start();
+    m_rest.start();
     if (!std::exchange(m_isScrolling, true))
         emit scrollingChanged(true);
 }

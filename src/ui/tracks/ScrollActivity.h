@@ -1,7 +1,8 @@
 #pragma once
 
+#include "ui/context/Delay.h"
+
 #include <QObject>
-#include <QTimer>
 
 class QAbstractItemView;
 
@@ -10,9 +11,9 @@ class ScrollActivity : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int kRestMilliseconds = 150;
+    static constexpr async::Duration kRest = async::seconds(0.15);
 
-    explicit ScrollActivity(QAbstractItemView& view);
+    ScrollActivity(QAbstractItemView& view, async::Clock& clock);
 
     bool isScrolling() const { return m_isScrolling; }
     /// While muted, moves of the scroll bar come from the program and do not count.
@@ -26,7 +27,7 @@ private:
     void rest();
 
     QAbstractItemView& m_view;
-    QTimer m_restTimer;
     bool m_isScrolling = false;
     bool m_isMuted = false;
+    Delay m_rest;
 };

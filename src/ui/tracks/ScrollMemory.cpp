@@ -10,15 +10,13 @@
 #include <cmath>
 #include <limits>
 
-ScrollMemory::ScrollMemory(TrackTable& table, Preferences& preferences)
+ScrollMemory::ScrollMemory(TrackTable& table, Preferences& preferences, async::Clock& clock)
     : QObject(&table)
     , m_table(table)
     , m_preferences(preferences)
+    , m_rest(clock, kRest, [this] { write(); })
 {
-    m_restTimer.setSingleShot(true);
-    m_restTimer.setInterval(kRestMilliseconds);
-    connect(&m_restTimer, &QTimer::timeout, this, &ScrollMemory::write);
-    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, &m_restTimer, qOverload<>(&QTimer::start));
+    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { m_rest.start(); });
 }
 
 void ScrollMemory::rowsChanged()
@@ -26,7 +24,7 @@ void ScrollMemory::rowsChanged()
     const bool isEmpty = m_table.tracks().rows().isEmpty();
     const bool wasEmpty = std::exchange(m_isEmpty, isEmpty);
     if (isEmpty)
-        m_restTimer.stop(); // the end of the old list is no place in the next one
+        m_rest.stop(); // the end of the old list is no place in the next one
     else if (wasEmpty)
         restore();
 }
@@ -45,18 +43,18 @@ void ScrollMemory::restore()
         std::clamp(m_preferences.playlistScrollOffset.get(), 0.0, double(std::numeric_limits<int>::max()));
     const auto anchor = QUuid::fromString(m_preferences.playlistScrollAnchorTrackID.get());
     m_table.setScrollPlace({static_cast<int>(std::lround(offset)), anchor});
-    m_restTimer.stop(); // it is where the preferences say
+    m_rest.stop(); // it is where the preferences say
 }
 
 void ScrollMemory::flush()
 {
-    if (m_restTimer.isActive())
+    if (m_rest.isActive())
         write();
 }
 
 void ScrollMemory::write()
 {
-    m_restTimer.stop();
+    m_rest.stop();
     if (m_isEmpty)
         return;
     const TrackTable::ScrollPlace place = m_table.scrollPlace();

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "ui/context/Delay.h"
+
 #include <QObject>
-#include <QTimer>
 
 class Preferences;
 class TrackTable;
@@ -13,10 +14,10 @@ class ScrollMemory : public QObject {
 
 public:
     /// The place is written once the list has rested so long: a write is a write to the disk.
-    static constexpr int kRestMilliseconds = 300;
+    static constexpr async::Duration kRest = async::seconds(0.3);
 
-    /// Both outlive the memory.
-    ScrollMemory(TrackTable& table, Preferences& preferences);
+    /// All outlive the memory.
+    ScrollMemory(TrackTable& table, Preferences& preferences, async::Clock& clock);
 
     /// The rows were replaced. Rows that come into an empty list are scrolled to the remembered place.
     void rowsChanged();
@@ -32,6 +33,6 @@ private:
 
     TrackTable& m_table;
     Preferences& m_preferences;
-    QTimer m_restTimer;
     bool m_isEmpty = true;
+    Delay m_rest;
 };

@@ -79,9 +79,12 @@ void Banner::refresh()
 {
     const Subject before = std::exchange(m_subject, subject());
     if (m_subject == Subject::None) {
+        giveFocusBack();
         hide();
         return;
     }
+    if (before == Subject::None)
+        m_focusBefore = window()->focusWidget();
     fill();
     setAccessibleName(m_title->text());
     setAccessibleDescription(m_text->text());
@@ -110,7 +113,8 @@ void Banner::fill()
         break;
     case Subject::Error: {
         const QString& error = *workspace.lastError();
-        m_title->setText(Texts::localized(QStringLiteral("Не удалось сохранить теги")));
+        const QString& title = workspace.lastErrorTitle();
+        m_title->setText(title.isEmpty() ? Texts::localized(QStringLiteral("Не удалось сохранить теги")) : title);
         m_text->setText(error.isEmpty() ? Texts::localized(QStringLiteral("Неизвестная ошибка")) : error);
         break;
     }
@@ -131,6 +135,18 @@ void Banner::focusFirst()
         m_close->setFocus(Qt::OtherFocusReason);
 }
 
+/// Before it hides: the toolkit would pass the focus on to whatever comes next.
+void Banner::giveFocusBack()
+{
+    const QWidget* focused = window()->focusWidget();
+    if (!focused || (focused != this && !isAncestorOf(focused)))
+        return;
+    if (m_focusBefore && m_focusBefore->isVisible() && m_focusBefore->isEnabled())
+        m_focusBefore->setFocus(Qt::OtherFocusReason);
+    else
+        emit leaveWanted();
+}
+
 void Banner::answer(bool keepsOthers)
 {
     m_context.actions.answerWhatSavesKeep(keepsOthers);
@@ -138,10 +154,8 @@ void Banner::answer(bool keepsOthers)
 
 void Banner::dismiss()
 {
-    if (m_subject == Subject::Error)
-        m_context.actions.dismissLastError();
-    else if (m_subject == Subject::Notice)
-        m_context.actions.dismissNotice();
+    if (m_subject != Subject::Question)
+        m_context.actions.dismissMessage();
 }
 
 void Banner::place()

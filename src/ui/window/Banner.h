@@ -2,6 +2,7 @@
 
 #include "ui/context/WindowContext.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class ThemeButton;
@@ -19,6 +20,10 @@ public:
 
     void retranslate();
 
+Q_SIGNALS:
+    /// It goes, and what had the focus before it is gone too.
+    void leaveWanted();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -31,6 +36,7 @@ private:
     void refresh();
     void fill();
     void focusFirst();
+    void giveFocusBack();
     void answer(bool keepsOthers);
     void dismiss();
     void place();
@@ -43,4 +49,5 @@ private:
     ThemeButton* m_drop;
     ThemeButton* m_close;
     Subject m_subject = Subject::None;
+    QPointer<QWidget> m_focusBefore;
 };

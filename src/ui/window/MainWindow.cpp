@@ -10,17 +10,14 @@
 #include "ui/controls/ThemeButton.h"
 #include "ui/inspector/Inspector.h"
 #include "ui/player/PlayerBar.h"
-#include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SectionView.h"
-#include "ui/tempo/TapButton.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/waveform/RowWaveforms.h"
 #include "ui/window/Banner.h"
 #include "ui/window/KeyPrecedence.h"
-#include "ui/window/PlayerCommands.h"
 #include "ui/window/Sections.h"
 #include "ui/window/SettingsMenu.h"
 #include "ui/window/Sidebar.h"
@@ -69,9 +66,8 @@ MainWindow::MainWindow(const WindowServices& services)
     m_inspector = new Inspector(*m_context, Inspector::Services{services.executor, services.readTagInventory}, this);
     buildLayout();
     m_banner = new Banner(*m_context, *m_stack);
+    connect(m_banner, &Banner::leaveWanted, this, [this] { activeSection().focusList(); });
     m_commands = std::make_unique<WindowCommands>(*m_context, *this);
-    m_playerCommands = std::make_unique<PlayerCommands>(
-        *m_context, *this, [this] { m_player->volume().toggleMute(); }, [this] { m_player->tapButton().tap(); });
     connectWorkspace();
     connectPreferences();
     applySidebar();
@@ -231,7 +227,7 @@ void MainWindow::openTrackMenu(const QPoint& globalPosition)
         return;
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    TrackMenu::build(*menu, *m_context, shown.tab(), ids, shown.focusedTrack());
+    TrackMenu::build(*menu, *m_context, shown.descriptor(), ids, shown.focusedTrack());
     menu->popup(globalPosition);
 }
 
@@ -253,7 +249,6 @@ void MainWindow::retranslate()
     m_inspector->retranslate();
     m_banner->retranslate();
     m_commands->retranslate();
-    m_playerCommands->retranslate();
     m_sidebar->countsChanged();
 }
 

@@ -16,7 +16,6 @@ class DashboardActions;
 class Inspector;
 class LibraryStore;
 class PlayerBar;
-class PlayerCommands;
 class RowWaveforms;
 class QStackedWidget;
 class QVBoxLayout;
@@ -64,6 +63,7 @@ public:
 
     SectionView& section(LibraryTab tab) const { return *m_sections[static_cast<size_t>(tab)]; }
     SectionView& activeSection() const;
+    PlayerBar& player() const { return *m_player; }
     Sidebar& sidebar() const { return *m_sidebar; }
     Inspector& inspector() const { return *m_inspector; }
     Theme& theme() const { return *m_theme; }
@@ -103,6 +103,5 @@ private:
     StatusStrip* m_status = nullptr;
     Banner* m_banner = nullptr;
     std::unique_ptr<WindowCommands> m_commands;
-    std::unique_ptr<PlayerCommands> m_playerCommands;
     std::unique_ptr<WorkspaceWindowSizer> m_sizer;
 };

@@ -51,8 +51,9 @@ SectionDescriptor favorites()
                       .empty = QStringLiteral("Отмечайте треки сердцем, и они соберутся здесь."),
                       .removal = QStringLiteral("Убрать из избранного")},
             .columns = &TrackColumns::full,
-            .facts = &SectionFacts::tracks,
+            .facts = &FavoriteActions::facts,
             .makeParts = &make<FavoriteActions>,
+            .hiddenBy = &FavoriteActions::hiddenBy,
             .sortsByHeadings = true};
 }
 
@@ -82,8 +83,7 @@ SectionDescriptor converter()
         .facts = &SectionFacts::files,
         .rows = &ConversionRows::rows,
         .statusTexts = &ConversionRows::statusTexts,
-        .navigates = &Notifications::velmoraNavigateConversionItems,
-        .offersTrash = false};
+        .navigates = &Notifications::velmoraNavigateConversionItems};
 }
 
 SectionDescriptor analysis()

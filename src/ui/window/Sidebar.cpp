@@ -2,6 +2,7 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/selection/Selection.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/drops/DropTarget.h"
@@ -18,7 +19,8 @@ namespace {
 constexpr int kMark = 22;
 constexpr int kMarkLeft = 22;
 constexpr int kBrandGap = 10;
-constexpr int kCountDelay = 100; // milliseconds; three passes over the lists while rows stream in are enough
+constexpr async::Duration kCountDelay =
+    async::seconds(0.1); // three passes over the lists while rows stream in are enough
 } // namespace
 
 Sidebar::Sidebar(const WindowContext& context, QWidget* parent)
@@ -26,6 +28,7 @@ Sidebar::Sidebar(const WindowContext& context, QWidget* parent)
     , m_context(context)
     , m_settings(new SidebarRow(context.theme, QStringLiteral("settings"), this))
     , m_collapse(new ThemeButton(context.theme, ThemeButton::Kind::Quiet, this))
+    , m_countDelay(context.clock, kCountDelay, [this] { updateCounts(); })
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Metrics::kSpace3, Metrics::kHeaderHeight, Metrics::kSpace3, Metrics::kSpace3);
@@ -43,9 +46,6 @@ Sidebar::Sidebar(const WindowContext& context, QWidget* parent)
     connect(m_settings, &QAbstractButton::clicked, this,
             [this] { emit settingsWanted(m_settings->mapToGlobal(QPoint(m_settings->width() + Metrics::kStep, 0))); });
     connect(m_collapse, &QAbstractButton::clicked, this, &Sidebar::collapseToggled);
-    m_countTimer.setSingleShot(true);
-    m_countTimer.setInterval(kCountDelay);
-    connect(&m_countTimer, &QTimer::timeout, this, &Sidebar::updateCounts);
     setTabOrder(m_rows.back(), m_settings);
     setTabOrder(m_settings, m_collapse);
     setCollapsed(false);
@@ -60,7 +60,7 @@ SidebarRow* Sidebar::addRow(LibraryTab tab)
     m_rows[static_cast<size_t>(tab)] = row;
     connect(row, &QAbstractButton::clicked, this, [this, row, tab] {
         row->setChecked(true); // a click on the active section does not leave it
-        m_context.actions.activateTab(tab);
+        m_context.actions.commands().perform(Commands::showing(tab));
     });
     auto* target = new DropTarget(*row, LibrarySection::of(tab).takesOgg);
     connect(target, &DropTarget::highlighted, row, &SidebarRow::setDropHighlighted);
@@ -87,8 +87,7 @@ void Sidebar::setCollapsed(bool collapsed)
 
 void Sidebar::countsChanged()
 {
-    if (!m_countTimer.isActive())
-        m_countTimer.start();
+    m_countDelay.startOnce();
 }
 
 void Sidebar::updateCounts()
@@ -100,7 +99,7 @@ void Sidebar::updateCounts()
 void Sidebar::retranslate()
 {
     for (LibraryTab tab : kAllLibraryTabs)
-        row(tab).setLabel(Texts::localized(rawValue(tab)), QStringLiteral("Ctrl+%1").arg(static_cast<int>(tab) + 1));
+        row(tab).setLabel(Texts::localized(rawValue(tab)), Commands::keys(Commands::showing(tab)));
     m_settings->setLabel(Texts::localized(QStringLiteral("Настройки")), {});
     m_collapse->setIconOnly(QStringLiteral("sidebar"),
                             Texts::localized(m_isCollapsed ? QStringLiteral("Развернуть боковую панель")

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "core/model/LibraryTab.h"
+#include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 #include "ui/controls/Panel.h"
 
-#include <QTimer>
 #include <QUrl>
 
 #include <array>
@@ -44,6 +44,6 @@ private:
     std::array<SidebarRow*, kAllLibraryTabs.size()> m_rows{};
     SidebarRow* m_settings;
     ThemeButton* m_collapse;
-    QTimer m_countTimer;
+    Delay m_countDelay;
     bool m_isCollapsed = false;
 };

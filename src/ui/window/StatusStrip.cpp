@@ -8,6 +8,7 @@
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/text/Texts.h"
@@ -21,7 +22,8 @@
 namespace {
 
 constexpr int kIconLeft = Metrics::kSpace4;
-constexpr int kProgressPause = 100; // milliseconds; the eye follows no more, and files may take less than one each
+constexpr async::Duration kProgressPause =
+    async::seconds(0.1);            // the eye follows no more, and files may take less than one each
 constexpr int kNamedLeftovers = 12; // in the tooltip; more would not fit the screen
 constexpr int kTextLeft = kIconLeft + Metrics::kIconSmall + Metrics::kSpace2;
 
@@ -47,10 +49,11 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     , m_offer(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_stop(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_restore(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
+    , m_pause(context.clock, kProgressPause, [this] { refreshProgress(); })
 {
     setFixedHeight(Metrics::kStatusHeight);
     History& undo = context.store.history();
-    connect(m_undo, &QAbstractButton::clicked, &undo, &History::undo);
+    connect(m_undo, &QAbstractButton::clicked, this, [this] { m_context.actions.commands().perform(CommandID::Undo); });
     connect(&undo, &History::changed, this, &StatusStrip::refreshUndo);
     connect(m_restore, &QAbstractButton::clicked, this,
             [this] { CheckpointMenu::open(*window(), m_context, mapToGlobal(m_restore->pos())); });
@@ -63,10 +66,8 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.store.board(), &WorkBoard::changed, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(&context.store.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
-    connect(m_offer, &QAbstractButton::clicked, this, [this] { m_context.actions.trashStrayTemporaries(); });
-    m_pause.setSingleShot(true);
-    m_pause.setInterval(kProgressPause);
-    connect(&m_pause, &QTimer::timeout, this, &StatusStrip::refreshProgress);
+    connect(m_offer, &QAbstractButton::clicked, this,
+            [this] { m_context.actions.commands().perform(CommandID::TrashLeftovers); });
     retranslate();
 }
 
@@ -100,9 +101,10 @@ void StatusStrip::refreshUndo()
     const History& undo = m_context.store.history();
     m_undo->setVisible(undo.canUndo());
     const QString action = undo.undoActionName();
-    const QString word = Texts::localized(QStringLiteral("Отменить"));
+    const QString word = Commands::text(CommandID::Undo);
+    const QString keys = Commands::keys(CommandID::Undo);
     m_undo->setContent(action.isEmpty() ? word : QStringLiteral("%1: %2").arg(word, action));
-    m_undo->setToolTip(action.isEmpty() ? QStringLiteral("Ctrl+Z") : QStringLiteral("%1 (Ctrl+Z)").arg(action));
+    m_undo->setToolTip(action.isEmpty() ? keys : QStringLiteral("%1 (%2)").arg(action, keys));
     m_undo->setAccessibleDescription(action);
     place();
 }
@@ -135,11 +137,11 @@ void StatusStrip::refreshOffer()
 void StatusStrip::progressMoved()
 {
     const std::optional<CurrentWork> work = CurrentWork::of(m_context.store);
-    const bool isOther = work.has_value() != m_work.has_value() || (work && work->stop != m_work->stop);
+    const bool isOther = work.has_value() != m_work.has_value() || (work && work->kind != m_work->kind);
     if (isOther || !m_pause.isActive())
         refreshProgress();
-    if (work && !m_pause.isActive())
-        m_pause.start();
+    if (work)
+        m_pause.startOnce();
 }
 
 void StatusStrip::refreshProgress()
@@ -154,7 +156,7 @@ void StatusStrip::refreshProgress()
 void StatusStrip::stopWork()
 {
     if (m_work && m_work->stop)
-        (m_context.actions.*(m_work->stop))();
+        m_work->stop();
 }
 
 int StatusStrip::messageWidth() const

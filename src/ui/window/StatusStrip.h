@@ -1,10 +1,9 @@
 #pragma once
 
+#include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 #include "ui/controls/Panel.h"
 #include "ui/window/CurrentWork.h"
-
-#include <QTimer>
 
 class ThemeButton;
 
@@ -48,5 +47,5 @@ private:
     QString m_iconName;
     QColor ThemeColours::*m_tone = &ThemeColours::text3;
     std::optional<CurrentWork> m_work; ///< as it is shown
-    QTimer m_pause;                    ///< runs after a step of the progress was shown
+    Delay m_pause;                     ///< runs after a step of the progress was shown
 };

@@ -1,48 +1,43 @@
 #include "ui/window/TrackMenu.h"
 
 #include "core/library/LibraryStore.h"
-#include "core/library/keys/Keys.h"
 #include "core/library/quicklists/QuickLists.h"
-#include "core/library/tagwriting/TagWriting.h"
-#include "core/library/workspace/Workspace.h"
 #include "playback/AudioPlayer.h"
+#include "ui/commands/CommandMenu.h"
 #include "ui/context/DashboardActions.h"
+#include "ui/sections/SectionDescriptor.h"
 #include "ui/tempo/TempoMenu.h"
 #include "ui/text/Texts.h"
-#include "ui/window/Sections.h"
 
 #include <QMenu>
 
-#include <algorithm>
-
 namespace {
 
-using Assign = void (DashboardActions::*)(const QString&, const QSet<TrackID>&);
+using ID = CommandID;
 constexpr int kLongMenu = 24; // rows that fit the smallest window
 
-/// How many of the rows are favourites.
-int favoriteCount(const WindowContext& context, const QSet<TrackID>& ids)
-{
-    const TrackList& tracks = context.store.workspace().tracks();
-    return static_cast<int>(std::count_if(ids.begin(), ids.end(), [&](const TrackID& id) {
-        const Track* track = tracks.find(id);
-        return track && track->isFavorite();
-    }));
-}
+/// The rows of a menu, with what it needs to add commands for them.
+struct Rows {
+    CommandCenter& commands;
+    QSet<TrackID> ids;
 
-/// A tag's text as a menu shows it: an ampersand is no mnemonic.
-QString shown(QString text)
-{
-    return text.replace(u'&', QStringLiteral("&&"));
-}
+    QAction* add(QMenu& menu, ID id, const QString& text = {}) const
+    {
+        return CommandMenu::add(menu, commands, id, {.ids = ids}, text);
+    }
+    CommandState state(ID id) const { return commands.state(id, {.ids = ids}); }
+};
 
-void addValues(QMenu& menu, const WindowContext& context, const QStringList& values, Assign assign,
-               const QSet<TrackID>& ids)
+/// Values stand in a menu that is enabled as a whole.
+void addValues(QMenu& menu, const Rows& rows, const QStringList& values, ID assign)
 {
     for (const QString& value : values) {
+        QString shown = value;
+        shown.replace(u'&', QStringLiteral("&&")); // it is no mnemonic
         if (!value.isEmpty())
-            menu.addAction(shown(value),
-                           [&actions = context.actions, value, assign, ids] { (actions.*assign)(value, ids); });
+            menu.addAction(shown, [&commands = rows.commands, assign, ids = rows.ids, value] {
+                commands.perform(assign, {.ids = ids, .text = value});
+            });
     }
 }
 
@@ -56,160 +51,108 @@ QStringList without(const QStringList& values, const QStringList& dropped)
     return rest;
 }
 
-void addGenres(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+void addGenres(QMenu& menu, const Rows& rows, const QuickLists& lists)
 {
-    const QuickLists& lists = context.store.quickLists();
-    const Assign assign = &DashboardActions::assignGenre;
     const QStringList recent = without(lists.recentGenres(), {});
     const QStringList quick = without(lists.quickGenreSlots(), recent);
     const QStringList others = without(lists.genres(), recent + quick);
-    addValues(menu, context, recent, assign, ids);
+    addValues(menu, rows, recent, ID::AssignGenre);
     menu.addSeparator();
-    addValues(menu, context, quick, assign, ids);
+    addValues(menu, rows, quick, ID::AssignGenre);
     menu.addSeparator();
     if (others.size() + quick.size() + recent.size() <= kLongMenu)
-        addValues(menu, context, others, assign, ids);
+        addValues(menu, rows, others, ID::AssignGenre);
     else
-        addValues(*menu.addMenu(Texts::localized(QStringLiteral("Все жанры"))), context, others, assign, ids);
-    menu.addSeparator();
-    menu.addAction(Texts::localized(QStringLiteral("Очистить жанр")),
-                   [&actions = context.actions, ids] { actions.clearGenres(ids); });
+        addValues(*menu.addMenu(Texts::localized(QStringLiteral("Все жанры"))), rows, others, ID::AssignGenre);
 }
 
-void addTagging(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+/// The menu of the values of one field, and of nothing.
+QMenu& addField(QMenu& menu, const Rows& rows, ID assign)
 {
-    const QuickLists& lists = context.store.quickLists();
-    QMenu* genres = menu.addMenu(Texts::localized(QStringLiteral("Присвоить жанр")));
-    addGenres(*genres, context, ids);
-    QMenu* comments = menu.addMenu(Texts::localized(QStringLiteral("Присвоить комментарий")));
-    addValues(*comments, context, lists.quickComments(), &DashboardActions::assignComment, ids);
-    comments->addSeparator();
-    comments->addAction(Texts::localized(QStringLiteral("Очистить комментарий")),
-                        [&actions = context.actions, ids] { actions.clearComments(ids); });
-    QMenu* albums = menu.addMenu(Texts::localized(QStringLiteral("Изменить альбом")));
-    addValues(*albums, context, lists.albums(), &DashboardActions::assignAlbum, ids);
-    albums->addSeparator();
-    albums->addAction(Texts::localized(QStringLiteral("Очистить альбом")),
-                      [&actions = context.actions, ids] { actions.assignAlbum(QString(), ids); });
-    if (favoriteCount(context, ids) > 0)
-        return;
-    for (QMenu* each : {genres, comments, albums}) { // tags are assigned to favourites alone
-        each->setEnabled(false);
-        each->menuAction()->setToolTip(Texts::localized(QStringLiteral("Выберите трек в «Избранном»")));
-    }
+    QMenu* field = menu.addMenu(Commands::text(assign));
+    const CommandState state = rows.state(assign);
+    field->setEnabled(state.isEnabled);
+    field->menuAction()->setToolTip(Texts::localized(state.reason));
+    return *field;
 }
 
-/// The picture of the files and the tags that they had at first.
-void addFileEdits(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
+void addTagging(QMenu& menu, const Rows& rows, const QuickLists& lists)
 {
-    DashboardActions& actions = context.actions;
-    QAction* cover = menu.addAction(Texts::localized(QStringLiteral("Присвоить обложку…")), [&actions, ids] {
-        actions.chooseArtwork([&actions, ids](const QByteArray& image) { actions.assignArtwork(image, ids); });
-    });
-    QAction* restore = menu.addAction(Texts::localized(QStringLiteral("Вернуть исходные теги")),
-                                      [&actions, ids] { actions.restoreOriginalTags(ids); });
-    restore->setEnabled(context.store.tagWriting().canRestoreOriginalTags(ids));
-    if (!context.store.workspace().artworkWritingIDs().intersects(ids))
-        return;
-    for (QAction* each : {cover, restore}) {
-        each->setEnabled(false);
-        each->setToolTip(Texts::localized(QStringLiteral("Подождите: обложка ещё сохраняется в файл")));
-    }
+    QMenu& genres = addField(menu, rows, ID::AssignGenre);
+    addGenres(genres, rows, lists);
+    genres.addSeparator();
+    rows.add(genres, ID::ClearGenre);
+    QMenu& comments = addField(menu, rows, ID::AssignComment);
+    addValues(comments, rows, lists.quickComments(), ID::AssignComment);
+    comments.addSeparator();
+    rows.add(comments, ID::ClearComment);
+    QMenu& albums = addField(menu, rows, ID::AssignAlbum);
+    addValues(albums, rows, lists.albums(), ID::AssignAlbum);
+    albums.addSeparator();
+    rows.add(albums, ID::ClearAlbum);
+    rows.add(menu, ID::AssignCover);
+    rows.add(menu, ID::RestoreTags);
 }
 
-void addMembership(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
+/// One key does both, so it stands beside whatever it would do.
+void addMembership(QMenu& menu, const Rows& rows)
 {
-    DashboardActions& actions = context.actions;
-    const int favorites = favoriteCount(context, ids);
-    if (favorites < ids.size()) {
-        QSet<TrackID> joining;
-        for (const TrackID& id : ids) {
-            const Track* track = context.store.workspace().tracks().find(id);
-            if (track && !track->isFavorite())
-                joining.insert(id);
-        }
-        menu.addAction(Texts::localized(QStringLiteral("Добавить в избранное")) + QStringLiteral("\tF"),
-                       [&actions, joining] { actions.toggleFavorites(joining); });
-    }
-    if (favorites > 0)
-        menu.addAction(Texts::localized(QStringLiteral("Убрать из избранного")) +
-                           (favorites == ids.size() ? QStringLiteral("\tF") : QString()),
-                       [&actions, ids] { actions.removeFromFavorites(ids); });
-    if (tab == LibraryTab::Covers)
-        menu.addAction(Texts::localized(QStringLiteral("Убрать из обложек")),
-                       [&actions, ids] { actions.removeFromCovers(ids); });
-}
-
-/// What takes the rows away, apart from the section's own marks.
-void addRemoval(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids)
-{
-    DashboardActions& actions = context.actions;
-    menu.addSeparator();
-    const bool isOffered = tab == LibraryTab::Favorites || tab == LibraryTab::Covers; // with the membership
-    if (const QString text = Texts::localized(Sections::of(tab).words.removal); !text.isEmpty() && !isOffered)
-        menu.addAction(text + QStringLiteral("\tDel"), [&actions, tab, ids] { actions.removeFromSection(tab, ids); });
-    QAction* trash =
-        menu.addAction(Texts::localized(QStringLiteral("Переместить в Корзину")) + QStringLiteral("\tShift+Del"),
-                       [&actions, ids] { actions.moveToTrash(ids); });
-    trash->setToolTip(Texts::localized(QStringLiteral("Отмена вернёт файлы из Корзины на место")));
-}
-
-void addKeys(QMenu& menu, const WindowContext& context, const QSet<TrackID>& ids)
-{
-    DashboardActions& actions = context.actions;
-    const Keys& keys = context.store.keys();
-    QAction* analyze = menu.addAction(Texts::localized(QStringLiteral("Определить выбранные")),
-                                      [&actions, ids] { actions.analyzeMusicalKey(ids); });
-    analyze->setEnabled(
-        std::ranges::any_of(ids, [&](const TrackID& id) { return keys.stateOf(id) == WorkState::None; }));
-    QAction* write = menu.addAction(Texts::localized(QStringLiteral("Записать тональность")),
-                                    [&actions, ids] { actions.writeAnalyzedMusicalKeys(ids); });
-    write->setToolTip(Texts::localized(QStringLiteral("Сохраняет найденные коды Camelot, не изменяя остальные теги.")));
-    write->setEnabled(
-        std::ranges::any_of(ids, [&](const TrackID& id) { return keys.musicalKeyAnalyses().contains(id); }));
-    menu.addSeparator();
+    const QString key = u'\t' + Commands::keys(ID::Favorite);
+    const bool canAdd = rows.state(ID::AddToFavorites).isEnabled;
+    if (canAdd)
+        rows.add(menu, ID::AddToFavorites, Commands::text(ID::AddToFavorites) + key);
+    if (rows.state(ID::RemoveFromFavorites).isEnabled)
+        rows.add(menu, ID::RemoveFromFavorites, Commands::text(ID::RemoveFromFavorites) + (canAdd ? QString() : key));
 }
 
 void addPlayback(QMenu& menu, const WindowContext& context, const Track& track)
 {
-    const AudioPlayer& player = context.player;
-    const bool isPlaying = player.isPlaying() && player.matchesCurrentTrack(track);
-    const QString text = Texts::localized(isPlaying ? QStringLiteral("Пауза") : QStringLiteral("Воспроизвести"));
-    menu.addAction(text + u'\t' + Texts::localized(QStringLiteral("Пробел")),
-                   [&actions = context.actions, track] { actions.playTrack(track); });
+    const bool isPlaying = context.player.isPlaying() && context.player.matchesCurrentTrack(track);
+    const QString text = isPlaying ? Texts::localized(QStringLiteral("Пауза")) : Commands::text(ID::PlayRow);
+    CommandMenu::add(menu, context.actions.commands(), ID::PlayRow, {.track = track},
+                     text + u'\t' + Commands::keys(ID::PlayPause));
     menu.addSeparator();
+}
+
+/// What takes the rows away.
+void addRemoval(QMenu& menu, const Rows& rows, const SectionDescriptor& section)
+{
+    menu.addSeparator();
+    const bool isThere = section.words.removal == Commands::of(ID::RemoveFromFavorites).text; // with the membership
+    if (!section.words.removal.isEmpty() && !isThere)
+        rows.add(menu, ID::Remove, Texts::localized(section.words.removal));
+    if (Commands::of(ID::Trash).isIn(section.section()))
+        rows.add(menu, ID::Trash);
 }
 
 } // namespace
 
 namespace TrackMenu {
 
-void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids,
+void build(QMenu& menu, const WindowContext& context, const SectionDescriptor& section, const QSet<TrackID>& ids,
            const std::optional<Track>& focused)
 {
-    DashboardActions& actions = context.actions;
+    const Rows rows{context.actions.commands(), ids};
     menu.setToolTipsVisible(true);
     if (focused)
         addPlayback(menu, context, *focused);
-    if (LibrarySection::of(tab).holdsLibraryTracks()) {
-        addMembership(menu, context, tab, ids);
+    if (section.section().holdsLibraryTracks()) {
+        addMembership(menu, rows);
         menu.addSeparator();
-        addTagging(menu, context, ids);
-        addFileEdits(menu, context, ids);
+        addTagging(menu, rows, context.store.quickLists());
         TempoMenu::fill(*menu.addMenu(Texts::localized(QStringLiteral("Темп"))), context, ids);
         menu.addSeparator();
-        menu.addAction(Texts::localized(QStringLiteral("Отправить в анализ")),
-                       [&actions, ids] { actions.addToAnalysis(ids); });
-        menu.addAction(Texts::localized(QStringLiteral("Отправить в конвертер")),
-                       [&actions, ids] { actions.addToConversion(ids); });
+        rows.add(menu, ID::SendToAnalysis);
+        rows.add(menu, ID::SendToConversion);
         menu.addSeparator();
     }
-    if (tab == LibraryTab::MusicalKey)
-        addKeys(menu, context, ids);
-    menu.addAction(Texts::localized(QStringLiteral("Открыть в Finder")),
-                   [&actions, ids] { actions.revealInFileManager(ids); });
-    if (Sections::of(tab).offersTrash)
-        addRemoval(menu, context, tab, ids);
+    for (const ID id : {ID::AnalyzeKeys, ID::WriteKeys}) {
+        if (Commands::of(id).isIn(section.section()))
+            rows.add(menu, id);
+    }
+    menu.addSeparator();
+    rows.add(menu, ID::Reveal);
+    addRemoval(menu, rows, section);
 }
 
 } // namespace TrackMenu

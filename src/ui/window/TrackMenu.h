@@ -1,18 +1,20 @@
 #pragma once
 
-#include "core/model/LibraryTab.h"
 #include "core/model/Track.h"
 #include "ui/context/WindowContext.h"
 
 #include <QSet>
 
-class QMenu;
+#include <optional>
 
-/// The commands for rows of a section. \param ids the rows; the menu may outlive their selection. \param focused the
-/// row among them that would be played.
+class QMenu;
+struct SectionDescriptor;
+
+/// The context menu of rows. Thread: main.
 namespace TrackMenu {
 
-void build(QMenu& menu, const WindowContext& context, LibraryTab tab, const QSet<TrackID>& ids,
+/// \param ids the selected rows of the section shown. \param focused the one that the play command is for.
+void build(QMenu& menu, const WindowContext& context, const SectionDescriptor& section, const QSet<TrackID>& ids,
            const std::optional<Track>& focused);
 
 } // namespace TrackMenu

@@ -2,172 +2,141 @@
 
 #include "core/library/LibraryStore.h"
 #include "core/library/undo/History.h"
-#include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"
 #include "ui/context/DashboardActions.h"
+#include "ui/player/PlayerBar.h"
+#include "ui/player/VolumeControl.h"
 #include "ui/sections/SectionDescriptor.h"
 #include "ui/sections/SectionParts.h"
 #include "ui/sections/SectionView.h"
+#include "ui/tempo/TapButton.h"
 #include "ui/text/Texts.h"
 #include "ui/window/MainWindow.h"
 
 #include <QAction>
 #include <QMenu>
 
+namespace {
+
+using ID = CommandID;
+
+/// The menu of the header, nothing for a line between.
+constexpr std::optional<ID> kMenu[] = {ID::AddFiles, ID::AddFilesHere, ID::PastePicture, std::nullopt, ID::Undo,
+                                       ID::Redo,     std::nullopt,     ID::SelectAll,    ID::Favorite, ID::Reveal,
+                                       std::nullopt, ID::Remove,       ID::Trash,        std::nullopt, ID::ShowTags};
+
+} // namespace
+
 WindowCommands::WindowCommands(const WindowContext& context, MainWindow& window)
     : QObject(&window)
     , m_context(context)
     , m_window(window)
 {
-    History& undo = context.store.history();
-    m_open = add({QKeySequence(Qt::CTRL | Qt::Key_O)}, [this] { m_context.actions.openPanel(); });
-    m_add = add({}, [this] { m_context.actions.openSectionPanel(); });
-    m_paste = add({QKeySequence(Qt::CTRL | Qt::Key_V)}, [this] { pastePicture(); });
-    m_undo = add({QKeySequence(Qt::CTRL | Qt::Key_Z)}, [&undo] { undo.undo(); });
-    m_redo = add({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)}, [&undo] { undo.redo(); });
-    m_selectAll = add({QKeySequence(Qt::CTRL | Qt::Key_A)}, [this] { m_window.activeSection().selectAll(); });
-    m_favorite = add({QKeySequence(Qt::Key_F)}, [this] { toggleFavorites(); });
-    m_remove = add({QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)}, [this] { remove(); });
-    m_trash = add({QKeySequence(Qt::SHIFT | Qt::Key_Delete), QKeySequence(Qt::CTRL | Qt::Key_Backspace)},
-                  [this] { moveToTrash(); });
-    m_remove->setAutoRepeat(false);
-    m_trash->setAutoRepeat(false);
-    m_reveal = add({}, [this] { reveal(); });
-    m_doubleTempo = add({QKeySequence(Qt::ALT | Qt::Key_Up)}, [this] { scaleTempo(2); });
-    m_halveTempo = add({QKeySequence(Qt::ALT | Qt::Key_Down)}, [this] { scaleTempo(0.5); });
-    m_doubleTempo->setAutoRepeat(false);
-    m_halveTempo->setAutoRepeat(false);
-    m_tags = add({QKeySequence(Qt::CTRL | Qt::Key_I)}, [this] {
-        Preference<bool>& visible = m_context.store.preferences().inspectorVisible;
-        if (m_window.activeSection().descriptor().section().holdsLibraryTracks())
-            visible.set(!visible.get());
-    });
-    m_tags->setCheckable(true);
-    for (LibraryTab tab : kAllLibraryTabs) {
-        const auto digit = static_cast<Qt::Key>(Qt::Key_1 + static_cast<int>(tab));
-        add({QKeySequence(Qt::CTRL | digit)}, [this, tab] { m_context.actions.activateTab(tab); });
-    }
-    connect(&undo, &History::changed, this, &WindowCommands::refreshUndo);
+    bindWindow();
+    for (const Command& command : Commands::all())
+        addAction(command);
+    action(ID::ShowTags).setCheckable(true);
+    connect(&context.store.history(), &History::changed, this, &WindowCommands::refreshUndo);
     retranslate();
 }
 
-QAction* WindowCommands::add(const QList<QKeySequence>& shortcuts, std::function<void()> perform)
+/// What only the window can do.
+void WindowCommands::bindWindow()
+{
+    CommandCenter& commands = m_context.actions.commands();
+    commands.bind(ID::SelectAll, [this](const CommandTarget&) { m_window.activeSection().selectAll(); });
+    commands.bind(ID::ToggleMute, [this](const CommandTarget&) { m_window.player().volume().toggleMute(); });
+    commands.bind(ID::TapTempo, [this](const CommandTarget&) { m_window.player().tapButton().tap(); });
+    commands.bind(
+        ID::PastePicture, [this](const CommandTarget&) { m_window.activeSection().parts()->paste(); },
+        [this](const CommandTarget&) {
+            const SectionParts* parts = m_window.activeSection().parts();
+            return CommandState{parts && parts->takesPictures()};
+        });
+}
+
+/// A key always reaches its command, which looks by itself whether it can be done now.
+void WindowCommands::addAction(const Command& command)
 {
     auto* action = new QAction(this);
-    action->setShortcuts(shortcuts);
-    connect(action, &QAction::triggered, this, std::move(perform));
-    m_window.addAction(action);
-    return action;
+    action->setShortcuts(command.keys);
+    action->setAutoRepeat(command.repeat == Command::Repeat::Yes);
+    connect(action, &QAction::triggered, this,
+            [this, id = command.id] { m_context.actions.commands().perform(id, target(id)); });
+    m_actions[static_cast<size_t>(command.id)] = action;
+    if (!command.keys.isEmpty())
+        m_window.addAction(action);
+}
+
+CommandTarget WindowCommands::target(CommandID id) const
+{
+    if (Commands::of(id).actsOn == Command::ActsOn::Nothing)
+        return {};
+    return {.ids = m_window.activeSection().selectedIDs()};
+}
+
+/// In the words of the section shown, where it has its own.
+QString WindowCommands::text(CommandID id) const
+{
+    const SectionDescriptor::Words& words = m_window.activeSection().descriptor().words;
+    if (id == ID::Remove && !words.removal.isEmpty())
+        return Texts::localized(words.removal);
+    if (id == ID::AddFilesHere && !words.addFromMenu.isEmpty())
+        return Texts::localized(words.addFromMenu);
+    return Commands::text(id);
 }
 
 void WindowCommands::retranslate()
 {
-    m_open->setText(Texts::localized(QStringLiteral("Добавить файлы…")));
-    m_paste->setText(Texts::localized(QStringLiteral("Вставить изображение")));
-    m_selectAll->setText(Texts::localized(QStringLiteral("Выделить всё")));
-    m_favorite->setText(Texts::localized(QStringLiteral("Добавить в избранное или убрать")));
-    m_remove->setText(Texts::localized(QStringLiteral("Убрать из раздела")));
-    m_trash->setText(Texts::localized(QStringLiteral("Переместить в Корзину")));
-    m_trash->setToolTip(Texts::localized(QStringLiteral("Отмена вернёт файлы из Корзины на место")));
-    m_reveal->setText(Texts::localized(QStringLiteral("Открыть в Finder")));
-    m_doubleTempo->setText(Texts::localized(QStringLiteral("Удвоить темп")));
-    m_halveTempo->setText(Texts::localized(QStringLiteral("Уменьшить темп вдвое")));
-    m_tags->setText(Texts::localized(QStringLiteral("Теги")));
+    for (const Command& command : Commands::all()) {
+        action(command.id).setText(text(command.id));
+        action(command.id).setToolTip(Texts::localized(command.hint));
+    }
     refreshUndo();
 }
 
 void WindowCommands::refreshUndo()
 {
     const History& undo = m_context.store.history();
-    const auto named = [](const QString& word, const QString& action) {
-        return action.isEmpty() ? word : QStringLiteral("%1: %2").arg(word, action);
+    const auto show = [this](ID id, bool can, const QString& step) {
+        action(id).setText(step.isEmpty() ? Commands::text(id)
+                                          : QStringLiteral("%1: %2").arg(Commands::text(id), step));
+        action(id).setEnabled(can);
     };
-    m_undo->setText(named(Texts::localized(QStringLiteral("Отменить")), undo.undoActionName()));
-    m_redo->setText(named(Texts::localized(QStringLiteral("Повторить")), undo.redoActionName()));
-    m_undo->setEnabled(undo.canUndo());
-    m_redo->setEnabled(undo.canRedo());
+    show(ID::Undo, undo.canUndo(), undo.undoActionName());
+    show(ID::Redo, undo.canRedo(), undo.redoActionName());
 }
 
-void WindowCommands::toggleFavorites()
+bool WindowCommands::isInMenu(CommandID id, bool hasSelection) const
 {
-    SectionView& section = m_window.activeSection();
-    if (!section.descriptor().section().holdsLibraryTracks())
-        return;
-    const QSet<TrackID> ids = section.selectedIDs();
-    if (!ids.isEmpty())
-        m_context.actions.toggleFavorites(ids);
-}
-
-void WindowCommands::scaleTempo(double factor)
-{
-    SectionView& section = m_window.activeSection();
-    const QSet<TrackID> ids = section.selectedIDs();
-    if (section.descriptor().section().holdsLibraryTracks() && !ids.isEmpty())
-        m_context.actions.scaleTempo(factor, ids);
-}
-
-void WindowCommands::remove()
-{
-    SectionView& section = m_window.activeSection();
-    const QSet<TrackID> ids = section.selectedIDs();
-    // The converter keeps a selection of its own.
-    if (!ids.isEmpty() || section.descriptor().section().holdsJobs)
-        m_context.actions.removeFromSection(section.tab(), ids);
-}
-
-void WindowCommands::moveToTrash()
-{
-    const QSet<TrackID> ids = m_window.activeSection().selectedIDs();
-    if (!ids.isEmpty())
-        m_context.actions.moveToTrash(ids);
-}
-
-void WindowCommands::pastePicture()
-{
-    if (SectionParts* parts = m_window.activeSection().parts())
-        parts->paste();
-}
-
-void WindowCommands::reveal()
-{
-    const QSet<TrackID> ids = m_window.activeSection().selectedIDs();
-    if (!ids.isEmpty())
-        m_context.actions.revealInFileManager(ids);
+    const SectionDescriptor& section = m_window.activeSection().descriptor();
+    const Command& command = Commands::of(id);
+    if (!command.isIn(section.section()) || (command.actsOn == Command::ActsOn::Rows && !hasSelection))
+        return false;
+    switch (id) {
+    case ID::AddFilesHere:
+        return !section.addsByMainButton();
+    case ID::Remove:
+        return !section.words.removal.isEmpty();
+    case ID::PastePicture:
+        return m_context.actions.commands().state(id).isEnabled;
+    default:
+        return true;
+    }
 }
 
 void WindowCommands::fillMenu(QMenu& menu) const
 {
     const bool hasSelection = !m_window.activeSection().selectedIDs().isEmpty();
-    m_favorite->setEnabled(true); // its shortcut decides by itself
-    menu.addAction(m_open);
-    const SectionDescriptor& descriptor = m_window.activeSection().descriptor();
-    if (!descriptor.addsByMainButton()) {
-        m_add->setText(Texts::localized(descriptor.words.addFromMenu));
-        menu.addAction(m_add);
-    }
-    if (const SectionParts* parts = m_window.activeSection().parts(); parts && parts->takesPictures())
-        menu.addAction(m_paste);
-    menu.addSeparator();
-    menu.addAction(m_undo);
-    menu.addAction(m_redo);
-    menu.addSeparator();
-    menu.addAction(m_selectAll);
     menu.setToolTipsVisible(true);
-    if (hasSelection) {
-        if (m_window.activeSection().descriptor().section().holdsLibraryTracks())
-            menu.addAction(m_favorite);
-        menu.addAction(m_reveal);
-        menu.addSeparator();
-        if (!descriptor.words.removal.isEmpty()) {
-            m_remove->setText(Texts::localized(descriptor.words.removal));
-            menu.addAction(m_remove);
+    action(ID::ShowTags).setChecked(m_context.store.preferences().inspectorVisible.get());
+    for (const std::optional<ID> id : kMenu) {
+        if (!id) {
+            menu.addSeparator();
+        } else if (isInMenu(*id, hasSelection)) {
+            if (*id == ID::Remove || *id == ID::AddFilesHere)
+                action(*id).setText(text(*id));
+            menu.addAction(&action(*id));
         }
-        if (descriptor.offersTrash)
-            menu.addAction(m_trash);
-    }
-    if (m_window.activeSection().descriptor().section().holdsLibraryTracks()) {
-        m_tags->setChecked(m_context.store.preferences().inspectorVisible.get());
-        menu.addSeparator();
-        menu.addAction(m_tags);
     }
 }

@@ -1,48 +1,36 @@
 #pragma once
 
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/WindowContext.h"
 
-#include <QList>
 #include <QObject>
 
 class MainWindow;
 class QAction;
-class QKeySequence;
 class QMenu;
 
-/// The window's commands with their shortcuts; there is no menu bar, a button of the header opens them as a menu.
+/// The table of commands as actions of the window: their keys, and the menu that a button of the header opens. There is
+/// no menu bar. Thread: main.
 class WindowCommands : public QObject {
     Q_OBJECT
 
 public:
+    /// \param window its section shown gives the rows; also binds what the window itself does.
     WindowCommands(const WindowContext& context, MainWindow& window);
 
     void fillMenu(QMenu& menu) const;
     void retranslate();
 
 private:
-    QAction* add(const QList<QKeySequence>& shortcuts, std::function<void()> perform);
+    void bindWindow();
+    void addAction(const Command& command);
+    QAction& action(CommandID id) const { return *m_actions[static_cast<size_t>(id)]; }
+    CommandTarget target(CommandID id) const;
+    QString text(CommandID id) const;
+    bool isInMenu(CommandID id, bool hasSelection) const;
     void refreshUndo();
-    void toggleFavorites();
-    void remove();
-    void moveToTrash();
-    void reveal();
-    void pastePicture();
-    void scaleTempo(double factor);
 
     WindowContext m_context;
     MainWindow& m_window;
-    QAction* m_open;
-    QAction* m_add;   ///< files into Covers, whose header has other buttons
-    QAction* m_paste; ///< a picture into Covers
-    QAction* m_undo;
-    QAction* m_redo;
-    QAction* m_selectAll;
-    QAction* m_favorite;
-    QAction* m_remove; ///< from the section shown
-    QAction* m_trash;
-    QAction* m_reveal;
-    QAction* m_doubleTempo;
-    QAction* m_halveTempo;
-    QAction* m_tags;
+    std::array<QAction*, kCommandCount> m_actions{};
 };

@@ -42,7 +42,7 @@ void PlayerFixture::makePlayer()
         events.append(QStringLiteral("waveform ") + state(isPlaying) +
                       (url.isEmpty() ? QStringLiteral("-") : url.fileName()));
     };
-    listeners.fail = [this](const QString& message) { events.append(QStringLiteral("fail ") + message); };
+    listeners.fail = [this](const QString& message, const QUrl&) { events.append(QStringLiteral("fail ") + message); };
     listeners.report = [this](const QString& message, bool isWarning) {
         events.append((isWarning ? QStringLiteral("warning ") : QStringLiteral("report ")) + message);
     };

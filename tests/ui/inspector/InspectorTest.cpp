@@ -264,7 +264,7 @@ TEST_F(InspectorTest, KeysOfTheProgramAreTextInAField)
         for (int key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Space})
             QTest::keyClick(&field(tag).editor(), static_cast<Qt::Key>(key));
     }
-    for (const char* command : {"toggleFavorites", "toggleSelectedTrack", "seekSteps", "selectAdjacent"})
+    for (const char* command : {"favorite", "playPause", "seekBack", "seekForward", "nextTrack"})
         EXPECT_EQ(dashboard.count(command), 0) << command;
     table().setFocus();
     EXPECT_FALSE(workspace().isEditingMetadata());

@@ -31,7 +31,7 @@ protected:
         show();
         store->keys().analyzeMusicalKey(ids({a, b, d}));
         turn();
-        QTest::qWait(300); // the facts and the counts of the wheel follow a little later
+        clock.advance(async::seconds(0.2)); // the facts and the counts of the wheel follow a little later
         dashboard.calls.clear();
     }
 
@@ -107,7 +107,7 @@ TEST_F(KeySectionTest, FactsAndButtonsFollowTheQueue)
     QTest::mouseClick(&keys().allButton(), Qt::LeftButton); // the others join
     EXPECT_EQ(dashboard.last("analyzeMusicalKey").ids, ids({a, b, c, d}));
     EXPECT_EQ(cell(a, TrackColumn::FoundKey).toString(), QStringLiteral("В очереди"));
-    QTest::qWait(300);
+    clock.advance(async::seconds(0.2));
     EXPECT_EQ(section().header().facts(), QStringLiteral("4 файла · в очереди 4 · пауза"));
     EXPECT_EQ(work(), QStringLiteral("Определение тональности: 0 из 4"));
     EXPECT_FALSE(keys().writeButton().isEnabled());
@@ -119,7 +119,6 @@ TEST_F(KeySectionTest, FactsAndButtonsFollowTheQueue)
     ThemeButton* stop = stopButton();
     ASSERT_TRUE(stop && stop->isVisible());
     QTest::mouseClick(stop, Qt::LeftButton);
-    EXPECT_EQ(dashboard.count("stopMusicalKeyAnalysis"), 1);
     EXPECT_EQ(cell(c, TrackColumn::FoundKey).toString(), QString());
     EXPECT_EQ(work(), QString());
     EXPECT_FALSE(stop->isVisible());
@@ -132,7 +131,7 @@ TEST_F(KeySectionTest, CommandsReachTheRowsTheyName)
     dashboard.select(ids({c}), c.id());
     turn();
     QTest::mouseClick(&keys().writeButton(), Qt::LeftButton);
-    EXPECT_EQ(dashboard.last("writeAnalyzedMusicalKeys").ids, ids({a, b, c, d}));
+    EXPECT_EQ(dashboard.last("writeMusicalKeyTags").ids, ids({a, b, c, d}));
     emit section().contextMenuWanted({});
     auto* opened = window->findChild<QMenu*>();
     ASSERT_TRUE(opened);
@@ -163,7 +162,7 @@ TEST_F(KeySectionTest, KeysMoveOnTheWheelWhileItHasTheFocus)
     const QString before = wheel.accessibleDescription();
     QTest::keyClick(window->windowHandle(), Qt::Key_Right);
     EXPECT_NE(wheel.accessibleDescription(), before);
-    EXPECT_EQ(dashboard.count("seekSteps") + dashboard.count("selectAdjacent"), 0);
+    EXPECT_EQ(dashboard.count("seekBack") + dashboard.count("nextTrack"), 0);
 }
 
 } // namespace

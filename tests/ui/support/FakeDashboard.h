@@ -1,16 +1,20 @@
 #pragma once
 
+#include "app/commands/StoreCommands.h"
 #include "core/library/LibraryStore.h"
 #include "core/library/favorites/Favorites.h"
 #include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/Preferences.h"
 #include "playback/AudioPlayer.h"
+#include "ui/commands/CommandCenter.h"
 #include "ui/context/DashboardActions.h"
 
-/// Records what the window asks for. Selection, sections and favourites reach the store, played tracks the player, the
-/// rest is only noted.
+/// A dashboard that notes what the window asks for. Commands on rows, the selection and the sections reach the store,
+/// played tracks the player; rows stay where they are, and dialogs closed.
 class FakeDashboard final : public DashboardActions {
 public:
     struct Call {
@@ -25,54 +29,43 @@ public:
 
     FakeDashboard(LibraryStore& store, AudioPlayer& player)
         : m_store(store)
-        , m_player(player)
+        , m_commands(store)
     {
+        StoreCommands::bind(m_commands, store);
+        for (LibraryTab tab : kAllLibraryTabs)
+            m_commands.bind(Commands::showing(tab), [this, tab](const CommandTarget&) { activateTab(tab); });
+        for (const CommandID id : {CommandID::PlayPause, CommandID::SeekBack, CommandID::SeekForward,
+                                   CommandID::PreviousTrack, CommandID::NextTrack, CommandID::AddFiles,
+                                   CommandID::AddFilesHere, CommandID::Reveal, CommandID::Remove, CommandID::Trash})
+            m_commands.bind(id, [](const CommandTarget&) {});
+        m_commands.bind(CommandID::PlayRow, [&player](const CommandTarget& target) { player.play(*target.track); });
+        m_commands.bind(
+            CommandID::AssignCover,
+            [this](const CommandTarget& target) {
+                chooseArtwork([this, ids = target.ids](const QByteArray& image) { assignArtwork(image, ids); });
+            },
+            [&store](const CommandTarget& target) {
+                return CommandState{!store.workspace().artworkWritingIDs().intersects(target.ids)};
+            });
+        m_commands.bind(CommandID::ShowTags, [&store](const CommandTarget&) {
+            Preference<bool>& visible = store.preferences().inspectorVisible;
+            visible.set(!visible.get());
+        });
+        QObject::connect(&m_commands, &CommandCenter::performing, [this](CommandID id, const CommandTarget& target) {
+            const QSet<TrackID> ids = target.track ? QSet<TrackID>{target.track->id()} : target.ids;
+            calls.append({Commands::of(id).name, ids, target.number ? QString::number(target.number) : target.text});
+        });
     }
 
-    void activateTab(LibraryTab tab) override
-    {
-        note("activateTab", {}, rawValue(tab));
-        m_store.selection().rememberSelection(m_store.workspace().activeTab());
-        const Selection::State state = m_store.selection().selectionState(tab);
-        m_store.workspace().setSelection(state.ids, state.focusedID);
-        m_store.workspace().setActiveTab(tab);
-    }
+    CommandCenter& commands() override { return m_commands; }
+    void activateTab(LibraryTab tab) { m_store.selection().switchTo(tab); }
     void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) override { drops.append({urls, tab}); }
-    void openPanel() override { note("openPanel"); }
-    void openSectionPanel() override { note("openSectionPanel"); }
     void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) override
     {
         note("select", ids);
         m_store.selection().select(ids, focused);
     }
     std::optional<TrackID> playlistReturnPlaybackID() const override { return returnID; }
-    void playTrack(const Track& track) override
-    {
-        note("playTrack", {track.id()});
-        m_player.play(track);
-    }
-    void toggleSelectedTrack() override { note("toggleSelectedTrack"); }
-    void selectAdjacent(int offset) override { note("selectAdjacent", {}, QString::number(offset)); }
-    void seekSteps(int steps) override { note("seekSteps", {}, QString::number(steps)); }
-    void toggleFavorites(const QSet<TrackID>& ids) override
-    {
-        note("toggleFavorites", ids);
-        m_store.favorites().toggleFavorites(ids);
-    }
-    void removeFromFavorites(const QSet<TrackID>& ids) override { note("removeFromFavorites", ids); }
-    void removeFromCovers(const QSet<TrackID>& ids) override { note("removeFromCovers", ids); }
-    void removeFromSection(LibraryTab tab, const QSet<TrackID>& ids) override
-    {
-        note("removeFromSection", ids, rawValue(tab));
-    }
-    void moveToTrash(const QSet<TrackID>& ids) override { note("moveToTrash", ids); }
-    void addToAnalysis(const QSet<TrackID>& ids) override { note("addToAnalysis", ids); }
-    void addToConversion(const QSet<TrackID>& ids) override { note("addToConversion", ids); }
-    void assignGenre(const QString& genre, const QSet<TrackID>& ids) override { note("assignGenre", ids, genre); }
-    void assignComment(const QString& text, const QSet<TrackID>& ids) override { note("assignComment", ids, text); }
-    void assignAlbum(const QString& album, const QSet<TrackID>& ids) override { note("assignAlbum", ids, album); }
-    void clearGenres(const QSet<TrackID>& ids) override { note("clearGenres", ids); }
-    void clearComments(const QSet<TrackID>& ids) override { note("clearComments", ids); }
     void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) override
     {
         note("saveTags", ids, QString::number(fields.toInt()));
@@ -88,36 +81,11 @@ public:
         note("chooseArtwork");
         imageChosen = std::move(chosen);
     }
-    void restoreOriginalTags(const QSet<TrackID>& ids) override { note("restoreOriginalTags", ids); }
-    void trashStrayTemporaries() override { note("trashStrayTemporaries"); }
-    void detectTempoAgain(const QSet<TrackID>& ids) override { note("detectTempoAgain", ids); }
-    void stopTempoAnalysis() override { note("stopTempoAnalysis"); }
-    void writeTempo(const QSet<TrackID>& ids) override { note("writeTempo", ids); }
-    void scaleTempo(double factor, const QSet<TrackID>& ids) override
-    {
-        note(factor > 1 ? "doubleTempo" : "halveTempo", ids);
-    }
-    void setTempo(int bpm, const QSet<TrackID>& ids) override { note("setTempo", ids, QString::number(bpm)); }
-    void cancelTagWrites() override { note("cancelTagWrites"); }
-    void stopMovingFiles() override { note("stopMovingFiles"); }
     void answerWhatSavesKeep(bool keepsOthers) override
     {
         note("answerWhatSavesKeep", {}, keepsOthers ? QStringLiteral("keep") : QStringLiteral("drop"));
         m_store.workspace().setAskingWhatSavesKeep(false);
     }
-    void openMusicalKeyPanel() override { note("openMusicalKeyPanel"); }
-    void analyzeMusicalKey(const QSet<TrackID>& ids) override
-    {
-        note("analyzeMusicalKey", ids);
-        m_store.keys().analyzeMusicalKey(ids);
-    }
-    void stopMusicalKeyAnalysis() override
-    {
-        note("stopMusicalKeyAnalysis");
-        m_store.keys().dropMusicalKeyQueue();
-    }
-    void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids) override { note("writeAnalyzedMusicalKeys", ids); }
-    void revealInFileManager(const QSet<TrackID>& ids) override { note("revealInFileManager", ids); }
     void setPlaylistScrolling(bool scrolling) override { scrollStates.append(scrolling); }
     void setTrackSortField(TrackSortField field, LibraryTab tab) override
     {
@@ -134,8 +102,13 @@ public:
         note("activateFavoriteSortFromHeader", {}, rawValue(field));
         m_store.order().activateFavoriteSortFromHeader(field);
     }
-    void dismissNotice() override { m_store.workspace().setNotice(std::nullopt); }
-    void dismissLastError() override { m_store.workspace().setLastError(std::nullopt); }
+    void dismissMessage() override
+    {
+        if (m_store.workspace().lastError())
+            m_store.workspace().setLastError(std::nullopt);
+        else
+            m_store.workspace().setNotice(std::nullopt);
+    }
 
     int count(const char* name) const
     {
@@ -167,5 +140,5 @@ private:
     }
 
     LibraryStore& m_store;
-    AudioPlayer& m_player;
+    CommandCenter m_commands;
 };

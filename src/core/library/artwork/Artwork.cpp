@@ -186,8 +186,9 @@ void Artwork::finish(const Run& run)
     }
     const int total = static_cast<int>(run.targets.size());
     workspace.setLastError(VelmoraLocalization::format(
-        QStringLiteral("Не удалось сохранить обложку в %d из %d файлов. Первый файл: %@. %@"),
-        {run.failed, total, FileURL::lastPathComponent(run.firstFailedURL), run.firstFailure}));
+                               QStringLiteral("Не удалось сохранить обложку в %d из %d файлов. Первый файл: %@. %@"),
+                               {run.failed, total, FileURL::lastPathComponent(run.firstFailedURL), run.firstFailure}),
+                           VelmoraLocalization::string(QStringLiteral("Не удалось сохранить обложку")));
     status.showCounted(QStringLiteral("Сохранено %d, ошибок: %d"), {written, run.failed},
                        QStringLiteral("exclamationmark.triangle"), Tone::Warning);
 }

@@ -72,6 +72,8 @@ public:
     bool settleBPMSort() { return m_refresh.settleBPM(); }
     /// Takes the ratings over that the playlist may be sorted by.
     void updatePlaylistPopularitySortValues(const TrackPopularitySortValues& values);
+    /// Whether a section has ratings that it could be sorted by: the playlist, once there are any.
+    bool hasRatings(LibraryTab tab) const { return tab == LibraryTab::Playlist && !m_popularity.isEmpty(); }
 
     /// Takes the base order of the rows that the main list gets next, made elsewhere, if it is of the present language.
     void adopt(PlaylistBase base, AppLanguage language);

@@ -94,7 +94,9 @@ public:
     void end(const End& end) override
     {
         if (end.firstFailure)
-            m_removal.m_dependencies.workspace.setLastError(end.firstFailure->message);
+            m_removal.m_dependencies.workspace.setLastError(
+                end.firstFailure->message,
+                VelmoraLocalization::string(QStringLiteral("Не удалось переместить в Корзину")));
         m_removal.finishTrash(*this, end.left);
         m_held.clear();
     }
@@ -156,9 +158,11 @@ public:
     void end(const End& end) override
     {
         if (end.firstFailure)
-            m_removal.m_dependencies.workspace.setLastError(VelmoraLocalization::format(
-                QStringLiteral("Не удалось восстановить «%@»: %@"),
-                {FileURL::lastPathComponent(end.firstFailure->url), end.firstFailure->message}));
+            m_removal.m_dependencies.workspace.setLastError(
+                VelmoraLocalization::format(
+                    QStringLiteral("Не удалось восстановить «%@»: %@"),
+                    {FileURL::lastPathComponent(end.firstFailure->url), end.firstFailure->message}),
+                VelmoraLocalization::string(QStringLiteral("Не удалось вернуть из Корзины")));
         m_restored.left = end.left;
         m_removal.m_dependencies.history.ended(*m_step);
         m_removal.announceRestored(m_restored);

@@ -55,9 +55,22 @@ std::optional<Track> Selection::selectedTrack() const
     return *m_workspace.list(LibrarySection::of(tab).list).find(*id);
 }
 
+QSet<TrackID> Selection::activeSelection() const
+{
+    return shown(m_workspace.activeSelection());
+}
+
 QSet<TrackID> Selection::shown(const QSet<TrackID>& ids) const
 {
-    return reduced({ids, std::nullopt}, m_workspace.activeTab()).ids;
+    const LibraryTab tab = m_workspace.activeTab();
+    if (!LibrarySection::of(tab).holdsJobs)
+        return reduced({ids, std::nullopt}, tab).ids;
+    QSet<TrackID> jobs;
+    for (const ConversionItem& item : m_workspace.conversionItems()) {
+        if (ids.contains(item.id))
+            jobs.insert(item.id);
+    }
+    return jobs;
 }
 
 void Selection::select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused)

@@ -32,7 +32,7 @@ public:
     QSet<TrackID> shown(const QSet<TrackID>& ids) const;
     /// Whether a selection of the section may hold this row: the section has it, whatever the order.
     bool isSelectable(LibraryTab tab, const TrackID& id) const;
-    /// The selected ids, or the focus alone where there are none.
+    /// The selected ids, or the focus alone where there are none, reduced to what the section shows.
     QSet<TrackID> activeSelection() const;
     /// The focused row if it is visible.
     std::optional<Track> selectedTrack() const;

@@ -158,10 +158,11 @@ void Workspace::setAskingWhatSavesKeep(bool value)
         emit askingWhatSavesKeepChanged();
 }
 
-void Workspace::setLastError(std::optional<QString> error)
+void Workspace::setLastError(std::optional<QString> error, const QString& title)
 {
-    if (m_lastError == error)
+    if (m_lastError == error && m_lastErrorTitle == title)
         return;
+    m_lastErrorTitle = title;
     m_lastError = std::move(error);
     emit lastErrorChanged();
 }

@@ -84,7 +84,9 @@ public:
     const std::optional<QString>& notice() const { return m_notice; }
     void setNotice(std::optional<QString> notice);
     const std::optional<QString>& lastError() const { return m_lastError; }
-    void setLastError(std::optional<QString> error);
+    /// What failed, localised; empty for the saving of tags.
+    const QString& lastErrorTitle() const { return m_lastErrorTitle; }
+    void setLastError(std::optional<QString> error, const QString& title = {});
 
 Q_SIGNALS:
     /// Before tracksChanged(), for what is derived from the list and asked by those who listen there.
@@ -130,4 +132,5 @@ private:
     std::optional<WorkspaceStatus> m_status;
     std::optional<QString> m_notice;
     std::optional<QString> m_lastError;
+    QString m_lastErrorTitle;
 };

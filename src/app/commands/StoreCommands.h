@@ -1,0 +1,12 @@
+#pragma once
+
+class CommandCenter;
+class LibraryStore;
+
+/// What commands on rows do: calls of the store's concerns.
+namespace StoreCommands {
+
+/// \param library outlives the commands.
+void bind(CommandCenter& commands, LibraryStore& library);
+
+} // namespace StoreCommands

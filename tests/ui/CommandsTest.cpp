@@ -1,0 +1,81 @@
+#include "support/WindowFixture.h"
+
+#include "ui/inspector/Inspector.h"
+#include "ui/player/PlayerBar.h"
+#include "ui/text/Texts.h"
+#include "ui/window/Sections.h"
+
+#include <QAction>
+#include <QTest>
+
+class CommandsTest : public WindowFixture {};
+
+TEST_F(CommandsTest, TheTableNamesEachCommandOnce)
+{
+    QSet<QString> names;
+    QHash<QKeySequence, QString> keys;
+    const std::vector<Command>& all = Commands::all();
+    ASSERT_EQ(static_cast<int>(all.size()), kCommandCount);
+    for (size_t place = 0; place < all.size(); ++place) {
+        const Command& command = all[place];
+        EXPECT_EQ(static_cast<size_t>(command.id), place) << qPrintable(command.name);
+        EXPECT_FALSE(names.contains(command.name) || command.name.isEmpty()) << qPrintable(command.name);
+        names.insert(command.name);
+        for (const QKeySequence& key : command.keys) {
+            EXPECT_FALSE(keys.contains(key)) << qPrintable(command.name + u' ' + keys.value(key));
+            keys.insert(key, command.name);
+        }
+    }
+}
+
+TEST_F(CommandsTest, NoRowIsTouchedThatTheSectionDoesNotShow)
+{
+    Track loved = favorite(QStringLiteral("a.mp3"));
+    const Track plain = track(QStringLiteral("b.mp3"));
+    const Track hidden = favorite(QStringLiteral("c.mp3"));
+    fill({loved, plain, hidden});
+    preferences.inspectorVisible.set(true);
+    show();
+    dashboard.activateTab(LibraryTab::Favorites);
+    store->favorites().setFavoriteGenreFilter(loved.tags().genre);
+    workspace().setSelection(ids({loved, plain}), plain.id()); // as an undo of another section would
+    turn();
+    EXPECT_EQ(window->inspector().model().ids(), ids({loved}));
+    CommandCenter& commands = dashboard.commands();
+    const struct {
+        QSet<TrackID> given, acted;
+    } kCases[]{{ids({loved, plain}), ids({loved})}, {ids({plain}), {}}, {ids({loved}), ids({loved})}};
+    for (const CommandID id : {CommandID::Trash, CommandID::Remove, CommandID::AssignGenre, CommandID::Reveal}) {
+        for (const auto& each : kCases) {
+            dashboard.calls.clear();
+            EXPECT_EQ(commands.perform(id, {.ids = each.given}), !each.acted.isEmpty());
+            EXPECT_EQ(dashboard.calls.isEmpty() ? QSet<TrackID>() : dashboard.calls.last().ids, each.acted);
+        }
+    }
+    EXPECT_TRUE(commands.perform(CommandID::Favorite, {.ids = ids({plain}), .of = CommandTarget::Of::Player}))
+        << "what plays need not stand in the section";
+}
+
+TEST_F(CommandsTest, SectionsHaveTheirOwn)
+{
+    const auto offered = [&](CommandID id, LibraryTab tab) {
+        return Commands::of(id).isIn(Sections::of(tab).section());
+    };
+    const struct {
+        CommandID id;
+        QList<LibraryTab> tabs;
+    } kCases[]{
+        {CommandID::Favorite, {LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers}},
+        {CommandID::AnalyzeKeys, {LibraryTab::MusicalKey}},
+        {CommandID::ClearFavoriteFilter, {LibraryTab::Favorites}},
+        {CommandID::Trash,
+         {LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers, LibraryTab::Analysis,
+          LibraryTab::MusicalKey, LibraryTab::Duplicates}},
+    };
+    for (const auto& each : kCases) {
+        for (LibraryTab tab : kAllLibraryTabs)
+            EXPECT_EQ(offered(each.id, tab), each.tabs.contains(tab)) << qPrintable(rawValue(tab));
+    }
+    for (LibraryTab tab : kAllLibraryTabs)
+        EXPECT_EQ(Sections::of(tab).tab, tab);
+}
