@@ -647,6 +647,10 @@
     <translation>Not in favorites</translation>
   </message>
   <message>
+    <source>Не записано в файл: %@</source>
+    <translation>Not written to the file: %@</translation>
+  </message>
+  <message>
     <source>Не квадратное: плееры могут обрезать края</source>
     <translation>Not square: players may crop its edges</translation>
   </message>
@@ -1547,6 +1551,10 @@
   <message>
     <source>пауза</source>
     <translation>paused</translation>
+  </message>
+  <message>
+    <source>правки ещё не в файлах: %d</source>
+    <translation>edits not in their files yet: %d</translation>
   </message>
   <message>
     <source>ре</source>

@@ -131,7 +131,7 @@ void ContentView::addImportedToFavorites(const Imports::Outcome& outcome)
 {
     const int joined = m_library.favorites().addToFavorites(QSet<TrackID>(outcome.ids.cbegin(), outcome.ids.cend()));
     m_library.imports().announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
-                                      QStringLiteral("heart.fill"));
+                                      StatusIcon::FavoriteAdded);
 }
 
 void ContentView::choose(LibraryTab tab)
@@ -185,8 +185,8 @@ void ContentView::saveTags(const AudioTags& tags, TagFields fields, const QSet<T
 void ContentView::assignArtwork(const QByteArray& image, const QSet<TrackID>& ids)
 {
     if (m_library.workspace().artworkWritingIDs().intersects(ids))
-        m_library.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"),
-                                      QStringLiteral("photo.badge.plus"), WorkspaceStatus::Tone::Warning);
+        m_library.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"), StatusIcon::Cover,
+                                      WorkspaceStatus::Tone::Warning);
     else
         m_library.artwork().assignArtwork(image, ids);
 }

@@ -224,10 +224,10 @@ void VelmoraApp::buildPlayer()
     };
     listeners.report = [this](const QString& message, bool isWarning) {
         if (isWarning)
-            m_library->status().showText(message, QStringLiteral("speaker.slash"), WorkspaceStatus::Tone::Warning,
+            m_library->status().showText(message, StatusIcon::SoundOff, WorkspaceStatus::Tone::Warning,
                                          kSoundWarningDuration);
         else
-            m_library->status().showText(message, QStringLiteral("speaker.wave.2"), WorkspaceStatus::Tone::Neutral);
+            m_library->status().showText(message, StatusIcon::Sound, WorkspaceStatus::Tone::Neutral);
     };
     m_player->setListeners(std::move(listeners));
     m_libraryPlayer = std::make_unique<LibraryPlayer>(*m_player);

@@ -51,11 +51,11 @@ protected:
             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
         return isDone();
     }
-    bool waitForStatus(const char* icon, WorkspaceStatus::Tone tone)
+    bool waitForStatus(StatusIcon icon, WorkspaceStatus::Tone tone)
     {
         return waitFor([&] {
             const auto& status = workspace().workspaceStatus();
-            return status && status->icon == QLatin1StringView(icon) && status->tone == tone;
+            return status && status->icon == icon && status->tone == tone;
         });
     }
 
@@ -95,10 +95,10 @@ TEST_F(PlayerWiringTest, FailuresAndTheOutputAreShown)
     app->player().play(track("b.mp3"));
     ASSERT_TRUE(waitFor([&] { return app->player().isPlaying(); }));
     audio->loseDevice();
-    EXPECT_TRUE(waitForStatus("speaker.slash", WorkspaceStatus::Tone::Warning));
+    EXPECT_TRUE(waitForStatus(StatusIcon::SoundOff, WorkspaceStatus::Tone::Warning));
     EXPECT_FALSE(app->store().playback().isPlaying());
     audio->tell(AudioOutputEvent::Sounding);
-    EXPECT_TRUE(waitForStatus("speaker.wave.2", WorkspaceStatus::Tone::Neutral));
+    EXPECT_TRUE(waitForStatus(StatusIcon::Sound, WorkspaceStatus::Tone::Neutral));
 }
 
 TEST_F(PlayerWiringTest, TheProgramEndsWhileAFileIsOpened)

@@ -237,26 +237,6 @@ TEST_F(ProgramTest, TheListKeepsItsPlaceWhileRowsAndTagsStreamIn)
     EXPECT_EQ(library.workspace().selectedIDs(), QSet<TrackID>({chosen}));
 }
 
-TEST_F(ProgramTest, LanguageThemeAndLayoutSwitchWhileItRuns)
-{
-    app->open({});
-    MainWindow& window = app->window();
-    const QImage dark = window.grab().toImage();
-    Preferences& preferences = app->preferences();
-    preferences.appLanguage.set(QStringLiteral("en"));
-    EXPECT_EQ(window.sidebar().row(LibraryTab::Covers).accessibleName().contains(QStringLiteral("Covers")), true);
-    preferences.appAppearance.set(QStringLiteral("light"));
-    waitFor([&] { return true; });
-    const QImage light = window.grab().toImage();
-    EXPECT_GT(light.pixelColor(5, light.height() / 2).lightness(),
-              dark.pixelColor(5, dark.height() / 2).lightness() + 100);
-    EXPECT_EQ(window.minimumSize(), QSize(1280, 760));
-    preferences.workspaceLayout.set(QStringLiteral("compact"));
-    EXPECT_EQ(window.minimumSize(), QSize(900, 620));
-    EXPECT_LT(window.width(), 1280) << "the window follows its layout";
-    preferences.appLanguage.set(QStringLiteral("ru"));
-}
-
 TEST_F(ProgramTest, DroppedFilesGetTheirWaveformsWithoutBeingPlayed)
 {
     if (QStandardPaths::findExecutable(QStringLiteral("ffmpeg")).isEmpty())

@@ -66,6 +66,7 @@ TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
         const QAction* tagging = action(menu, genre);
         EXPECT_EQ(tagging && tagging->isEnabled(), each.tags);
         EXPECT_TRUE(action(menu, VelmoraLocalization::string(QStringLiteral("Открыть в Finder"))));
+        EXPECT_TRUE(action(menu, QStringLiteral("Переместить в Корзину")));
     }
 }
 

@@ -45,6 +45,8 @@ TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
         const char* asked;
     } kCases[]{
         {Qt::Key_Space, {}, "playPause"},
+        {Qt::Key_M, {}, "toggleMute"},
+        {Qt::Key_T, {}, "tapTempo"},
         {Qt::Key_Left, {}, "seekBack"},
         {Qt::Key_Right, {}, "seekForward"},
         {Qt::Key_Up, {}, "previousTrack"},
@@ -122,17 +124,6 @@ TEST_F(PlayerKeysTest, SpaceOnAButtonPressesItOnce)
         EXPECT_FALSE(player.isPlaying());
     }
     EXPECT_EQ(clicked, 1);
-}
-
-TEST_F(PlayerKeysTest, MutingByKeyRemembersTheVolume)
-{
-    fill(rows(3));
-    show();
-    player.setVolume(0.4);
-    press(table(), Qt::Key_M);
-    EXPECT_EQ(player.volumeState().value(), 0.0F);
-    press(table(), Qt::Key_M);
-    EXPECT_NEAR(player.volumeState().value(), 0.4, 1e-4);
 }
 
 TEST_F(PlayerKeysTest, ARowThatTheKeysReachedIsSeenAndExtendsFromThere)

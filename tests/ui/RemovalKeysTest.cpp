@@ -1,15 +1,6 @@
 #include "support/WindowFixture.h"
 
-#include "ui/context/WindowContext.h"
-#include "ui/controls/ThemeButton.h"
-#include "ui/theme/Theme.h"
-#include "ui/thumbnails/ThumbnailCache.h"
-#include "ui/window/StatusStrip.h"
-#include "ui/window/TrackMenu.h"
-
-#include <QAction>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPlainTextEdit>
 #include <QTest>
 
@@ -74,54 +65,4 @@ TEST_F(RemovalKeysTest, InAFieldTheyStayThere)
         for (const Key& each : keys)
             EXPECT_EQ(press(*field, each.key, each.modifiers), QStringList()) << each.key;
     }
-}
-
-TEST_F(RemovalKeysTest, TheMenuOfARowOffersItsSectionsRemoval)
-{
-    const Track plain = favorite(QStringLiteral("a.mp3"));
-    fill({plain});
-    using List = Track::MetadataDestination;
-    for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates})
-        workspace().setList(list, {plain});
-    const QString trash = QStringLiteral("Переместить в Корзину");
-    const struct {
-        LibraryTab tab;
-        QString removal; ///< empty where a mark of the row or the section itself takes it away
-        bool trashes;
-    } kCases[]{
-        {LibraryTab::Playlist, QStringLiteral("Убрать из плейлиста"), true},
-        {LibraryTab::Favorites, {}, true},
-        {LibraryTab::Analysis, QStringLiteral("Убрать из анализа"), true},
-        {LibraryTab::MusicalKey, QStringLiteral("Удалить из тональности"), true},
-        {LibraryTab::Duplicates, {}, true},
-        {LibraryTab::Converter, {}, false},
-    };
-    ThumbnailCache thumbnails{executor, {}};
-    const WindowContext context{*store,          dashboard,  player,    audio,
-                                window->theme(), thumbnails, waveforms, window->rowWaveforms(),
-                                clock,           executor};
-    for (const auto& each : kCases) {
-        dashboard.calls.clear();
-        QMenu menu;
-        dashboard.activateTab(each.tab);
-        TrackMenu::build(menu, context, window->section(each.tab).descriptor(), ids({plain}), std::nullopt);
-        for (QAction* action : menu.actions()) {
-            const QString text = action->text().section(u'\t', 0, 0);
-            if (text == trash || (!each.removal.isEmpty() && text == each.removal))
-                action->trigger();
-        }
-        EXPECT_EQ(dashboard.count("remove"), each.removal.isEmpty() ? 0 : 1);
-        EXPECT_EQ(dashboard.count("trash"), each.trashes ? 1 : 0);
-    }
-}
-
-TEST_F(RemovalKeysTest, TheStatusLineNamesWhatItTakesBack)
-{
-    auto* link = window->findChild<StatusStrip*>()->findChild<ThemeButton*>();
-    show();
-    EXPECT_FALSE(link->isVisible());
-    history().registerUndo(
-        QStringLiteral("Присвоить жанр"), [] {}, [] {});
-    ASSERT_TRUE(link->isVisible());
-    EXPECT_EQ(link->text(), QStringLiteral("Отменить: Присвоить жанр"));
 }

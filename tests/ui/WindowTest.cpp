@@ -146,6 +146,7 @@ TEST_F(WindowTest, TheStatusLineOffersToUndo)
     turn();
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("Добавлено в избранное: 1"));
     ASSERT_TRUE(undoLink->isVisible());
+    EXPECT_EQ(undoLink->text(), QStringLiteral("Отменить: Изменить избранное"));
     QTest::mouseClick(undoLink, Qt::LeftButton);
     EXPECT_FALSE(now(tracks[0]).isFavorite());
 }

@@ -11,9 +11,10 @@
 #include "async/SystemClock.h"
 #include "async/TaskSlot.h"
 #include "core/library/LibraryStore.h"
-#include "core/library/files/FileLocks.h"
 #include "core/library/favorites/Favorites.h"
+#include "core/library/files/FileLocks.h"
 #include "core/library/imports/Imports.h"
+#include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/TempoChoices.h"
@@ -159,7 +160,7 @@ void importFolders(VelmoraApp& app, const QStringList& folders, LibraryTab tab)
         if (!track.artworkData().isNull() && starred.size() < kStarred)
             starred.insert(track.id());
     }
-    library.favorites().addToFavorites(starred, nullptr);
+    library.favorites().addToFavorites(starred);
     if (tab != LibraryTab::Playlist && tab != LibraryTab::Favorites && tab != LibraryTab::Covers)
         app.contentView().receiveDroppedTracks(urls, tab);
     const bool waitsForRows = tab == LibraryTab::MusicalKey;
@@ -306,7 +307,7 @@ QWidget* prepare(VelmoraApp& app, const QString& state)
 {
     const auto is = [&](const char* name) { return state == QLatin1StringView(name); };
     if (is("notice"))
-        app.store().favorites().removeFromCoverWorkspace(app.store().workspace().selectedIDs());
+        app.store().removal().removeFromCoverWorkspace(app.store().workspace().selectedIDs());
     if (is("error"))
         app.store().workspace().setLastError(QString());
     if (is("playing") || is("paused") || is("hover") || is("ontop") || is("loading"))

@@ -50,15 +50,13 @@ LibraryConcerns::~LibraryConcerns() = default;
 /// The status line names what was taken back.
 void LibraryConcerns::wireHistory()
 {
-    const auto name = [this](const QString& text, const QString& icon) {
+    const auto name = [this](const QString& text, StatusIcon icon) {
         return [this, text, icon](const QString& actionName) {
             status.showText(VelmoraLocalization::format(text, {actionName}), icon, WorkspaceStatus::Tone::Success);
         };
     };
-    QObject::connect(&history, &History::undone, &workspace,
-                     name(QStringLiteral("Отменено: %@"), QStringLiteral("arrow.uturn.backward")));
-    QObject::connect(&history, &History::redone, &workspace,
-                     name(QStringLiteral("Повторено: %@"), QStringLiteral("arrow.uturn.forward")));
+    QObject::connect(&history, &History::undone, &workspace, name(QStringLiteral("Отменено: %@"), StatusIcon::Undo));
+    QObject::connect(&history, &History::redone, &workspace, name(QStringLiteral("Повторено: %@"), StatusIcon::Redo));
 }
 
 /// The player moves on when its row goes. Rows that come back are read if they have not been, what was edited of them
@@ -93,7 +91,7 @@ void LibraryConcerns::wireStoppedWrites()
 {
     QObject::connect(&tagSaver, &TagSaver::stopped, &workspace, [this](int notWritten) {
         status.showCounted(QStringLiteral("Запись остановлена, в файлы не записано: %d"), {notWritten},
-                           QStringLiteral("exclamationmark.triangle"), WorkspaceStatus::Tone::Warning);
+                           StatusIcon::Warning, WorkspaceStatus::Tone::Warning);
     });
 }
 

@@ -3,13 +3,39 @@
 #include <QString>
 #include <QUuid>
 
+/// The picture before a message of the status line; the window has a drawing for each.
+enum class StatusIcon {
+    Info,
+    Done,
+    Warning,
+    Undo,
+    Redo,
+    Trash,
+    Playlist,
+    Favorite,
+    FavoriteAdded,
+    FavoriteRemoved,
+    Cover,  ///< one that is written into files
+    Covers, ///< the section
+    Conversion,
+    Key,
+    Tempo,
+    Genre,
+    Comment,
+    Album,
+    Tag,
+    Sound,
+    SoundOff,
+};
+inline constexpr int kStatusIconCount = static_cast<int>(StatusIcon::SoundOff) + 1;
+
 /// One message of the status line.
 struct WorkspaceStatus {
     /// What the message's colour says. Stored nowhere.
     enum class Tone { Neutral = 0, Success = 1, Warning = 2 };
 
-    QUuid id;        ///< fresh per message, so that two equal texts in a row still count as a change
-    QString icon;    ///< symbol name, e.g. "music.note.list"; the icons of the window map it to a picture
+    QUuid id; ///< fresh per message, so that two equal texts in a row still count as a change
+    StatusIcon icon = StatusIcon::Info;
     QString message; ///< final, localised text
     Tone tone = Tone::Neutral;
 };

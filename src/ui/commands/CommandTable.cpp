@@ -118,6 +118,7 @@ void addWindow(std::vector<Command>& all)
                            {.id = ID::Redo,
                             .name = QStringLiteral("redo"),
                             .text = QStringLiteral("Повторить"),
+                            .icon = QStringLiteral("redo"),
                             .keys = {Qt::CTRL | Qt::SHIFT | Qt::Key_Z},
                             .repeat = kRepeats}});
 }

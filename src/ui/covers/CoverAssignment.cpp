@@ -142,6 +142,5 @@ void CoverAssignment::refresh()
 
 void CoverAssignment::warn(const QString& message)
 {
-    m_context.store.status().showStatus(message, QStringLiteral("exclamationmark.triangle"),
-                                        WorkspaceStatus::Tone::Warning);
+    m_context.store.status().showStatus(message, StatusIcon::Warning, WorkspaceStatus::Tone::Warning);
 }

@@ -7,6 +7,7 @@
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
+#include "ui/cells/EditMark.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
 #include "ui/controls/ThemeLabel.h"
@@ -259,10 +260,15 @@ void Inspector::showSubject()
     const std::optional<Track>& single = m_model.single();
     if (single) {
         m_name->setText(FileURL::lastPathComponent(single->url()));
-        m_facts->setText(Texts::facts({single->format(), single->bitRateText(), Texts::length(single->duration())}));
+        m_facts->setText(Texts::facts(
+            {single->format(), single->bitRateText(), Texts::length(single->duration()), EditMark::text(*single)}));
     } else {
         m_name->setText(VelmoraLocalization::format(QStringLiteral("Выбрано: %d"), {m_model.count()}));
-        m_facts->setText(Texts::totalLength(m_model.totalLength()));
+        const int unwritten = m_model.unwrittenCount();
+        const QString edited =
+            unwritten > 0 ? VelmoraLocalization::format(QStringLiteral("правки ещё не в файлах: %d"), {unwritten})
+                          : QString();
+        m_facts->setText(Texts::facts({Texts::totalLength(m_model.totalLength()), edited}));
     }
 }
 
@@ -300,8 +306,8 @@ bool Inspector::mayClose()
         return true;
     m_context.store.preferences().inspectorVisible.set(true);
     m_context.store.status().showStatus(
-        QStringLiteral("Правки тегов не сохранены. Чтобы выйти без них, закройте окно ещё раз"),
-        QStringLiteral("exclamationmark.triangle"), WorkspaceStatus::Tone::Warning);
+        QStringLiteral("Правки тегов не сохранены. Чтобы выйти без них, закройте окно ещё раз"), StatusIcon::Warning,
+        WorkspaceStatus::Tone::Warning);
     return false;
 }
 
@@ -342,8 +348,8 @@ async::Task<> Inspector::assign(PictureSource offer, QSet<TrackID> ids, std::sto
 
 void Inspector::refuseCover()
 {
-    m_context.store.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"),
-                                        QStringLiteral("photo.badge.plus"), WorkspaceStatus::Tone::Warning);
+    m_context.store.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"), StatusIcon::Cover,
+                                        WorkspaceStatus::Tone::Warning);
 }
 
 void Inspector::retranslate()

@@ -4,6 +4,7 @@
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Preferences.h"
+#include "ui/cells/EditMark.h"
 #include "ui/inspector/InspectorField.h"
 #include "ui/text/Texts.h"
 
@@ -14,23 +15,16 @@ namespace {
 
 struct Place {
     TagField field;
-    const char16_t* label;
     int row;
     int column;
     int span;
 };
 
 constexpr Place kPlaces[]{
-    {TagField::Title, u"Название", 0, 0, 2},
-    {TagField::Artist, u"Исполнитель", 1, 0, 2},
-    {TagField::Album, u"Альбом", 2, 0, 2},
-    {TagField::AlbumArtist, u"Исполнитель альбома", 3, 0, 2},
-    {TagField::Genre, u"Жанр", 4, 0, 2},
-    {TagField::Year, u"Год", 5, 0, 1},
-    {TagField::Track, u"Трек", 5, 1, 1},
-    {TagField::Tempo, u"BPM", 6, 0, 1},
-    {TagField::MusicalKey, u"Тональность", 6, 1, 1},
-    {TagField::Comment, u"Комментарий", 7, 0, 2},
+    {TagField::Title, 0, 0, 2},       {TagField::Artist, 1, 0, 2}, {TagField::Album, 2, 0, 2},
+    {TagField::AlbumArtist, 3, 0, 2}, {TagField::Genre, 4, 0, 2},  {TagField::Year, 5, 0, 1},
+    {TagField::Track, 5, 1, 1},       {TagField::Tempo, 6, 0, 1},  {TagField::MusicalKey, 6, 1, 1},
+    {TagField::Comment, 7, 0, 2},
 };
 constexpr int kGap = 6;
 
@@ -139,6 +133,6 @@ void InspectorFields::refresh()
 void InspectorFields::retranslate()
 {
     for (size_t i = 0; i < m_fields.size(); ++i)
-        m_fields[i]->setWords(Texts::localized(QString::fromUtf16(kPlaces[i].label)),
+        m_fields[i]->setWords(EditMark::fieldName(kPlaces[i].field),
                               Texts::localized(QStringLiteral("Отменить правку")));
 }

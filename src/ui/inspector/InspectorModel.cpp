@@ -82,6 +82,7 @@ void InspectorModel::gather(const TrackList& tracks, const std::vector<int>& row
     m_mixed = {};
     m_covers.clear();
     m_totalLength = 0;
+    m_unwritten = 0;
     m_single.reset();
     m_readOnly.clear();
     m_withoutPicture.clear();
@@ -106,6 +107,7 @@ void InspectorModel::add(const Track& track, bool isFirst)
         (m_values.*member).clear();
     }
     m_totalLength += track.duration();
+    m_unwritten += track.editedFields() ? 1 : 0;
     if (!takesPicture(track)) {
         m_withoutPicture.insert(track.id());
         if (!isWritable(track))

@@ -57,6 +57,8 @@ public:
     const std::optional<Track>& single() const { return m_single; }
     /// One track per different cover in the order of the list, kCovers at most; a missing cover is none.
     const QList<Track>& covers() const { return m_covers; }
+    /// How many were edited and their files do not have it yet.
+    int unwrittenCount() const { return m_unwritten; }
     double totalLength() const { return m_totalLength; } ///< seconds
 
     /// Whether the program writes tags into files of this kind.
@@ -78,5 +80,6 @@ private:
     std::optional<Track> m_single;
     QList<Track> m_covers;
     double m_totalLength = 0;
+    int m_unwritten = 0;
     bool m_isPinned = false;
 };

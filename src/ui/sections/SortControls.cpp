@@ -24,6 +24,11 @@ namespace {
 constexpr TrackSortField kFields[] = {TrackSortField::Original, TrackSortField::Name, TrackSortField::Genre,
                                       TrackSortField::Format,   TrackSortField::BPM,  TrackSortField::Rating};
 
+QString iconOf(TrackSortDirection direction)
+{
+    return direction == TrackSortDirection::Ascending ? QStringLiteral("arrow-up") : QStringLiteral("arrow-down");
+}
+
 QString directionTitle(TrackSortDirection direction)
 {
     return Texts::localized(direction == TrackSortDirection::Ascending ? QStringLiteral("По возрастанию")
@@ -118,8 +123,7 @@ void SortControls::addDirections(QMenu& menu) const
                                          [&actions = m_context.actions, direction, tab = m_descriptor.tab] {
                                              actions.setTrackSortDirection(direction, tab);
                                          });
-        action->setIcon(Icons::icon(Icons::nameForSymbol(icon(direction)), isSorted ? colours.text2 : colours.text3,
-                                    colours.accentText));
+        action->setIcon(Icons::icon(iconOf(direction), isSorted ? colours.text2 : colours.text3, colours.accentText));
         action->setCheckable(true);
         action->setChecked(isSorted && order.trackSortDirection(m_descriptor.tab) == direction);
         action->setEnabled(isSorted); // the folders' own order has one direction

@@ -61,7 +61,7 @@ void TapButton::tell() const
     const std::optional<int> bpm = m_taps.bpm();
     const QString text = bpm ? VelmoraLocalization::format(QStringLiteral("Темп нажатий: %d BPM"), {*bpm})
                              : VelmoraLocalization::format(QStringLiteral("Нажатий в такт: %d"), {m_taps.count()});
-    m_context.store.status().showText(text, QStringLiteral("waveform.path.ecg"), WorkspaceStatus::Tone::Neutral);
+    m_context.store.status().showText(text, StatusIcon::Tempo, WorkspaceStatus::Tone::Neutral);
 }
 
 async::Task<> TapButton::finishLater(std::stop_token stop)

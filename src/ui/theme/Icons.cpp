@@ -1,7 +1,6 @@
 #include "ui/theme/Icons.h"
 
 #include <QFile>
-#include <QHash>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
@@ -50,39 +49,52 @@ void paintSharp(QPainter& painter, const QRect& rect, const QString& name, const
 
 namespace Icons {
 
-QString nameForSymbol(const QString& symbol)
+QString of(StatusIcon icon)
 {
-    static const QHash<QString, QString> kNames{
-        {QStringLiteral("music.note.list"), QStringLiteral("playlist")},
-        {QStringLiteral("music.note"), QStringLiteral("note-single")},
-        {QStringLiteral("waveform.path.ecg"), QStringLiteral("pulse")},
-        {QStringLiteral("waveform"), QStringLiteral("pulse")},
-        {QStringLiteral("photo.on.rectangle.angled"), QStringLiteral("pictures")},
-        {QStringLiteral("photo"), QStringLiteral("picture")},
-        {QStringLiteral("music.quarternote.3"), QStringLiteral("note")},
-        {QStringLiteral("arrow.triangle.2.circlepath"), QStringLiteral("convert")},
-        {QStringLiteral("text.bubble.fill"), QStringLiteral("bubble")},
-        {QStringLiteral("text.bubble"), QStringLiteral("bubble")},
-        {QStringLiteral("heart.fill"), QStringLiteral("heart-filled")},
-        {QStringLiteral("heart"), QStringLiteral("heart")},
-        {QStringLiteral("heart.slash"), QStringLiteral("heart")},
-        {QStringLiteral("exclamationmark.triangle"), QStringLiteral("warning")},
-        {QStringLiteral("exclamationmark.triangle.fill"), QStringLiteral("warning")},
-        {QStringLiteral("arrow.uturn.backward"), QStringLiteral("undo")},
-        {QStringLiteral("checkmark.circle"), QStringLiteral("check")},
-        {QStringLiteral("checkmark.circle.fill"), QStringLiteral("check")},
-        {QStringLiteral("mic.slash"), QStringLiteral("mic-off")},
-        {QStringLiteral("mic"), QStringLiteral("mic")},
-        {QStringLiteral("folder"), QStringLiteral("folder")},
-        {QStringLiteral("trash"), QStringLiteral("trash")},
-        {QStringLiteral("doc.on.doc"), QStringLiteral("copies")},
-        {QStringLiteral("slider.horizontal.3"), QStringLiteral("sliders")},
-        {QStringLiteral("speaker.slash"), QStringLiteral("speaker-muted")},
-        {QStringLiteral("speaker.wave.2"), QStringLiteral("speaker-high")},
-        {QStringLiteral("arrow.up"), QStringLiteral("arrow-up")},
-        {QStringLiteral("arrow.down"), QStringLiteral("arrow-down")},
-    };
-    return kNames.value(symbol, QStringLiteral("info"));
+    switch (icon) {
+    case StatusIcon::Info:
+        return QStringLiteral("info");
+    case StatusIcon::Done:
+        return QStringLiteral("check");
+    case StatusIcon::Warning:
+        return QStringLiteral("warning");
+    case StatusIcon::Undo:
+        return QStringLiteral("undo");
+    case StatusIcon::Redo:
+        return QStringLiteral("redo");
+    case StatusIcon::Trash:
+        return QStringLiteral("trash");
+    case StatusIcon::Playlist:
+        return QStringLiteral("playlist");
+    case StatusIcon::Favorite:
+    case StatusIcon::FavoriteRemoved:
+        return QStringLiteral("heart");
+    case StatusIcon::FavoriteAdded:
+        return QStringLiteral("heart-filled");
+    case StatusIcon::Cover:
+        return QStringLiteral("picture-add");
+    case StatusIcon::Covers:
+        return QStringLiteral("pictures");
+    case StatusIcon::Conversion:
+        return QStringLiteral("convert");
+    case StatusIcon::Key:
+        return QStringLiteral("note");
+    case StatusIcon::Tempo:
+        return QStringLiteral("pulse");
+    case StatusIcon::Genre:
+        return QStringLiteral("guitar");
+    case StatusIcon::Comment:
+        return QStringLiteral("bubble");
+    case StatusIcon::Album:
+        return QStringLiteral("stack");
+    case StatusIcon::Tag:
+        return QStringLiteral("tag");
+    case StatusIcon::Sound:
+        return QStringLiteral("speaker-high");
+    case StatusIcon::SoundOff:
+        return QStringLiteral("speaker-muted");
+    }
+    Q_UNREACHABLE();
 }
 
 void paint(QPainter& painter, const QRect& rect, const QString& name, const QColor& colour)

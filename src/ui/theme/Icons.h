@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/model/WorkspaceStatus.h"
+
 #include <QColor>
 #include <QIcon>
 #include <QPainter>
@@ -8,8 +10,8 @@
 /// The window's pictograms: one family of line drawings, tinted when they are drawn. Thread: main.
 namespace Icons {
 
-/// The drawing that a symbol name of a status message stands for ("heart.fill" …); "info" for an unknown symbol.
-QString nameForSymbol(const QString& symbol);
+/// The drawing before a message of the status line.
+QString of(StatusIcon icon);
 
 /// Draws an icon, as large as the rectangle, sharp on every scale.
 void paint(QPainter& painter, const QRect& rect, const QString& name, const QColor& colour);

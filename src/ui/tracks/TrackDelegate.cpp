@@ -1,6 +1,7 @@
 #include "ui/tracks/TrackDelegate.h"
 
 #include "core/library/LibraryStore.h"
+#include "ui/cells/EditMark.h"
 #include "ui/cells/KeyCells.h"
 #include "ui/cells/KeyTexts.h"
 #include "ui/cells/TempoText.h"
@@ -152,12 +153,14 @@ void TrackDelegate::paintTitle(QPainter& painter, const QRect& rect, const Track
 {
     const ThemeColours& c = m_context.theme.colours();
     const QFont& strong = m_context.theme.font(TextRole::BodyStrong);
-    if (track.tags().artist.isEmpty()) {
-        Paint::line(painter, rect, track.displayTitle(), strong, c.text);
-        return;
-    }
+    const bool isAlone = track.tags().artist.isEmpty();
     const int top = rect.top() + (rect.height() - kTitleLine - kArtistLine) / 2;
-    Paint::line(painter, {rect.left(), top, rect.width(), kTitleLine}, track.displayTitle(), strong, c.text);
+    QRect title = isAlone ? rect : QRect(rect.left(), top, rect.width(), kTitleLine);
+    if (track.editedFields())
+        title = EditMark::paint(painter, title, c);
+    Paint::line(painter, title, track.displayTitle(), strong, c.text);
+    if (isAlone)
+        return;
     Paint::line(painter, {rect.left(), top + kTitleLine, rect.width(), kArtistLine}, track.tags().artist,
                 m_context.theme.font(TextRole::Secondary), c.text2);
 }
@@ -235,7 +238,12 @@ QString TrackDelegate::tooltip(const QModelIndex& index, const QRect& cell) cons
     if (column == TrackColumn::Title) {
         const bool titleFits = fits(track.displayTitle(), m_context.theme.font(TextRole::BodyStrong), width);
         const bool artistFits = fits(track.tags().artist, m_context.theme.font(TextRole::Secondary), width);
-        return titleFits && artistFits ? QString() : Texts::spoken(track);
+        QStringList lines;
+        if (!titleFits || !artistFits)
+            lines.append(Texts::spoken(track));
+        if (track.editedFields())
+            lines.append(EditMark::text(track));
+        return lines.join(u'\n');
     }
     if (column == TrackColumn::BPM) {
         if (const QString told = TempoText::toolTip(m_context.store.tempo(), track.id()); !told.isEmpty())

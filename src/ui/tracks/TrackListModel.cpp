@@ -1,5 +1,6 @@
 #include "ui/tracks/TrackListModel.h"
 
+#include "ui/cells/EditMark.h"
 #include "ui/cells/KeyTexts.h"
 #include "ui/cells/TempoText.h"
 #include "ui/text/Texts.h"
@@ -330,6 +331,8 @@ QVariant TrackListModel::data(const QModelIndex& index, int role) const
             return KeyTexts::spoken(column, track, keyState(track.id()));
         if (column == TrackColumn::Status && m_statusTexts.contains(track.id()))
             return statusText(track.id());
+        if (column == TrackColumn::Title && track.editedFields())
+            return Texts::facts({TrackColumns::spokenText(column, track), EditMark::text(track)});
         return TrackColumns::spokenText(column, track);
     case Qt::TextAlignmentRole:
         return QVariant(Qt::AlignVCenter | (TrackColumns::isNumeric(column) ? Qt::AlignRight : Qt::AlignLeft));

@@ -85,7 +85,7 @@ void StatusStrip::refreshMessage()
 {
     const std::optional<WorkspaceStatus>& status = m_context.store.workspace().workspaceStatus();
     m_message = status ? status->message : QString();
-    m_iconName = status ? Icons::nameForSymbol(status->icon) : QString();
+    m_iconName = status ? Icons::of(status->icon) : QString();
     m_tone = status ? colourOf(status->tone) : &ThemeColours::text3;
     setAccessibleName(status ? m_message : Texts::localized(QStringLiteral("Строка состояния")));
     if (status) {

@@ -40,7 +40,7 @@ TEST_F(RemovalTest, AFavouriteStaysOutOfThePlaylistAndComesBackWithoutASecondRow
     EXPECT_EQ(workspace().selectedIDs(), ids({a, star}));
     EXPECT_EQ(workspace().selectedID(), star.id());
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
-    EXPECT_EQ(workspace().workspaceStatus()->icon, QStringLiteral("arrow.uturn.backward"));
+    EXPECT_EQ(workspace().workspaceStatus()->icon, StatusIcon::Undo);
     const auto before = changes.size();
     history().undo();
     EXPECT_EQ(changes.size(), before) << "the history is empty";

@@ -5,10 +5,10 @@ using Tone = WorkspaceStatus::Tone;
 TEST_F(StoreFixture, ALaterMessageStaysItsFullTime)
 {
     StatusLine& status = store->status();
-    status.showStatus(QStringLiteral("первое"), QStringLiteral("icon"), Tone::Neutral);
+    status.showStatus(QStringLiteral("первое"), StatusIcon::Info, Tone::Neutral);
     const QUuid first = workspace().workspaceStatus()->id;
     clock.advance(async::seconds(3));
-    status.showStatus(QStringLiteral("первое"), QStringLiteral("icon"), Tone::Warning);
+    status.showStatus(QStringLiteral("первое"), StatusIcon::Info, Tone::Warning);
     EXPECT_NE(workspace().workspaceStatus()->id, first) << "equal texts still count as a change";
     clock.advance(async::seconds(3.5));
     ASSERT_TRUE(workspace().workspaceStatus());
@@ -20,10 +20,12 @@ TEST_F(StoreFixture, ALaterMessageStaysItsFullTime)
 
 TEST_F(StoreFixture, CountsAreWrittenInTheLanguageOfTheWindow)
 {
-    store->status().showCounted(QStringLiteral("Добавлено в плейлист: %d"), {12345}, QString(), Tone::Success, 5);
+    store->status().showCounted(QStringLiteral("Добавлено в плейлист: %d"), {12345}, StatusIcon::Done, Tone::Success,
+                                5);
     EXPECT_EQ(statusText(), QStringLiteral("Добавлено в плейлист: 12\u00a0345"));
     VelmoraLocalization::setLanguage(AppLanguage::English);
-    store->status().showCounted(QStringLiteral("Добавлено в плейлист: %d"), {12345}, QString(), Tone::Success, 5);
+    store->status().showCounted(QStringLiteral("Добавлено в плейлист: %d"), {12345}, StatusIcon::Done, Tone::Success,
+                                5);
     EXPECT_EQ(statusText(), QStringLiteral("Added to playlist: 12,345"));
     clock.advance(async::seconds(4.9));
     EXPECT_TRUE(workspace().workspaceStatus());
@@ -34,7 +36,7 @@ TEST_F(StoreFixture, CountsAreWrittenInTheLanguageOfTheWindow)
 
 TEST_F(StoreFixture, AStoreThatDiesTakesItsMessageAlong)
 {
-    store->status().showStatus(QStringLiteral("x"), QString(), Tone::Neutral);
+    store->status().showStatus(QStringLiteral("x"), StatusIcon::Done, Tone::Neutral);
     store.reset();
     clock.advance(async::seconds(5));
     EXPECT_EQ(clock.pendingCount(), 0);

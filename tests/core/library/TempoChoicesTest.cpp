@@ -285,7 +285,7 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
                 throw TagFileError(QStringLiteral("no room"), false);
         };
         history().clear();
-        store->status().showStatus(QStringLiteral("before"), {}, WorkspaceStatus::Tone::Neutral);
+        store->status().showStatus(QStringLiteral("before"), StatusIcon::Info, WorkspaceStatus::Tone::Neutral);
         choices().writeTempo(ids(tracks));
         test.meanwhile(tracks);
         settle();

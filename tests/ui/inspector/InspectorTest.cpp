@@ -1,6 +1,7 @@
 #include "support/WindowFixture.h"
 
 #include "ui/controls/ThemeButton.h"
+#include "ui/inspector/WrappedText.h"
 #include "ui/inspector/CoverWell.h"
 #include "ui/inspector/Inspector.h"
 #include "ui/inspector/InspectorField.h"
@@ -80,6 +81,30 @@ protected:
     const Track second = fullTrack(QStringLiteral("Untold"));
     const Track other = stream();
 };
+
+TEST_F(InspectorTest, EditsThatAreNotInTheirFilesAreSaid)
+{
+    const QString told = QStringLiteral("Не записано в файл: Жанр");
+    Track edited = first;
+    AudioTags tags = edited.tags();
+    tags.genre = QStringLiteral("Dub");
+    edited.edit(tags, TagField::Genre);
+    fill({edited, second});
+    const auto says = [&](const QString& text) {
+        const QList<WrappedText*> texts = inspector().findChildren<WrappedText*>();
+        return std::ranges::any_of(texts, [&](const WrappedText* each) { return each->text().contains(text); });
+    };
+    select({edited, second});
+    EXPECT_TRUE(says(QStringLiteral("правки ещё не в файлах: 1")));
+    select({edited});
+    EXPECT_TRUE(says(told));
+    const TrackListModel& model = table().tracks();
+    const QModelIndex title = model.index(*model.rowOf(edited.id()), *model.columnOf(TrackColumn::Title));
+    EXPECT_TRUE(title.data(Qt::AccessibleTextRole).toString().contains(told));
+    EXPECT_EQ(static_cast<TrackDelegate*>(table().itemDelegate())->tooltip(title, QRect(0, 0, 900, 52)), told);
+    select({second});
+    EXPECT_FALSE(says(told));
+}
 
 TEST_F(InspectorTest, ShowsTheSelectionAndHidesWithoutOne)
 {

@@ -21,12 +21,6 @@ constexpr int kAttempts = 2;
 constexpr int kFilesPerMessage = 12;
 constexpr double kProgressDuration = 30; // seconds
 
-const QString& icon()
-{
-    static const QString kIcon = QStringLiteral("photo.badge.plus");
-    return kIcon;
-}
-
 } // namespace
 
 /// The picture as it is written and as it is shown.
@@ -80,7 +74,7 @@ async::Task<> Artwork::prepareThenWrite(QByteArray image, QSet<TrackID> ids, std
         co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(prepare));
     if (!picture.bytes) {
         m_dependencies.status.showStatus(QStringLiteral("Не удалось подготовить выбранное изображение для обложки."),
-                                         QStringLiteral("exclamationmark.triangle"), Tone::Warning);
+                                         StatusIcon::Warning, Tone::Warning);
         co_return;
     }
     const std::shared_ptr<Run> run = begin(ids);
@@ -92,8 +86,8 @@ async::Task<> Artwork::prepareThenWrite(QByteArray image, QSet<TrackID> ids, std
         const Track target = run->targets.at(done);
         co_await writeOne(run, target, stop);
         if ((done + 1) % kFilesPerMessage == 0 && done + 1 < total)
-            m_dependencies.status.showCounted(QStringLiteral("Сохраняем обложку: %d из %d"), {done + 1, total}, icon(),
-                                              Tone::Success, kProgressDuration);
+            m_dependencies.status.showCounted(QStringLiteral("Сохраняем обложку: %d из %d"), {done + 1, total},
+                                              StatusIcon::Cover, Tone::Success, kProgressDuration);
     }
     takeOver(*run);
     finish(*run);
@@ -105,7 +99,8 @@ std::shared_ptr<Artwork::Run> Artwork::begin(const QSet<TrackID>& ids)
     Workspace& workspace = m_dependencies.workspace;
     StatusLine& status = m_dependencies.status;
     if (workspace.artworkWritingIDs().intersects(ids)) {
-        status.showStatus(QStringLiteral("Дождитесь завершения текущей записи обложек"), icon(), Tone::Warning);
+        status.showStatus(QStringLiteral("Дождитесь завершения текущей записи обложек"), StatusIcon::Cover,
+                          Tone::Warning);
         return nullptr;
     }
     const auto run = std::make_shared<Run>();
@@ -116,15 +111,15 @@ std::shared_ptr<Artwork::Run> Artwork::begin(const QSet<TrackID>& ids)
     }
     if (run->targets.isEmpty()) {
         if (!ids.isEmpty())
-            status.showStatus(QStringLiteral("Обложка уже сохраняется"), icon(), Tone::Warning);
+            status.showStatus(QStringLiteral("Обложка уже сохраняется"), StatusIcon::Cover, Tone::Warning);
         return nullptr;
     }
     QSet<TrackID> writing = workspace.artworkWritingIDs();
     for (const Track& target : std::as_const(run->targets))
         writing.insert(target.id());
     workspace.setArtworkWritingIDs(writing);
-    status.showCounted(QStringLiteral("Сохраняем обложку: %d"), {static_cast<int>(run->targets.size())}, icon(),
-                       Tone::Success);
+    status.showCounted(QStringLiteral("Сохраняем обложку: %d"), {static_cast<int>(run->targets.size())},
+                       StatusIcon::Cover, Tone::Success);
     return run;
 }
 
@@ -181,7 +176,7 @@ void Artwork::finish(const Run& run)
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QStringLiteral("artworkBatch"), run.asked);
     const auto written = static_cast<int>(run.written.size());
     if (run.failed == 0) {
-        status.showCounted(QStringLiteral("Обложка сохранена: %d"), {written}, icon(), Tone::Success);
+        status.showCounted(QStringLiteral("Обложка сохранена: %d"), {written}, StatusIcon::Cover, Tone::Success);
         return;
     }
     const int total = static_cast<int>(run.targets.size());
@@ -189,6 +184,6 @@ void Artwork::finish(const Run& run)
                                QStringLiteral("Не удалось сохранить обложку в %d из %d файлов. Первый файл: %@. %@"),
                                {run.failed, total, FileURL::lastPathComponent(run.firstFailedURL), run.firstFailure}),
                            VelmoraLocalization::string(QStringLiteral("Не удалось сохранить обложку")));
-    status.showCounted(QStringLiteral("Сохранено %d, ошибок: %d"), {written, run.failed},
-                       QStringLiteral("exclamationmark.triangle"), Tone::Warning);
+    status.showCounted(QStringLiteral("Сохранено %d, ошибок: %d"), {written, run.failed}, StatusIcon::Warning,
+                       Tone::Warning);
 }

@@ -54,7 +54,7 @@ void Favorites::removeFromFavorites(const QSet<TrackID>& ids, bool advancePlayba
     change(target);
     if (advancePlayback)
         emit rowsLeft(QSet<TrackID>(target.keyBegin(), target.keyEnd()), rows);
-    showCount(QStringLiteral("Убрано из избранного: %d"), target.size(), QStringLiteral("heart.slash"));
+    showCount(QStringLiteral("Убрано из избранного: %d"), target.size(), StatusIcon::FavoriteRemoved);
 }
 
 void Favorites::toggleFavorites(const QSet<TrackID>& ids)
@@ -73,11 +73,11 @@ void Favorites::toggleFavorites(const QSet<TrackID>& ids)
         return;
     change(target);
     if (added == target.size())
-        showCount(QStringLiteral("Добавлено в избранное: %d"), added, QStringLiteral("heart.fill"));
+        showCount(QStringLiteral("Добавлено в избранное: %d"), added, StatusIcon::FavoriteAdded);
     else if (added == 0)
-        showCount(QStringLiteral("Убрано из избранного: %d"), target.size(), QStringLiteral("heart.slash"));
+        showCount(QStringLiteral("Убрано из избранного: %d"), target.size(), StatusIcon::FavoriteRemoved);
     else
-        showCount(QStringLiteral("Избранное обновлено: %d"), target.size(), QStringLiteral("heart.fill"));
+        showCount(QStringLiteral("Избранное обновлено: %d"), target.size(), StatusIcon::FavoriteAdded);
 }
 
 Favorites::MembershipStates Favorites::favoriteMembershipStates(const QSet<TrackID>& ids) const
@@ -155,7 +155,7 @@ void Favorites::change(const MembershipStates& target)
         [this, after = change.after] { applyFavoriteMembershipStates(after); });
 }
 
-void Favorites::showCount(const QString& message, qsizetype count, const QString& icon)
+void Favorites::showCount(const QString& message, qsizetype count, StatusIcon icon)
 {
     m_dependencies.status.showCounted(message, {count}, icon, Tone::Success);
 }

@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QStringList>
 
+enum class StatusIcon;
 class History;
 class Notifications;
 class Preferences;
@@ -71,7 +72,7 @@ private:
     void change(const MembershipStates& target);
     void apply(const Change& change);
     void followInView(const Change& change);
-    void showCount(const QString& message, qsizetype count, const QString& icon);
+    void showCount(const QString& message, qsizetype count, StatusIcon icon);
     void filterChanged();
 
     Dependencies m_dependencies;

@@ -27,7 +27,7 @@ constexpr int kParallelWalks = 4;     // a folder on a slow disk does not hold u
 struct Imports::SectionImport {
     Destination destination;
     QString message; ///< counted; empty says nothing
-    QString icon;
+    StatusIcon icon;
     bool wantsQuality;
 };
 
@@ -93,7 +93,7 @@ async::Task<> Imports::completePlaylistImport(AudioFileList::Expansion expansion
         m_dependencies.waveforms.preloadWaveforms(split.freshURLs);
     }
     announceAdded(QStringLiteral("Добавлено в плейлист: %d"), split.freshURLs.size(), expansion.leftOut(),
-                  QStringLiteral("music.note.list"));
+                  StatusIcon::Playlist);
     if (completion)
         completion({ids, expansion.leftOut()});
 }
@@ -126,8 +126,7 @@ async::Task<QList<TrackID>> Imports::appendInSlices(Destination destination, QLi
     co_return ids;
 }
 
-void Imports::announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut,
-                            const QString& icon)
+void Imports::announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut, StatusIcon icon)
 {
     if (leftOut.notTaken == 0 && leftOut.strayTemporaries == 0) {
         if (added > 0)
@@ -142,8 +141,7 @@ void Imports::announceAdded(const QString& message, qsizetype added, AudioFileLi
     if (leftOut.strayTemporaries > 0)
         parts.append(VelmoraLocalization::format(QStringLiteral("Найдены незавершённые временные файлы: %d"),
                                                  {leftOut.strayTemporaries}));
-    m_dependencies.status.showText(parts.join(QStringLiteral(" · ")), QStringLiteral("exclamationmark.triangle"),
-                                   Tone::Warning);
+    m_dependencies.status.showText(parts.join(QStringLiteral(" · ")), StatusIcon::Warning, Tone::Warning);
 }
 
 void Imports::importForFavorites(const QList<QUrl>& urls)
@@ -151,8 +149,7 @@ void Imports::importForFavorites(const QList<QUrl>& urls)
     importURLs(urls, [this](const Outcome& outcome) {
         const QSet<TrackID> ids(outcome.ids.cbegin(), outcome.ids.cend());
         const int joined = m_dependencies.favorites.addToFavorites(ids);
-        announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut,
-                      QStringLiteral("heart.fill"));
+        announceAdded(QStringLiteral("Добавлено в избранное: %d"), joined, outcome.leftOut, StatusIcon::FavoriteAdded);
     });
 }
 
@@ -184,8 +181,7 @@ async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, C
         const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
         ids.append(added);
     }
-    announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.leftOut(),
-                  QStringLiteral("photo.on.rectangle.angled"));
+    announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.leftOut(), StatusIcon::Covers);
     if (completion)
         completion({ids, expansion.leftOut()});
 }
@@ -193,7 +189,7 @@ async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, C
 void Imports::importForAnalysis(const QList<QUrl>& urls)
 {
     static const SectionImport kAnalysis{Destination::Analysis, QStringLiteral("Добавлено в анализ: %d"),
-                                         QStringLiteral("waveform.path.ecg"), true};
+                                         StatusIcon::Tempo, true};
     expandThen(urls, AudioFileList::isPlayable, [this](const AudioFileList::Expansion& expansion) {
         m_sectionImports.append(
             [this, expansion](std::stop_token stop) { return completeSectionImport(&kAnalysis, expansion, stop); });
@@ -203,7 +199,7 @@ void Imports::importForAnalysis(const QList<QUrl>& urls)
 void Imports::importForMusicalKeyAnalysis(const QList<QUrl>& urls)
 {
     static const SectionImport kMusicalKey{Destination::MusicalKey, QStringLiteral("Добавлено в тональность: %d"),
-                                           QStringLiteral("music.quarternote.3"), false};
+                                           StatusIcon::Key, false};
     expandThen(urls, AudioFileList::isPlayable, [this](const AudioFileList::Expansion& expansion) {
         m_sectionImports.append(
             [this, expansion](std::stop_token stop) { return completeSectionImport(&kMusicalKey, expansion, stop); });
@@ -213,7 +209,7 @@ void Imports::importForMusicalKeyAnalysis(const QList<QUrl>& urls)
 void Imports::importDuplicateSearchURLs(const QList<QUrl>& urls)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    static const SectionImport kDuplicates{Destination::Duplicates, QString(), QString(), false};
+    static const SectionImport kDuplicates{Destination::Duplicates, QString(), StatusIcon::Info, false};
     QList<QUrl> roots = m_dependencies.workspace.duplicateSearchRoots();
     for (const QUrl& url : urls) {
         const QUrl root = FileURL::standardized(url);
@@ -246,7 +242,7 @@ void Imports::importForConversion(const QList<QUrl>& urls)
 {
     expandThen(urls, AudioFileList::isConvertible, [this](const AudioFileList::Expansion& expansion) {
         m_dependencies.sending.appendToConversion(expansion.files);
-        announceAdded(QString(), 0, expansion.leftOut(), QString());
+        announceAdded(QString(), 0, expansion.leftOut(), StatusIcon::Info);
     });
 }
 

@@ -14,6 +14,7 @@
 
 #include <functional>
 
+enum class StatusIcon;
 class Favorites;
 class Preferences;
 class Sending;
@@ -71,7 +72,7 @@ public:
     void importDuplicateSearchURLs(const QList<QUrl>& urls);
 
     /// Says how many files were added and how many were left out; nothing if neither. \param message counted text.
-    void announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut, const QString& icon);
+    void announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut, StatusIcon icon);
 
     /// Reads the files of these tracks in the background; results reach the given list in batches.
     void scheduleMetadataLoads(const QList<Track>& tracks, Track::MetadataDestination destination);

@@ -27,12 +27,12 @@ void announce(StatusLine& status, int moved, const QString& error)
 {
     const QString counted = QStringLiteral("Перемещено в Корзину: %d");
     if (error.isEmpty()) {
-        status.showCounted(counted, {moved}, QStringLiteral("trash"), Tone::Success);
+        status.showCounted(counted, {moved}, StatusIcon::Trash, Tone::Success);
         return;
     }
     const QString text =
         moved == 0 ? error : VelmoraLocalization::format(counted, {moved}) + QStringLiteral(" · ") + error;
-    status.showText(text, QStringLiteral("exclamationmark.triangle"), Tone::Warning);
+    status.showText(text, StatusIcon::Warning, Tone::Warning);
 }
 
 } // namespace

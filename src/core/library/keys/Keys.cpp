@@ -140,7 +140,7 @@ void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
     Workspace& workspace = m_dependencies.workspace;
     const KeyTagPlan::Plan plan = KeyTagPlan::make(workspace.keyAnalysisTracks(), workspace.tracks(), m_analyses, ids);
     if (plan.items.isEmpty()) {
-        m_dependencies.status.showStatus(QStringLiteral("Нет результатов для записи"), QStringLiteral("info.circle"),
+        m_dependencies.status.showStatus(QStringLiteral("Нет результатов для записи"), StatusIcon::Info,
                                          WorkspaceStatus::Tone::Warning);
         return;
     }
@@ -157,7 +157,7 @@ void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
 
 void Keys::showWritten(int written, int skipped)
 {
-    const QString icon = QStringLiteral("music.quarternote.3");
+    const StatusIcon icon = StatusIcon::Key;
     if (skipped > 0)
         m_dependencies.status.showCounted(QStringLiteral("Тональность сохранена: %d · пропущено: %d"),
                                           {written, skipped}, icon, WorkspaceStatus::Tone::Warning);

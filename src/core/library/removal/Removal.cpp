@@ -237,7 +237,7 @@ void Removal::remove(RemovalPlan::Cut cut, const QList<Track>& rows, const QStri
     dropSelected(removed);
     if (!rows.isEmpty())
         emit rowsLeft(removed, rows);
-    m_dependencies.status.showCounted(message, {cut.removed.size()}, QStringLiteral("checkmark.circle"), Tone::Success);
+    m_dependencies.status.showCounted(message, {cut.removed.size()}, StatusIcon::Done, Tone::Success);
 }
 
 void Removal::trashTracks(const QSet<TrackID>& ids)
@@ -292,10 +292,10 @@ void Removal::finishTrash(TrashRound& round, int left)
     emit rowsLeft(ids, rows);
     if (left > 0)
         m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d · остановлено, осталось: %d"),
-                                          {round.trashed.size(), left}, QStringLiteral("trash"), Tone::Warning);
+                                          {round.trashed.size(), left}, StatusIcon::Trash, Tone::Warning);
     else
         m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {round.trashed.size()},
-                                          QStringLiteral("trash"), Tone::Success);
+                                          StatusIcon::Trash, Tone::Success);
 }
 
 void Removal::stopMoving()
@@ -366,7 +366,7 @@ void Removal::announceRestored(const Restored& restored)
     if (restored.files.isEmpty())
         return;
     selectRestored(restored);
-    const QString icon = QStringLiteral("arrow.uturn.backward");
+    const StatusIcon icon = StatusIcon::Undo;
     if (restored.left > 0)
         m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d · остановлено, осталось: %d"),
                                           {restored.files.size(), restored.left}, icon, Tone::Warning);

@@ -57,8 +57,8 @@ void Sending::addTracksToAnalysis(const QSet<TrackID>& ids)
     workspace.setList(Track::MetadataDestination::Analysis, workspace.analysisTracks().rows() + added);
     m_dependencies.loads.schedule(added, Track::MetadataDestination::Analysis);
     emit qualityWanted(addedIDs);
-    m_dependencies.status.showCounted(QStringLiteral("Отправлено в анализ: %d"), {added.size()},
-                                      QStringLiteral("waveform.path.ecg"), WorkspaceStatus::Tone::Success);
+    m_dependencies.status.showCounted(QStringLiteral("Отправлено в анализ: %d"), {added.size()}, StatusIcon::Tempo,
+                                      WorkspaceStatus::Tone::Success);
 }
 
 int Sending::addTracksToConversion(const QSet<TrackID>& ids)
@@ -69,8 +69,7 @@ int Sending::addTracksToConversion(const QSet<TrackID>& ids)
         urls.append(track.url());
     const int added = appendToConversion(urls);
     if (added > 0)
-        m_dependencies.status.showCounted(QStringLiteral("Добавлено в конвертер: %d"), {added},
-                                          QStringLiteral("arrow.triangle.2.circlepath"),
+        m_dependencies.status.showCounted(QStringLiteral("Добавлено в конвертер: %d"), {added}, StatusIcon::Conversion,
                                           WorkspaceStatus::Tone::Success);
     return added;
 }

@@ -318,7 +318,7 @@ void Session::announceLeftOut(int files)
         return;
     m_leftOut = files;
     m_dependencies.status.showCounted(QStringLiteral("Файлы не найдены, в списках нет: %d"), {files},
-                                      QStringLiteral("exclamationmark.triangle"), Tone::Warning, kLeftOutDuration);
+                                      StatusIcon::Warning, Tone::Warning, kLeftOutDuration);
     Q_EMIT leftOutChanged();
 }
 
@@ -359,9 +359,9 @@ async::Task<> Session::pendingTask(QString path, std::stop_token stop)
     const bool isPending = co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
     StatusLine& status = m_dependencies.status;
     if (isPending)
-        status.showStatus(QStringLiteral("Копия откроется при следующем запуске"), QStringLiteral("checkmark.circle"),
-                          Tone::Success, kRestoreTextDuration);
+        status.showStatus(QStringLiteral("Копия откроется при следующем запуске"), StatusIcon::Done, Tone::Success,
+                          kRestoreTextDuration);
     else
-        status.showStatus(QStringLiteral("Копию не удалось прочитать"), QStringLiteral("exclamationmark.triangle"),
-                          Tone::Warning, kRestoreTextDuration);
+        status.showStatus(QStringLiteral("Копию не удалось прочитать"), StatusIcon::Warning, Tone::Warning,
+                          kRestoreTextDuration);
 }

@@ -10,18 +10,18 @@ StatusLine::StatusLine(Workspace& workspace, async::Clock& clock)
 {
 }
 
-void StatusLine::showStatus(const QString& message, const QString& icon, WorkspaceStatus::Tone tone, double duration)
+void StatusLine::showStatus(const QString& message, StatusIcon icon, WorkspaceStatus::Tone tone, double duration)
 {
     showText(VelmoraLocalization::string(message), icon, tone, duration);
 }
 
-void StatusLine::showCounted(const QString& message, std::initializer_list<QVariant> arguments, const QString& icon,
+void StatusLine::showCounted(const QString& message, std::initializer_list<QVariant> arguments, StatusIcon icon,
                              WorkspaceStatus::Tone tone, double duration)
 {
     showText(VelmoraLocalization::format(message, arguments), icon, tone, duration);
 }
 
-void StatusLine::showText(const QString& text, const QString& icon, WorkspaceStatus::Tone tone, double duration)
+void StatusLine::showText(const QString& text, StatusIcon icon, WorkspaceStatus::Tone tone, double duration)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     const QUuid id = freshID();

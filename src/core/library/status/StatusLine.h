@@ -16,17 +16,16 @@ public:
 
     StatusLine(Workspace& workspace, async::Clock& clock);
 
-    /// Shows a message for a time. \param message Russian key, localised here. \param icon symbol name. \param duration
+    /// Shows a message for a time. \param message Russian key, localised here. \param duration
     /// seconds.
-    void showStatus(const QString& message, const QString& icon, WorkspaceStatus::Tone tone,
+    void showStatus(const QString& message, StatusIcon icon, WorkspaceStatus::Tone tone,
                     double duration = kDefaultDuration);
     /// The same for a text with placeholders.
-    void showCounted(const QString& message, std::initializer_list<QVariant> arguments, const QString& icon,
+    void showCounted(const QString& message, std::initializer_list<QVariant> arguments, StatusIcon icon,
                      WorkspaceStatus::Tone tone, double duration = kDefaultDuration);
 
     /// The same for a text that is final already.
-    void showText(const QString& text, const QString& icon, WorkspaceStatus::Tone tone,
-                  double duration = kDefaultDuration);
+    void showText(const QString& text, StatusIcon icon, WorkspaceStatus::Tone tone, double duration = kDefaultDuration);
 
 private:
     async::Task<> clearLater(QUuid id, double duration, std::stop_token stop);

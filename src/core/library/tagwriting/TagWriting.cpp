@@ -24,7 +24,7 @@ struct Words {
     QString alreadyEmpty;
     QString assignAction;
     QString clearAction;
-    QString icon;
+    StatusIcon icon;
 };
 
 const Words& words(AssignedField field)
@@ -34,19 +34,16 @@ const Words& words(AssignedField field)
                               QStringLiteral("У выбранных треков жанр уже пуст"),
                               QStringLiteral("Присвоить жанр"),
                               QStringLiteral("Очистить жанр"),
-                              QStringLiteral("guitars.fill")};
+                              StatusIcon::Genre};
     static const Words kComment{QStringLiteral("Комментарий «%@» присвоен: %d"),
                                 QStringLiteral("Комментарий очищен: %d"),
                                 QStringLiteral("У выбранных треков комментарий уже пуст"),
                                 QStringLiteral("Присвоить комментарий"),
                                 QStringLiteral("Очистить комментарий"),
-                                QStringLiteral("text.bubble.fill")};
-    static const Words kAlbum{QStringLiteral("Альбом «%@» присвоен: %d"),
-                              QStringLiteral("Альбом очищен: %d"),
-                              QString(),
-                              QStringLiteral("Изменить альбом"),
-                              QStringLiteral("Изменить альбом"),
-                              QStringLiteral("square.stack.fill")};
+                                StatusIcon::Comment};
+    static const Words kAlbum{
+        QStringLiteral("Альбом «%@» присвоен: %d"), QStringLiteral("Альбом очищен: %d"), QString(),
+        QStringLiteral("Изменить альбом"),          QStringLiteral("Изменить альбом"),   StatusIcon::Album};
     switch (field) {
     case AssignedField::Genre:
         return kGenre;
@@ -155,7 +152,7 @@ QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
 {
     const QSet<TrackID> targets = AssignmentPlan::favorites(m_dependencies.workspace.tracks(), ids);
     if (targets.isEmpty())
-        m_dependencies.status.showStatus(QStringLiteral("Выберите трек в «Избранном»"), QStringLiteral("heart"),
+        m_dependencies.status.showStatus(QStringLiteral("Выберите трек в «Избранном»"), StatusIcon::Favorite,
                                          Tone::Warning);
     return targets;
 }
@@ -306,8 +303,7 @@ void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<
     const UndoStep kind{QStringLiteral("Изменить теги"), QString(), fields};
     const int count = edit(TagEditPlan::trimmed(tags), kind, ids);
     if (count > 0)
-        m_dependencies.status.showCounted(QStringLiteral("Теги изменены: %d"), {count}, QStringLiteral("tag"),
-                                          Tone::Success);
+        m_dependencies.status.showCounted(QStringLiteral("Теги изменены: %d"), {count}, StatusIcon::Tag, Tone::Success);
 }
 
 void TagWriting::saveTexts(const FieldTexts& edit)
@@ -370,5 +366,5 @@ void TagWriting::announceRestored(const QSet<TrackID>& ids)
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), ids);
     emit tempoEdited(ids);
     m_dependencies.status.showCounted(QStringLiteral("Исходные теги возвращены: %d"), {static_cast<int>(ids.size())},
-                                      QStringLiteral("arrow.uturn.backward"), Tone::Success);
+                                      StatusIcon::Undo, Tone::Success);
 }

@@ -210,8 +210,7 @@ void TempoChoices::writeTempo(const QSet<TrackID>& ids)
         taken.insert(id, *known);
     }
     if (taken.isEmpty()) {
-        m_dependencies.status.showStatus(QStringLiteral("Нет темпа для записи"), QStringLiteral("waveform.path.ecg"),
-                                         Tone::Warning);
+        m_dependencies.status.showStatus(QStringLiteral("Нет темпа для записи"), StatusIcon::Tempo, Tone::Warning);
         return;
     }
     const auto step = std::make_shared<TakenEstimates>(taken);
@@ -238,7 +237,7 @@ void TempoChoices::tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWr
         giveBack(back);
     const auto written = static_cast<int>(step.size());
     const auto skipped = static_cast<int>(all - step.size());
-    const QString icon = QStringLiteral("waveform.path.ecg");
+    const StatusIcon icon = StatusIcon::Tempo;
     if (skipped > 0)
         m_dependencies.status.showCounted(QStringLiteral("Темп записан: %d · пропущено: %d"), {written, skipped}, icon,
                                           Tone::Warning);
