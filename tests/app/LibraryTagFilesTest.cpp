@@ -190,8 +190,8 @@ TEST(TerminationTest, FinishesTheFileInProgress)
     };
     {
         auto executor = std::make_unique<async::ThreadExecutor>();
-        auto store = std::make_unique<LibraryStore>(
-            LibraryServices{clock, *executor, preferences, notifications, files, {}, {}, {}, {}, {}, {}});
+        auto store =
+            std::make_unique<LibraryStore>(LibraryServices{clock, *executor, preferences, notifications, files});
         QList<Track> rows;
         for (int number = 0; number < 3; ++number) {
             rows.append(Track::unread(FileURL::fromPath(QStringLiteral("/music/%1.mp3").arg(number))));

@@ -71,6 +71,10 @@ TEST_F(KeyWritingTest, tellsWhatWasLeftOut)
     };
     write();
     EXPECT_EQ(statusText(), QStringLiteral("Тональность сохранена: 1 · пропущено: 1"));
+    for (const List list : {List::Library, List::Analysis, List::MusicalKey})
+        EXPECT_EQ(keyIn(list), QString()) << "what is not in the file does not stand in the tag";
+    EXPECT_EQ(keyIn(List::MusicalKey, 1), QStringLiteral("8A"));
+    EXPECT_TRUE(store->keys().musicalKeyAnalyses().contains(row(0).id())) << "it is determined still";
     files.before = {};
     unreadable = true; // its other tags are not known, so it is left alone
     write();

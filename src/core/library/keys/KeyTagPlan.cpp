@@ -68,6 +68,32 @@ std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes,
     return isChanged ? std::optional(result) : std::nullopt;
 }
 
+Codes present(const TrackList& rows, const Codes& codes)
+{
+    Codes keys;
+    for (const int place : placesOf(rows, codes))
+        keys.insert(rows.at(place).url(), rows.at(place).tags().musicalKey);
+    return keys;
+}
+
+std::optional<QList<Track>> takenBack(const TrackList& rows, const Codes& codes, const Codes& former,
+                                      const QSet<QUrl>& files)
+{
+    QList<Track> result = rows.rows();
+    bool isChanged = false;
+    for (const QUrl& url : files) {
+        const std::optional<int> place = former.contains(url) ? rows.indexOfURL(url) : std::nullopt;
+        if (!place || rows.at(*place).tags().musicalKey != codes.value(url))
+            continue;
+        AudioTags tags = rows.at(*place).tags();
+        tags.musicalKey = former.value(url);
+        result[*place].replaceTags(tags);
+        result[*place].forgetEdits(TagField::MusicalKey);
+        isChanged = true;
+    }
+    return isChanged ? std::optional(result) : std::nullopt;
+}
+
 QSet<TrackID> differing(const TrackList& tracks, const Codes& codes)
 {
     QSet<TrackID> ids;

@@ -6,6 +6,7 @@
 
 #include <QHash>
 #include <QSet>
+#include <QUrl>
 
 #include <optional>
 
@@ -28,6 +29,14 @@ Plan make(const TrackList& rows, const TrackList& tracks, const QHash<TrackID, M
 /// The rows of a list with the codes of their files; nothing if none changes. Rows of the side lists that were not read
 /// yet are left out: their read brings all tags.
 std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes, Track::MetadataDestination list);
+
+/// The keys of the rows that withCodes() would change, as they are before it.
+Codes present(const TrackList& rows, const Codes& codes);
+
+/// The rows of a list with their former keys, where they still have the codes; nothing if none changes. \param files
+/// whose write failed.
+std::optional<QList<Track>> takenBack(const TrackList& rows, const Codes& codes, const Codes& former,
+                                      const QSet<QUrl>& files);
 
 /// The rows that withCodes() would change in the main list.
 QSet<TrackID> differing(const TrackList& tracks, const Codes& codes);

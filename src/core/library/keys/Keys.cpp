@@ -27,6 +27,13 @@ KeyFinding listen(AudioAnalyser& analyser, const QUrl& url, const std::optional<
 
 } // namespace
 
+/// A batch of keys on their way into the files.
+struct Keys::WrittenKeys {
+    KeyTagPlan::Codes codes;
+    QHash<TrackID, QUrl> files; ///< by the row that is saved
+    QHash<Destination, KeyTagPlan::Codes> former;
+};
+
 Keys::Keys(const Dependencies& dependencies)
     : m_dependencies(dependencies)
     , m_entry(dependencies.board, WorkKinds::kMusicalKey)
@@ -144,15 +151,39 @@ void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
                                          WorkspaceStatus::Tone::Warning);
         return;
     }
+    WrittenKeys keys{plan.codes, {}, {}};
+    for (const TagSaver::Item& item : plan.items)
+        keys.files.insert(item.track.id(), item.track.url());
     const QSet<TrackID> changed = KeyTagPlan::differing(workspace.tracks(), plan.codes);
     for (const Destination list : kAllLists) {
+        keys.former.insert(list, KeyTagPlan::present(workspace.list(list), plan.codes));
         if (auto rows = KeyTagPlan::withCodes(workspace.list(list), plan.codes, list))
             workspace.setList(list, std::move(*rows));
     }
     if (!changed.isEmpty())
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), changed);
-    const int total = static_cast<int>(plan.items.size());
-    m_dependencies.saver.writeBatch(plan.items, [this, total](int written) { showWritten(written, total - written); });
+    m_dependencies.saver.writeBatchNaming(plan.items,
+                                          [this, keys](const QSet<TrackID>& notWritten) { written(keys, notWritten); });
+}
+
+/// A key that did not come to its file is no key in the tag.
+void Keys::written(const WrittenKeys& keys, const QSet<TrackID>& notWritten)
+{
+    QSet<QUrl> files;
+    QSet<TrackID> changed;
+    Workspace& workspace = m_dependencies.workspace;
+    for (const TrackID& id : notWritten) {
+        files.insert(keys.files.value(id));
+        if (const std::optional<int> place = workspace.tracks().indexOfURL(keys.files.value(id)))
+            changed.insert(workspace.tracks().at(*place).id());
+    }
+    for (const Destination list : kAllLists) {
+        if (auto rows = KeyTagPlan::takenBack(workspace.list(list), keys.codes, keys.former.value(list), files))
+            workspace.setList(list, std::move(*rows));
+    }
+    if (!changed.isEmpty())
+        emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), changed);
+    showWritten(static_cast<int>(keys.files.size() - notWritten.size()), static_cast<int>(notWritten.size()));
 }
 
 void Keys::showWritten(int written, int skipped)

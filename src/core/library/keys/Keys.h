@@ -63,7 +63,8 @@ public:
     /// Drops the queue, the analysis under way included: the user wants no more of it. Results stay.
     void dropMusicalKeyQueue();
     /// Writes the determined keys of rows as Camelot codes into their files, where nothing else changes, and into every
-    /// row of these files. The status line tells the outcome when the last file is done.
+    /// row of these files. Rows whose file could not be written have their former key again. The status line tells the
+    /// outcome when the last file is done.
     void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids);
 
     /// Rows that were queued since the queue was last empty, and how many of them are done.
@@ -88,12 +89,15 @@ Q_SIGNALS:
     void resultsChanged();
 
 private:
+    struct WrittenKeys;
+
     WorkJob<KeyFinding> begin(const TrackID& id, const Allowance& allowance) override;
     WorkEnd finished(const TrackID& id, std::optional<KeyFinding> finding) override;
     void statesChanged(const QSet<TrackID>& ids) override;
 
     void sectionChanged(Track::MetadataDestination list, const ListChange& change);
     void showProgress();
+    void written(const WrittenKeys& keys, const QSet<TrackID>& notWritten);
     void showWritten(int written, int skipped);
 
     Dependencies m_dependencies;

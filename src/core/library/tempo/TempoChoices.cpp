@@ -18,7 +18,7 @@ using Tone = WorkspaceStatus::Tone;
 // Chosen: wider than any music, so that no slip of a key makes nonsense.
 constexpr int kLowestTempo = 20;
 constexpr int kHighestTempo = 400;
-constexpr qsizetype kSliceRows = 1000; // chosen: a few milliseconds of the main thread
+constexpr qsizetype kSliceRows = 500; // chosen: a few milliseconds of the main thread
 
 QSet<TrackID> idsOf(const auto& table)
 {
