@@ -25,22 +25,6 @@ TaskFactory sleeper(ManualClock* clock, Log* log, std::string name, std::vector<
 
 } // namespace
 
-TEST(Clock, FiresInOrderOfDeadlinesAndOfSleepersEachAtItsOwnTime)
-{
-    ManualClock clock;
-    Log log;
-    TaskGroup group(10);
-    group.add(sleeper(&clock, &log, "late", {30ms}));
-    group.add(sleeper(&clock, &log, "first", {10ms, 10ms, 5ms}));
-    group.add(sleeper(&clock, &log, "second", {10ms, 20ms}));
-    group.add(sleeper(&clock, &log, "beyond", {41ms}));
-    EXPECT_EQ(clock.pendingCount(), 4);
-    EXPECT_EQ(clock.nextDeadline(), Duration(10ms));
-    clock.advance(40ms);
-    EXPECT_EQ(log, (Log{"first@10", "second@10", "first@20", "first@25", "late@30", "second@30"}));
-    EXPECT_EQ(clock.nextDeadline(), Duration(1ms));
-}
-
 TEST(Clock, ADelayOfNothingResumesOnTheNextTurn)
 {
     for (const Duration nap : {Duration(0), Duration(-5ms)}) {
@@ -53,21 +37,6 @@ TEST(Clock, ADelayOfNothingResumesOnTheNextTurn)
         MainQueue::drain();
         EXPECT_EQ(log, Log{"nap@0"});
     }
-}
-
-TEST(Clock, AStoppedSleepLeavesAtOnce)
-{
-    ManualClock clock;
-    Log log;
-    TaskSlot stopped;
-    TaskSlot kept;
-    stopped.start(sleeper(&clock, &log, "stopped", {10ms}));
-    kept.start(sleeper(&clock, &log, "kept", {20ms}));
-    stopped.cancel();
-    EXPECT_EQ(clock.pendingCount(), 1);
-    EXPECT_EQ(clock.nextDeadline(), Duration(20ms));
-    clock.advance(1s);
-    EXPECT_EQ(log, Log{"kept@20"});
 }
 
 TEST(Clock, ASleepAfterAStopOrForEverIsHarmless)

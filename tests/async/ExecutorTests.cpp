@@ -73,16 +73,6 @@ TEST_F(ExecutorTest, MovesJobsAndResultsThatCannotBeCopied)
     EXPECT_EQ(result, 42);
 }
 
-TEST_F(ExecutorTest, AStopCancelsAtOnceAndTheJobNeverBegins)
-{
-    start("queued", [this](std::stop_token) { ++m_runs; });
-    m_group.cancelAll();
-    MainQueue::drain();
-    EXPECT_EQ(m_log, Log{"queued:cancelled"});
-    m_executor.runAll();
-    EXPECT_EQ(m_runs, 0);
-}
-
 TEST_F(ExecutorTest, AStopDuringTheJobBeatsItsResultAndItsException)
 {
     start("value", [this](std::stop_token stop) {
@@ -110,14 +100,6 @@ TEST_F(ExecutorTest, AfterAStopNothingIsSubmitted)
     EXPECT_EQ(m_executor.pendingCount(), 0);
     MainQueue::drain();
     EXPECT_EQ(m_log, Log{"late:cancelled"});
-}
-
-TEST_F(ExecutorTest, JobsThatAreDroppedCancelTheirWaiters)
-{
-    start("dropped", [this](std::stop_token) { ++m_runs; });
-    m_executor.dropAll();
-    EXPECT_EQ(m_log, Log{"dropped:cancelled"});
-    EXPECT_EQ(m_runs, 0);
 }
 
 TEST_F(ExecutorTest, TheValuesOfAJobAreGoneWhenItsWaiterResumes)

@@ -4,6 +4,10 @@
 #include "async/MainQueue.h"
 #include "async/TaskSlot.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -22,4 +26,14 @@ inline async::Task<> recorded(Log* log, std::string name, async::Task<> task)
         outcome = error.what();
     }
     log->push_back(name + ":" + outcome);
+}
+
+/// Turns the event loop until nothing is alive; the limit only keeps a fault from hanging the program.
+inline void spinUntilIdle()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (async::liveTaskCount() > 0 && timer.elapsed() < 60'000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
+    ASSERT_EQ(async::liveTaskCount(), 0) << "tasks never ended";
 }

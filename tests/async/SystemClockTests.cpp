@@ -4,23 +4,12 @@
 #include "async/TaskGroup.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 using namespace async;
 using namespace std::chrono_literals;
 
 namespace {
-
-// Turns the event loop until nothing is alive; the limit only keeps a fault from hanging the program.
-void spinUntilIdle()
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (liveTaskCount() > 0 && timer.elapsed() < 60'000)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
-    ASSERT_EQ(liveTaskCount(), 0) << "tasks never ended";
-}
 
 Task<> sleepOften(SystemClock* clock, int naps, Duration nap, int* early, std::stop_token stop)
 {

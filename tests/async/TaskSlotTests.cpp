@@ -161,27 +161,23 @@ INSTANTIATE_TEST_SUITE_P(Waits, EveryWait,
                                          Wait{"gate", &Owner::waitForGate}, Wait{"signal", &Owner::waitForSignal}),
                          [](const auto& info) { return info.param.name; });
 
-TEST(TaskSlot, AnOwnerMayDieWhileItsJobRuns)
+TEST(TaskSlot, AnOwnerMayDieWhileItsJobRunsOrBeforeItsResumption)
 {
-    World world;
-    auto owner = std::make_unique<Owner>(world);
-    world.duringJob = [&] { owner.reset(); };
-    owner->start(&Owner::work);
-    world.executor.runAll();
-    EXPECT_FALSE(owner);
-    EXPECT_TRUE(world.log.empty());
-}
-
-TEST(TaskSlot, AnOwnerMayDieBetweenTheResultAndTheResumption)
-{
-    World world;
-    auto owner = std::make_unique<Owner>(world);
-    // The job's end settles the wait in the turn after the first function; the second runs before the resumption.
-    world.duringJob = [&] { MainQueue::post([&] { MainQueue::post([&] { owner.reset(); }); }); };
-    owner->start(&Owner::work);
-    world.executor.runAll();
-    EXPECT_FALSE(owner);
-    EXPECT_TRUE(world.log.empty());
+    for (const bool isLate : {false, true}) {
+        World world;
+        auto owner = std::make_unique<Owner>(world);
+        // The job's end settles the wait in the turn after the first function; the second runs before the resumption.
+        world.duringJob = [&] {
+            if (isLate)
+                MainQueue::post([&] { MainQueue::post([&] { owner.reset(); }); });
+            else
+                owner.reset();
+        };
+        owner->start(&Owner::work);
+        world.executor.runAll();
+        EXPECT_FALSE(owner);
+        EXPECT_TRUE(world.log.empty());
+    }
 }
 
 namespace {

@@ -15,15 +15,6 @@ using namespace async;
 
 namespace {
 
-void spinUntilIdle()
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (liveTaskCount() > 0 && timer.elapsed() < 60'000)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
-    ASSERT_EQ(liveTaskCount(), 0) << "tasks never ended";
-}
-
 Priority priorityOf(int index)
 {
     return Priority(index % 4);
@@ -148,20 +139,6 @@ TEST(ThreadExecutor, DestructionFinishesRunningJobsAndCancelsTheOthers)
     }
 }
 
-TEST(ThreadExecutor, AStoppedWaiterDoesNotWaitForItsJob)
-{
-    Tally tally;
-    std::stop_source jobStop;
-    ThreadExecutor executor;
-    TaskSlot slot;
-    const auto job = [&](std::stop_token) { return waitForStop(jobStop.get_token()); };
-    slot.start([&](std::stop_token stop) { return count(&executor, &tally, Priority::Utility, job, stop); });
-    slot.cancel();
-    MainQueue::drain();
-    EXPECT_EQ(tally.cancelled, 1);
-    jobStop.request_stop();
-}
-
 TEST(ThreadExecutor, APriorityIsTheNicenessOfItsThreads)
 {
     const int inherited = threadNiceness();
@@ -228,23 +205,4 @@ TEST(Lane, RunsOneAtATimeInOrderOnRealThreads)
     spinUntilIdle();
     ASSERT_EQ(order.size(), size_t(kJobs));
     EXPECT_TRUE(std::ranges::is_sorted(order));
-}
-
-TEST(Lane, MayGoWhileItsJobsAreUnderWay)
-{
-    for (int round = 0; round < 50; ++round) {
-        Tally tally;
-        TaskGroup group(100);
-        ThreadExecutor executor;
-        {
-            Lane lane(executor, Priority::Background);
-            for (int index = 0; index < 20; ++index) {
-                group.add([&, index](std::stop_token stop) {
-                    return recordOutcome(&tally, lane.run(stop, [index](std::stop_token) { return values(index); }));
-                });
-            }
-        }
-        spinUntilIdle();
-        EXPECT_EQ(tally.ended(), 20);
-    }
 }
