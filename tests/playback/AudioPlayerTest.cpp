@@ -122,20 +122,6 @@ TEST_F(AudioPlayerTest, ACompletionIsToldOnce)
     }
 }
 
-TEST_F(AudioPlayerTest, TheFinishedTrackStartsOver)
-{
-    open(a);
-    finish();
-    file().takeCalls();
-    player->play(a);
-    EXPECT_EQ(file().takeCalls(), QStringList({QStringLiteral("seek 0"), QStringLiteral("play")}));
-    EXPECT_TRUE(player->isPlaying());
-    EXPECT_EQ(time(), 0);
-    advance(5);
-    EXPECT_NEAR(time(), 5, 1e-6);
-    EXPECT_EQ(audio.openedPaths().size(), 1) << "from what is open already";
-}
-
 TEST_F(AudioPlayerTest, ADamagedFileIsShorterThanItSaid)
 {
     open(a);

@@ -152,28 +152,3 @@ TEST_F(AudioPlayerWalkTest, HoldsItsPromises)
     EXPECT_EQ(clock.pendingCount(), 0);
     EXPECT_GT(finished.size(), 1000);
 }
-
-/// Between two completions of a file it must have been started; and a file that plays on undisturbed always completes.
-TEST_F(AudioPlayerWalkTest, EveryRunEndsInOneCompletion)
-{
-    int asked = 0;
-    for (int i = 0; i < kSteps / 50; ++i) {
-        for (int j = 0; j < 20; ++j) {
-            step();
-            async::MainQueue::drain();
-        }
-        settle();
-        player->setScrubbing(false);
-        if (!player->isPlaying() || !file().isPlaying())
-            continue;
-        finished.clear();
-        ++asked;
-        advance(kDuration + 1);
-        ASSERT_EQ(finished.size(), 1) << "round " << i;
-        EXPECT_EQ(finished.first(), player->currentID());
-        finish();
-        advance(kDuration);
-        ASSERT_EQ(finished.size(), 1) << "told twice in round " << i;
-    }
-    EXPECT_GT(asked, 200);
-}
