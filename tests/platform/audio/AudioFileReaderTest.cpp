@@ -186,14 +186,4 @@ TEST(AudioFileReaderTest, leavesTagsAroundMP3Out)
     }
 }
 
-TEST(AudioFileReaderTest, goesOnAfterTheFileWasRemoved)
-{
-    const QString path =
-        SoundFiles::write(QStringLiteral("gone.mp3"), SoundFiles::bytesOf(SoundFiles::make(kKinds[1])));
-    const std::vector<float> expected = SoundFiles::decoded(path);
-    const auto reader = AudioFileReader::open(path, {});
-    ASSERT_TRUE(QFile::remove(path));
-    EXPECT_TRUE(SoundFiles::rest(*reader) == expected);
-}
-
 } // namespace

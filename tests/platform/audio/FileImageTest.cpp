@@ -90,17 +90,6 @@ TEST_F(FileImageTest, isUndisturbedByWhatHappensToTheName)
     EXPECT_TRUE(read(*image, 0, image->size()) == bytes);
 }
 
-TEST_F(FileImageTest, isUndisturbedByWritingOnceItIsHeld)
-{
-    const QByteArray bytes = pattern(2 * kMebibyte);
-    const auto image = FileImage::open(write(bytes));
-    image->fill({});
-    for (const qint64 size : {kMebibyte, qint64(0), 4 * kMebibyte}) {
-        write(QByteArray(size, 'x'));
-        EXPECT_TRUE(read(*image, 0, 5 * kMebibyte) == bytes);
-    }
-}
-
 TEST_F(FileImageTest, endsWhereAFileThatIsNotHeldEnds)
 {
     const QByteArray bytes = pattern(2 * kMebibyte);
@@ -146,15 +135,6 @@ TEST_F(FileImageTest, isReadWhileItIsFilled)
     }
     EXPECT_EQ(wrong, 0);
     EXPECT_TRUE(image->isHeld());
-}
-
-TEST_F(FileImageTest, isMadeOfBytes)
-{
-    const QByteArray bytes = pattern(5000);
-    const auto image = FileImage::ofBytes(bytes);
-    EXPECT_TRUE(image->isHeld());
-    EXPECT_TRUE(read(*image, 10, 10'000) == bytes.mid(10));
-    EXPECT_EQ(FileImage::ofBytes({})->size(), 0);
 }
 
 } // namespace

@@ -150,25 +150,4 @@ TEST_F(MonitorTest, AServerThatDiesPausesThePlayer)
     EXPECT_GT(player->currentTime(), position);
 }
 
-TEST_F(MonitorTest, TheClockKeepsToWhatIsHeardWhileTheFileIsReplaced)
-{
-    const QString path = makeFile("tone.flac", 20);
-    const QString other = makeFile("other.flac", 20);
-    auto player = system->open(path, {});
-    player->play();
-    ASSERT_TRUE(waitFor([&] { return player->currentTime() > 0.3; }, 5));
-    double worst = 0;
-    for (int turn = 0; turn < 20; ++turn) {
-        const QString copy = folder.filePath(QStringLiteral("copy"));
-        ASSERT_TRUE(QFile::copy(other, copy));
-        ASSERT_EQ(std::rename(copy.toUtf8().constData(), path.toUtf8().constData()), 0);
-        for (int look = 0; look < 20; ++look) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            worst = std::max(worst, std::abs(player->deviceCurrentTime() - player->currentTime()));
-        }
-    }
-    EXPECT_LT(worst, 0.06) << "the clock is off from the position by more than the device's turns";
-    EXPECT_TRUE(player->isPlaying());
-}
-
 } // namespace

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numeric>
 
 namespace {
 
@@ -89,31 +88,6 @@ void expectNear(const std::vector<float>& actual, const std::vector<float>& expe
     ASSERT_EQ(actual.size(), expected.size());
     for (size_t index = 0; index < actual.size(); ++index)
         ASSERT_NEAR(actual[index], expected[index], 1e-4) << "frame " << index;
-}
-
-TEST_F(PlaybackVoiceTest, EveryFrameGoesOutOnceInOrderAndUnchanged)
-{
-    bring(0, 0, 5000, std::nullopt);
-    voice.play();
-    std::vector<float> heard;
-    for (int size : {1, 7, 64, 441, 1000, 2000, 1487}) {
-        const std::vector<float> part = render(size);
-        heard.insert(heard.end(), part.begin(), part.end());
-    }
-    std::vector<float> expected(5000);
-    std::iota(expected.begin(), expected.end(), 0.0F);
-    EXPECT_EQ(heard, expected);
-    EXPECT_DOUBLE_EQ(voice.position(), 0.5);
-    EXPECT_EQ(voice.starvedSeconds(), 0);
-}
-
-TEST_F(PlaybackVoiceTest, NothingIsHeardBeforePlay)
-{
-    bring(0, 0, 100, kOldPlace);
-    EXPECT_EQ(render(50), constant(50, 0));
-    EXPECT_EQ(voice.position(), 0);
-    voice.play();
-    EXPECT_EQ(render(50), constant(50, kOldPlace)) << "a start has no fade";
 }
 
 /// Both fades and the jump, asked for before the callback comes again, rendered in turns of different lengths.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <vector>
 
 /// Compares what was recorded with what should have been heard.
@@ -10,8 +9,6 @@ constexpr double kQuantisationStep = 1.0 / 32768;
 
 /// The first place where both differ by more than a quantisation step; the shorter one's length if there is none.
 size_t firstDifference(const std::vector<float>& one, const std::vector<float>& other);
-/// Where both part and how they go on, in words for a failed test. \param sampleRate of both.
-std::string describeDifference(const std::vector<float>& heard, const std::vector<float>& expected, int sampleRate);
 /// Recordings begin with the first sample that is not 0.
 std::vector<float> withoutSilenceInFront(const std::vector<float>& samples);
 
