@@ -19,18 +19,6 @@ protected:
 
 } // namespace
 
-TEST_F(ArtworkDataTest, NothingIsNull)
-{
-    for (const ArtworkData& none : {ArtworkData(), ArtworkData::intern({}), ArtworkData::intern("")}) {
-        EXPECT_TRUE(none.isNull());
-        EXPECT_EQ(none.byteCount(), 0);
-        EXPECT_TRUE(none.bytes().isNull());
-        EXPECT_TRUE(none.prefix().isEmpty());
-        EXPECT_TRUE(none.contentID().isEmpty());
-        EXPECT_EQ(none, ArtworkData());
-    }
-}
-
 TEST_F(ArtworkDataTest, EqualBytesAreHeldOnce)
 {
     const QByteArray bytes(1000, 'a');
@@ -47,18 +35,6 @@ TEST_F(ArtworkDataTest, EqualBytesAreHeldOnce)
     EXPECT_NE(first.contentID(), other.contentID());
     EXPECT_NE(first.contentID(), ArtworkData::intern(QByteArray(1001, 'a')).contentID());
     EXPECT_EQ(ArtworkData::intern("short").prefix(), QByteArray("short"));
-}
-
-TEST_F(ArtworkDataTest, BytesGoWithTheLastHandle)
-{
-    ArtworkData handle = ArtworkData::intern(QByteArray(1000, 'a'));
-    {
-        const ArtworkData copy = handle;
-        handle = ArtworkData();
-        EXPECT_EQ(copy.bytes().size(), 1000);
-    }
-    EXPECT_EQ(ArtworkData::pooledByteCount(), 0);
-    EXPECT_EQ(ArtworkData::intern(QByteArray(1000, 'a')).bytes().size(), 1000);
 }
 
 TEST_F(ArtworkDataTest, AFullPoolLetsTheLeastRecentlyUsedGo)

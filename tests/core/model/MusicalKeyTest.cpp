@@ -20,20 +20,6 @@ void expectCodes(std::span<const Case> cases, std::optional<QString> (*parse)(co
 
 } // namespace
 
-TEST(MusicalKey, StandsOnTheWheel)
-{
-    const struct {
-        MusicalKey key;
-        QStringView code;
-    } cases[] = {
-        {{0, MusicalKeyMode::Major}, u"8B"},  {{7, MusicalKeyMode::Major}, u"9B"},  {{5, MusicalKeyMode::Major}, u"7B"},
-        {{11, MusicalKeyMode::Major}, u"1B"}, {{4, MusicalKeyMode::Major}, u"12B"}, {{9, MusicalKeyMode::Minor}, u"8A"},
-        {{8, MusicalKeyMode::Minor}, u"1A"},  {{1, MusicalKeyMode::Minor}, u"12A"}, {{0, MusicalKeyMode::Minor}, u"5A"},
-    };
-    for (const auto& entry : cases)
-        EXPECT_EQ(entry.key.camelot(), entry.code);
-}
-
 TEST(MusicalKey, NeighboursOnTheWheelAreFifthsAndRelatives)
 {
     QSet<QString> codes;

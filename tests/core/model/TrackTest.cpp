@@ -41,22 +41,6 @@ TEST(Track, UnreadFilesCarryWhatTheirNameSays)
     EXPECT_FALSE(track.isFavorite() || track.isInPlaylist() || track.isInCoverWorkspace());
 }
 
-TEST(Track, CopiesAreValues)
-{
-    const Track original = Track::unread(url("/music/a.mp3"));
-    Track copy = original;
-    EXPECT_TRUE(copy.isSameValueAs(original));
-    copy.setIsFavorite(true);
-    EXPECT_FALSE(original.isFavorite());
-    EXPECT_FALSE(copy.isSameValueAs(original));
-    EXPECT_EQ(copy.id(), original.id());
-    const TrackID other = TrackID::createUuid();
-    const Track renamed = copy.withID(other);
-    EXPECT_EQ(renamed.id(), other);
-    EXPECT_TRUE(renamed.isFavorite());
-    EXPECT_EQ(copy.id(), original.id());
-}
-
 TEST(Track, TitleFallsBackToTheFileName)
 {
     const std::tuple<const char*, const char*, const char*> rows[] = {
