@@ -54,38 +54,6 @@ TEST(AssetReaderTest, listsFormatsFromTheLeastToTheMostTrusted)
         EXPECT_EQ(identifiersOf(c.bytes), c.identifiers) << c.what;
 }
 
-TEST(AssetReaderTest, mapsTheFieldsOfEveryFormat)
-{
-    using enum CommonKey;
-    const QByteArray apeTag = ape({"title=T", "ARTIST=A", "Album=L", "Genre=G", "Comment=C", "Year=1999"});
-    const QByteArray chunks = riffChunk("INAM", "T") + riffChunk("IART", "A") + riffChunk("IPRD", "L") +
-                              riffChunk("IGNR", "G") + riffChunk("ICMT", "C") + riffChunk("ICRD", "1999");
-    const QByteArray atoms = itemAtom("\xA9nam", 1, "T") +
-                             itemAtom("\xA9"
-                                      "ART",
-                                      1, "A") +
-                             itemAtom("\xA9"
-                                      "alb",
-                                      1, "L") +
-                             itemAtom("\xA9gen", 1, "G") +
-                             itemAtom("\xA9"
-                                      "cmt",
-                                      1, "C") +
-                             itemAtom("aART", 1, "1999");
-    const QByteArrayList comments{"title=T", "ARTIST=A", "Album=L", "GENRE=G", "COMMENT=C", "DATE=1999"};
-    for (const QByteArray& bytes : {mpegFrames(3) + apeTag, wave(1, info(chunks)), m4a(atoms), flac(1, comments)}) {
-        const std::vector<MetadataItem> items = assetOf(bytes).items;
-        const std::pair<std::optional<CommonKey>, QString> expected[] = {
-            {Title, QStringLiteral("T")}, {Artist, QStringLiteral("A")},      {AlbumName, QStringLiteral("L")},
-            {Type, QStringLiteral("G")},  {Description, QStringLiteral("C")}, {std::nullopt, QStringLiteral("1999")}};
-        ASSERT_EQ(items.size(), std::size(expected));
-        for (std::size_t index = 0; index < items.size(); ++index) {
-            EXPECT_EQ(items[index].commonKey, expected[index].first) << items[index].identifier.toStdString();
-            EXPECT_EQ(items[index].stringValue, expected[index].second) << items[index].identifier.toStdString();
-        }
-    }
-}
-
 TEST(AssetReaderTest, readsValuesThatFormatsKeepInTheirOwnWay)
 {
     const auto only = [](const QByteArray& bytes) {
