@@ -17,61 +17,7 @@ using namespace TagBytes;
 
 namespace {
 
-const QByteArray kPicture = "\x89PNG" + QByteArray(70000, 'p');
-
-struct Sample {
-    QString name;
-    QByteArray bytes;
-};
-
-QByteArray encoded(const QString& name, const QStringList& arguments = {})
-{
-    const FileFolder folder;
-    const QStringList tags{QStringLiteral("-metadata"),   QStringLiteral("title=Было"), QStringLiteral("-metadata"),
-                           QStringLiteral("comment=Old"), QStringLiteral("-metadata"),  QStringLiteral("genre=Dub")};
-    return contentOf(makeSound(folder, name, tags + arguments));
-}
-
-/// Files of every container, made by an encoder and with tags of many kinds around the sound.
-const std::vector<Sample>& samples()
-{
-    static const std::vector<Sample> kSamples = [] {
-        const QString mp3 = QStringLiteral("a.mp3");
-        const QString flacName = QStringLiteral("a.flac");
-        const QString wav = QStringLiteral("a.WAV");
-        const QString aif = QStringLiteral("a.aif");
-        const QString m4aName = QStringLiteral("a.m4a");
-        const QByteArray first = id3v2(textFrame("TIT2", "one") + pictureFrame(kPicture) + QByteArray(500, '\0'));
-        const QByteArray second = id3v2(textFrame("TIT2", "two", 4), 4);
-        const QByteArray trailer = ape({"Title=three", "Mood=odd"}) + id3v1({.title = "four", .genre = 3});
-        const QByteArray plainMp3 = encoded(mp3, {QStringLiteral("-write_xing"), QStringLiteral("1")});
-        const QByteArray sound = encoded(QStringLiteral("a.aiff"));
-        const QByteArray front = encoded(m4aName, {QStringLiteral("-movflags"), QStringLiteral("+faststart")});
-        const QByteArray wave = encoded(QStringLiteral("a.wav"));
-        QByteArray tailed = wave + riffChunk("odd ", "123") + riffChunk("id3 ", second) + "tail";
-        qToLittleEndian(quint32(tailed.size() - 8), tailed.data() + 4);
-        return std::vector<Sample>{
-            {mp3, plainMp3},
-            {mp3, first + second + plainMp3 + trailer},
-            {mp3, mpegFrames(30)},
-            {mp3, first},
-            {flacName, encoded(flacName)},
-            {flacName, flac(44100, {"TITLE=x", "MOOD=odd"},
-                            flacBlock(1, QByteArray(900, '\0')) + flacBlock(6, flacPicture(kPicture)) +
-                                flacBlock(2, "appl1234"))},
-            {wav, wave},
-            {wav, tailed},
-            {QStringLiteral("a.wav"), TagBytes::wave(400, info(riffChunk("INAM", "odd")) + riffChunk("data", "more"))},
-            {QStringLiteral("a.aiff"), sound},
-            {aif, aiff(300, aiffChunk("NAME", "odd") + aiffChunk("MARK", "12345") + aiffChunk("id3 ", second))},
-            {m4aName, encoded(m4aName)},
-            {m4aName, front},
-            {m4aName, m4a(itemAtom("\251nam", 1, "old") + itemAtom("covr", 14, kPicture)) + atom("free", "room") +
-                          atom("mdat", "second")},
-        };
-    }();
-    return kSamples;
-}
+const QByteArray kPicture = "\x89PNG" + QByteArray(300, 'p');
 
 class TagVaultTest : public testing::Test {
 protected:
@@ -85,71 +31,6 @@ protected:
 QString failureOfRestoring(TagVault& vault, const QUrl& url)
 {
     return failureOf([&](const QUrl& file) { vault.restore(file); }, url);
-}
-
-TEST_F(TagVaultTest, putsBackEveryByteWhateverTheWritersDid)
-{
-    AudioTags few;
-    few.title = QStringLiteral("Стало");
-    const std::pair<const char*, std::vector<Change>> histories[] = {
-        {"nothing", {}},
-        {"saved", {writing(fullTags())}},
-        {"emptied", {writing({})}},
-        {"cleaned", {cleaning(CleanerFields::fromInt(1023), QStringLiteral("New"), QStringLiteral("Album"))}},
-        {"many",
-         {writing(few), assigning(kPicture, fullTags()), cleaning(CleanerFields::fromInt(7)), writing({}),
-          writing(fullTags())}},
-    };
-    for (const Sample& sample : samples()) {
-        for (const auto& [what, history] : histories) {
-            SCOPED_TRACE(sample.name.toStdString() + ", " + std::to_string(sample.bytes.size()) + ", " + what);
-            QFile::remove(m_folder.path(sample.name));
-            const QUrl url = m_folder.write(sample.name, sample.bytes);
-            QDir(vaultPath()).removeRecursively();
-            EXPECT_FALSE(m_vault.holds(url));
-            m_vault.keep(url);
-            EXPECT_TRUE(m_vault.holds(url));
-            for (const Change& change : history) {
-                const QString failure = failureOf(change, url);
-                EXPECT_TRUE(failure == QStringLiteral("none") || failure == QStringLiteral("unsupportedFormat m4a"))
-                    << failure.toStdString();
-                m_vault.keep(url);
-            }
-            EXPECT_EQ(entries().size(), 1);
-            // Another instance, since the first one may remember.
-            EXPECT_NO_THROW(TagVault(vaultPath()).restore(url));
-            EXPECT_TRUE(contentOf(url) == sample.bytes);
-            EXPECT_TRUE(m_vault.holds(url)) << "the entry stays";
-        }
-    }
-}
-
-TEST_F(TagVaultTest, putsBackWhatAnotherTaggerWrote)
-{
-    const QString script = QStringLiteral("import sys, mutagen, mutagen.id3\n"
-                                          "file = mutagen.File(sys.argv[1])\n"
-                                          "if file.tags is None: file.add_tags()\n"
-                                          "kind = type(file).__name__\n"
-                                          "text = 'Другое' * int(sys.argv[2])\n"
-                                          "if kind == 'MP4': file['\\xa9nam'] = text\n"
-                                          "elif kind == 'FLAC': file['title'] = text\n"
-                                          "else: file.tags.add(mutagen.id3.TIT2(encoding=1, text=text))\n"
-                                          "file.save()\n");
-    for (const char* extension : {"mp3", "flac", "wav", "aiff", "m4a"}) {
-        for (const char* length : {"1", "9000"}) { // within the old tag's room, and far beyond it
-            SCOPED_TRACE(std::string(extension) + " " + length);
-            const QString name = QStringLiteral("a.") + QLatin1StringView(extension);
-            const QByteArray original = encoded(name);
-            const QUrl url = m_folder.write(name, original);
-            m_vault.keep(url);
-            ASSERT_TRUE(runProgram(QStringLiteral("/usr/bin/python3"), {QStringLiteral("-c"), script, url.toLocalFile(),
-                                                                        QString(QLatin1StringView(length))}));
-            ASSERT_TRUE(contentOf(url) != original);
-            m_vault.keep(url);
-            EXPECT_EQ(failureOfRestoring(m_vault, url), QStringLiteral("none"));
-            EXPECT_TRUE(contentOf(url) == original);
-        }
-    }
 }
 
 TEST_F(TagVaultTest, leavesAFileOfOtherSoundAlone)

@@ -1,13 +1,10 @@
 #include "tags/vault/VaultEntry.h"
 
 #include "support/TagBytes.h"
-#include "support/WrittenFiles.h"
 #include "tags/vault/PackedBytes.h"
-#include "tags/vault/TagVault.h"
 #include "tags/writing/RewriteSource.h"
 #include "tags/writing/WriteErrors.h"
 
-#include <QDir>
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>
@@ -147,35 +144,6 @@ TEST(VaultEntryTest, ofMoreThanTheLimitsIsNotMade)
         many += riffChunk("data", "ab");
     EXPECT_THROW(entryOf(wave(1, many)), FileError);
     EXPECT_TRUE(VaultEntry::fromBytes(entryOf(wave(1, many.sliced(20))).toBytes())) << "one fewer is none too many";
-}
-
-TEST(VaultEntryTest, damagedInTheVaultLeavesTheFileAlone)
-{
-    const FileFolder folder;
-    const QUrl url = folder.write(QStringLiteral("a.wav"), wave(50, info(riffChunk("INAM", "title"))));
-    const QString path = folder.path(QStringLiteral("vault"));
-    TagVault vault(path);
-    vault.keep(url);
-    const QString entry = filesBelow(path).first();
-    const QByteArray bytes = contentOf(QUrl::fromLocalFile(entry));
-    const Change restore = [&](const QUrl& file) { vault.restore(file); };
-    for (qsizetype place = 0; place < bytes.size(); place += 3) {
-        QByteArray damaged = bytes;
-        damaged[place] = static_cast<char>(~damaged[place]);
-        QFile file(entry);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
-        file.close();
-        ASSERT_EQ(failureOf(writing({}), url), QStringLiteral("none"));
-        const QByteArray present = contentOf(url);
-        EXPECT_EQ(failureOf(restore, url), QStringLiteral("damaged")) << place;
-        EXPECT_TRUE(contentOf(url) == present);
-    }
-    // A damaged label is no entry: the present tags are better than none.
-    QFile file(entry);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("damaged") > 0);
-    file.close();
-    vault.keep(url);
-    EXPECT_EQ(failureOf(restore, url), QStringLiteral("none"));
 }
 
 } // namespace

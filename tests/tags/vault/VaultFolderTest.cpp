@@ -120,17 +120,6 @@ TEST_F(VaultFolderTest, removesWhatAStopLeftAndNothingElse)
     EXPECT_TRUE(QFile::exists(path() + u'/' + foreign));
 }
 
-TEST_F(VaultFolderTest, saysWhyItCannotBeWritten)
-{
-    m_folder.write(QStringLiteral("file"), "no folder");
-    VaultFolder vault(m_folder.path(QStringLiteral("file/vault")), 100);
-    EXPECT_THROW(vault.put(keyOf(QStringLiteral("a")), "x"), FileError);
-    VaultFolder inside(path(), 100);
-    ASSERT_TRUE(QDir().mkpath(inside.fileFor(keyOf(QStringLiteral("a")))));
-    EXPECT_THROW(inside.put(keyOf(QStringLiteral("a")), "x"), FileError) << "a folder stands in the entry's place";
-    EXPECT_THROW(inside.read(keyOf(QStringLiteral("a")), 10), FileError);
-}
-
 TEST_F(VaultFolderTest, isSharedByThreadsAndInstances)
 {
     VaultFolder one(path(), 4000);
