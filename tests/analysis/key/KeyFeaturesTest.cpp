@@ -1,14 +1,12 @@
 #include "analysis/key/AnalysisRanges.h"
 #include "analysis/key/MusicalKeyAnalyzer.h"
 #include "async/Cancelled.h"
-#include "key/support/DefinedFeatures.h"
 #include "key/support/TestMusic.h"
 
 #include <gmock/gmock.h>
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 namespace {
 
@@ -26,24 +24,6 @@ int codeOf(const Samples& samples, int sampleRate = kRate)
     } catch (const Error& error) {
         return error.code();
     }
-}
-
-/// Samples of music at any rate, with noise, so that there are peaks of all kinds.
-Samples noisyMusic(std::size_t count)
-{
-    Samples samples = TestMusic::cadence(3, true, double(count) / kRate + 1, 20);
-    samples.resize(count);
-    std::minstd_rand random(11);
-    std::uniform_real_distribution<float> noise(-0.05F, 0.05F);
-    for (float& sample : samples)
-        sample += noise(random);
-    return samples;
-}
-
-void expectNear(const std::array<double, 12>& heard, const std::array<double, 12>& defined)
-{
-    for (std::size_t k = 0; k < 12; ++k)
-        EXPECT_NEAR(heard[k], defined[k], 1e-5) << k;
 }
 
 } // namespace
@@ -66,23 +46,6 @@ TEST(KeyRanges, AreEightSpreadOverTheFile)
     EXPECT_EQ(ranges(8292, 100).back(), (AnalysisRange{96, 8192}));
     EXPECT_EQ(ranges(100000, std::numeric_limits<int>::max()), (Ranges{{0, 100000}}));
     EXPECT_EQ(ranges(264601, 22050).back().start, 1U) << "rounded, and within the file";
-}
-
-TEST(KeyFeatures, AreWhatTheStepsDefine)
-{
-    // The lower rate brings the top of the spectrum down to the highest note, and the range is not full of frames.
-    for (const int rate : {kRate, 8000}) {
-        SCOPED_TRACE(rate);
-        const Samples samples = noisyMusic(8192 * 2 + 4096 + 1234);
-        const MusicalKeyFeatureVector features = MusicalKeyAnalyzer::features(samples, rate, false, {});
-        ASSERT_EQ(features.sections.size(), 1U);
-        const auto& heard = features.sections[0];
-        const auto defined = definedSection(samples, rate);
-        expectNear(heard.chroma, defined.chroma);
-        expectNear(heard.bassChroma, defined.bassChroma);
-        EXPECT_NEAR(heard.tuningCents, defined.tuningCents, 1e-9);
-        EXPECT_NEAR(heard.tonalQuality, defined.tonalQuality, 1e-5);
-    }
 }
 
 TEST(KeyFeatures, WantEnoughSound)
@@ -122,16 +85,6 @@ TEST(KeyFeatures, SilentSectionsAreLeftOut)
     EXPECT_EQ(features.sections.size(), 5U) << "the first three end before the sound begins";
     for (const auto& section : features.sections)
         EXPECT_EQ(std::ranges::max_element(section.chroma) - section.chroma.begin(), 9);
-}
-
-TEST(KeyFeatures, LowNotesAloneAreBass)
-{
-    const auto bassOf = [](double hertz) {
-        const auto features = MusicalKeyAnalyzer::features(TestMusic::tone(hertz, 2), kRate, false, {});
-        return features.sections.at(0).bassChroma;
-    };
-    EXPECT_GT(bassOf(110)[9], 0.8);
-    EXPECT_THAT(bassOf(1760), testing::Each(testing::Lt(0.5))) << "leakage at most";
 }
 
 TEST(KeyFeatures, NumbersThatAreNoneDoNoHarm)

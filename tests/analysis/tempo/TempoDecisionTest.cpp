@@ -119,37 +119,6 @@ TEST(LiftedTempo, SlowOnesBecome140)
             << row.bpm << ' ' << row.score;
 }
 
-TEST(Confidence, NeighboursWithinTwoAreNoCompetitors)
-{
-    // 0.48 of full strength, 0.34 of half agreement, 0.18 of the margin: lag 35 (74 BPM) does not count against 72.
-    EXPECT_NEAR(confidenceOf(ranking({{36, 1.0F}}).front(), 72, ranking({{36, 1.0F}, {35, 0.99F}, {34, 0.95F}})),
-                0.48 + 0.17 + 0.18 * 6 * 0.05, 1e-6);
-    EXPECT_NEAR(confidenceOf(ranking({{36, 1.0F}}).front(), 72, ranking({{36, 1.0F}, {35, 0.99F}})), 0.83, 1e-6)
-        << "no competitor";
-    EXPECT_NEAR(confidenceOf(ranking({{25, 0.7F}}).front(), 103, ranking({{19, 1.0F}, {25, 0.7F}})), 0.65, 1e-6)
-        << "a better one that was passed over leaves no margin";
-    EXPECT_NEAR(confidenceOf(ranking({{36, 0.0F}}).front(), 72, ranking({{36, 0.0F}})), 0.17, 1e-6);
-}
-
-TEST(Alternatives, EightTempiInOrderOfRank)
-{
-    const auto alternatives = alternativesOf(ranking({{36, 2.0F},
-                                                      {18, 1.8F},
-                                                      {9, 1.7F},
-                                                      {19, 1.0F},
-                                                      {20, 0.9F},
-                                                      {21, 0.8F},
-                                                      {22, 0.7F},
-                                                      {23, 0.6F},
-                                                      {24, 0.5F},
-                                                      {25, 0.4F},
-                                                      {26, 0.3F}}));
-    ASSERT_EQ(alternatives.size(), 8);
-    EXPECT_EQ(alternatives[0], (TempoEstimate::Alternative{72, 1}));
-    EXPECT_EQ(alternatives[1], (TempoEstimate::Alternative{136, 0.5})) << "the other lags of 72 are the same tempo";
-    EXPECT_EQ(alternatives[7].bpm, 103);
-}
-
 TEST(WeightedMedian, FirstToReachHalfOfAllWeight)
 {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
