@@ -204,6 +204,9 @@ TEST_F(SessionStorage, FailedAndStoppedAtEveryStep)
                 } catch (const SessionStorageError& error) {
                     isWritten = false;
                     EXPECT_EQ(error.which(), SessionStorageError::Case::NotWritten);
+                    if (how == How::Fails) {
+                        EXPECT_EQ(error.code(), ENOSPC);
+                    }
                 }
                 steps = calls.stepCount();
             }
@@ -223,24 +226,9 @@ TEST_F(SessionStorage, FailedAndStoppedAtEveryStep)
     }
 }
 
-TEST_F(SessionStorage, AFullDiskKeepsTheOldFileAndAPipeHoldsNobodyUp)
+TEST_F(SessionStorage, APipeHoldsNobodyUp)
 {
-    storage.write(session(5), 1);
-    const QByteArray before = stored();
-    {
-        FailingFileCalls calls;
-        calls.failingName = "write";
-        calls.error = ENOSPC;
-        try {
-            storage.write(session(6), 2);
-            ADD_FAILURE() << "a full disk is an error";
-        } catch (const SessionStorageError& error) {
-            EXPECT_EQ(error.code(), ENOSPC);
-        }
-    }
-    EXPECT_EQ(stored(), before);
-    EXPECT_EQ(QDir(folder.filePath(QStringLiteral("Velmora"))).entryList(QDir::Files).size(), 1) << "nothing is left";
-
+    ASSERT_TRUE(QDir().mkpath(folder.filePath(QStringLiteral("Velmora"))));
     ASSERT_EQ(mkfifo(QFile::encodeName(storage.pendingFile()).constData(), 0600), 0);
     EXPECT_FALSE(storage.readPendingRestore());
 }

@@ -1,14 +1,10 @@
 #include "support/SortRows.h"
 
 #include "core/library/order/TrackSorter.h"
-#include "platform/Collation.h"
 #include "platform/Localization.h"
 
-#include <QRandomGenerator>
-#include <QRegularExpression>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace {
@@ -38,124 +34,6 @@ QString order(const Rows& rows, Field field, Direction direction)
 {
     return SortRows::titles(TrackSorter::sorted(rows.tracks, field, direction, rows.estimates, rows.popularity));
 }
-
-// The order by its definition: a comparison that knows the direction only where something comes last in both, and a
-// sort by insertion.
-
-int sign(int value)
-{
-    return (value > 0) - (value < 0);
-}
-
-std::optional<double> plainTempo(const Rows& rows, const Track& track)
-{
-    QString text = rows.estimates.value(track.id(), track.tags().bpm);
-    text.replace(u',', u'.');
-    static const QRegularExpression kOthers(QStringLiteral("[^\\p{N}.]+"));
-    static const QRegularExpression kNumber(QStringLiteral("\\A(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)\\z"));
-    for (const QString& piece : text.split(kOthers, Qt::SkipEmptyParts)) {
-        if (kNumber.match(piece).hasMatch())
-            return (u'0' + piece + (piece.contains(u'.') ? QStringLiteral("0") : QString())).toDouble();
-    }
-    return std::nullopt;
-}
-
-class PlainOrder {
-public:
-    PlainOrder(const Rows& rows, Field field, Direction direction)
-        : m_rows(rows)
-        , m_field(field)
-        , m_forward(direction == Direction::Ascending ? -1 : 1)
-    {
-    }
-
-    QList<Track> sorted() const
-    {
-        QList<Track> result;
-        for (const Track& track : m_rows.tracks) {
-            qsizetype place = result.size();
-            while (place > 0 && compare(track, result[place - 1]) == m_forward)
-                --place;
-            result.insert(place, track);
-        }
-        return result;
-    }
-
-private:
-    int leftLast() const { return -m_forward; }
-    int rightLast() const { return m_forward; }
-
-    int compare(const Track& l, const Track& r) const
-    {
-        const int names = sign(Collation::standardCompare(l.displayTitle(), r.displayTitle()));
-        if (m_field == Field::Name)
-            return names;
-        if (m_field == Field::Format) {
-            const int formats = sign(Collation::standardCompare(l.format(), r.format()));
-            return formats != 0 ? formats : names;
-        }
-        if (m_field == Field::Genre) {
-            const QString left = l.tags().genre.trimmed();
-            const QString right = r.tags().genre.trimmed();
-            if (left.isEmpty() && !right.isEmpty())
-                return leftLast();
-            if (!left.isEmpty() && right.isEmpty())
-                return rightLast();
-            const int genres = sign(Collation::standardCompare(left, right));
-            return genres != 0 ? genres : names;
-        }
-        if (m_field == Field::Rating)
-            return rating(l, r);
-        const int tempos = tempo(l, r);
-        return tempos != 0 ? tempos : names;
-    }
-
-    int tempo(const Track& l, const Track& r) const
-    {
-        const auto left = plainTempo(m_rows, l);
-        const auto right = plainTempo(m_rows, r);
-        if (!left && !right)
-            return 0;
-        if (!left)
-            return leftLast();
-        if (!right)
-            return rightLast();
-        return *left == *right ? 0 : *left < *right ? -1 : 1;
-    }
-
-    int rating(const Track& l, const Track& r) const
-    {
-        const bool hasLeft = m_rows.popularity.contains(l.id());
-        const bool hasRight = m_rows.popularity.contains(r.id());
-        if (!hasLeft && !hasRight)
-            return tempo(l, r);
-        if (!hasLeft)
-            return leftLast();
-        if (!hasRight)
-            return rightLast();
-        const Popularity left = m_rows.popularity[l.id()];
-        const Popularity right = m_rows.popularity[r.id()];
-        if (left.poolTier && !right.poolTier)
-            return rightLast();
-        if (!left.poolTier && right.poolTier)
-            return leftLast();
-        if (left.poolTier)
-            return *left.poolTier == *right.poolTier ? tempo(l, r) : *left.poolTier > *right.poolTier ? 1 : -1;
-        if (left == right)
-            return tempo(l, r);
-        if (left.tier != right.tier)
-            return left.tier > right.tier ? 1 : -1;
-        if (left.isDirectSignal != right.isDirectSignal)
-            return left.isDirectSignal ? 1 : -1;
-        if (!right.bestChartRank)
-            return 1;
-        return left.bestChartRank.value_or(std::numeric_limits<int>::max()) < *right.bestChartRank ? 1 : -1;
-    }
-
-    const Rows& m_rows;
-    Field m_field;
-    int m_forward;
-};
 
 class TrackSorterTest : public testing::Test {
 protected:
@@ -279,43 +157,4 @@ TEST_F(TrackSorterTest, ATitleThatIsMissingSortsByTheFileName)
     const QList<Track> tracks{SortRows::track({"c"}), SortRows::track({""}, QStringLiteral("/m/b.x.mp3"))};
     EXPECT_EQ(SortRows::titles(TrackSorter::sorted(tracks, Field::Name, Direction::Ascending, {}, {})),
               QStringLiteral("b.x c"));
-}
-
-TEST_F(TrackSorterTest, RandomRowsSortAsDefined)
-{
-    QRandomGenerator random(20261121);
-    const std::vector<const char*> titles{"2", "10", "ё", "е", "Е", "a b", "ab", "", "Z"};
-    const std::vector<const char*> genres{"", " ", "House", "house ", "2 Step", "10", "Хаус"};
-    const std::vector<const char*> formats{"", "MP3", "mp3", "FLAC"};
-    const std::vector<const char*> tempos{"", "128", "128,0", "99.5", "x", ".5", "1.2.3 7", "127 128"};
-    const auto any = [&](const std::vector<const char*>& texts) {
-        return texts[random.bounded(quint32(texts.size()))];
-    };
-    const auto maybe = [&](int below) {
-        return random.bounded(2) == 0 ? std::nullopt : std::optional(int(random.bounded(below)));
-    };
-    for (int round = 0; round < 300; ++round) {
-        std::vector<SortRow> told;
-        for (int count = random.bounded(40); count > 0; --count) {
-            SortRow row{any(titles), any(genres), any(formats), any(tempos), {}};
-            if (random.bounded(4) != 0)
-                row.popularity = Popularity{random.bounded(3), random.bounded(2) == 0, maybe(3),
-                                            random.bounded(3) == 0 ? maybe(3) : std::nullopt};
-            told.push_back(row);
-        }
-        Rows given = rows(told);
-        for (const Track& track : std::as_const(given.tracks)) {
-            if (random.bounded(5) == 0)
-                given.estimates.insert(track.id(), QString::fromUtf8(any(tempos)));
-        }
-        for (const Field field : {Field::Name, Field::Genre, Field::Format, Field::BPM, Field::Rating}) {
-            for (const Direction direction : {Direction::Ascending, Direction::Descending}) {
-                const QList<Track> expected = PlainOrder(given, field, direction).sorted();
-                const QList<Track> result =
-                    TrackSorter::sorted(given.tracks, field, direction, given.estimates, given.popularity);
-                ASSERT_TRUE(std::ranges::equal(result, expected, {}, &Track::id, &Track::id))
-                    << qPrintable(rawValue(field)) << ' ' << qPrintable(rawValue(direction)) << " round " << round;
-            }
-        }
-    }
 }
