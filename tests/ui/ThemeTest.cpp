@@ -1,34 +1,15 @@
 #include "support/WindowFixture.h"
 
-#include "ui/cells/KeyTexts.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"
 #include "ui/theme/Paint.h"
 #include "ui/theme/Theme.h"
+#include "ui/waveform/WaveformColours.h"
 
 #include <QDir>
 
 #include <cmath>
-
-namespace {
-
-double luminance(const QColor& colour)
-{
-    const auto linear = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b)
-{
-    const double high = std::max(luminance(a), luminance(b));
-    const double low = std::min(luminance(a), luminance(b));
-    return (high + 0.05) / (low + 0.05);
-}
-
-} // namespace
 
 TEST(ThemeTest, TextIsReadableOnEveryGround)
 {
@@ -44,34 +25,6 @@ TEST(ThemeTest, TextIsReadableOnEveryGround)
                            KeyColours::colour(*MusicalKey::fromCamelotCode(QString::number(number) + u'A'))),
                   4.5)
             << number;
-}
-
-TEST(ThemeTest, KeysAreReadInEveryCommonSpelling)
-{
-    const struct {
-        QString text;
-        QString code;
-    } kCases[]{
-        {QStringLiteral("8A"), QStringLiteral("8A")},
-        {QStringLiteral(" 08a "), QStringLiteral("8A")},
-        {QStringLiteral("12B"), QStringLiteral("12B")},
-        {QStringLiteral("Am"), QStringLiteral("8A")},
-        {QStringLiteral("C"), QStringLiteral("8B")},
-        {QStringLiteral("F#m"), QStringLiteral("11A")},
-        {QStringLiteral("Gbmin"), QStringLiteral("11A")},
-        {QStringLiteral("Bb"), QStringLiteral("6B")},
-        {QStringLiteral("D major"), QStringLiteral("10B")},
-        {QStringLiteral("Abm"), QStringLiteral("1A")},
-        {QStringLiteral("E♭ minor"), QStringLiteral("2A")},
-        {QStringLiteral("13A"), QString()},
-        {QStringLiteral("0B"), QString()},
-        {QStringLiteral("House"), QString()},
-        {QString(), QString()},
-    };
-    for (const auto& each : kCases) {
-        const auto key = KeyTexts::keyOf(each.text);
-        EXPECT_EQ(key ? key->camelot() : QString(), each.code) << qPrintable(each.text);
-    }
 }
 
 TEST(ThemeTest, EveryIconDrawsInItsColour)

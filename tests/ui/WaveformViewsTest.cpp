@@ -156,22 +156,6 @@ TEST_F(WaveformViewsTest, WithoutAnEnvelopeTheLineStaysUsable)
     EXPECT_EQ(state(), BarEnvelope::State::Ready);
 }
 
-TEST_F(WaveformViewsTest, HeightsAreClampedToWhatFits)
-{
-    start(1);
-    const struct {
-        double wanted;
-        int expected;
-    } kCases[]{{42, 42}, {60, 60}, {0, 16}, {-5, 16}, {5000, area().height() - 8}};
-    for (const auto& each : kCases) {
-        preferences.waveformHeight.set(each.wanted);
-        const QRect place = area().waveform().rect(6);
-        EXPECT_EQ(place.height(), each.expected) << each.wanted;
-        EXPECT_NEAR(place.center().y(), area().rect().center().y(), 1);
-        EXPECT_EQ(place.width(), area().width() - 12);
-    }
-}
-
 TEST_F(WaveformViewsTest, OnlyRowsInViewAskAndThoseScrolledAwayNoMore)
 {
     start(200);

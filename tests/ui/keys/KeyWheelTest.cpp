@@ -53,21 +53,6 @@ TEST(KeyWheelGeometryTest, PointsLeadToTheKeysThatAreDrawnThere)
         EXPECT_EQ(codeAt(wheel, each.x, each.y), QString::fromLatin1(each.code)) << each.x << ", " << each.y;
 }
 
-TEST(KeyWheelGeometryTest, EverySegmentHoldsItsLabelAndNoOther)
-{
-    const KeyWheelGeometry wheel(372);
-    for (int number = 1; number <= 12; ++number) {
-        for (const char letter : {'A', 'B'}) {
-            const MusicalKey own = key(qPrintable(QString::number(number) + QLatin1Char(letter)));
-            const QPointF label = wheel.labelCentre(own);
-            EXPECT_EQ(wheel.keyAt(label), own);
-            EXPECT_TRUE(wheel.segment(own).contains(label)) << number << letter;
-            const MusicalKey next = key(qPrintable(QString::number(number % 12 + 1) + QLatin1Char(letter)));
-            EXPECT_FALSE(wheel.segment(next).contains(label)) << number << letter;
-        }
-    }
-}
-
 TEST_F(KeyWheelTest, AClickChoosesTheSegmentUnderIt)
 {
     QTest::mouseClick(&wheel, Qt::LeftButton, {}, {170, 10});
