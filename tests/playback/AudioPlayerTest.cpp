@@ -225,4 +225,9 @@ TEST_F(AudioPlayerTest, TheWaveformShowsWhatIsHeard)
         player->toggle();
         EXPECT_NEAR(player->synchronizedWaveformProgress() * 200, 100, 1e-6) << "nothing is on its way in a pause";
     }
+    for (const double unusable : {0.0, std::numeric_limits<double>::infinity()}) {
+        audio.setDuration(b.url().toLocalFile(), unusable);
+        open(b);
+        EXPECT_EQ(player->synchronizedWaveformProgress(), 0) << unusable;
+    }
 }

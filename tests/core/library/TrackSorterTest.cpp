@@ -152,6 +152,16 @@ TEST_F(TrackSorterTest, EveryFieldInBothDirections)
     }
 }
 
+TEST_F(TrackSorterTest, ManyEqualRowsKeepTheirOrder)
+{
+    QList<Track> tracks;
+    for (int count = 0; count < 100; ++count)
+        tracks.append(SortRows::track({.title = "a", .genre = "House", .bpm = count % 2 ? "128" : "128.0"}));
+    for (const Direction direction : {Direction::Ascending, Direction::Descending})
+        EXPECT_TRUE(std::ranges::equal(TrackSorter::sorted(tracks, Field::BPM, direction, {}, {}), tracks, {},
+                                       &Track::id, &Track::id));
+}
+
 TEST_F(TrackSorterTest, ATitleThatIsMissingSortsByTheFileName)
 {
     const QList<Track> tracks{SortRows::track({"c"}), SortRows::track({""}, QStringLiteral("/m/b.x.mp3"))};
