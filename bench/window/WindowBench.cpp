@@ -122,9 +122,11 @@ int large(SliceMeter& meter, int rows)
     const TrackID middle = shown[rows / 2].id();
     for (int round = 0; round < 2; ++round) {
         step(meter, "select one", [&] { app->contentView().select({middle}, middle); });
-        step(meter, "toggle a favourite", [&] { app->contentView().commands().perform(CommandID::Favorite, {.ids = {middle}}); });
+        step(meter, "toggle a favourite",
+             [&] { app->contentView().commands().perform(CommandID::Favorite, {.ids = {middle}}); });
         step(meter, "select all", [&] { app->window().activeSection().selectAll(); });
-        step(meter, "play", [&] { app->contentView().commands().perform(CommandID::PlayRow, {.track = shown[rows / 2]}); });
+        step(meter, "play",
+             [&] { app->contentView().commands().perform(CommandID::PlayRow, {.track = shown[rows / 2]}); });
         step(meter, "play the next row", [&] { app->contentView().selectAdjacent(1); });
         step(meter, "to Favorites", [&] { app->contentView().activateTab(LibraryTab::Favorites); });
         step(meter, "to Covers", [&] { app->contentView().activateTab(LibraryTab::Covers); });

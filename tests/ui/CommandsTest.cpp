@@ -69,8 +69,8 @@ TEST_F(CommandsTest, SectionsHaveTheirOwn)
         {CommandID::AnalyzeKeys, {LibraryTab::MusicalKey}},
         {CommandID::ClearFavoriteFilter, {LibraryTab::Favorites}},
         {CommandID::Trash,
-         {LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers, LibraryTab::Analysis,
-          LibraryTab::MusicalKey, LibraryTab::Duplicates}},
+         {LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers, LibraryTab::Analysis, LibraryTab::MusicalKey,
+          LibraryTab::Duplicates}},
     };
     for (const auto& each : kCases) {
         for (LibraryTab tab : kAllLibraryTabs)

@@ -174,7 +174,8 @@ TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
     const QList<Track> tracks = rows(2);
     fill(tracks);
     show();
-    store->tempoChoices().setTempo({tracks[0].id()}, 100); // as after a start: the estimate is known, what else it may be is not
+    store->tempoChoices().setTempo({tracks[0].id()},
+                                   100); // as after a start: the estimate is known, what else it may be is not
     tempo().detectBPM(ids({tracks[1]}));
     settle();
     const struct {
