@@ -29,11 +29,13 @@ struct InTag {
     QString text;
     bool isFromName = false;
 };
+/// A code in a file's name counts only where the tag is empty.
 InTag inTag(const Track& track);
 /// The text of a cell of such a column; empty where nothing is known.
 QString text(TrackColumn column, const Track& track, const KeyState& state);
 /// What a screen reader says of it; never empty.
 QString spoken(TrackColumn column, const Track& track, const KeyState& state);
+/// The text in full, and what it rests on; empty where the cell says it all.
 QString tooltip(TrackColumn column, const Track& track, const KeyState& state);
 /// What is going on with a row that has no key yet; empty for a new one.
 QString step(KeyState::Step step);

@@ -47,6 +47,7 @@ const std::vector<TrackColumn>& covers();
 QString heading(TrackColumn column);
 /// What a screen reader calls the column.
 QString spokenHeading(TrackColumn column);
+/// Whether its texts stand at the right, figures under figures.
 bool isNumeric(TrackColumn column);
 /// What a click on the heading sorts by; nothing for most columns.
 std::optional<TrackSortField> sortField(TrackColumn column);

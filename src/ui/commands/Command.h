@@ -67,6 +67,7 @@ inline constexpr int kCommandCount = static_cast<int>(CommandID::TrashLeftovers)
 
 /// One entry of the table of commands. What it does is bound elsewhere, see CommandCenter.
 struct Command {
+    /// Whether it is for rows, and cannot be given without any.
     enum class ActsOn { Nothing, Rows };
     enum class Repeat { No, Yes };
 
@@ -100,6 +101,7 @@ struct CommandTarget {
 
 namespace Commands {
 
+/// The entry of a command; every id has one.
 const Command& of(CommandID id);
 /// In the order of CommandID.
 const std::vector<Command>& all();

@@ -21,9 +21,12 @@ class CommandCenter : public QObject {
     Q_OBJECT
 
 public:
+    /// What a command does. The rows are reduced already.
     using Perform = std::function<void(const CommandTarget&)>;
+    /// Asked whenever a menu or a button is shown; cheap.
     using State = std::function<CommandState(const CommandTarget&)>;
 
+    /// \param library outlives it.
     explicit CommandCenter(const LibraryStore& library);
 
     /// Says what a command does. \param state when it can be given, beside what its entry says; may be empty.

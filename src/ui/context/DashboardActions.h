@@ -26,6 +26,7 @@ public:
     virtual std::optional<TrackID> playlistReturnPlaybackID() const = 0;
     /// Files and folders dropped on a section.
     virtual void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) = 0;
+    /// Makes rows of the section shown its selection. \param focused the row that keys and the player's bar start from.
     virtual void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) = 0;
     /// Writes the chosen fields of \p tags into the rows and their files, as one step of undo.
     virtual void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) = 0;
@@ -35,9 +36,11 @@ public:
     virtual void chooseArtwork(std::function<void(const QByteArray& image)> chosen) = 0;
     /// The answer to Workspace::isAskingWhatSavesKeep().
     virtual void answerWhatSavesKeep(bool keepsOthers) = 0;
+    /// Whether the playlist is moving: results of reads and analyses wait until it rests.
     virtual void setPlaylistScrolling(bool scrolling) = 0;
     /// Sorts the playlist or Favorites by a field, or turns its order.
     virtual void setTrackSortField(TrackSortField field, LibraryTab tab) = 0;
+    /// The folders' own order has one direction and does not turn.
     virtual void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab) = 0;
     /// A click on a column heading of Favorites.
     virtual void activateFavoriteSortFromHeader(TrackSortField field) = 0;

@@ -15,6 +15,7 @@ public:
     void start();
     /// Unless it runs already.
     void startOnce();
+    /// What was to be called is not.
     void stop();
     bool isActive() const { return m_isActive; }
 

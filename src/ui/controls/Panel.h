@@ -9,6 +9,7 @@ class Panel : public QWidget {
     Q_OBJECT
 
 public:
+    /// \param fill the colour of its ground. \param lines the edges with a hairline.
     Panel(const Theme& theme, QColor ThemeColours::*fill, Qt::Edges lines, QWidget* parent = nullptr);
     void setLines(Qt::Edges lines);
 

@@ -10,6 +10,7 @@ class ThemeButton : public QAbstractButton {
     Q_OBJECT
 
 public:
+    /// How it looks; a window has one accented button at most.
     enum class Kind { Accent, Plain, Quiet, Link, Round };
 
     ThemeButton(const Theme& theme, Kind kind, QWidget* parent = nullptr);

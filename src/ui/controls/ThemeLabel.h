@@ -14,8 +14,10 @@ public:
 
     ThemeLabel(const Theme& theme, TextRole role, ColourOf colour, QWidget* parent = nullptr);
 
+    /// The text as it is shown, localised already.
     void setText(const QString& text);
     const QString& text() const { return m_text; }
+    /// A member of ThemeColours, so that it follows a change of the theme.
     void setColour(ColourOf colour);
     /// Wraps at this width and centres.
     void setWrapped(int width);

@@ -16,10 +16,12 @@ public:
 
     /// Takes another picture. The present one stays until the new one is decoded, and if that fails.
     void choose(const PictureSource& source);
+    /// Nothing is chosen any more; a picture that is being prepared is forgotten.
     void clear();
     const std::optional<ChosenPicture>& picture() const { return m_picture; }
 
 Q_SIGNALS:
+    /// Another picture is chosen, or none.
     void changed();
     /// What was to be chosen is no picture.
     void refused();

@@ -21,10 +21,13 @@ public:
     void setPicture(const std::optional<ChosenPicture>& picture);
     /// How many tracks the picture would go to.
     void setTargetCount(qsizetype count);
+    /// Takes the language of the interface over.
     void retranslate();
 
 Q_SIGNALS:
+    /// The button of the card that assigns the picture.
     void applyWanted();
+    /// The button of the card that drops the picture.
     void removeWanted();
 
 protected:

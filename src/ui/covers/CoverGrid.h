@@ -21,9 +21,11 @@ public:
     QModelIndex indexAt(const QPoint& position) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     void doItemsLayout() override;
+    /// How many cells stand side by side; at least one.
     int columns() const;
 
 Q_SIGNALS:
+    /// The row under the pointer is selected already.
     void contextMenuWanted(const QPoint& globalPosition);
     /// A double click, Return, or a click on the button that a cover shows under the pointer.
     void playWanted(const Track& track);

@@ -10,6 +10,7 @@ class DropOutline : public QWidget {
     Q_OBJECT
 
 public:
+    /// \param area what it lies over, as large as that; its owner.
     DropOutline(const Theme& theme, QWidget& area);
 
 protected:

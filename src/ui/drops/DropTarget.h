@@ -25,6 +25,7 @@ public:
 Q_SIGNALS:
     /// Something usable is held over the widget.
     void highlighted(bool isOn);
+    /// Local files and folders, at least one of them usable.
     void dropped(const QList<QUrl>& urls);
     /// A picture without anything to import. \param data lives until the signal returns.
     void pictureDropped(const QMimeData& data);

@@ -16,10 +16,12 @@ public:
     static constexpr int kSide = 144;
     static constexpr int kSmallSide = 72; ///< in a low window
 
+    /// Whether a picture can be put in, one is on its way into the file, or the format takes none.
     enum class Mode { Open, Writing, Closed };
 
     CoverWell(const WindowContext& context, QWidget* parent = nullptr);
 
+    /// Smaller where the panel is low.
     void setSmall(bool isSmall);
     /// \param covers one track per different cover; may be empty.
     void setCovers(const QList<Track>& covers);
@@ -30,10 +32,13 @@ public:
     void setHint(const QString& hint);
     /// Takes the picture of the clipboard, if there is one.
     void paste();
+    /// Takes the language of the interface over.
     void retranslate();
 
 Q_SIGNALS:
+    /// A picture was dropped or pasted; it is not prepared yet.
     void offered(const PictureSource& offer);
+    /// A click, or Return: the dialog is wanted.
     void chooseWanted();
     /// Something was done with the well while a picture is being written.
     void refused();

@@ -34,6 +34,7 @@ public:
     Inspector(const WindowContext& context, const Services& services, QWidget* parent = nullptr);
     ~Inspector() override;
 
+    /// Takes the language of the interface over; edits stay.
     void retranslate();
     /// Writes the touched fields into the tracks shown.
     void save();

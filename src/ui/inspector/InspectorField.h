@@ -16,6 +16,7 @@ class InspectorField : public QWidget {
     Q_OBJECT
 
 public:
+    /// A comment has several lines, all else one.
     enum class Lines { One, Several };
 
     /// What the box shows besides the label.
@@ -39,11 +40,15 @@ public:
     void setSuggestions(const QStringList& values);
     /// The widget that takes the keys.
     QWidget& editor() const;
+    /// What stands in the editor now.
     QString text() const;
 
 Q_SIGNALS:
+    /// By the user; a text that is set says nothing.
     void edited(const QString& text);
+    /// The button of the field, or Escape in an edited one.
     void revertWanted();
+    /// Return.
     void saveWanted();
     /// Escape in a field that was not touched.
     void leaveWanted();

@@ -20,7 +20,9 @@ public:
 
     /// Shows what the model says.
     void refresh();
+    /// Takes the language of the interface over.
     void retranslate();
+    /// Owned by the panel.
     InspectorField& field(TagField field) const;
     /// Whether one of the fields has the keys.
     bool isEditing() const;
@@ -31,7 +33,9 @@ public:
 Q_SIGNALS:
     /// An edit was typed or taken back.
     void touched();
+    /// Return in any of them.
     void saveWanted();
+    /// Escape where there is nothing to take back.
     void leaveWanted();
 
 private:

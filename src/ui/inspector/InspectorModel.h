@@ -38,6 +38,7 @@ public:
     /// Whether a plain save leaves the field out although the file has it.
     bool isUnwritable(TagField field) const;
 
+    /// The fields that a save would write.
     TagFields touched() const;
     /// The edits; fields that were not touched have the common value.
     AudioTags edited() const;

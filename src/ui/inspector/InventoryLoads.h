@@ -21,6 +21,7 @@ public:
 
     static constexpr int kKept = 64; ///< chosen: going back and forth in a list asks the disk once
 
+    /// \param read called on worker threads; may be null, then nothing is known of any file.
     InventoryLoads(async::Executor& executor, Read read, QObject* parent = nullptr);
     ~InventoryLoads() override;
 
@@ -32,6 +33,7 @@ public:
     void cancel();
 
 Q_SIGNALS:
+    /// What was asked last is known now.
     void arrived();
 
 private:

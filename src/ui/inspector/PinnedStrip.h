@@ -14,7 +14,9 @@ public:
 
     /// \param whose the tracks of the edits, localised.
     void setSubject(const QString& whose);
+    /// Whose edits they are, in words.
     const QString& text() const;
+    /// Takes the language of the interface over.
     void retranslate();
     ThemeButton& save() const { return *m_save; }
     ThemeButton& revert() const { return *m_revert; }

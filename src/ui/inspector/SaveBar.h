@@ -14,10 +14,13 @@ public:
 
     /// \param summary localised; may be empty. \param link what the button behind it says; empty hides it.
     void setSummary(const QString& summary, const QString& link);
+    /// What a save keeps and drops, in words.
     const QString& summary() const;
+    /// Whether there is anything to be saved; else both buttons are disabled.
     void setCanSave(bool canSave);
     /// Whether the two buttons have their row here.
     void setButtonsShown(bool areShown);
+    /// Takes the language of the interface over.
     void retranslate();
     ThemeButton& save() const { return *m_save; }
     ThemeButton& revert() const { return *m_revert; }

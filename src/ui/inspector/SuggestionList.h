@@ -9,6 +9,7 @@ class SuggestionList : public QListView {
     Q_OBJECT
 
 public:
+    /// \param theme outlives the list.
     explicit SuggestionList(const Theme& theme);
 
 protected:

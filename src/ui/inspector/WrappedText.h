@@ -19,6 +19,7 @@ public:
 
     WrappedText(const Theme& theme, const Look& look, QWidget* parent = nullptr);
 
+    /// What does not fit the lines ends in an ellipsis, with the full text as tooltip.
     void setText(const QString& text);
     const QString& text() const { return m_text; }
     bool hasHeightForWidth() const override { return true; }

@@ -13,7 +13,9 @@ class KeyFacts : public QWidget {
 public:
     explicit KeyFacts(const Theme& theme, QWidget* parent = nullptr);
 
+    /// A state without a result empties it.
     void setState(const KeyState& state);
+    /// Takes the language of the interface over.
     void retranslate();
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

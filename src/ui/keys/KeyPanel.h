@@ -23,6 +23,7 @@ public:
 
     /// \param track nothing if no row is focused.
     void setTrack(const std::optional<Track>& track, const KeyState& state);
+    /// Takes the language of the interface over.
     void retranslate();
     KeyWheel& wheel() const { return *m_wheel; }
 

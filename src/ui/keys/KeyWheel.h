@@ -23,10 +23,12 @@ public:
     void setKey(const std::optional<MusicalKey>& key, const QString& words);
     /// How many rows have a key, by its code.
     void setCounts(const QHash<QString, int>& counts);
+    /// Takes the language of the interface over.
     void retranslate();
     QSize sizeHint() const override;
 
 Q_SIGNALS:
+    /// By a click, or by Return where the keyboard stands.
     void keyChosen(const MusicalKey& key);
 
 protected:

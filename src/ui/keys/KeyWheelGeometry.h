@@ -28,6 +28,7 @@ private:
         double inner = 0;
         double outer = 0;
     };
+    /// The minor keys lie inside, the major ones outside.
     Ring ring(MusicalKeyMode mode) const;
 
     QPointF m_centre;

@@ -32,6 +32,7 @@ public:
     void paint(QPainter& painter, const QRect& rect, double played);
     /// The colour of the thin line that stands for the waveform meanwhile.
     QColor lineColour() const;
+    /// Of the preferences, in the present theme.
     WaveformColours colours() const;
 
 protected:

@@ -11,6 +11,7 @@ class OutputMenu : public QMenu {
     Q_OBJECT
 
 public:
+    /// Looks for devices at once and as long as it is open.
     OutputMenu(const WindowContext& context, QWidget* parent);
 
 protected:

@@ -24,6 +24,7 @@ public:
 
     /// Looks at the current and the focused track again.
     void refresh();
+    /// Takes the language of the interface over.
     void retranslate();
     /// Whether the bar stands above the sections or below them.
     void setOnTop(bool onTop);

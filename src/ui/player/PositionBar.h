@@ -16,9 +16,12 @@ public:
 
     /// \param seconds length of the track that would be played, shown while none is loaded; 0 if not known.
     void setAwaitedLength(double seconds);
+    /// Takes the language of the interface over.
     void retranslate();
     EnvelopeArea& envelope() const { return *m_envelope; }
+    /// What stands at the left, "2:14".
     QString elapsedText() const;
+    /// What stands at the right, with a minus sign; an em dash while the length is not known.
     QString remainingText() const;
     /// Pixels beside the area that the two times take.
     int timesWidth() const;

@@ -12,6 +12,7 @@ public:
     /// \param alignment side of the column that the text keeps to: right for elapsed time, left for what remains.
     TimeLabel(const Theme& theme, Qt::Alignment alignment, QWidget* parent = nullptr);
 
+    /// Widths do not jump with the figures.
     void setText(const QString& text);
     const QString& text() const { return m_text; }
     /// Wide enough for ten hours.

@@ -19,8 +19,11 @@ public:
     /// Whether the slider stands beside the button.
     void setWide(bool isWide);
     bool isWide() const { return m_isWide; }
+    /// Pixels that it takes, with the slider or without.
     static int widthFor(bool isWide);
+    /// Silence, or back to the volume that was chosen last.
     void toggleMute();
+    /// Takes the language of the interface over.
     void retranslate();
     /// The upright slider's frame, a child of the window.
     QWidget& popup() const { return *m_popup; }

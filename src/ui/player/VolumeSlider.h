@@ -12,6 +12,7 @@ class VolumeSlider : public ThemeSlider {
 public:
     static constexpr int kStep = 5; ///< per cent for a notch of the wheel and for an arrow key
 
+    /// \param player whose volume it shows and sets; outlives it.
     VolumeSlider(const Theme& theme, AudioPlayer& player, Qt::Orientation orientation, QWidget* parent = nullptr);
 
     QString spokenValue() const override;

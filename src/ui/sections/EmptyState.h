@@ -14,7 +14,9 @@ class EmptyState : public QWidget {
     Q_OBJECT
 
 public:
+    /// \param descriptor whose words it shows; outlives it.
     EmptyState(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent = nullptr);
+    /// Takes the language of the interface over.
     void retranslate();
     /// What keeps the list empty may be another thing now.
     void refresh();

@@ -15,6 +15,7 @@ QString playlist(LibraryStore& library, const QList<Track>& rows);
 QString files(LibraryStore& library, const QList<Track>& rows);
 /// Places to look through and files.
 QString duplicates(LibraryStore& library, const QList<Track>& rows);
+/// "12 файлов", localised.
 QString fileCount(qint64 count);
 
 } // namespace SectionFacts

@@ -15,7 +15,9 @@ class SectionHeader : public Panel {
 public:
     SectionHeader(const WindowContext& context, const SectionDescriptor& descriptor, QWidget* parent = nullptr);
 
+    /// An empty text leaves the title alone.
     void setFacts(const QString& facts);
+    /// The line under the title as it is shown.
     const QString& facts() const;
     /// Adds an action before the main button. Owned by the header.
     ThemeButton* addAction();
@@ -25,6 +27,7 @@ public:
     ThemeButton& mainButton() const { return *m_mainButton; }
     /// Button of the menu that holds the commands.
     ThemeButton& menuButton() const { return *m_menuButton; }
+    /// Takes the language of the interface over.
     void retranslate();
 
 private:

@@ -12,6 +12,7 @@ class SectionParts : public QObject {
 public:
     using QObject::QObject;
 
+    /// Takes the language of the interface over. Called by the page, once at its start too.
     virtual void retranslate() = 0;
     /// The header has become this wide, in pixels.
     virtual void fitHeader(int width) { Q_UNUSED(width) }

@@ -34,6 +34,7 @@ public:
     ~SectionView() override;
 
     const SectionDescriptor& descriptor() const { return m_descriptor; }
+    /// Which section it is.
     LibraryTab tab() const;
     TrackListModel& model() const { return *m_model; }
     QAbstractItemView& list() const { return *m_list; }
@@ -45,7 +46,9 @@ public:
     void setShown(bool shown);
     /// Something that the page shows has changed.
     void markDirty();
+    /// Takes the language of the interface over.
     void retranslate();
+    /// Scale of the row height; the grid of covers has none.
     void setDensity(double density);
 
     /// Plays a row, or toggles it when it is the current one.
@@ -56,7 +59,9 @@ public:
     std::optional<Track> focusedTrack();
     /// Brings a row into the middle of the view; nothing for a row that is not here.
     void scrollTo(const TrackID& id);
+    /// All rows that the list shows.
     void selectAll();
+    /// The keyboard goes to the list, or to what stands in its place.
     void focusList();
     /// Shows a panel at the right of the list for as long as that is not hidden.
     void setPanel(QWidget* panel, SectionBody::Narrow narrow = SectionBody::Narrow::Over);
@@ -64,7 +69,9 @@ public:
     void factsChanged();
 
 Q_SIGNALS:
+    /// On rows that are selected already.
     void contextMenuWanted(const QPoint& globalPosition);
+    /// On the list, the empty state or the card above it.
     void filesDropped(const QList<QUrl>& urls);
 
 protected:

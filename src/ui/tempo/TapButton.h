@@ -16,6 +16,7 @@ public:
 
     /// The track that taps are for; nothing disables the button. Another track gives unfinished taps up.
     void setTrack(const std::optional<Track>& track);
+    /// Takes the language of the interface over.
     void retranslate();
     /// One beat, by the button or its key.
     void tap();

@@ -12,6 +12,7 @@ public:
     static constexpr int kLeastTaps = 4;                         ///< chosen: fewer say nothing
     static constexpr int kMostTaps = 32;                         ///< chosen: eight bars, so that a change is followed
 
+    /// \param now in a monotonic time. A pause of kPause begins anew.
     void tap(async::Duration now);
     void clear() { m_taps.clear(); }
     int count() const { return static_cast<int>(m_taps.size()); }

@@ -20,6 +20,7 @@ void paint(QPainter& painter, const QRect& rect, const QString& name, const QCol
 QIcon icon(const QString& name, const QColor& colour, const QColor& selected = {});
 /// The program's own mark, in its own colours.
 void paintMark(QPainter& painter, const QRect& rect);
+/// Of the window and the task bar.
 QIcon applicationIcon();
 
 } // namespace Icons

@@ -10,6 +10,7 @@
 /// The few shapes that the window is drawn with. Each leaves the painter's pen and brush as it likes.
 namespace Paint {
 
+/// Without an outline; smooth at every scale.
 void roundedFill(QPainter& painter, const QRectF& rect, double radius, const QColor& colour);
 /// A filled, outlined rounded rectangle; the hairline lies inside.
 void card(QPainter& painter, const QRect& rect, double radius, const QColor& fill, const QColor& line);

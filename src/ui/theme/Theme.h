@@ -25,12 +25,14 @@ public:
     void setAppearance(Appearance appearance);
     const ThemeColours& colours() const { return ThemeColours::of(m_appearance); }
     const QFont& font(TextRole role) const { return m_fonts[static_cast<size_t>(role)]; }
+    /// For the toolkit's own controls.
     QPalette palette() const;
 
     /// Gives the application the style, the font and the palette of this theme.
     void install();
 
 Q_SIGNALS:
+    /// Colours differ from now on: repaint.
     void changed();
 
 private:

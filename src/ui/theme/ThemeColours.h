@@ -28,5 +28,6 @@ struct ThemeColours {
     QColor coverVeil;  ///< over a cover that shows a button
     QColor coverGlyph; ///< on the veil
 
+    /// Lives as long as the program.
     static const ThemeColours& of(Appearance appearance);
 };

@@ -23,6 +23,7 @@ public:
 
     /// \param executor outlives the cache.
     explicit ArtworkThumbnailCache(async::Executor& executor);
+    /// \param make called on a worker, one picture at a time.
     ArtworkThumbnailCache(async::Executor& executor, Make make);
     ~ArtworkThumbnailCache();
 

@@ -32,6 +32,7 @@ public:
     /// their 200 %; and what a long picture needs beyond.
     static constexpr std::array kSteps{128, 256, 512, 1024};
 
+    /// \param readArtwork called on workers for rows that keep no bytes; may be null.
     ThumbnailCache(async::Executor& executor, ReadArtwork readArtwork, QObject* parent = nullptr);
     ~ThumbnailCache() override;
 

@@ -18,6 +18,7 @@ public:
     {
     }
 
+    /// Name, count and length of a folder, in one row.
     void paint(QPainter& painter, const QRect& rect, const FolderRun& run) const;
     /// The rows changed; totals are summed again when they are next shown.
     void forget() { m_facts.clear(); }

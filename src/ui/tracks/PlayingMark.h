@@ -12,12 +12,14 @@ class Theme;
 /// The mark of the current track in a list: a triangle while it plays, its outline while it is paused.
 class PlayingMark {
 public:
+    /// What the player does with a row's file.
     enum class State { None, Playing, Paused };
 
     static constexpr int kSide = 18;
 
     explicit PlayingMark(const AudioPlayer& player);
 
+    /// By the file: two rows of one file are marked alike.
     State of(const Track& track) const;
     /// Whether the mark of a row may differ from what was drawn before the last change of the player.
     bool isAffected(const Track& track) const;

@@ -22,12 +22,15 @@ public:
 
     const QList<FolderRun>& runs() const { return m_runs; }
     int rowHeight() const { return m_rowHeight; }
+    /// Of all rows and headers, in pixels.
     int height() const;
+    /// In the contents, pixels.
     int rowTop(int row) const;
     /// The row at a place; -1 on a header and outside.
     int rowAt(int y) const;
     /// The row at a place, or the one below a header, or the nearest outside; -1 only where there are no rows.
     int nearestRow(int y) const;
+    /// In the contents, pixels.
     int headerTop(int run) const;
     /// The run whose header is at or above a place; -1 without runs.
     int runAt(int y) const;

@@ -11,6 +11,7 @@ class ScrollActivity : public QObject {
     Q_OBJECT
 
 public:
+    /// Without a move for so long it has come to rest.
     static constexpr async::Duration kRest = async::seconds(0.15);
 
     ScrollActivity(QAbstractItemView& view, async::Clock& clock);
@@ -20,6 +21,7 @@ public:
     void setMuted(bool muted) { m_isMuted = muted; }
 
 Q_SIGNALS:
+    /// Once at the first move, once at rest.
     void scrollingChanged(bool scrolling);
 
 private:

@@ -31,6 +31,7 @@ public:
 
     /// The selected rows of the view.
     static QSet<TrackID> selectedIDs(const QAbstractItemView& view, const TrackListModel& model);
+    /// The row with the focus, selected or not.
     static std::optional<TrackID> focusedID(const QAbstractItemView& view, const TrackListModel& model);
 
 private:

@@ -23,6 +23,7 @@ class TrackDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
+    /// Asked for every cell that is drawn; cheap.
     using StateOf = std::function<RowState(const QModelIndex&)>;
 
     TrackDelegate(const WindowContext& context, StateOf stateOf, QObject* parent = nullptr);

@@ -17,6 +17,7 @@ class TrackListModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
+    /// \param columns left to right; they never change.
     explicit TrackListModel(std::vector<TrackColumn> columns, QObject* parent = nullptr);
 
     /// Becomes this list. Rows are matched by id, values by pointer; costs no more than one pass over pointers where

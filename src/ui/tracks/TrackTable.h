@@ -39,6 +39,7 @@ public:
         int offset = 0; ///< pixels
         TrackID topRow; ///< the first row below the pinned header; null without rows
     };
+    /// Where it stands now.
     ScrollPlace scrollPlace() const;
     /// Scrolls there: to the pixel where the row still stands there, else so that the row is the first.
     void setScrollPlace(const ScrollPlace& place);
@@ -48,9 +49,11 @@ public:
     void endRows();
 
 Q_SIGNALS:
+    /// The selection is as it was.
     void heartClicked(const QUuid& trackID);
     /// A double click, Return, or a click on the button that the cover shows under the pointer.
     void playWanted(const Track& track);
+    /// The row under the pointer is selected already.
     void contextMenuWanted(const QPoint& globalPosition);
 
 protected:

@@ -14,6 +14,7 @@ struct Configuration {
     double minBarHeight = 2; ///< of silence
     double cornerRadius = 1;
 
+    /// The same look in pixels of a device. \param ratio device pixels per pixel.
     Configuration scaled(double ratio) const;
 };
 

@@ -12,6 +12,7 @@ class BarEnvelope : public QObject {
     Q_OBJECT
 
 public:
+    /// None without a track; a failure lasts until the next try.
     enum class State { None, Loading, Ready, Failed };
     /// How much the file is wanted. One that merely has the focus is computed after a rest only, behind everything
     /// else.
@@ -19,6 +20,7 @@ public:
 
     /// As long as the cache refuses to try a file again.
     static constexpr async::Duration kRetryDelay = async::seconds(30);
+    /// A track that only has the focus is computed after so long: keys may pass by it.
     static constexpr async::Duration kRest = async::seconds(0.8);
 
     /// Clock and cache outlive it.
@@ -33,6 +35,7 @@ public:
     const Envelope& envelope() const { return m_envelope; }
 
 Q_SIGNALS:
+    /// Another state, or another envelope.
     void changed();
     /// The cache has the envelope of a file that it may not have had before.
     void loaded(const QUrl& url);

@@ -13,6 +13,7 @@ struct Configuration {
     double pixelsPerSample = 5;
     double minHeight = 1; ///< of silence
 
+    /// The same look in pixels of a device. \param ratio device pixels per pixel.
     Configuration scaled(double ratio) const;
 };
 

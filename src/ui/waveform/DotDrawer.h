@@ -12,6 +12,7 @@ struct Configuration {
     double dotRadius = 1.5;
     double spacing = 1;
 
+    /// The same look in pixels of a device. \param ratio device pixels per pixel.
     Configuration scaled(double ratio) const;
 };
 

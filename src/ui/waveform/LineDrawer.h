@@ -12,6 +12,7 @@ struct Configuration {
     double pixelsPerSample = 2;
     double minHeight = 1; ///< of silence
 
+    /// The same look in pixels of a device. \param ratio device pixels per pixel.
     Configuration scaled(double ratio) const;
 };
 

@@ -28,6 +28,7 @@ public:
     void paint(QPainter& painter, const QPointF& place, double split);
     /// What was prepared last; null if nothing.
     const Envelope& envelope() const { return m_envelope; }
+    /// Gives the pixels back.
     void clear();
 
 private:

@@ -18,6 +18,7 @@ public:
     /// \param area the window's content, over which it is centred.
     Banner(const WindowContext& context, QWidget& area);
 
+    /// Takes the language of the interface over.
     void retranslate();
 
 Q_SIGNALS:

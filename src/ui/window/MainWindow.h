@@ -58,10 +58,12 @@ class MainWindow : public QWidget {
     Q_OBJECT
 
 public:
+    /// Not shown yet; its place and size are those that the preferences keep.
     explicit MainWindow(const WindowServices& services);
     ~MainWindow() override;
 
     SectionView& section(LibraryTab tab) const { return *m_sections[static_cast<size_t>(tab)]; }
+    /// The page that the user sees.
     SectionView& activeSection() const;
     PlayerBar& player() const { return *m_player; }
     Sidebar& sidebar() const { return *m_sidebar; }
@@ -88,6 +90,7 @@ private:
     void toggleSidebar();
     void openTrackMenu(const QPoint& globalPosition);
     void openSettings(const QPoint& globalPosition);
+    /// Takes the language of the interface over.
     void retranslate();
 
     std::unique_ptr<Theme> m_theme;

@@ -19,18 +19,23 @@ class Sidebar : public Panel {
 public:
     explicit Sidebar(const WindowContext& context, QWidget* parent = nullptr);
 
+    /// Marks the section shown; sends nothing.
     void setActiveTab(LibraryTab tab);
     /// Narrow, with icons only.
     void setCollapsed(bool collapsed);
     bool isCollapsed() const { return m_isCollapsed; }
     /// The lists changed; counts follow after a moment.
     void countsChanged();
+    /// Takes the language of the interface over.
     void retranslate();
     SidebarRow& row(LibraryTab tab) const { return *m_rows[static_cast<size_t>(tab)]; }
 
 Q_SIGNALS:
+    /// The button at the bottom.
     void collapseToggled();
+    /// \param globalPosition where their menu belongs.
     void settingsWanted(const QPoint& globalPosition);
+    /// On the row of a section, which need not be the one shown.
     void filesDropped(const QList<QUrl>& urls, LibraryTab tab);
 
 protected:

@@ -9,12 +9,14 @@ class SidebarRow : public QAbstractButton {
     Q_OBJECT
 
 public:
+    /// \param iconName of the icon set.
     SidebarRow(const Theme& theme, const QString& iconName, QWidget* parent = nullptr);
 
     /// \param label shown and spoken. \param hotkey for the tooltip; may be empty.
     void setLabel(const QString& label, const QString& hotkey);
     /// Shown right-aligned; nothing for 0.
     void setCount(qint64 count);
+    /// The icon alone; the label becomes the tooltip.
     void setCollapsed(bool collapsed);
     /// A drag that would land here is held over the row.
     void setDropHighlighted(bool isOn);

@@ -15,6 +15,7 @@ class StatusStrip : public Panel {
 public:
     explicit StatusStrip(const WindowContext& context, QWidget* parent = nullptr);
 
+    /// Takes the language of the interface over.
     void retranslate();
 
 protected:

@@ -11,6 +11,7 @@ class WaveformMenu : public QMenu {
     Q_OBJECT
 
 public:
+    /// Measures the envelopes on disk while it is open.
     WaveformMenu(const WindowContext& context, QWidget* parent);
 
     /// The size of the cache as it is shown. \param size nothing while it is not known.

@@ -18,7 +18,9 @@ public:
     /// \param window its section shown gives the rows; also binds what the window itself does.
     WindowCommands(const WindowContext& context, MainWindow& window);
 
+    /// What the section shown has of the commands; asked each time it opens.
     void fillMenu(QMenu& menu) const;
+    /// Takes the language of the interface over.
     void retranslate();
 
 private:
