@@ -643,6 +643,10 @@
     <translation>Settings</translation>
   </message>
   <message>
+    <source>Настройки не сохраняются: диск не принял запись</source>
+    <translation>Settings are not saved: the disk refused to write</translation>
+  </message>
+  <message>
     <source>Не в избранном</source>
     <translation>Not in favorites</translation>
   </message>
@@ -1201,6 +1205,10 @@
     <translation>Keep the File’s Cover and Other Fields</translation>
   </message>
   <message>
+    <source>Список не сохраняется: %@</source>
+    <translation>The list is not saved: %@</translation>
+  </message>
+  <message>
     <source>Среди избранных нет треков с жанром «%@».</source>
     <translation>No favorites of the genre “%@”.</translation>
   </message>
@@ -1505,6 +1513,10 @@
     <translation>%d queued</translation>
   </message>
   <message>
+    <source>диск не принял запись</source>
+    <translation>the disk refused to write</translation>
+  </message>
+  <message>
     <source>до</source>
     <translation>C</translation>
   </message>
@@ -1537,8 +1549,16 @@
     <translation>E flat</translation>
   </message>
   <message>
+    <source>на диске нет места</source>
+    <translation>the disk is full</translation>
+  </message>
+  <message>
     <source>не записывается</source>
     <translation>not written</translation>
+  </message>
+  <message>
+    <source>нет прав на запись</source>
+    <translation>no permission to write</translation>
   </message>
   <message>
     <source>около %@</source>

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <cstdio>
 #include <limits>
 
 #include <unistd.h>
@@ -38,6 +39,14 @@ bool isReadable(const QUrl& url)
 
 } // namespace
 
+/// What became of a file whose sound is the same.
+struct WaveformCache::Adoption {
+    QUrl from;
+    FileStamp before;
+    QUrl to;
+    FileStamp after;
+};
+
 /// An envelope in memory with the state of the file that it shows.
 struct WaveformCache::Entry {
     std::optional<FileStamp> stamp;
@@ -64,6 +73,7 @@ struct WaveformCache::Loading {
     QUrl url;
     std::optional<FileStamp> stamp;
     QString entryPath;
+    QList<Adoption> adoptions = {}; ///< to be made when it has ended
     int waiterCount = 0;
     std::stop_source stop;
     Outcome outcome;
@@ -204,6 +214,30 @@ std::optional<Envelope> WaveformCache::cached(const QUrl& url) const
     return entry ? std::optional(entry->envelope) : std::nullopt;
 }
 
+void WaveformCache::adopt(const QUrl& from, const FileStamp& before, const QUrl& to, const FileStamp& after)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (const Entry* const entry = m_memory.object(from); entry && isSame(entry->stamp, before)) {
+        const Envelope envelope = entry->envelope;
+        m_memory.remove(from);
+        keep(to, after, envelope);
+    }
+    // One that follows an earlier change of the same file has its stamp in the last of them.
+    const std::shared_ptr<Loading> loading = m_loading.value(from);
+    if (loading && isSame(loading->adoptions.isEmpty() ? loading->stamp : loading->adoptions.last().after, before))
+        loading->adoptions.append({from, before, to, after});
+    const QString source = EnvelopeFolder::entryPath(m_folder, envelopeKey(from, before));
+    const QString target = EnvelopeFolder::entryPath(m_folder, envelopeKey(to, after));
+    if (source == target)
+        return;
+    // In one line with the lookups: those that come later find it. An end of the cache does not hold it up.
+    m_jobs.add([this, source, target](const std::stop_token&) {
+        return m_lookups.run({}, [source, target](const std::stop_token&) {
+            std::rename(QFile::encodeName(source).constData(), QFile::encodeName(target).constData());
+        });
+    });
+}
+
 void WaveformCache::cancelLoading(const QUrl& url)
 {
     VELMORA_ASSERT_MAIN_THREAD();
@@ -256,6 +290,8 @@ void WaveformCache::settle(const Loading& loading)
     if (loading.outcome.envelope) {
         m_retryAt.remove(loading.url);
         keep(loading.url, loading.stamp, loading.outcome.envelope);
+        for (const Adoption& each : loading.adoptions)
+            adopt(each.from, each.before, each.to, each.after);
     } else if (!loading.stop.stop_requested()) {
         noteFailure(loading.url);
     }

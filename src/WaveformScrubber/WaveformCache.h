@@ -42,6 +42,9 @@ public:
     async::Task<std::optional<Envelope>> stored(QUrl url, std::stop_token stop);
     /// What memory holds, be it of the file's state before; for painting. Costs one look into a table.
     std::optional<Envelope> cached(const QUrl& url) const;
+    /// The file was rewritten or moved, and its sound is the same: its envelope goes along, in memory and on disk. So
+    /// does one that is being computed. \param before and \param after of files on disk.
+    void adopt(const QUrl& from, const FileStamp& before, const QUrl& to, const FileStamp& after);
     /// Cancels the computation for this file, for all who wait for it. The next samples() begins a new one.
     void cancelLoading(const QUrl& url);
 
@@ -50,6 +53,7 @@ public:
     async::Task<> emptyCache(std::stop_token stop);
 
 private:
+    struct Adoption;
     struct Entry;
     struct Loading;
     struct Lookup;

@@ -5,6 +5,7 @@
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
 #include "app/DefaultsMigration.h"
+#include "app/EnvelopeUpkeep.h"
 #include "app/LibraryAnalyzers.h"
 #include "app/LibraryEnvelopes.h"
 #include "app/LibraryPlayer.h"
@@ -168,6 +169,7 @@ void VelmoraApp::buildStore()
         .sessionStorage = m_sessionStorage ? *m_sessionStorage : WorkspaceSessionStorage::none(),
         .power = *m_resourceWatch,
     });
+    keepEnvelopes(m_library->fileEvents(), *m_waveforms, this);
     connect(&m_library->workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
         if (!isRestoring)
             receive(std::exchange(m_waitingFiles, {}));

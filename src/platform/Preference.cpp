@@ -1,5 +1,6 @@
 #include "platform/Preference.h"
 
+#include "async/MainQueue.h"
 #include "async/ThreadNiceness.h"
 
 #include <QSettings>
@@ -26,8 +27,10 @@ void PreferenceStore::remove(const QString& key)
 /// Brings changes to the disk in their order, several at once when they come faster than the disk takes them.
 class SettingsFile::Writer {
 public:
-    explicit Writer(const QString& path)
+    /// \param told is called on the main thread after every write, with whether it went well.
+    Writer(const QString& path, std::function<void(bool isSaved)> told)
         : m_path(path)
+        , m_told(std::move(told))
     {
     }
     ~Writer()
@@ -68,14 +71,18 @@ private:
             m_wake.wait(lock, [this] { return m_isEnding || !m_changes.isEmpty(); });
             if (m_changes.isEmpty())
                 return;
-            const Changes changes = std::exchange(m_changes, {});
+            m_refused.insert(std::exchange(m_changes, {}));
+            const Changes changes = m_refused;
             lock.unlock();
-            write(changes);
+            const bool isSaved = write(changes);
             lock.lock();
+            if (isSaved)
+                m_refused.clear();
+            async::MainQueue::post([told = m_told, isSaved] { told(isSaved); });
         }
     }
 
-    void write(const Changes& changes) const
+    bool write(const Changes& changes) const
     {
         QSettings file(m_path, QSettings::IniFormat);
         for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
@@ -85,20 +92,25 @@ private:
                 file.remove(change.key());
         }
         file.sync();
-        if (file.status() != QSettings::NoError)
-            qWarning("the preferences cannot be written to %s", qPrintable(m_path));
+        return file.status() == QSettings::NoError;
     }
 
     const QString m_path;
+    const std::function<void(bool)> m_told;
     std::mutex m_mutex;
     std::condition_variable m_wake;
     Changes m_changes;
+    Changes m_refused; ///< by the disk: they come again with the next change
     bool m_isEnding = false;
     std::thread m_thread;
 };
 
 SettingsFile::SettingsFile(const QString& path)
-    : m_writer(std::make_unique<Writer>(path))
+    : m_self(std::make_shared<SettingsFile*>(this))
+    , m_writer(std::make_unique<Writer>(path, [self = std::weak_ptr(m_self)](bool isSaved) {
+        if (const auto file = self.lock(); file && (*file)->onSaved)
+            (*file)->onSaved(isSaved);
+    }))
 {
     const QSettings file(path, QSettings::IniFormat);
     for (const QString& key : file.allKeys())

@@ -26,6 +26,8 @@ public:
 
     /// Called after every set and remove, with the key.
     std::function<void(const QString&)> onChange;
+    /// Called after every try to bring values to the disk, with whether it took them.
+    std::function<void(bool isSaved)> onSaved;
 
 protected:
     virtual void write(const QString& key, const QVariant& value) = 0;
@@ -100,6 +102,7 @@ private:
     class Writer;
 
     QMap<QString, QVariant> m_values;
+    std::shared_ptr<SettingsFile*> m_self; ///< what the writer tells; gone with this
     std::unique_ptr<Writer> m_writer;
 };
 

@@ -5,6 +5,7 @@ Preferences::Preferences(std::unique_ptr<PreferenceStore> store, QObject* parent
     , m_store(std::move(store))
 {
     m_store->onChange = [this](const QString& key) { Q_EMIT changed(key); };
+    m_store->onSaved = [this](bool isSaved) { Q_EMIT saved(isSaved); };
     // In the order of HotkeyAction.
     const std::array<std::pair<QString, QString>, 14> defaults{{
         {QStringLiteral("hotkeySeekBack"), QStringLiteral("←")},

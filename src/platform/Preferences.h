@@ -134,6 +134,8 @@ public:
 Q_SIGNALS:
     /// After the value of a key was written or removed.
     void changed(const QString& key);
+    /// After a try to bring changes to the disk. \param isSaved whether it took them.
+    void saved(bool isSaved);
 
 private:
     std::vector<HotkeyPreference> m_hotkeys;

@@ -64,6 +64,58 @@ TEST_F(WaveformCacheTest, AnEntryOfAnotherLengthIsComputedAnewAndOverwritten)
     }
 }
 
+TEST_F(WaveformCacheTest, AnEnvelopeGoesAlongWithItsFile)
+{
+    const struct {
+        const char* name;
+        bool isComputedFirst, moves, restarts;
+    } cases[] = {{"tags.mp3", true, false, false},   {"tags after a restart.mp3", true, false, true},
+                 {"moved.mp3", true, true, false},   {"moved after a restart.mp3", true, true, true},
+                 {"in work.mp3", false, true, true}, {"in work, rewritten.mp3", false, false, false}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.name);
+        const QString name = QLatin1StringView(each.name);
+        const QUrl from = put(name, 100);
+        const FileStamp before = FileStamp::of(from).value();
+        Answer& answer = ask(from);
+        if (each.isComputedFirst) {
+            EXPECT_EQ(answerFor(from), kHalf);
+        }
+        QUrl to = from;
+        const auto rewrite = [&] {
+            to = put(each.moves ? QStringLiteral("to ") + name : name, 120);
+            m_cache->adopt(from, before, to, FileStamp::of(to).value());
+        };
+        if (each.isComputedFirst) {
+            rewrite();
+        } else {
+            m_during = [&](const std::stop_token&) { rewrite(); };
+            m_executor.runAll();
+            m_during = {};
+        }
+        m_executor.runAll();
+        EXPECT_EQ(answer.text, kHalf);
+        EXPECT_TRUE(m_cache->cached(to));
+        if (each.restarts)
+            restart();
+        m_computed.clear();
+        EXPECT_EQ(answerFor(to), kHalf);
+        EXPECT_TRUE(m_computed.isEmpty());
+    }
+}
+
+TEST_F(WaveformCacheTest, AnEnvelopeOfAnotherStateDoesNotGoAlong)
+{
+    const QUrl url = put(QStringLiteral("a.mp3"), 100);
+    EXPECT_EQ(answerFor(url), kHalf);
+    put(QStringLiteral("a.mp3"), 110); // by another program
+    const FileStamp before = FileStamp::of(url).value();
+    put(QStringLiteral("a.mp3"), 120);
+    m_cache->adopt(url, before, url, FileStamp::of(url).value());
+    m_level = 1;
+    EXPECT_EQ(answerFor(url), kOne);
+}
+
 TEST_F(WaveformCacheTest, AChangedFileGetsItsNewShape)
 {
     const QUrl url = put(QStringLiteral("a.mp3"), 100);

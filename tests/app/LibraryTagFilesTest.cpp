@@ -1,14 +1,57 @@
 #include "app/LibraryTagFiles.h"
 #include "app/LibraryTagReader.h"
 
+#include "WaveformScrubber/WaveformCache.h"
+#include "app/EnvelopeUpkeep.h"
 #include "async/MainQueue.h"
+#include "async/TaskGroup.h"
 #include "async/ThreadExecutor.h"
+#include "core/library/files/FileEvents.h"
+#include "core/library/removal/Removal.h"
 #include "support/StoreFixture.h"
 #include "tags/AudioMetadataLoader.h"
 
+#include <QBuffer>
+#include <QImage>
 #include <QProcess>
 
 #include <future>
+
+namespace {
+
+/// The real Trash below a folder.
+class FolderTrashCan final : public TrashCan {
+public:
+    explicit FolderTrashCan(const QString& folder)
+        : m_trash(folder.toUtf8())
+    {
+    }
+    TrashedItem moveToTrash(const QUrl& url) override { return m_trash.moveToTrash(url.toLocalFile()); }
+    void restore(const TrashedItem& item) override { Trash::restore(item); }
+
+private:
+    Trash m_trash;
+};
+
+/// Hears the same tempo everywhere.
+class CountingAnalyser final : public AudioAnalyser {
+public:
+    int tempos = 0; ///< analyses that ran
+
+    bool estimatesTempo() const override { return true; }
+    BPMAnalysisOutcome analyzeBPM(const QUrl&, const BPMAnalysisMode&, std::stop_token) override
+    {
+        ++tempos;
+        return {BPMAnalysisOutcome::Case::Success, {.bpm = 124, .confidence = 0.8, .alternatives = {}}};
+    }
+};
+
+async::Task<> askFor(WaveformCache& cache, QUrl url, std::stop_token stop)
+{
+    co_await cache.samples(url, LowImpact::No, stop);
+}
+
+} // namespace
 
 /// The store on files of the disk: what is edited stands in them.
 class LibraryTagFilesTest : public testing::Test {
@@ -17,8 +60,14 @@ protected:
     {
         VelmoraLocalization::setLanguage(AppLanguage::Russian);
         preferences.keepsOtherTagEntriesAsked.set(true);
-        store =
-            std::make_unique<LibraryStore>(LibraryServices{clock, executor, preferences, notifications, files, reader});
+        store = std::make_unique<LibraryStore>(LibraryServices{.clock = clock,
+                                                               .executor = executor,
+                                                               .preferences = preferences,
+                                                               .notifications = notifications,
+                                                               .tagFiles = files,
+                                                               .tagReader = reader,
+                                                               .analyser = analyser,
+                                                               .trashCan = trashCan});
     }
     ~LibraryTagFilesTest() override
     {
@@ -67,6 +116,8 @@ protected:
     Notifications notifications;
     LibraryTagFiles files{folder.filePath(QStringLiteral("vault"))};
     LibraryTagReader reader{preferences};
+    CountingAnalyser analyser;
+    FolderTrashCan trashCan{folder.filePath(QStringLiteral("Trash"))};
     std::unique_ptr<LibraryStore> store;
 };
 
@@ -211,4 +262,62 @@ TEST(TerminationTest, FinishesTheFileInProgress)
     }
     EXPECT_EQ(finished, 1);
     EXPECT_EQ(files.calls.size(), 1);
+}
+
+TEST_F(LibraryTagFilesTest, WhatIsKnownOfTheSoundStandsWhenTheFileIsWrittenOrComesBack)
+{
+    int decodes = 0;
+    const auto extract = [&](const QUrl&, LowImpact, const std::stop_token&) {
+        ++decodes;
+        return std::vector<float>(kEnvelopeSampleCount, 0.5F);
+    };
+    const auto makeCache = [&] {
+        return std::make_unique<WaveformCache>(clock, executor, folder.filePath(QStringLiteral("cache")), extract);
+    };
+    auto cache = makeCache();
+    QObject context;
+    keepEnvelopes(store->fileEvents(), *cache, &context);
+    const Track track = add(QStringLiteral("a.mp3"));
+    store->imports().scheduleMetadataLoads({track}, Track::MetadataDestination::Library);
+    settle();
+    async::TaskGroup asking(1);
+    const auto ask = [&] {
+        asking.add([&cache, url = track.url()](std::stop_token stop) { return askFor(*cache, url, stop); });
+        settle();
+    };
+    ask();
+    store->tempo().detectBPM({track.id()});
+    settle();
+    ASSERT_EQ(decodes, 1);
+    ASSERT_EQ(analyser.tempos, 1);
+
+    store->tagWriting().assignGenre(QStringLiteral("House"), {track.id()});
+    settle();
+    EXPECT_EQ(onDisk(track).tags.genre, QStringLiteral("House"));
+    QImage image(32, 32, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    image.save(&buffer, "PNG");
+    store->artwork().assignArtwork(png, {track.id()});
+    settle();
+    store->removal().trashTracks({track.id()});
+    settle();
+    EXPECT_TRUE(store->workspace().tracks().isEmpty());
+    store->history().undo();
+    settle();
+    ASSERT_EQ(store->workspace().tracks().size(), 1);
+
+    EXPECT_TRUE(cache->cached(track.url()));
+    ask();
+    cache.reset();
+    settle();
+    cache = makeCache(); // the next start
+    ask();
+    EXPECT_TRUE(cache->cached(track.url()));
+    EXPECT_EQ(decodes, 1);
+    const TempoTables& tables = store->tempo().tempoTables();
+    EXPECT_TRUE(tables.estimatedBPMByFile.value(FileURL::standardizedPath(track.url())).matches(track.url()));
+    EXPECT_EQ(tables.estimatedBPMByTrackID.value(track.id()), QStringLiteral("124"));
+    EXPECT_EQ(analyser.tempos, 1);
 }

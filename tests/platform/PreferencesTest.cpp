@@ -26,6 +26,24 @@ protected:
 
 } // namespace
 
+TEST_F(PreferencesTest, WhatTheDiskRefusesIsToldAndWrittenWithTheNextChange)
+{
+    const QString file = folder.filePath(text("no folder"));
+    QFile blocking(file);
+    ASSERT_TRUE(blocking.open(QIODevice::WriteOnly));
+    Preferences refused(std::make_unique<SettingsFile>(file + text("/settings.ini")));
+    QSignalSpy told(&refused, &Preferences::saved);
+    refused.genreList.set(text("House"));
+    ASSERT_TRUE(told.wait());
+    EXPECT_EQ(told.takeFirst().first(), false);
+    ASSERT_TRUE(blocking.remove());
+    refused.seekStep.set(0.5);
+    ASSERT_TRUE(told.wait());
+    EXPECT_EQ(told.takeFirst().first(), true);
+    const Preferences reading(std::make_unique<SettingsFile>(file + text("/settings.ini")));
+    EXPECT_EQ(reading.genreList.get(), text("House"));
+}
+
 TEST_F(PreferencesTest, EveryKeyBelongsToOneValue)
 {
     // What shares a key with another value would overwrite it.

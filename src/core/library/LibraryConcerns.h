@@ -62,6 +62,7 @@ struct LibraryConcerns {
 
 private:
     void wireHistory();
+    void wirePreferences();
     void wireRemoval();
     void wireStoppedWrites();
     void wireOrder();

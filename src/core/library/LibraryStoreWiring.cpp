@@ -1,6 +1,7 @@
 #include "core/library/LibraryConcerns.h"
 
 #include "platform/Localization.h"
+#include "platform/Preferences.h"
 
 // The concerns are given what they stand on, in the order in which they are built, and signals that concern none of
 // them alone are tied together.
@@ -39,6 +40,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , session(sessionDependencies())
 {
     wireHistory();
+    wirePreferences();
     wireRemoval();
     wireStoppedWrites();
     wireOrder();
@@ -57,6 +59,19 @@ void LibraryConcerns::wireHistory()
     };
     QObject::connect(&history, &History::undone, &workspace, name(QStringLiteral("Отменено: %@"), StatusIcon::Undo));
     QObject::connect(&history, &History::redone, &workspace, name(QStringLiteral("Повторено: %@"), StatusIcon::Redo));
+}
+
+/// Nobody shall believe that a choice is kept which is not.
+void LibraryConcerns::wirePreferences()
+{
+    QObject::connect(&services.preferences, &Preferences::saved, &workspace, [this](bool isSaved) {
+        const QString about = QStringLiteral("preferences");
+        if (isSaved)
+            status.letGo(about);
+        else
+            status.hold(about,
+                        VelmoraLocalization::string(QStringLiteral("Настройки не сохраняются: диск не принял запись")));
+    });
 }
 
 /// The player moves on when its row goes. Rows that come back are read if they have not been, what was edited of them

@@ -86,7 +86,7 @@ TEST_F(SessionStorage, CheckpointsOfWhatAWriteLoses)
         if (!own.before.isNull())
             put(fresh.sessionFile(), own.before);
         if (own.newestAge >= 0) {
-            fresh.createCheckpoint("{}", false);
+            fresh.createCheckpoint("{}", WorkspaceSessionStorage::Kind::Automatic);
             age(fresh.archives().first().path, own.newestAge);
         }
         fresh.write(own.after, 1);
@@ -113,7 +113,7 @@ TEST_F(SessionStorage, AnOwnEarlierWriteIsKnownWithoutReadingIt)
 
 TEST_F(SessionStorage, TwelveAutomaticCheckpointsAndEveryManualOneStay)
 {
-    storage.createCheckpoint(session(50), true);
+    storage.createCheckpoint(session(50), WorkspaceSessionStorage::Kind::Manual);
     for (int rows = 20; rows >= 5; --rows) {
         storage.write(session(rows), 100 - rows);
         age(storage.archives().first().path, 0);
@@ -121,10 +121,28 @@ TEST_F(SessionStorage, TwelveAutomaticCheckpointsAndEveryManualOneStay)
     EXPECT_EQ(storage.automaticArchives().size(), 12);
     EXPECT_EQ(storage.archives().size(), 13);
     const QByteArray kept = session(50);
-    storage.createCheckpoint(kept, true);
-    storage.createCheckpoint(kept, true);
+    storage.createCheckpoint(kept, WorkspaceSessionStorage::Kind::Manual);
+    storage.createCheckpoint(kept, WorkspaceSessionStorage::Kind::Manual);
     EXPECT_EQ(storage.archives().size(), 14) << "the same bytes are kept once";
-    EXPECT_THROW(storage.createCheckpoint("{", true), SessionStorageError);
+    EXPECT_THROW(storage.createCheckpoint("{", WorkspaceSessionStorage::Kind::Manual), SessionStorageError);
+}
+
+TEST_F(SessionStorage, ACopyThatWasAskedForIsNotMadeAgainByTheWrite)
+{
+    const QByteArray replaced = session(50);
+    put(storage.sessionFile(), replaced);
+    storage.createCheckpoint(replaced, WorkspaceSessionStorage::Kind::Automatic);
+    storage.write(session(1), 1);
+    EXPECT_EQ(checkpoints().size(), 1);
+}
+
+TEST_F(SessionStorage, CopiesThatNameLeftOutFilesArePrunedOnTheirOwn)
+{
+    storage.createCheckpoint(session(1), WorkspaceSessionStorage::Kind::Automatic);
+    for (int rows = 1; rows <= 14; ++rows)
+        storage.createCheckpoint(session(rows), WorkspaceSessionStorage::Kind::LeftOut);
+    EXPECT_EQ(storage.archives().size(), 13);
+    EXPECT_EQ(storage.automaticArchives().size(), 1);
 }
 
 TEST_F(SessionStorage, OrderOfCheckpoints)
@@ -239,7 +257,7 @@ TEST_F(SessionStorage, TestProcessesLeaveTheFolderAlone)
     qputenv("VELMORA_TESTING", "1");
     WorkspaceSessionStorage real(folder.filePath(QStringLiteral("real")));
     real.write(session(1), 1);
-    real.createCheckpoint(session(1), true);
+    real.createCheckpoint(session(1), WorkspaceSessionStorage::Kind::Manual);
     real.writePendingRestore(session(1));
     EXPECT_FALSE(QFileInfo::exists(folder.filePath(QStringLiteral("real"))));
     put(real.sessionFile(), session(1));

@@ -226,10 +226,44 @@ TEST_F(SessionTest, MissingFilesAreSaidAndStayInACheckpoint)
     EXPECT_EQ(smallest, 1);
 }
 
+TEST_F(SessionTest, ASessionThatCannotBeSavedIsToldUntilOneIs)
+{
+    const QString warning = QStringLiteral("Список не сохраняется: на диске нет места");
+    const auto wait = [this](double seconds) {
+        clock.advance(async::seconds(seconds));
+        settle();
+    };
+    FailingFileCalls calls;
+    calls.failingName = "rename";
+    calls.error = ENOSPC;
+    fill(realRows(2));
+    settle();
+    EXPECT_TRUE(statusText().isEmpty()) << "once may be a moment's trouble";
+    wait(5);
+    EXPECT_EQ(statusText(), warning);
+    store->status().showStatus(QStringLiteral("Обложка уже сохраняется"), {}, WorkspaceStatus::Tone::Neutral);
+    EXPECT_NE(statusText(), warning);
+    wait(3.7);
+    EXPECT_EQ(statusText(), warning) << "it comes back when nothing else is said";
+    calls.failingName = {};
+    wait(5);
+    EXPECT_FALSE(workspace().workspaceStatus());
+    EXPECT_EQ(rowsStored(), 2) << "tried again without a change";
+    EXPECT_EQ(clock.pendingCount(), 0);
+}
+
+TEST_F(SessionTest, PreferencesThatAreNotSavedAreTold)
+{
+    emit preferences.saved(false);
+    EXPECT_EQ(statusText(), QStringLiteral("Настройки не сохраняются: диск не принял запись"));
+    emit preferences.saved(true);
+    EXPECT_FALSE(workspace().workspaceStatus());
+}
+
 TEST_F(SessionTest, ACopyThatCannotBeReadIsRefused)
 {
     const QString path = storage->backupFolder() + QStringLiteral("/workspace-session-backup-A.json");
-    storage->createCheckpoint("{\"tracks\":[]}", false);
+    storage->createCheckpoint("{\"tracks\":[]}", WorkspaceSessionStorage::Kind::Automatic);
     for (const QString& own : {path, storage->archives().first().path, storage->sessionFile()}) {
         session().restoreFromCheckpoint(QUrl::fromLocalFile(own));
         executor.runAll();

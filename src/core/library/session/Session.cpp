@@ -15,6 +15,8 @@
 #include "platform/Localization.h"
 #include "platform/Preferences.h"
 
+#include <cerrno>
+
 namespace {
 
 using Destination = Track::MetadataDestination;
@@ -25,6 +27,25 @@ constexpr double kFrame = 0.016;           // seconds
 constexpr double kSaveDelay = 0.35;        // seconds without a change
 constexpr double kLeftOutDuration = 12;    // seconds: it comes while the user looks at the list
 constexpr double kRestoreTextDuration = 6; // seconds
+constexpr double kRetryPause = 5;          // seconds; chosen: a full disk is seldom freed faster
+
+const QString kSaveWarning = QStringLiteral("session");
+
+/// Localisation key of why the session was not written.
+QString reasonOf(const SessionStorageError& error)
+{
+    switch (error.code()) {
+    case ENOSPC:
+    case EDQUOT:
+        return QStringLiteral("на диске нет места");
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return QStringLiteral("нет прав на запись");
+    default:
+        return QStringLiteral("диск не принял запись");
+    }
+}
 
 /// Nothing that goes wrong with a file may keep the program from working.
 std::optional<WorkspaceLoad::Result> loadQuietly(WorkspaceSessionStorage& storage, const QByteArray& legacyBytes)
@@ -161,14 +182,39 @@ async::Task<> Session::writeTask(SessionRecord record, qint64 revision, std::sto
     const QByteArray data = co_await executor.run(async::Priority::Utility, stop, std::move(encoding));
     if (revision != m_saveRevision)
         co_return;
-    auto writing = [storage, data, revision](std::stop_token) {
+    auto writing = [storage, data, revision](std::stop_token) -> std::optional<SessionStorageError> {
         try {
             storage->write(data, revision);
-        } catch (const SessionStorageError&) {
-            // The old file stands; the next change tries again.
+            return std::nullopt;
+        } catch (const SessionStorageError& error) {
+            return error; // the old file stands
         }
     };
-    co_await executor.run(async::Priority::Utility, stop, std::move(writing));
+    const std::optional<SessionStorageError> failure =
+        co_await executor.run(async::Priority::Utility, stop, std::move(writing));
+    saved(failure);
+}
+
+/// What fails once may have been a moment's trouble.
+void Session::saved(const std::optional<SessionStorageError>& failure)
+{
+    if (!failure) {
+        m_failedSaves = 0;
+        m_retryTask.cancel();
+        m_dependencies.status.letGo(kSaveWarning);
+        return;
+    }
+    if (++m_failedSaves > 1)
+        m_dependencies.status.hold(kSaveWarning,
+                                   VelmoraLocalization::format(QStringLiteral("Список не сохраняется: %@"),
+                                                               {VelmoraLocalization::string(reasonOf(*failure))}));
+    m_retryTask.start([this](std::stop_token stop) { return retryLater(std::move(stop)); });
+}
+
+async::Task<> Session::retryLater(std::stop_token stop)
+{
+    co_await m_dependencies.clock.sleep(async::seconds(kRetryPause), stop);
+    saveWorkspaceSessionNow();
 }
 
 void Session::saveWorkspaceSessionSynchronouslyForTermination()

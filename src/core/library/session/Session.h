@@ -18,6 +18,7 @@ class Preferences;
 class Selection;
 class StatusLine;
 class Tempo;
+class SessionStorageError;
 class Waveforms;
 class Workspace;
 class WorkspaceSessionStorage;
@@ -58,8 +59,8 @@ public:
     void restore();
     /// Saves once nothing has changed for 0.35 s. Not during a restore, nor while read tags are put in.
     void scheduleWorkspaceSave();
-    /// Starts a save in the background at once; a running one is overtaken. Errors are passed over: the next change
-    /// tries again.
+    /// Starts a save in the background at once; a running one is overtaken. One that fails is tried again after a while
+    /// and with the next change; when it fails again the status line says so until one succeeds.
     void saveWorkspaceSessionNow();
     /// Saves before it returns.
     void saveWorkspaceSessionSynchronouslyForTermination();
@@ -91,16 +92,20 @@ private:
     async::Task<> preloadInSlices(QList<QUrl> urls, std::stop_token stop);
     async::Task<> saveLater(std::stop_token stop);
     async::Task<> writeTask(SessionRecord record, qint64 revision, std::stop_token stop);
+    void saved(const std::optional<SessionStorageError>& failure);
+    async::Task<> retryLater(std::stop_token stop);
     async::Task<> listTask(std::function<void(const QList<Checkpoint>&)> listed, std::stop_token stop);
     async::Task<> pendingTask(QString path, std::stop_token stop);
 
     Dependencies m_dependencies;
     qint64 m_saveRevision = 0;
+    int m_failedSaves = 0; ///< since the last one that succeeded
     int m_leftOut = 0;
     async::TaskSlot m_restoreTask;
     async::TaskSlot m_waveformTask;
     async::TaskSlot m_saveTask; ///< waits for quiet
     async::TaskSlot m_writeTask;
+    async::TaskSlot m_retryTask;
     async::TaskSlot m_listTask;
     async::TaskSlot m_pendingTask;
 };

@@ -60,7 +60,7 @@ QList<Value> presentOf(const QList<Value>& list, const std::vector<bool>& presen
 void keepNamed(WorkspaceSessionStorage& storage, const QByteArray& bytes)
 {
     try {
-        storage.createCheckpoint(bytes, true);
+        storage.createCheckpoint(bytes, WorkspaceSessionStorage::Kind::LeftOut);
     } catch (const SessionStorageError&) {
         // Said by the count alone, then; the file itself still names them until the next save.
     }
@@ -133,7 +133,7 @@ void keepReplaced(WorkspaceSessionStorage& storage)
     if (!counts || counts->tracks < 1)
         return;
     try {
-        storage.createCheckpoint(*present, false);
+        storage.createCheckpoint(*present, WorkspaceSessionStorage::Kind::Automatic);
     } catch (const SessionStorageError&) {
         // A full disk; the restore that the user asked for goes on.
     }

@@ -7,6 +7,7 @@
 #include "platform/json/StoredForms.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 
@@ -21,11 +22,30 @@ constexpr qint64 kMaximumBytes = qint64(1) << 30; // some two million rows; more
 // Names on disk, never change.
 constexpr QLatin1StringView kAutomaticPrefix("workspace-session-backup-");
 constexpr QLatin1StringView kManualPrefix("workspace-session-manual-");
+constexpr QLatin1StringView kLeftOutPrefix("workspace-session-leftout-");
 constexpr QLatin1StringView kEnding(".json");
 
 QByteArray encoded(const QString& path)
 {
     return QFile::encodeName(path);
+}
+
+QLatin1StringView prefixOf(WorkspaceSessionStorage::Kind kind)
+{
+    switch (kind) {
+    case WorkspaceSessionStorage::Kind::Manual:
+        return kManualPrefix;
+    case WorkspaceSessionStorage::Kind::LeftOut:
+        return kLeftOutPrefix;
+    case WorkspaceSessionStorage::Kind::Automatic:
+        break;
+    }
+    return kAutomaticPrefix;
+}
+
+QByteArray digestOf(const QByteArray& data)
+{
+    return QCryptographicHash::hash(data, QCryptographicHash::Sha256);
 }
 
 std::optional<timespec> dateOf(const QString& path)
@@ -140,10 +160,10 @@ void WorkspaceSessionStorage::keepOldFileLocked(const std::optional<Counts>& fre
         return;
     if (!old)
         old = AtomicFile::read(encoded(sessionFile()), kMaximumBytes);
-    if (!old)
+    if (!old || digestOf(*old) == m_copied)
         return;
     try {
-        createCheckpointLocked(*old, false);
+        createCheckpointLocked(*old, Kind::Automatic);
     } catch (const SessionStorageError&) {
         // The write itself is worth more than the copy of what was.
     }
@@ -173,7 +193,7 @@ void WorkspaceSessionStorage::noteWrittenLocked(const std::optional<Counts>& cou
 
 bool WorkspaceSessionStorage::isCheckpointDueLocked() const
 {
-    const QList<Checkpoint> automatic = automaticLocked();
+    const QList<Checkpoint> automatic = listLocked(Kind::Automatic);
     if (automatic.isEmpty())
         return true;
     const std::optional<timespec> date = dateOf(automatic.first().path);
@@ -237,7 +257,7 @@ QList<WorkspaceSessionStorage::Checkpoint> WorkspaceSessionStorage::automaticArc
     if (isOff())
         return {};
     const std::lock_guard guard(m_lock);
-    return automaticLocked();
+    return listLocked(Kind::Automatic);
 }
 
 std::optional<QByteArray> WorkspaceSessionStorage::readCheckpoint(const QString& path)
@@ -251,62 +271,63 @@ std::optional<QByteArray> WorkspaceSessionStorage::readCheckpoint(const QString&
     return AtomicFile::read(encoded(path), kMaximumBytes);
 }
 
-void WorkspaceSessionStorage::createCheckpoint(const QByteArray& data, bool keepForever)
+void WorkspaceSessionStorage::createCheckpoint(const QByteArray& data, Kind kind)
 {
     if (isOff())
         return;
     const std::lock_guard guard(m_lock);
-    if (keepForever) {
-        const QList<Checkpoint> all = listLocked();
-        const auto newest = std::ranges::find(all, true, &Checkpoint::isManual);
-        if (newest != all.end() && AtomicFile::read(encoded(newest->path), kMaximumBytes) == data)
+    if (kind != Kind::Automatic) {
+        const QList<Checkpoint> own = listLocked(kind);
+        if (!own.isEmpty() && AtomicFile::read(encoded(own.first().path), kMaximumBytes) == data)
             return;
     }
-    createCheckpointLocked(data, keepForever);
+    createCheckpointLocked(data, kind);
+    if (kind == Kind::Automatic)
+        m_copied = digestOf(data);
 }
 
-void WorkspaceSessionStorage::createCheckpointLocked(const QByteArray& data, bool manual)
+void WorkspaceSessionStorage::createCheckpointLocked(const QByteArray& data, Kind kind)
 {
     if (!JsonReader::isValid(data))
         throw SessionStorageError(SessionStorageError::Case::InvalidValue, 0);
     makeFolderLocked(backupFolder());
-    const QString name =
-        (manual ? kManualPrefix : kAutomaticPrefix) + QString::fromLatin1(StoredForms::uuidText(freshID())) + kEnding;
+    const QString name = prefixOf(kind) + QString::fromLatin1(StoredForms::uuidText(freshID())) + kEnding;
     if (const int error = AtomicFile::write(encoded(backupFolder() + u'/' + name), data))
         throw SessionStorageError(SessionStorageError::Case::NotWritten, error);
-    if (!manual)
-        pruneLocked();
+    if (kind != Kind::Manual)
+        pruneLocked(kind);
 }
 
 QList<WorkspaceSessionStorage::Checkpoint> WorkspaceSessionStorage::listLocked() const
 {
+    constexpr Kind kKinds[] = {Kind::Automatic, Kind::Manual, Kind::LeftOut};
     QList<Checkpoint> found;
     const QStringList names = QDir(backupFolder()).entryList(QDir::Files | QDir::Hidden, QDir::NoSort);
     for (const QString& name : names) {
-        const bool isManual = name.startsWith(kManualPrefix);
-        if ((!isManual && !name.startsWith(kAutomaticPrefix)) || !name.endsWith(kEnding))
+        const auto kind = std::ranges::find_if(kKinds, [&](Kind each) { return name.startsWith(prefixOf(each)); });
+        if (kind == std::end(kKinds) || !name.endsWith(kEnding))
             continue;
         const QString path = backupFolder() + u'/' + name;
         constexpr timespec kDistantPast{std::numeric_limits<time_t>::min(), 0};
-        found.append({path, dateOf(path).value_or(kDistantPast), isManual});
+        found.append({path, dateOf(path).value_or(kDistantPast), *kind});
     }
     std::ranges::sort(found, isNewer);
     return found;
 }
 
-QList<WorkspaceSessionStorage::Checkpoint> WorkspaceSessionStorage::automaticLocked() const
+QList<WorkspaceSessionStorage::Checkpoint> WorkspaceSessionStorage::listLocked(Kind kind) const
 {
     QList<Checkpoint> found = listLocked();
-    found.removeIf([](const Checkpoint& checkpoint) { return checkpoint.isManual; });
+    found.removeIf([kind](const Checkpoint& checkpoint) { return checkpoint.kind != kind; });
     return found;
 }
 
-/// Lets the oldest automatic checkpoints go, and what stopped writes left beside them.
-void WorkspaceSessionStorage::pruneLocked() const
+/// Lets the oldest checkpoints of a kind go, and what stopped writes left beside them.
+void WorkspaceSessionStorage::pruneLocked(Kind kind) const
 {
-    const QList<Checkpoint> automatic = automaticLocked();
-    for (qsizetype i = m_options.maximumCheckpoints; i < automatic.size(); ++i)
-        FileCalls::current().remove(encoded(automatic[i].path));
+    const QList<Checkpoint> own = listLocked(kind);
+    for (qsizetype i = m_options.maximumCheckpoints; i < own.size(); ++i)
+        FileCalls::current().remove(encoded(own[i].path));
     const QString unfinished =
         QStringLiteral("workspace-session-*") + kEnding + QLatin1StringView(AtomicFile::kUnfinishedEnding);
     for (const QString& name : QDir(backupFolder()).entryList({unfinished}, QDir::Files))

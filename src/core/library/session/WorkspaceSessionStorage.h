@@ -34,14 +34,20 @@ public:
     struct Options {
         bool skipInTests = true;
         double checkpointInterval = 900; ///< seconds between two copies that nothing else asks for
-        int maximumCheckpoints = 12;     ///< automatic ones that stay
+        int maximumCheckpoints = 12;     ///< of each kind that stay, but manual ones
         bool isOff = false;              ///< nothing is kept at all
+    };
+    /// Why a copy is kept.
+    enum class Kind {
+        Automatic, ///< before a write that loses something, and now and then; twelve stay
+        Manual,    ///< never deleted
+        LeftOut,   ///< names files that a start did not find; twelve stay
     };
     /// A copy of an earlier session.
     struct Checkpoint {
         QString path;
         timespec date{}; ///< of its file; the distant past if it cannot be read
-        bool isManual = false;
+        Kind kind = Kind::Automatic;
     };
 
     explicit WorkspaceSessionStorage(QString folder) // a default argument would need Options complete
@@ -82,9 +88,9 @@ public:
     QList<Checkpoint> automaticArchives();
     /// The bytes of a checkpoint of the list; nothing for any other path or if it cannot be read.
     std::optional<QByteArray> readCheckpoint(const QString& path);
-    /// Copies a session that is about to lose something. \param keepForever not counted and never deleted; not made if
-    /// the newest such copy holds the same bytes. Throws SessionStorageError.
-    void createCheckpoint(const QByteArray& data, bool keepForever);
+    /// Copies a session that is about to lose something. A write makes no further copy of the bytes of an automatic
+    /// one; another one is not made if the newest of its kind holds the same. Throws SessionStorageError.
+    void createCheckpoint(const QByteArray& data, Kind kind);
 
 private:
     using Counts = SessionCoding::Counts;
@@ -98,14 +104,14 @@ private:
         Counts counts;
     };
 
-    void createCheckpointLocked(const QByteArray& data, bool manual);
+    void createCheckpointLocked(const QByteArray& data, Kind kind);
     QList<Checkpoint> listLocked() const;
-    QList<Checkpoint> automaticLocked() const;
+    QList<Checkpoint> listLocked(Kind kind) const;
     void keepOldFileLocked(const std::optional<Counts>& fresh);
     std::optional<Counts> knownCounts() const;
     bool isCheckpointDueLocked() const;
     void noteWrittenLocked(const std::optional<Counts>& counts);
-    void pruneLocked() const;
+    void pruneLocked(Kind kind) const;
     void makeFolderLocked(const QString& path) const;
 
     const QString m_folder;
@@ -114,4 +120,5 @@ private:
     qint64 m_latestWrittenRevision = -1;
     bool m_clearPendingAfterWrite = false;
     std::optional<Stamp> m_lastWritten;
+    QByteArray m_copied; ///< digest of the automatic copy that was asked for last
 };

@@ -34,5 +34,36 @@ async::Task<> StatusLine::clearLater(QUuid id, double duration, std::stop_token 
     co_await m_clock.sleep(async::seconds(duration), stop);
     const std::optional<WorkspaceStatus>& status = m_workspace.workspaceStatus();
     if (status && status->id == id)
+        showHeld();
+}
+
+void StatusLine::hold(const QString& about, const QString& text)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (m_held.value(about) == text)
+        return;
+    m_held.insert(about, text);
+    const std::optional<WorkspaceStatus>& status = m_workspace.workspaceStatus();
+    if (!status || status->id == m_shownHeld)
+        showHeld();
+}
+
+void StatusLine::letGo(const QString& about)
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    const std::optional<WorkspaceStatus>& status = m_workspace.workspaceStatus();
+    if (m_held.remove(about) > 0 && status && status->id == m_shownHeld)
+        showHeld();
+}
+
+/// A warning, or nothing where there is none.
+void StatusLine::showHeld()
+{
+    if (m_held.isEmpty()) {
         m_workspace.setWorkspaceStatus(std::nullopt);
+        return;
+    }
+    m_shownHeld = freshID();
+    m_workspace.setWorkspaceStatus(
+        WorkspaceStatus{m_shownHeld, StatusIcon::Warning, m_held.first(), WorkspaceStatus::Tone::Warning});
 }
