@@ -38,8 +38,7 @@ class CountingAnalyser final : public AudioAnalyser {
 public:
     int tempos = 0; ///< analyses that ran
 
-    bool estimatesTempo() const override { return true; }
-    BPMAnalysisOutcome analyzeBPM(const QUrl&, const BPMAnalysisMode&, std::stop_token) override
+    BPMAnalysisOutcome tempo(const QUrl&, const BPMAnalysisMode&, std::stop_token) override
     {
         ++tempos;
         return {BPMAnalysisOutcome::Case::Success, {.bpm = 124, .confidence = 0.8, .alternatives = {}}};

@@ -198,6 +198,17 @@ TEST_F(WaveformViewsTest, RowsShowWhatTheDiskHoldsAndWhatArrives)
     EXPECT_TRUE(QDir(folder.filePath(QStringLiteral("waveforms"))).isEmpty(QDir::Files));
 }
 
+TEST_F(WaveformViewsTest, WhatArrivesWhileTheDiskIsAskedIsDrawn)
+{
+    start(1); // the row was painted: the disk is being asked
+    rowWaveforms().arrived(tracks[0].url());
+    executor.runAll(); // and knew nothing yet
+    store(tracks[0]);
+    table().viewport()->repaint();
+    turn();
+    EXPECT_GE(pixels(0, window->theme().colours().text3), 60);
+}
+
 TEST_F(WaveformViewsTest, ThePlayedPartOfARowRepaintsItsStripAlone)
 {
     start(5);

@@ -1,6 +1,7 @@
 #include "support/StoreFixture.h"
 
 #include "async/MainQueue.h"
+#include "core/library/removal/Removal.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,6 +53,32 @@ TEST_F(ImportsTest, FilesBecomeRowsAtOnceInTheOrderOfTheirPaths)
     EXPECT_EQ(waveformURLs.size(), 4);
     settle();
     EXPECT_EQ(readURLs.size(), 4);
+}
+
+TEST_F(ImportsTest, AFileThatComesFromElsewhereBetweenTheSlicesGetsNoSecondRow)
+{
+    for (int number = 0; number < 250; ++number)
+        file(QStringLiteral("%1.mp3").arg(number, 3, 10, QLatin1Char('0')));
+    const Track late = track(folder.filePath(QStringLiteral("249.mp3")));
+    fill({late});
+    store->removal().removeTracksFromPlaylist(ids({late}));
+    QList<TrackID> answered;
+    imports().importURLs({root()}, [&](const Imports::Outcome& outcome) { answered = outcome.ids; });
+    executor.runOne();
+    ASSERT_EQ(workspace().tracks().size(), 200);
+    history().undo();
+    settle();
+    EXPECT_EQ(workspace().tracks().size(), 250);
+    EXPECT_EQ(answered.size(), 250);
+    EXPECT_TRUE(workspace().tracks().contains(late.id()));
+    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в плейлист: 249"));
+
+    imports().importForAnalysis({root()});
+    executor.runOne();
+    ASSERT_EQ(workspace().analysisTracks().size(), 200);
+    store->sending().addTracksToAnalysis(ids({late}));
+    settle();
+    EXPECT_EQ(workspace().analysisTracks().size(), 250);
 }
 
 TEST_F(ImportsTest, AKnownFileNeverGetsASecondRow)

@@ -1,6 +1,7 @@
 #include "core/library/removal/Removal.h"
 
 #include "async/MainQueue.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/files/FileLocks.h"
 #include "support/StoreFixture.h"
 
@@ -86,7 +87,8 @@ TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
     EXPECT_TRUE(statusText().isEmpty());
     history().undo();
     settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c})) << "a step that came to nothing is not in the way";
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}))
+        << "a step that came to nothing is not in the way";
 }
 
 TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
@@ -131,6 +133,43 @@ TEST_F(RemovalTrashTest, AFileGoesOnlyAfterTheWriteIntoIt)
     settle();
     EXPECT_TRUE(files.calls.isEmpty());
     EXPECT_TRUE(lastError().isEmpty());
+}
+
+TEST_F(RemovalTrashTest, AFilesPathStaysLockedUntilItsRowIsGone)
+{
+    Track edited = a;
+    edited.setTagSource(Track::TagSource::Read);
+    fill({edited, b});
+    removal().trashTracks(ids({a, b}));
+    executor.runOne();
+    ASSERT_EQ(trashCan.asked, QList<QUrl>{a.url()});
+    ASSERT_TRUE(workspace().tracks().contains(a.id())) << "it waits for the others";
+    files.before = [this](const FakeTagFiles::Call&) {
+        EXPECT_FALSE(workspace().tracks().contains(a.id())) << "whoever waits for the file comes after its row is gone";
+    };
+    store->tagWriting().saver().write(a.id(), TagField::Genre);
+    settle();
+    EXPECT_TRUE(lastError().isEmpty());
+    files.before = {};
+    undoAll();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
+}
+
+TEST_F(RemovalTrashTest, WhoeverHoldsAFileHearsOfItsMoves)
+{
+    fill({a, b});
+    QStringList told;
+    QObject::connect(&store->fileEvents(), &FileEvents::changed, [&](const FileChange& change) {
+        using Kind = FileChange::Kind;
+        EXPECT_EQ(change.url, change.former);
+        EXPECT_TRUE(change.isSoundSame);
+        told.append(FileURL::lastPathComponent(change.url) + (change.kind == Kind::Trashed ? u'-' : u'+'));
+    });
+    trashCan.errors = {{b.url(), Case::noPermission}};
+    removal().trashTracks(ids({a, b}));
+    settle();
+    undoAll();
+    EXPECT_EQ(told, QStringList({QStringLiteral("a.mp3-"), QStringLiteral("a.mp3+")}));
 }
 
 TEST_F(RemovalTrashTest, UndoWaitsForTheMoveThatIsUnderWay)

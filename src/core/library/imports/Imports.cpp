@@ -86,13 +86,12 @@ async::Task<> Imports::completePlaylistImport(AudioFileList::Expansion expansion
         workspace.setTracks(ImportPlan::withMembership(workspace.tracks(), split.knownRows, {.playlist = true}));
         m_dependencies.tempo.detectBPM(QSet<TrackID>(ids.cbegin(), ids.cend()));
     }
-    if (!split.freshURLs.isEmpty()) {
-        const ImportPlan::Membership joining{.playlist = true};
-        const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
-        ids.append(added);
-        m_dependencies.waveforms.preloadWaveforms(split.freshURLs);
-    }
-    announceAdded(QStringLiteral("Добавлено в плейлист: %d"), split.freshURLs.size(), expansion.leftOut(),
+    const ImportPlan::Membership joining{.playlist = true};
+    const Appended appended = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
+    ids.append(appended.ids);
+    if (!appended.added.isEmpty())
+        m_dependencies.waveforms.preloadWaveforms(appended.addedURLs);
+    announceAdded(QStringLiteral("Добавлено в плейлист: %d"), appended.added.size(), expansion.leftOut(),
                   StatusIcon::Playlist);
     if (completion)
         completion({ids, expansion.leftOut()});
@@ -107,23 +106,36 @@ void Imports::forgetScrollPositionIfEmpty()
     m_dependencies.preferences.playlistScrollAnchorTrackID.remove();
 }
 
-async::Task<QList<TrackID>> Imports::appendInSlices(Destination destination, QList<QUrl> urls,
-                                                    ImportPlan::Membership membership, std::stop_token stop)
+/// Between slices rows may come to the list from elsewhere, out of the history or from another section: then each
+/// location is looked for again, so that no file gets two rows.
+async::Task<Imports::Appended> Imports::appendInSlices(Destination destination, QList<QUrl> urls,
+                                                       ImportPlan::Membership membership, std::stop_token stop)
 {
     Workspace& workspace = m_dependencies.workspace;
-    QList<TrackID> ids;
+    quint64 known = workspace.listRevision();
+    Appended result;
     QList<Track> added;
     for (qsizetype first = 0; first < urls.size(); first += kSlice) {
-        const QList<Track> slice = ImportPlan::freshTracks(urls.mid(first, kSlice), membership);
-        workspace.setList(destination, workspace.list(destination).rows() + slice);
+        ImportPlan::Split split{{}, urls.mid(first, kSlice)};
+        if (workspace.listRevision() != known)
+            split = ImportPlan::split(workspace.list(destination), split.freshURLs);
+        for (const int row : std::as_const(split.knownRows))
+            result.ids.append(workspace.list(destination).at(row).id());
+        const QList<Track> slice = ImportPlan::freshTracks(split.freshURLs, membership);
+        workspace.setList(destination,
+                          ImportPlan::withMembership(workspace.list(destination), split.knownRows, membership) + slice);
+        known = workspace.listRevision();
         added.append(slice);
-        for (const Track& track : slice)
-            ids.append(track.id());
+        result.addedURLs.append(split.freshURLs);
+        for (const Track& track : slice) {
+            result.ids.append(track.id());
+            result.added.insert(track.id());
+        }
         if (first + kSlice < urls.size())
             co_await m_dependencies.clock.sleep(async::seconds(kSlicePause), stop);
     }
     m_dependencies.loads.schedule(added, destination);
-    co_return ids;
+    co_return result;
 }
 
 void Imports::announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut, StatusIcon icon)
@@ -176,11 +188,9 @@ async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, C
     }
     if (!ids.isEmpty())
         workspace.setTracks(ImportPlan::withMembership(workspace.tracks(), split.knownRows, {.covers = true}));
-    if (!split.freshURLs.isEmpty()) {
-        const ImportPlan::Membership joining{.covers = true};
-        const QList<TrackID> added = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
-        ids.append(added);
-    }
+    const ImportPlan::Membership joining{.covers = true};
+    const Appended appended = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
+    ids.append(appended.ids);
     announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.leftOut(), StatusIcon::Covers);
     if (completion)
         completion({ids, expansion.leftOut()});
@@ -228,13 +238,10 @@ async::Task<> Imports::completeSectionImport(const SectionImport* section, Audio
 {
     const ImportPlan::Split split =
         ImportPlan::split(m_dependencies.workspace.list(section->destination), expansion.files);
-    if (!split.freshURLs.isEmpty()) {
-        const ImportPlan::Membership none;
-        const QList<TrackID> added = co_await appendInSlices(section->destination, split.freshURLs, none, stop);
-        if (section->wantsQuality)
-            emit qualityWanted(QSet<TrackID>(added.cbegin(), added.cend()));
-    }
-    announceAdded(section->message, section->message.isEmpty() ? 0 : split.freshURLs.size(), expansion.leftOut(),
+    const Appended appended = co_await appendInSlices(section->destination, split.freshURLs, {}, stop);
+    if (section->wantsQuality && !appended.added.isEmpty())
+        emit qualityWanted(appended.added);
+    announceAdded(section->message, section->message.isEmpty() ? 0 : appended.added.size(), expansion.leftOut(),
                   section->icon);
 }
 

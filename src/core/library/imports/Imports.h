@@ -93,6 +93,12 @@ Q_SIGNALS:
 
 private:
     struct SectionImport;
+    /// What the slices of an import came to.
+    struct Appended {
+        QList<TrackID> ids; ///< all, those of files that came to the list meanwhile among them
+        QSet<TrackID> added;
+        QList<QUrl> addedURLs;
+    };
     using Expanded = std::function<void(const AudioFileList::Expansion&)>;
 
     void expandThen(const QList<QUrl>& urls, bool (*isWanted)(QStringView), Expanded then);
@@ -103,8 +109,8 @@ private:
     async::Task<> completeCoverImport(AudioFileList::Expansion expansion, Completion completion, std::stop_token stop);
     async::Task<> completeSectionImport(const SectionImport* section, AudioFileList::Expansion expansion,
                                         std::stop_token stop);
-    async::Task<QList<TrackID>> appendInSlices(Track::MetadataDestination destination, QList<QUrl> urls,
-                                               ImportPlan::Membership membership, std::stop_token stop);
+    async::Task<Appended> appendInSlices(Track::MetadataDestination destination, QList<QUrl> urls,
+                                         ImportPlan::Membership membership, std::stop_token stop);
     void forgetScrollPositionIfEmpty();
 
     Dependencies m_dependencies;
