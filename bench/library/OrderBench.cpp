@@ -9,6 +9,7 @@
 #include "platform/Notifications.h"
 #include "platform/Preferences.h"
 #include "support/ManualClock.h"
+#include "work/Scheduler.h"
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
@@ -60,13 +61,10 @@ struct Library {
     Notifications notifications;
     Workspace workspace;
     TempoResults tempo;
-    Order order{{workspace, tempo, preferences, notifications, clock, {}, {}, {}, {}, {}, {}}};
+    Scheduler scheduler{clock};
+    Order order{{workspace, tempo, preferences, notifications, scheduler, clock}};
 
-    explicit Library(const QList<Track>& tracks)
-    {
-        workspace.tracksUpkeep = [this](const ListChange& change) { order.tracksChanged(change); };
-        workspace.setTracks(tracks);
-    }
+    explicit Library(const QList<Track>& tracks) { workspace.setTracks(tracks); }
 
     /// Another tempo for a row in the middle, up to the finished rows.
     void changeOneRow(int round)
@@ -132,9 +130,9 @@ int main(int argc, char** argv)
         });
     Library& library = *fresh;
     report("one row changed, the list alone", {}, [&](int round) {
-        const auto upkeep = std::exchange(library.workspace.tracksUpkeep, {});
+        library.workspace.disconnect(&library.order);
         library.changeOneRow(round);
-        library.workspace.tracksUpkeep = upkeep;
+        QObject::connect(&library.workspace, &Workspace::tracksUpkeep, &library.order, &Order::tracksChanged);
     });
     library.order.tracksChanged({});
     library.order.playlistTracks();
