@@ -75,6 +75,10 @@
     </translation>
   </message>
   <message>
+    <source>Velmora закроется, когда правки будут записаны</source>
+    <translation>Velmora closes when the edits are written</translation>
+  </message>
+  <message>
     <source>Velmora уже запущена, но не отвечает</source>
     <translation>Velmora is running already but does not answer</translation>
   </message>
@@ -189,6 +193,10 @@
   <message>
     <source>В файле нет ничего лишнего</source>
     <translation>The file holds nothing else</translation>
+  </message>
+  <message>
+    <source>В файлы не записано: %d</source>
+    <translation>Not written to files: %d</translation>
   </message>
   <message>
     <source>В файлы этого формата обложка не записывается</source>
@@ -387,6 +395,10 @@
     <translation>Wait until the covers being written are done</translation>
   </message>
   <message>
+    <source>Дописать и выйти</source>
+    <translation>Write them and quit</translation>
+  </message>
+  <message>
     <source>Другие варианты даст новое определение</source>
     <translation>Finding the tempo again brings alternatives</translation>
   </message>
@@ -401,6 +413,10 @@
   <message>
     <source>Есть обложка</source>
     <translation>Has a cover</translation>
+  </message>
+  <message>
+    <source>Есть правки, которых ещё нет в файлах</source>
+    <translation>Some edits are not in their files yet</translation>
   </message>
   <message>
     <source>Жанр</source>
@@ -435,6 +451,10 @@
     <translation>Write to tags</translation>
   </message>
   <message>
+    <source>Записать ещё раз: %d</source>
+    <translation>Write again: %d</translation>
+  </message>
+  <message>
     <source>Записать темп</source>
     <translation>Write Tempo</translation>
   </message>
@@ -445,6 +465,22 @@
   <message>
     <source>Записать тональность</source>
     <translation>Write key</translation>
+  </message>
+  <message>
+    <source>Записываем альбом «%@»: %d</source>
+    <translation>Writing album “%@”: %d</translation>
+  </message>
+  <message>
+    <source>Записываем жанр «%@»: %d</source>
+    <translation>Writing genre “%@”: %d</translation>
+  </message>
+  <message>
+    <source>Записываем комментарий «%@»: %d</source>
+    <translation>Writing comment “%@”: %d</translation>
+  </message>
+  <message>
+    <source>Записываем теги: %d</source>
+    <translation>Writing tags: %d</translation>
   </message>
   <message>
     <source>Запись остановлена, в файлы не записано: %d</source>
@@ -517,6 +553,10 @@
   <message>
     <source>Исходные теги файла %@ не удалось сохранить в копию, поэтому файл не изменён.</source>
     <translation>The original tags of the file %@ could not be backed up, so the file was not changed.</translation>
+  </message>
+  <message>
+    <source>Исходных тегов этих файлов нет: Velmora их не меняла</source>
+    <translation>There are no original tags of these files: Velmora has not changed them</translation>
   </message>
   <message>
     <source>Ключ</source>
@@ -649,6 +689,10 @@
   <message>
     <source>Не в избранном</source>
     <translation>Not in favorites</translation>
+  </message>
+  <message>
+    <source>Не выходить</source>
+    <translation>Do not quit</translation>
   </message>
   <message>
     <source>Не записано в файл: %@</source>
@@ -847,6 +891,10 @@
     <translation>Orange</translation>
   </message>
   <message>
+    <source>Оставить до следующего запуска</source>
+    <translation>Keep until the next start</translation>
+  </message>
+  <message>
     <source>Оставлять обложку и прочее</source>
     <translation>Keep cover and other fields</translation>
   </message>
@@ -921,6 +969,18 @@
   <message>
     <source>Очистить кэш волн</source>
     <translation>Empty the waveform cache</translation>
+  </message>
+  <message>
+    <source>Очищаем альбом: %d</source>
+    <translation>Clearing album: %d</translation>
+  </message>
+  <message>
+    <source>Очищаем жанр: %d</source>
+    <translation>Clearing genre: %d</translation>
+  </message>
+  <message>
+    <source>Очищаем комментарий: %d</source>
+    <translation>Clearing comment: %d</translation>
   </message>
   <message>
     <source>Пауза</source>
@@ -1051,6 +1111,10 @@
     <translation>Edits for %@ are not saved</translation>
   </message>
   <message>
+    <source>Правки не удалось сохранить до следующего запуска</source>
+    <translation>The edits could not be kept until the next start</translation>
+  </message>
+  <message>
     <source>Правки тегов не сохранены. Чтобы выйти без них, закройте окно ещё раз</source>
     <translation>Edits of tags are not saved. Close the window again to leave without them</translation>
   </message>
@@ -1073,6 +1137,10 @@
   <message>
     <source>Присвоить комментарий</source>
     <translation>Assign Comment</translation>
+  </message>
+  <message>
+    <source>Присвоить обложку</source>
+    <translation>Assign Cover</translation>
   </message>
   <message>
     <source>Присвоить обложку…</source>
@@ -1455,6 +1523,10 @@
   <message>
     <source>Файлов не найдено при запуске: %d</source>
     <translation>Files not found at the start: %d</translation>
+  </message>
+  <message>
+    <source>Файлов с такими правками: %d. Их можно дописать сейчас или оставить до следующего запуска: тогда Velmora запишет их сама.</source>
+    <translation>Files with such edits: %d. They can be written now, or kept until the next start: Velmora writes them then.</translation>
   </message>
   <message>
     <source>Файлы будут перемещены в Корзину macOS. Количество: %d.</source>

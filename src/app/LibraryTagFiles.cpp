@@ -75,3 +75,15 @@ void LibraryTagFiles::restoreOriginal(const QUrl& url)
 {
     run([&] { m_vault.restore(url); });
 }
+
+QByteArray LibraryTagFiles::present(const QUrl& url)
+{
+    QByteArray tags;
+    run([&] { tags = TagVault::present(url); });
+    return tags;
+}
+
+void LibraryTagFiles::putBack(const QByteArray& tags, const QUrl& url)
+{
+    run([&] { TagVault::putBack(tags, url); });
+}

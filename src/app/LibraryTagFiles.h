@@ -16,6 +16,8 @@ public:
     TagInventory inventory(const QUrl& url) override;
     bool holdsOriginal(const QUrl& url) const override;
     void restoreOriginal(const QUrl& url) override;
+    QByteArray present(const QUrl& url) override;
+    void putBack(const QByteArray& tags, const QUrl& url) override;
 
 private:
     TagVault m_vault;

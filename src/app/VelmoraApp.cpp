@@ -23,6 +23,8 @@
 #include "core/library/session/Session.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/EditJournal.h"
+#include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/waveforms/Waveforms.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
@@ -152,6 +154,8 @@ void VelmoraApp::buildStore()
     m_tagFiles = std::make_unique<LibraryTagFiles>(AppPaths::tagVaultFolder());
     m_tagReader = std::make_unique<LibraryTagReader>(*m_preferences);
     m_analyser = std::make_unique<LibraryAnalyser>();
+    if (m_sessionStorage && !m_sessionStorage->isOff())
+        m_editJournal = std::make_unique<EditJournal>(AppPaths::dataFolder());
     m_resourceWatch = std::make_unique<ResourceWatch>(*m_clock, *m_executor);
     m_trashCan = std::make_unique<LibraryTrashCan>();
     m_waveforms = std::make_unique<WaveformCache>(*m_clock, *m_executor, AppPaths::waveformFolder());
@@ -168,6 +172,7 @@ void VelmoraApp::buildStore()
         .trashCan = *m_trashCan,
         .sessionStorage = m_sessionStorage ? *m_sessionStorage : WorkspaceSessionStorage::none(),
         .power = *m_resourceWatch,
+        .editJournal = m_editJournal.get(),
     });
     keepEnvelopes(m_library->fileEvents(), *m_waveforms, this);
     connect(&m_library->workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
@@ -262,6 +267,7 @@ void VelmoraApp::watchLifecycle()
     Lifecycle::Savers savers;
     savers.saveWorkspaceSessionNow = [this] { m_library->session().saveWorkspaceSessionNow(); };
     savers.saveWorkspaceSessionSynchronouslyForTermination = [this] {
+        m_library->unwrittenEdits().keep();
         m_library->session().saveWorkspaceSessionSynchronouslyForTermination();
     };
     m_lifecycle = std::make_unique<Lifecycle>(std::move(savers));
@@ -272,6 +278,7 @@ void VelmoraApp::watchLifecycle()
                                                                           : Phase::Background);
     });
     m_terminationSignals = std::make_unique<TerminationSignals>();
-    connect(m_terminationSignals.get(), &TerminationSignals::requested, qApp, &QCoreApplication::quit);
+    // At a log-out nobody is there to answer: edits that are not in their files are kept without asking.
+    connect(m_terminationSignals.get(), &TerminationSignals::requested, qApp, [] { QCoreApplication::exit(); });
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { m_lifecycle->terminate(); });
 }

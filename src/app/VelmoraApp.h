@@ -16,6 +16,7 @@ class AudioAnalyser;
 class AudioPlayer;
 class AudioSystem;
 class ContentView;
+class EditJournal;
 class Envelopes;
 class LibraryPlayer;
 class LibraryStore;
@@ -81,6 +82,7 @@ private:
     std::unique_ptr<TagReader> m_tagReader;
     std::unique_ptr<AudioAnalyser> m_analyser;
     std::unique_ptr<WorkspaceSessionStorage> m_sessionStorage; // likewise
+    std::unique_ptr<EditJournal> m_editJournal;                // and so
     std::unique_ptr<TrashCan> m_trashCan;                      // or moving one
     std::unique_ptr<async::Executor> m_executor;
     std::unique_ptr<ResourceWatch> m_resourceWatch;

@@ -144,7 +144,7 @@ TEST_F(LibraryTagFilesTest, WhatSavesKeepAndTheOriginalComesBack)
         preferences.keepsOtherTagEntries.set(keeps);
         const Track track = add(keeps ? QStringLiteral("kept.mp3") : QStringLiteral("plain.mp3"));
         const QByteArray original = bytesOf(track);
-        EXPECT_FALSE(store->tagWriting().canRestoreOriginalTags({track.id()}));
+        EXPECT_FALSE(store->originalTags().canRestore({track.id()}));
         AudioTags typed;
         typed.artist = QStringLiteral("Artist");
         store->tagWriting().saveFields(typed, TagField::Artist, {track.id()});
@@ -155,12 +155,55 @@ TEST_F(LibraryTagFilesTest, WhatSavesKeepAndTheOriginalComesBack)
             << "the row shows what the file has";
         EXPECT_EQ(bytesOf(track).contains("TCOM"), keeps);
 
-        ASSERT_TRUE(store->tagWriting().canRestoreOriginalTags({track.id()}));
-        store->tagWriting().restoreOriginalTags({track.id()});
+        ASSERT_TRUE(store->originalTags().canRestore({track.id()}));
+        const QByteArray edited = bytesOf(track);
+        store->originalTags().restore({track.id()});
         settle();
         EXPECT_TRUE(bytesOf(track) == original);
+        store->history().undo();
+        settle();
+        EXPECT_TRUE(bytesOf(track) == edited);
+        store->history().redo();
+        settle();
+        EXPECT_TRUE(bytesOf(track) == original);
+        store->history().clear();
         EXPECT_TRUE(store->workspace().tracks().find(track.id())->tags().artist != QStringLiteral("Artist"));
         EXPECT_FALSE(store->workspace().tracks().find(track.id())->artworkData().isNull());
+    }
+}
+
+// Whatever changes a file first: what it was is kept before.
+TEST_F(LibraryTagFilesTest, EveryChangeCanBeTakenBackByteForByte)
+{
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    ASSERT_TRUE(image.save(&buffer, "PNG"));
+    const std::pair<const char*, std::function<void(const TagWrite&)>> changes[] = {
+        {"save", [&](const TagWrite& write) { files.write(write); }},
+        {"cover", [&](const TagWrite& write) { files.assignArtwork(png, write); }},
+        {"cleaning", [&](const TagWrite& write) { files.clean(CleanerField::Genre, {}, {}, write.url); }},
+        {"album",
+         [&](const TagWrite& write) { files.clean(CleanerField::Album, {}, QStringLiteral("Set"), write.url); }},
+    };
+    for (const auto& [name, change] : changes) {
+        for (const bool keeps : {false, true}) {
+            SCOPED_TRACE(name);
+            const Track track = add(QStringLiteral("%1%2.mp3").arg(QLatin1StringView(name)).arg(keeps));
+            const QByteArray original = bytesOf(track);
+            const QByteArray present = files.present(track.url());
+            const TagWrite write{track.url(), AudioTags(), TagFieldSet::kAll, keeps};
+            change(write);
+            const QByteArray changed = bytesOf(track);
+            const QByteArray presentThen = files.present(track.url());
+            files.restoreOriginal(track.url());
+            EXPECT_TRUE(bytesOf(track) == original);
+            files.putBack(presentThen, track.url());
+            EXPECT_TRUE(bytesOf(track) == changed);
+            files.putBack(present, track.url());
+            EXPECT_TRUE(bytesOf(track) == original);
+        }
     }
 }
 

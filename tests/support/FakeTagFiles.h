@@ -2,6 +2,7 @@
 
 #include "core/library/tagwriting/TagFiles.h"
 
+#include <QHash>
 #include <QList>
 #include <QSet>
 
@@ -12,7 +13,7 @@
 class FakeTagFiles final : public TagFiles {
 public:
     struct Call {
-        QString name; ///< "write", "artwork", "clean", "restore"
+        QString name; ///< "write", "artwork", "clean", "restore", "put back"
         TagWrite write;
         QByteArray artwork;
         CleanerFields fields;
@@ -46,6 +47,15 @@ public:
         note({QStringLiteral("restore"), place, {}, {}, {}, {}});
     }
 
+    QByteArray present(const QUrl& url) override { return presentTags.value(url); }
+    void putBack(const QByteArray& tags, const QUrl& url) override
+    {
+        TagWrite place;
+        place.url = url;
+        note({QStringLiteral("put back"), place, tags, {}, {}, {}});
+    }
+
+    QHash<QUrl, QByteArray> presentTags; ///< what present() gives
     /// Runs before a call counts as done; throws TagFileError to let it fail.
     std::function<void(const Call&)> before;
     QList<Call> calls;

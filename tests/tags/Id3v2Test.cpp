@@ -66,6 +66,9 @@ TEST(Id3v2Test, walksAllVersionsAndTheirOddities)
     EXPECT_EQ(itemsOf(wronglySized4, 4).size(), 2u) << "plain size in a 2.4 tag";
     EXPECT_EQ(itemsOf(frame("TIT2", {}) + title).size(), 1u) << "an empty frame is stepped over";
     EXPECT_EQ(textOf(title + "TPE1" + big(5000, 4) + "\0\0" + "tail"), QStringLiteral("Title")) << "too long a frame";
+    EXPECT_EQ(itemsOf(QByteArray("TT2\0\0\6\0Title", 12) + "TP1" + big(5000, 3) + QByteArray("\0tail", 5), 2).size(),
+              1u)
+        << "too long a frame of 2.2";
     EXPECT_EQ(textOf(big(6, 4) + QByteArray(6, '\0') + title, 3, 0x40), QStringLiteral("Title")) << "extended header";
     EXPECT_EQ(textOf(syncsafe(6) + "\1\0" + textFrame("TIT2", "Title", 4), 4, 0x40), QStringLiteral("-"))
         << "a wrong extended header loses the frames, not more";

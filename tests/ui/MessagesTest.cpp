@@ -24,9 +24,14 @@ protected:
     TagSaver& saver() { return store->tagWriting().saver(); }
     void write(const QList<Track>& tracks)
     {
+        QList<Track> rows = workspace().tracks().rows();
         QList<TagSaver::Item> items;
-        for (const Track& each : tracks)
-            items.append(TagSaver::Item{each, TagField::Genre});
+        for (const Track& each : tracks) {
+            Track& row = rows[*workspace().tracks().indexOf(each.id())];
+            row.edit(row.tags(), TagField::Genre);
+            items.append(TagSaver::Item{row});
+        }
+        workspace().setTracks(rows);
         saver().writeBatch(items);
     }
 };
@@ -117,6 +122,48 @@ TEST_F(MessagesTest, WritesShowHowFarTheyAreAndCanBeStopped)
     settle();
     EXPECT_FALSE(stop->isVisible());
     EXPECT_EQ(strip().accessibleDescription(), QString());
+}
+
+TEST_F(MessagesTest, EditsThatAreNotInTheirFilesAreOfferedAndAskedAboutAtTheEnd)
+{
+    const QList<Track> tracks = rows(2);
+    fill(tracks);
+    show();
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        return std::optional(metadata);
+    };
+    files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("disk full"), false); };
+    AudioTags typed;
+    typed.comment = QStringLiteral("prime");
+    store->tagWriting().saveFields(typed, TagField::Comment, ids(tracks));
+    settle();
+    workspace().setLastError(std::nullopt);
+    ThemeButton* again = button(strip(), QStringLiteral("Записать ещё раз: 2"));
+    ASSERT_TRUE(again && again->isVisible());
+    EXPECT_EQ(table().model()->index(0, 1).data(Qt::AccessibleTextRole).toString().count(QStringLiteral("Не записано в файл")),
+              1);
+    files.before = {};
+    QTest::mouseClick(again, Qt::LeftButton);
+    settle();
+    EXPECT_FALSE(again->isVisible());
+
+    files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("disk full"), false); };
+    store->tagWriting().saveFields(AudioTags(), TagField::Comment, ids(tracks));
+    settle();
+    workspace().setLastError(std::nullopt);
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(banner().accessibleName(), QStringLiteral("Есть правки, которых ещё нет в файлах"));
+    QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(banner().isVisible()) << "the user stays";
+    EXPECT_FALSE(window->close());
+    files.before = {};
+    QTest::mouseClick(button(banner(), QStringLiteral("Дописать и выйти")), Qt::LeftButton);
+    EXPECT_TRUE(window->isVisible()) << "until they are written";
+    settle();
+    turn();
+    EXPECT_FALSE(window->isVisible());
 }
 
 TEST_F(MessagesTest, MovesToTheTrashCanBeStopped)

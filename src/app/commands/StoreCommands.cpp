@@ -7,6 +7,7 @@
 #include "core/library/order/TrackSorter.h"
 #include "core/library/removal/Removal.h"
 #include "core/library/sending/Sending.h"
+#include "core/library/tagwriting/OriginalTags.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/tempo/TempoChoices.h"
@@ -122,11 +123,11 @@ void bindTags(CommandCenter& commands, LibraryStore& library)
     bind(ID::AssignAlbum, [&](const CommandTarget& t) { tags.assignAlbum(t.text, t.ids); });
     bind(ID::ClearAlbum, [&](const CommandTarget& t) { tags.assignAlbum({}, t.ids); });
     commands.bind(
-        ID::RestoreTags, [&tags](const CommandTarget& t) { tags.restoreOriginalTags(t.ids); },
+        ID::RestoreTags, [&library](const CommandTarget& t) { library.originalTags().restore(t.ids); },
         [&library](const CommandTarget& t) -> CommandState {
             if (library.workspace().artworkWritingIDs().intersects(t.ids))
                 return {false, QStringLiteral("Подождите: обложка ещё сохраняется в файл")};
-            return {library.tagWriting().canRestoreOriginalTags(t.ids)};
+            return {library.originalTags().canRestore(t.ids)};
         });
 }
 

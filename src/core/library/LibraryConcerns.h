@@ -17,7 +17,10 @@
 #include "core/library/sending/Sending.h"
 #include "core/library/session/Session.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/ClosingQuestion.h"
+#include "core/library/tagwriting/OriginalTags.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/tempo/TempoChoices.h"
 #include "core/library/undo/History.h"
@@ -49,6 +52,9 @@ struct LibraryConcerns {
     Favorites favorites;
     TagSaver tagSaver;
     TagWriting tagWriting;
+    OriginalTags originalTags;
+    UnwrittenEdits unwrittenEdits;
+    ClosingQuestion closingQuestion;
     Artwork artwork;
     MetadataLoads loads;
     Tempo tempo;

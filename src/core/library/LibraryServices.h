@@ -7,6 +7,7 @@
 #include "core/library/waveforms/Envelopes.h"
 #include "platform/power/PowerWatch.h"
 
+class EditJournal;
 class Notifications;
 class Preferences;
 class TagFiles;
@@ -29,4 +30,6 @@ struct LibraryServices {
     TrashCan& trashCan = TrashCan::none();
     WorkspaceSessionStorage& sessionStorage = WorkspaceSessionStorage::none();
     PowerWatch& power = PowerWatch::none();
+    /// Where edits are kept until their files hold them; null where they are not. Outlives the executor.
+    EditJournal* editJournal = nullptr;
 };

@@ -51,6 +51,18 @@ TagWriting& LibraryStore::tagWriting() const
 {
     return m_concerns->tagWriting;
 }
+OriginalTags& LibraryStore::originalTags() const
+{
+    return m_concerns->originalTags;
+}
+UnwrittenEdits& LibraryStore::unwrittenEdits() const
+{
+    return m_concerns->unwrittenEdits;
+}
+ClosingQuestion& LibraryStore::closingQuestion() const
+{
+    return m_concerns->closingQuestion;
+}
 Tempo& LibraryStore::tempo() const
 {
     return m_concerns->tempo;

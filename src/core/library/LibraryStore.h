@@ -3,6 +3,7 @@
 #include <memory>
 
 class Artwork;
+class ClosingQuestion;
 class Favorites;
 class FileEvents;
 class FileLocks;
@@ -11,6 +12,8 @@ class Imports;
 class Keys;
 class Notifications;
 class Order;
+class OriginalTags;
+class UnwrittenEdits;
 class Playback;
 class Preferences;
 class QuickLists;
@@ -50,6 +53,9 @@ public:
     StrayTemporaries& strayTemporaries() const;
     Order& order() const;
     TagWriting& tagWriting() const;
+    OriginalTags& originalTags() const;
+    UnwrittenEdits& unwrittenEdits() const;
+    ClosingQuestion& closingQuestion() const;
     Tempo& tempo() const;
     TempoChoices& tempoChoices() const;
     Artwork& artwork() const;

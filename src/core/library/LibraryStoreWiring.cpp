@@ -28,7 +28,10 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , favorites({workspace, selection, status, services.notifications, services.preferences, history})
     , tagSaver(tagSaverDependencies())
     , tagWriting({workspace, status, services.notifications, quickLists, tagSaver, history})
-    , artwork({workspace, status, services.notifications, services.clock, services.executor, tagSaver})
+    , originalTags({workspace, status, services.notifications, tagSaver, tagWriting, history})
+    , unwrittenEdits({workspace, tagSaver, services.executor, fileEvents, services.editJournal})
+    , closingQuestion({unwrittenEdits, tagSaver, status})
+    , artwork({workspace, status, services.notifications, services.clock, services.executor, tagSaver, originalTags})
     , loads({workspace, services.notifications, services.clock, services.executor, scheduler, services.tagReader})
     , tempo(tempoDependencies())
     , tempoChoices({workspace, tempo, tempoResults, status, tagWriting, history, services.clock, services.executor})
@@ -74,8 +77,8 @@ void LibraryConcerns::wirePreferences()
     });
 }
 
-/// The player moves on when its row goes. Rows that come back are read if they have not been, what was edited of them
-/// is written, and their tempo is wanted.
+/// The player moves on when its row goes. Rows that come back are read if they have not been, and their tempo is
+/// wanted.
 void LibraryConcerns::wireRemoval()
 {
     const auto moveOn = [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
@@ -87,16 +90,8 @@ void LibraryConcerns::wireRemoval()
     const auto cameBack = [this](List list, const QSet<TrackID>& ids, const QList<Track>& unread) {
         if (!unread.isEmpty())
             loads.schedule(unread, list);
-        if (list != List::Library)
-            return;
-        QSet<TrackID> back = ids;
-        for (const Track& track : unread)
-            back.insert(track.id());
-        for (const TrackID& id : std::as_const(back)) {
-            if (const TagFields edits = tagSaver.pendingEdits(id))
-                tagSaver.write(id, edits);
-        }
-        tempo.detectBPM(ids);
+        if (list == List::Library)
+            tempo.detectBPM(ids);
     };
     QObject::connect(&removal, &Removal::rowsCameBack, &workspace, cameBack);
 }
@@ -123,7 +118,6 @@ void LibraryConcerns::wirePower()
     QObject::connect(&scheduler, &Scheduler::busyChanged, &services.power, &PowerWatch::setWatching);
 }
 
-/// What is written in the background comes back to the user through the edits' concern.
 TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
 {
     return {workspace,
@@ -132,8 +126,7 @@ TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
             services.tagFiles,
             fileLocks,
             fileEvents,
-            [&reader = services.tagReader](const QUrl& url, const AudioTags& tags) { return reader.read(url, tags); },
-            [this](const TagFileError& error) { tagWriting.reportWriteError(error); }};
+            [&reader = services.tagReader](const QUrl& url, const AudioTags& tags) { return reader.read(url, tags); }};
 }
 
 Tempo::Dependencies LibraryConcerns::tempoDependencies()

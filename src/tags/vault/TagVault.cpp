@@ -49,6 +49,25 @@ QByteArray entryBytes(const QString& path, const RewriteSource& source, const Fi
     }
 }
 
+/// Gives a file the tags of an entry. \param entryOf finds the entry by the digest of the file's sound.
+template <typename EntryOf>
+void putEntryBack(const QUrl& url, const EntryOf& entryOf)
+{
+    const QString extension = extensionOf(url);
+    const QString path = FileURL::standardizedPath(url);
+    FileRewrite rewrite(path, FileURL::pathExtension(url));
+    SourceBytes bytes(rewrite.sourceSize(), [&](qint64 offset, qint64 count) { return rewrite.read(offset, count); });
+    const FileAnatomy present = FileAnatomy::read(RewriteSource(bytes, path), extension);
+    const VaultEntry entry = entryOf(present.soundDigest);
+    if (entry.label().path != path || !hasSoundOf(present, entry.label()))
+        throw VaultError(VaultError::Case::noEntry, path);
+    if (present.otherDigest != entry.label().otherDigest)
+        throw WriteError(WriteError::Case::rewriteFailed, extension);
+    const RewritePlan plan = entry.planRestore(present);
+    plan.writeTo(rewrite);
+    rewrite.commit(plan.sound(), extension);
+}
+
 } // namespace
 
 struct TagVault::State {
@@ -156,19 +175,32 @@ bool TagVault::holds(const QUrl& url) const
 
 void TagVault::restore(const QUrl& url)
 {
-    const QString extension = extensionOf(url);
     const QString path = FileURL::standardizedPath(url);
-    if (!FileAnatomy::isKnown(extension) || !m_state->folder.holds(path))
+    if (!FileAnatomy::isKnown(extensionOf(url)) || !m_state->folder.holds(path))
         throw VaultError(VaultError::Case::noEntry, path);
-    FileRewrite rewrite(path, FileURL::pathExtension(url));
-    SourceBytes bytes(rewrite.sourceSize(), [&](qint64 offset, qint64 count) { return rewrite.read(offset, count); });
-    const FileAnatomy present = FileAnatomy::read(RewriteSource(bytes, path), extension);
-    const VaultEntry entry = m_state->entryOf({path, present.soundDigest});
-    if (entry.label().path != path || !hasSoundOf(present, entry.label()))
-        throw VaultError(VaultError::Case::noEntry, path);
-    if (present.otherDigest != entry.label().otherDigest)
+    putEntryBack(url, [&](const QByteArray& sound) { return m_state->entryOf({path, sound}); });
+}
+
+QByteArray TagVault::present(const QUrl& url)
+{
+    const QString extension = extensionOf(url);
+    if (!FileAnatomy::isKnown(extension))
+        return {};
+    const QString path = FileURL::standardizedPath(url);
+    const SourceFile file(path);
+    SourceBytes bytes(file.size(), [&](qint64 offset, qint64 count) { return file.read(offset, count); });
+    const RewriteSource source(bytes, path);
+    const QByteArray entry = entryBytes(path, source, FileAnatomy::read(source, extension));
+    if (!file.isUnchanged()) // half of one and half of another state
         throw WriteError(WriteError::Case::rewriteFailed, extension);
-    const RewritePlan plan = entry.planRestore(present);
-    plan.writeTo(rewrite);
-    rewrite.commit(plan.sound(), extension);
+    return entry;
+}
+
+void TagVault::putBack(const QByteArray& tags, const QUrl& url)
+{
+    const QString path = FileURL::standardizedPath(url);
+    std::optional<VaultEntry> entry = VaultEntry::fromBytes(tags);
+    if (!entry || !FileAnatomy::isKnown(extensionOf(url)))
+        throw VaultError(VaultError::Case::noEntry, path);
+    putEntryBack(url, [&](const QByteArray&) { return *entry; });
 }

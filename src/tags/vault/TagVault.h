@@ -35,6 +35,13 @@ public:
     /// entry stays.
     void restore(const QUrl& url);
 
+    /// The tags as they stand in the file now: an entry of its own, kept by the caller; empty for kinds of files whose
+    /// tags the program does not write. Throws FileError and WriteError where the file cannot be read, VaultError
+    /// (cannotKeep) where the tags are too large for an entry.
+    static QByteArray present(const QUrl& url);
+    /// Puts tags back that present() gave for this file, as restore() does.
+    static void putBack(const QByteArray& tags, const QUrl& url);
+
 private:
     struct State;
     std::unique_ptr<State> m_state;

@@ -196,6 +196,7 @@ void addTags(std::vector<Command>& all)
     add(ID::AssignCover, QStringLiteral("assignCover"), QStringLiteral("Присвоить обложку…"),
         QStringLiteral("picture"));
     add(ID::RestoreTags, QStringLiteral("restoreTags"), QStringLiteral("Вернуть исходные теги"));
+    all.back().isIn = [](const LibrarySection& section) { return tracksOnly(section) || keysOnly(section); };
 }
 
 void addAnalyses(std::vector<Command>& all)

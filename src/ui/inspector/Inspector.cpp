@@ -4,6 +4,7 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
@@ -252,7 +253,7 @@ void Inspector::showModel()
                                                       : QStringLiteral("Оставлять обложку и прочее"));
     m_saveBar->setSummary(SaveSummary::text(m_model, keepsOthers),
                           SaveSummary::dependsOnPreference(m_model) ? link : QString());
-    m_saveBar->setCanSave(bool(m_model.touched()) && m_model.writableCount() > 0);
+    m_saveBar->setCanSave((m_model.touched() || !m_model.unwrittenIDs().isEmpty()) && m_model.writableCount() > 0);
 }
 
 void Inspector::showSubject()
@@ -292,6 +293,8 @@ void Inspector::save()
 {
     const TagFields touched = m_model.touched();
     const QSet<TrackID> ids = m_model.writableIDs();
+    if (!touched) // what a failed or stopped save left out
+        m_context.store.unwrittenEdits().writeAgain(m_model.unwrittenIDs());
     if (!touched || ids.isEmpty())
         return;
     const AudioTags tags = m_model.edited();

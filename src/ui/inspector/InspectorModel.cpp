@@ -82,9 +82,9 @@ void InspectorModel::gather(const TrackList& tracks, const std::vector<int>& row
     m_mixed = {};
     m_covers.clear();
     m_totalLength = 0;
-    m_unwritten = 0;
     m_single.reset();
     m_readOnly.clear();
+    m_unwritten.clear();
     m_withoutPicture.clear();
     for (size_t i = 0; i < rows.size(); ++i)
         add(tracks.at(rows[i]), i == 0);
@@ -107,7 +107,8 @@ void InspectorModel::add(const Track& track, bool isFirst)
         (m_values.*member).clear();
     }
     m_totalLength += track.duration();
-    m_unwritten += track.editedFields() ? 1 : 0;
+    if (track.editedFields())
+        m_unwritten.insert(track.id());
     if (!takesPicture(track)) {
         m_withoutPicture.insert(track.id());
         if (!isWritable(track))

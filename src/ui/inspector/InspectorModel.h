@@ -48,6 +48,8 @@ public:
     int count() const { return static_cast<int>(m_ids.size()); }
     /// Those whose files can be written.
     QSet<TrackID> writableIDs() const { return m_readOnly.isEmpty() ? m_ids : m_ids - m_readOnly; }
+    /// Those of them with edits that their files do not hold.
+    const QSet<TrackID>& unwrittenIDs() const { return m_unwritten; }
     int writableCount() const { return static_cast<int>(m_ids.size() - m_readOnly.size()); }
     /// Those whose files can take a picture.
     QSet<TrackID> picturableIDs() const { return m_withoutPicture.isEmpty() ? m_ids : m_ids - m_withoutPicture; }
@@ -59,7 +61,7 @@ public:
     /// One track per different cover in the order of the list, kCovers at most; a missing cover is none.
     const QList<Track>& covers() const { return m_covers; }
     /// How many were edited and their files do not have it yet.
-    int unwrittenCount() const { return m_unwritten; }
+    int unwrittenCount() const { return static_cast<int>(m_unwritten.size()); }
     double totalLength() const { return m_totalLength; } ///< seconds
 
     /// Whether the program writes tags into files of this kind.
@@ -73,6 +75,7 @@ private:
 
     QSet<TrackID> m_ids;
     QSet<TrackID> m_readOnly;       ///< whose files cannot be written
+    QSet<TrackID> m_unwritten;      ///< with edits that are not in their files
     QSet<TrackID> m_withoutPicture; ///< whose files can take no picture
     QHash<TagField, QString> m_edits;
     AudioTags m_values; ///< common ones
@@ -81,6 +84,5 @@ private:
     std::optional<Track> m_single;
     QList<Track> m_covers;
     double m_totalLength = 0;
-    int m_unwritten = 0;
     bool m_isPinned = false;
 };

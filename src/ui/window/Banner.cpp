@@ -1,6 +1,8 @@
 #include "ui/window/Banner.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/tagwriting/ClosingQuestion.h"
+#include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/context/DashboardActions.h"
 #include "ui/controls/ThemeButton.h"
@@ -48,6 +50,7 @@ Banner::Banner(const WindowContext& context, QWidget& area)
     connect(&workspace, &Workspace::noticeChanged, this, &Banner::refresh);
     connect(&workspace, &Workspace::askingWhatSavesKeepChanged, this, &Banner::refresh);
     connect(&workspace, &Workspace::lastErrorChanged, this, &Banner::refresh);
+    connect(&context.store.closingQuestion(), &ClosingQuestion::changed, this, &Banner::refresh);
     connect(&context.theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     area.installEventFilter(this);
     hide();
@@ -56,18 +59,14 @@ Banner::Banner(const WindowContext& context, QWidget& area)
 
 void Banner::retranslate()
 {
-    m_keep->setContent(Texts::localized(QStringLiteral("Сохранять обложку и прочие поля")));
-    m_drop->setContent(Texts::localized(QStringLiteral("Только десять полей")));
-    const int width = std::max(m_keep->sizeHint().width(), m_drop->sizeHint().width());
-    m_keep->setFixedWidth(width); // equal answers
-    m_drop->setFixedWidth(width);
-    m_close->setContent(Texts::localized(QStringLiteral("Закрыть")));
     refresh();
 }
 
 Banner::Subject Banner::subject() const
 {
     const Workspace& workspace = m_context.store.workspace();
+    if (m_context.store.closingQuestion().isAsking())
+        return Subject::Closing;
     if (workspace.isAskingWhatSavesKeep())
         return Subject::Question;
     if (workspace.lastError())
@@ -85,13 +84,14 @@ void Banner::refresh()
     }
     if (before == Subject::None)
         m_focusBefore = window()->focusWidget();
+    m_close->setContent(
+        Texts::localized(m_subject == Subject::Closing ? QStringLiteral("Не выходить") : QStringLiteral("Закрыть")));
     fill();
     setAccessibleName(m_title->text());
     setAccessibleDescription(m_text->text());
-    const bool isQuestion = m_subject == Subject::Question;
-    m_keep->setVisible(isQuestion);
-    m_drop->setVisible(isQuestion);
-    m_close->setVisible(!isQuestion);
+    m_keep->setVisible(isQuestion());
+    m_drop->setVisible(isQuestion());
+    m_close->setVisible(m_subject != Subject::Question);
     show();
     place();
     update();
@@ -105,7 +105,18 @@ void Banner::fill()
     switch (m_subject) {
     case Subject::None:
         break;
+    case Subject::Closing: {
+        const auto count = static_cast<int>(m_context.store.unwrittenEdits().rows().size());
+        m_title->setText(Texts::localized(QStringLiteral("Есть правки, которых ещё нет в файлах")));
+        m_text->setText(VelmoraLocalization::format(
+            QStringLiteral("Файлов с такими правками: %d. Их можно дописать сейчас или оставить до следующего запуска: "
+                           "тогда Velmora запишет их сама."),
+            {count}));
+        setAnswers(QStringLiteral("Дописать и выйти"), QStringLiteral("Оставить до следующего запуска"));
+        break;
+    }
     case Subject::Question:
+        setAnswers(QStringLiteral("Сохранять обложку и прочие поля"), QStringLiteral("Только десять полей"));
         m_title->setText(Texts::localized(QStringLiteral("Что оставить в файлах при сохранении?")));
         m_text->setText(Texts::localized(QStringLiteral(
             "Сохранение уберёт из файла обложку или поля, которых нет среди десяти полей Velmora. Выбор действует "
@@ -128,8 +139,8 @@ void Banner::fill()
 /// The question takes the focus itself: a Return or a space that was on its way to a field must not answer it.
 void Banner::focusFirst()
 {
-    setFocusPolicy(m_subject == Subject::Question ? Qt::StrongFocus : Qt::NoFocus);
-    if (m_subject == Subject::Question)
+    setFocusPolicy(isQuestion() ? Qt::StrongFocus : Qt::NoFocus);
+    if (isQuestion())
         setFocus(Qt::OtherFocusReason);
     else
         m_close->setFocus(Qt::OtherFocusReason);
@@ -147,14 +158,29 @@ void Banner::giveFocusBack()
         emit leaveWanted();
 }
 
-void Banner::answer(bool keepsOthers)
+void Banner::setAnswers(const QString& first, const QString& second)
 {
-    m_context.actions.answerWhatSavesKeep(keepsOthers);
+    m_keep->setContent(Texts::localized(first));
+    m_drop->setContent(Texts::localized(second));
+    const int width = std::max(m_keep->sizeHint().width(), m_drop->sizeHint().width());
+    m_keep->setFixedWidth(width); // equal answers
+    m_drop->setFixedWidth(width);
+}
+
+void Banner::answer(bool isFirst)
+{
+    using Answer = ClosingQuestion::Answer;
+    if (m_subject == Subject::Closing)
+        m_context.store.closingQuestion().answer(isFirst ? Answer::Finish : Answer::Keep);
+    else
+        m_context.actions.answerWhatSavesKeep(isFirst);
 }
 
 void Banner::dismiss()
 {
-    if (m_subject != Subject::Question)
+    if (m_subject == Subject::Closing)
+        m_context.store.closingQuestion().answer(ClosingQuestion::Answer::Stay);
+    else if (m_subject != Subject::Question)
         m_context.actions.dismissMessage();
 }
 

@@ -31,15 +31,17 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    enum class Subject { None, Question, Error, Notice };
+    enum class Subject { None, Closing, Question, Error, Notice };
 
     Subject subject() const;
     void refresh();
     void fill();
     void focusFirst();
     void giveFocusBack();
-    void answer(bool keepsOthers);
+    void setAnswers(const QString& first, const QString& second);
+    void answer(bool isFirst);
     void dismiss();
+    bool isQuestion() const { return m_subject == Subject::Question || m_subject == Subject::Closing; }
     void place();
 
     WindowContext m_context;

@@ -1,6 +1,7 @@
 #include "ui/window/MainWindow.h"
 
 #include "core/library/LibraryStore.h"
+#include "core/library/tagwriting/ClosingQuestion.h"
 #include "core/library/workspace/Workspace.h"
 #include "core/model/WorkspaceLayout.h"
 #include "platform/Notifications.h"
@@ -133,6 +134,8 @@ void MainWindow::connectWorkspace()
             [this] { markDirty([](const LibrarySection& section) { return section.holdsLibraryTracks(); }); });
     connect(&workspace, &Workspace::selectionChanged, m_player, &PlayerBar::refresh);
     connect(&workspace, &Workspace::activeTabChanged, this, &MainWindow::showTab);
+    connect(&m_context->store.closingQuestion(), &ClosingQuestion::closeWanted, this, &QWidget::close,
+            Qt::QueuedConnection);
     connect(&m_context->store.notifications(), &Notifications::velmoraLanguageDidChange, this,
             &MainWindow::retranslate);
 }
@@ -265,7 +268,7 @@ bool MainWindow::event(QEvent* event)
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    event->setAccepted(m_inspector->mayClose());
+    event->setAccepted(m_inspector->mayClose() && m_context->store.closingQuestion().mayClose());
 }
 
 void MainWindow::hideEvent(QHideEvent* event)

@@ -6,6 +6,7 @@
 #include "core/library/removal/Removal.h"
 #include "core/library/session/Session.h"
 #include "core/library/tagwriting/TagWriting.h"
+#include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "ui/commands/CommandCenter.h"
@@ -49,6 +50,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     , m_offer(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_stop(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_restore(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
+    , m_again(new ThemeButton(context.theme, ThemeButton::Kind::Link, this))
     , m_pause(context.clock, kProgressPause, [this] { refreshProgress(); })
 {
     setFixedHeight(Metrics::kStatusHeight);
@@ -66,6 +68,9 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.store.board(), &WorkBoard::changed, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(&context.store.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
+    UnwrittenEdits& edits = context.store.unwrittenEdits();
+    connect(&edits, &UnwrittenEdits::changed, this, &StatusStrip::refreshAgain);
+    connect(m_again, &QAbstractButton::clicked, this, [&edits] { edits.writeAgain(edits.rows()); });
     connect(m_offer, &QAbstractButton::clicked, this,
             [this] { m_context.actions.commands().perform(CommandID::TrashLeftovers); });
     retranslate();
@@ -77,6 +82,7 @@ void StatusStrip::retranslate()
     refreshMessage();
     refreshUndo();
     refreshOffer();
+    refreshAgain();
     refreshProgress();
     refreshRestore();
 }
@@ -107,6 +113,19 @@ void StatusStrip::refreshUndo()
     m_undo->setToolTip(action.isEmpty() ? keys : QStringLiteral("%1 (%2)").arg(action, keys));
     m_undo->setAccessibleDescription(action);
     place();
+}
+
+/// What a failed or stopped write left out, until the files hold it.
+void StatusStrip::refreshAgain()
+{
+    const int count = m_context.store.unwrittenEdits().leftCount();
+    const bool isShown = !m_again->isHidden();
+    m_again->setVisible(count > 0);
+    m_again->setContent(VelmoraLocalization::format(QStringLiteral("Записать ещё раз: %d"), {count}));
+    if (!isShown && count == 0)
+        return;
+    place();
+    update();
 }
 
 void StatusStrip::refreshRestore()
@@ -168,7 +187,7 @@ int StatusStrip::messageWidth() const
 QList<ThemeButton*> StatusStrip::links() const
 {
     QList<ThemeButton*> shown;
-    for (ThemeButton* link : {m_restore, m_undo, m_offer}) {
+    for (ThemeButton* link : {m_again, m_restore, m_undo, m_offer}) {
         if (!link->isHidden())
             shown.append(link);
     }

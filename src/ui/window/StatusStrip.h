@@ -26,6 +26,7 @@ private:
     void refreshMessage();
     void refreshUndo();
     void refreshOffer();
+    void refreshAgain();
     void progressMoved();
     void refreshProgress();
     void stopWork();
@@ -44,6 +45,7 @@ private:
     ThemeButton* m_offer;   ///< moves what interrupted writes left behind to the Trash
     ThemeButton* m_stop;    ///< stops what runs
     ThemeButton* m_restore; ///< there while the last start is known to have left files out
+    ThemeButton* m_again;   ///< writes edits that are not in their files again
     QString m_message;
     QString m_iconName;
     QColor ThemeColours::*m_tone = &ThemeColours::text3;

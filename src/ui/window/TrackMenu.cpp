@@ -150,6 +150,8 @@ void build(QMenu& menu, const WindowContext& context, const SectionDescriptor& s
         if (Commands::of(id).isIn(section.section()))
             rows.add(menu, id);
     }
+    if (!section.section().holdsLibraryTracks() && Commands::of(ID::RestoreTags).isIn(section.section()))
+        rows.add(menu, ID::RestoreTags);
     menu.addSeparator();
     rows.add(menu, ID::Reveal);
     addRemoval(menu, rows, section);

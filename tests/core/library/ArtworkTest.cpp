@@ -145,6 +145,35 @@ TEST_F(ArtworkTest, RefusesARequestThatMeetsOneUnderWay)
     EXPECT_EQ(files.calls.size(), 2);
 }
 
+TEST_F(ArtworkTest, UndoBringsTheOldPicturesBack)
+{
+    QList<Track> rows = tracks(2);
+    fill(rows);
+    files.presentTags = {{rows[0].url(), "former"}, {rows[1].url(), "other"}};
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        metadata.artworkData = ArtworkData::intern("old picture");
+        return std::optional(metadata);
+    };
+    artwork().assignArtwork(png, ids(rows));
+    settle();
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Присвоить обложку"));
+    files.calls.clear();
+    history().undo();
+    settle();
+    ASSERT_EQ(files.calls.size(), 2);
+    EXPECT_EQ(files.calls[0].name + u' ' + QString::fromLatin1(files.calls[0].artwork),
+              QStringLiteral("put back former"));
+    EXPECT_EQ(files.calls[1].artwork, QByteArray("other"));
+    EXPECT_EQ(now(rows[0]).artworkData(), ArtworkData::intern("old picture"));
+    EXPECT_TRUE(now(rows[0]).artwork().isNull());
+    files.calls.clear();
+    history().redo();
+    settle();
+    EXPECT_EQ(files.calls.size(), 2);
+}
+
 TEST_F(ArtworkTest, TriesTwiceAndTellsTheFirstFailure)
 {
     const QList<Track> rows = tracks(3);

@@ -113,7 +113,9 @@ TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
     }
 
     // A later edit of the row is written in full.
-    store->tagWriting().saver().write(session.id(), TagField::Genre);
+    AudioTags edited = now(session).tags();
+    edited.genre = QStringLiteral("House");
+    store->tagWriting().save(edited, session.id());
     settle();
     ASSERT_EQ(files.calls.size(), 3);
     EXPECT_TRUE(files.calls[2].write.fields.testFlag(TagField::Year));

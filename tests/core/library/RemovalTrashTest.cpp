@@ -129,7 +129,7 @@ TEST_F(RemovalTrashTest, AFileGoesOnlyAfterTheWriteIntoIt)
     EXPECT_TRUE(workspace().tracks().isEmpty());
     // And a write that was asked for meanwhile finds the file free and its row gone.
     files.calls.clear();
-    store->tagWriting().saver().write(a.id(), {});
+    store->tagWriting().saver().write(a.id());
     settle();
     EXPECT_TRUE(files.calls.isEmpty());
     EXPECT_TRUE(lastError().isEmpty());

@@ -1,3 +1,4 @@
+#include "core/library/files/FileLocks.h"
 #include "support/StoreFixture.h"
 
 #include <QBuffer>
@@ -25,7 +26,7 @@ protected:
     void fillEdited(QList<Track> tracks)
     {
         for (Track& track : tracks)
-            track.replaceTags(track.tags());
+            track.edit(track.tags(), TagField::Genre);
         fill({});
         fill(tracks);
     }
@@ -33,7 +34,7 @@ protected:
     {
         QList<TagSaver::Item> result;
         for (const Track& track : tracks)
-            result.append({track, TagField::Genre});
+            result.append({track});
         return result;
     }
     QStringList writtenNames() const
@@ -96,7 +97,7 @@ TEST_F(TagSaverTest, AFailedWriteKeepsTheEditInTheRow)
 
 TEST_F(TagSaverTest, AStoppedBatchEndsBeforeItsNextFile)
 {
-    fill({a, b, c});
+    fillEdited({a, b, c});
     QSignalSpy stopped(&saver(), &TagSaver::stopped);
     files.before = [&](const FakeTagFiles::Call&) { saver().cancelBatches(); };
     saver().writeBatch(items({a, b, c}));
@@ -147,10 +148,15 @@ TEST_F(TagSaverTest, ABatchDoesNotTakeALaterPictureOutAgain)
     EXPECT_FALSE(now(b).artworkData().isNull());
 }
 
-TEST_F(TagSaverTest, ARowThatIsGoneIsNotSaved)
+TEST_F(TagSaverTest, ARowThatLeavesTheListBeforeItsTurnIsNotSaved)
 {
-    fill({a, b});
-    saver().write(Track::unread(a.url()).id(), TagField::Title);
+    fill({a});
+    store->fileLocks().acquire(a.url().path(), {});
+    AudioTags tags = a.tags();
+    tags.title = QStringLiteral("New");
+    store->tagWriting().save(tags, a.id());
+    fill({});
+    store->fileLocks().release(a.url().path());
     settle();
     EXPECT_TRUE(files.calls.isEmpty());
 }
@@ -246,7 +252,7 @@ TEST_F(TagSaverTest, AsksOnceBeforeTheFirstSaveThatWouldDropSomething)
 
 TEST_F(TagSaverTest, SettingThePreferenceAnswersTheQuestion)
 {
-    fill({a});
+    fillEdited({a});
     files.held.hasPicture = true;
     saver().writeBatch(items({a}));
     settle();
@@ -267,6 +273,7 @@ TEST_F(TagSaverTest, AKeepingSaveLeavesFieldsThatWereNeverReadAndNeverEdited)
     store->tagWriting().save(tags, a.id());
     settle();
     AudioTags typed;
+    files.held.unread.track = QStringLiteral("7");
     store->tagWriting().saveFields(typed, TagField::Track, ids({a})); // cleared by the user
     settle();
     ASSERT_EQ(files.calls.size(), 2);
@@ -325,6 +332,7 @@ TEST_F(TagSaverTest, EditsOfAFailedSaveGoWithTheNext)
     fill({a});
     failFor(QStringLiteral("a.mp3"), TagFileError(QStringLiteral("busy"), false));
     AudioTags none;
+    files.held.unread.year = QStringLiteral("1999");
     store->tagWriting().saveFields(none, TagField::Year, ids({a}));
     settle();
     files.before = {};
@@ -335,7 +343,7 @@ TEST_F(TagSaverTest, EditsOfAFailedSaveGoWithTheNext)
 
 TEST_F(TagSaverTest, AnInventoryThatFailsAsksAndStopsNothing)
 {
-    fill({a});
+    fillEdited({a});
     files.inventoryFails = true;
     saver().writeBatch(items({a}));
     settle();

@@ -126,11 +126,89 @@ TEST_F(TagWritingTest, SaysWhatItDid)
         history().clear();
         files.calls.clear();
         test.act(writing(), ids(test.targets));
+        const bool isWritten = !test.undoName.isEmpty();
+        EXPECT_EQ(statusText() == test.status, !isWritten) << "no success before the files hold it";
+        EXPECT_EQ(written().isEmpty(), !isWritten) << "nothing changed, nothing written";
         EXPECT_EQ(statusText(), test.status);
         EXPECT_EQ(workspace().workspaceStatus()->tone, test.tone);
         EXPECT_EQ(history().undoActionName(), test.undoName);
-        EXPECT_EQ(written().isEmpty(), test.undoName.isEmpty()) << "nothing changed, nothing written";
     }
+}
+
+// A full disk, a file that another program holds: what the user gave stays in the row, and goes with the next try.
+TEST_F(TagWritingTest, AnEditThatFailedIsWrittenWhenItIsGivenAgain)
+{
+    fill({one, two, plain});
+    files.before = [&](const FakeTagFiles::Call& call) {
+        if (call.write.url == one.url())
+            throw TagFileError(QStringLiteral("disk full"), false);
+    };
+    writing().assignGenre(QStringLiteral("Pop"), ids({one, two}));
+    EXPECT_EQ(statusText(), QStringLiteral("Записываем жанр «Pop»: 2"));
+    EXPECT_EQ(written().size(), 2);
+    EXPECT_EQ(statusText(), QStringLiteral("Жанр «Pop» присвоен: 1"));
+    EXPECT_EQ(now(one).tags().genre, QStringLiteral("Pop"));
+    EXPECT_EQ(now(one).editedFields(), TagFields(TagField::Genre)) << "the row says that its file does not hold it";
+    EXPECT_FALSE(now(two).editedFields());
+
+    writing().assignGenre(QStringLiteral("Pop"), ids({one}));
+    EXPECT_EQ(written().size(), 3) << "the same value is written again";
+    EXPECT_EQ(statusText(), QStringLiteral("В файлы не записано: 1"));
+    files.before = {};
+    writing().saveFields(now(one).tags(), TagField::Genre, ids({one}));
+    EXPECT_EQ(written().size(), 4);
+    EXPECT_EQ(statusText(), QStringLiteral("Теги изменены: 1"));
+    EXPECT_FALSE(now(one).editedFields());
+    writing().assignGenre(QStringLiteral("Pop"), ids({one}));
+    EXPECT_EQ(written().size(), 4) << "the file holds it";
+    history().undo(); // a second try is no step of its own
+    EXPECT_TRUE(now(one).tags().genre.isEmpty());
+    EXPECT_FALSE(history().canUndo());
+    settle();
+}
+
+TEST_F(TagWritingTest, AStoppedEditIsTakenBackWithoutAWriteWhereNothingWasWritten)
+{
+    const QList<Track> rows{one, two, read(favorite(QStringLiteral("three.mp3")))};
+    fill(rows);
+    files.before = [&](const FakeTagFiles::Call&) { writing().saver().cancelBatches(); };
+    writing().assignComment(QStringLiteral("prime"), ids(rows));
+    EXPECT_EQ(written().size(), 1);
+    EXPECT_EQ(statusText(), QStringLiteral("Запись остановлена, в файлы не записано: 2"));
+    files.before = {};
+    history().undo();
+    for (const TagWrite& write : written().sliced(1))
+        EXPECT_TRUE(write.tags.comment.isEmpty());
+    for (const Track& row : rows) {
+        EXPECT_TRUE(now(row).tags().comment.isEmpty());
+        EXPECT_FALSE(now(row).editedFields());
+    }
+}
+
+TEST_F(TagWritingTest, AnAlbumLeavesAllElseInTheFileAlone)
+{
+    Track unread = favorite(QStringLiteral("Guess - Name.mp3"));
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        metadata.tags.album = QStringLiteral("Old");
+        return std::optional(metadata);
+    };
+    files.held.hasPicture = true;
+    fill({one, unread});
+    writing().assignAlbum(QStringLiteral("Set"), ids({one, unread}));
+    settle();
+    EXPECT_FALSE(workspace().isAskingWhatSavesKeep()) << "nothing is taken away";
+    history().undo();
+    settle();
+    QStringList albums;
+    for (const FakeTagFiles::Call& call : std::as_const(files.calls)) {
+        EXPECT_EQ(call.name, QStringLiteral("clean"));
+        EXPECT_EQ(call.fields, CleanerFields(CleanerField::Album));
+        albums.append(call.album.value_or(QStringLiteral("none")));
+    }
+    EXPECT_EQ(albums, QStringList({QStringLiteral("Set"), QStringLiteral("Set"), QString(), QStringLiteral("Old")}));
+    EXPECT_EQ(now(unread).tags().album, QStringLiteral("Old"));
 }
 
 TEST_F(TagWritingTest, SavesChosenFieldsOfAnySelectionAsOneStep)
@@ -153,6 +231,8 @@ TEST_F(TagWritingTest, SavesChosenFieldsOfAnySelectionAsOneStep)
     writing().saveFields(two.tags(), TagField::Genre, ids({two}));
     EXPECT_FALSE(history().canUndo()) << "nothing differs";
     AudioTags none;
+    preferences.keepsOtherTagEntriesAsked.set(true);
+    files.held.isUnknown = true;
     writing().saveFields(none, TagField::Year, ids({two}));
     EXPECT_TRUE(history().canUndo()) << "a year that was never read may stand in the file";
     EXPECT_TRUE(written().last().fields.testFlag(TagField::Year));
@@ -186,8 +266,8 @@ TEST_F(TagWritingTest, PutsOriginalTagsBackWhereTheyAreKept)
 {
     fill({one, two, plain});
     files.originals = {one.url(), plain.url()};
-    EXPECT_TRUE(writing().canRestoreOriginalTags(ids({one, two})));
-    EXPECT_FALSE(writing().canRestoreOriginalTags(ids({two})));
+    EXPECT_TRUE(store->originalTags().canRestore(ids({one, two})));
+    EXPECT_FALSE(store->originalTags().canRestore(ids({two})));
     reader = [](const QUrl&, const AudioTags& fallback) {
         LoadedTrackMetadata metadata;
         metadata.tags = fallback;
@@ -198,13 +278,80 @@ TEST_F(TagWritingTest, PutsOriginalTagsBackWhereTheyAreKept)
         if (call.write.url == plain.url())
             throw TagFileError(QStringLiteral("changed by another program"), false);
     };
-    writing().restoreOriginalTags(ids({one, two, plain}));
+    store->originalTags().restore(ids({one, two, plain}));
     settle();
     EXPECT_EQ(now(one).tags().artist, QStringLiteral("as before"));
     EXPECT_EQ(now(plain).tags(), plain.tags());
     EXPECT_EQ(files.calls.size(), 2);
     EXPECT_EQ(statusText(), QStringLiteral("Исходные теги возвращены: 1"));
     EXPECT_EQ(workspace().lastError(), QStringLiteral("changed by another program"));
+
+    files.calls.clear();
+    history().clear();
+    store->originalTags().restore(ids({two}));
+    settle();
+    EXPECT_TRUE(files.calls.isEmpty());
+    EXPECT_EQ(statusText(), QStringLiteral("Исходных тегов этих файлов нет: Velmora их не меняла"));
+    EXPECT_FALSE(history().canUndo());
+}
+
+TEST_F(TagWritingTest, TakesARestoreBack)
+{
+    for (const bool isKept : {true, false}) {
+        SCOPED_TRACE(isKept ? "byte for byte" : "by fields");
+        const Track inKeys = Track(freshID(), two.url());
+        fill({});
+        fill({two});
+        workspace().setList(Track::MetadataDestination::MusicalKey, {inKeys});
+        files = {};
+        history().clear();
+        files.originals = {two.url()};
+        if (isKept)
+            files.presentTags = {{two.url(), "former"}};
+        QString artist = QStringLiteral("original");
+        reader = [&artist](const QUrl&, const AudioTags& fallback) {
+            LoadedTrackMetadata metadata;
+            metadata.tags = fallback;
+            metadata.tags.artist = artist;
+            return std::optional(metadata);
+        };
+        store->originalTags().restore({inKeys.id()}); // as the key section offers it
+        settle();
+        EXPECT_EQ(now(two).tags().artist, QStringLiteral("original"));
+        EXPECT_EQ(workspace().keyAnalysisTracks().at(0).tags().artist, QStringLiteral("original"));
+        EXPECT_EQ(history().undoActionName(), QStringLiteral("Вернуть исходные теги"));
+        artist.clear();
+        history().undo();
+        settle();
+        EXPECT_EQ(files.calls.last().name, isKept ? QStringLiteral("put back") : QStringLiteral("write"));
+        EXPECT_EQ(files.calls.last().artwork, isKept ? QByteArray("former") : QByteArray());
+        EXPECT_TRUE(now(two).tags().artist.isEmpty());
+        artist = QStringLiteral("original");
+        history().redo();
+        settle();
+        EXPECT_EQ(now(two).tags().artist, QStringLiteral("original"));
+    }
+}
+
+TEST_F(TagWritingTest, ARestoreGivesUpAnEditThatNeverCameToTheFile)
+{
+    fill({one});
+    files.originals = {one.url()};
+    files.before = [](const FakeTagFiles::Call& call) {
+        if (call.name == QLatin1StringView("write"))
+            throw TagFileError(QStringLiteral("busy"), false);
+    };
+    writing().assignGenre(QStringLiteral("Pop"), ids({one}));
+    settle();
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        return std::optional(metadata);
+    };
+    store->originalTags().restore(ids({one}));
+    settle();
+    EXPECT_TRUE(now(one).tags().genre.isEmpty());
+    EXPECT_FALSE(now(one).editedFields());
 }
 
 // What a row does not know, its edit covers unseen: undo brings back what the file held.
@@ -242,7 +389,10 @@ TEST_F(TagWritingTest, UndoBringsBackWhatTheFileHeld)
         const Track after = now(unread);
         EXPECT_EQ(after.tags().genre, QStringLiteral("Old"));
         EXPECT_EQ(after.tags().title, QStringLiteral("Real"));
-        ASSERT_FALSE(files.calls.isEmpty());
+        EXPECT_FALSE(after.editedFields());
+        ASSERT_EQ(files.calls.isEmpty(), !isWrittenBefore);
+        if (files.calls.isEmpty())
+            continue; // taken back before the file was touched
         const TagWrite& last = files.calls.last().write;
         EXPECT_EQ(last.tags.genre, QStringLiteral("Old"));
         EXPECT_EQ(last.tags.title, QStringLiteral("Real"));
@@ -295,7 +445,7 @@ TEST_F(TagWritingTest, AnEditDuringARestoreStays)
         if (call.name == QLatin1StringView("restore"))
             writing().assignGenre(QStringLiteral("Edit"), ids({one}));
     };
-    writing().restoreOriginalTags(ids({one}));
+    store->originalTags().restore(ids({one}));
     EXPECT_EQ(written().last().tags.genre, QStringLiteral("Edit"));
     EXPECT_EQ(now(one).tags(), written().last().tags) << "row and file say the same";
 }

@@ -174,7 +174,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
         tags.title = QStringLiteral("title");
         store->tagWriting().save(tags, row.id());
     };
-    const auto restore = [this](const Track& row) { store->tagWriting().restoreOriginalTags({row.id()}); };
+    const auto restore = [this](const Track& row) { store->originalTags().restore({row.id()}); };
     const auto change = [](const Track& row) { append(row, "other music"); };
     const auto changeAndRetitle = [&](const Track& row) {
         change(row);

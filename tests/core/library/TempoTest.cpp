@@ -224,7 +224,7 @@ TEST_F(TempoTest, RowsThatLoseTheirTempoTagAreAnalysed)
     const auto restore = [this](const Track& row) {
         files.originals.insert(row.url());
         reader = readsNothing();
-        store->tagWriting().restoreOriginalTags({row.id()});
+        store->originalTags().restore({row.id()});
     };
     const std::pair<const char*, std::function<void(const Track&)>> cases[] = {
         {"emptied", empty}, {"emptied as a selection", takeBack}, {"original tags", restore}};

@@ -3,6 +3,7 @@
 #include "async/MainQueue.h"
 #include "core/library/artwork/ArtworkImage.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/OriginalTags.h"
 #include "core/library/tagwriting/TagFiles.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/library/workspace/Workspace.h"
@@ -34,7 +35,8 @@ struct Artwork::Run {
     Prepared picture;
     QSet<TrackID> asked; ///< all ids of the request
     QList<Track> targets;
-    QHash<TrackID, quint64> written; ///< with the marks of their writes
+    QHash<TrackID, quint64> written;   ///< with the marks of their writes
+    QHash<TrackID, QByteArray> former; ///< the tags that stood before, for undo
     int failed = 0;
     QUrl firstFailedURL;
     QString firstFailure;
@@ -90,6 +92,7 @@ async::Task<> Artwork::prepareThenWrite(QByteArray image, QSet<TrackID> ids, std
                                               StatusIcon::Cover, Tone::Success, kProgressDuration);
     }
     takeOver(*run);
+    m_dependencies.originals.registerChange(QStringLiteral("Присвоить обложку"), run->former);
     finish(*run);
 }
 
@@ -150,8 +153,10 @@ async::Task<> Artwork::attempt(std::shared_ptr<Run> run, TrackID id, std::stop_t
         throw TagFileError(VelmoraLocalization::string(QStringLiteral("Трека больше нет в списке.")), true);
     const Track track = *found;
     const QByteArray bytes = *run->picture.bytes;
-    const quint64 mark = co_await m_dependencies.saver.writeArtwork(bytes, track, stop);
-    run->written.insert(id, mark);
+    const RowSaver::Saved saved = co_await m_dependencies.saver.writeArtwork(bytes, track, stop);
+    run->written.insert(id, saved.row.pictureMark);
+    if (!saved.former.isEmpty())
+        run->former.insert(id, saved.former);
 }
 
 /// Rows whose file lost the picture again meanwhile do not show it.
@@ -162,7 +167,7 @@ void Artwork::takeOver(const Run& run)
     QList<Track> rows = workspace.tracks().rows();
     for (auto written = run.written.cbegin(); written != run.written.cend(); ++written) {
         const std::optional<int> row = workspace.tracks().indexOf(written.key());
-        if (row && m_dependencies.saver.holdsPicture(written.key(), written.value()))
+        if (row && m_dependencies.saver.rows().holdsPicture(written.key(), written.value()))
             rows[*row].replaceArtwork(data, run.picture.shown);
     }
     workspace.setTracks(std::move(rows));

@@ -12,6 +12,7 @@
 #include <memory>
 
 class Notifications;
+class OriginalTags;
 class StatusLine;
 class TagSaver;
 class Workspace;
@@ -26,6 +27,7 @@ public:
         async::Clock& clock;
         async::Executor& executor;
         TagSaver& saver;
+        OriginalTags& originals;
     };
 
     explicit Artwork(const Dependencies& dependencies);
@@ -33,7 +35,7 @@ public:
 
     /// Writes a picture into the files of these tracks, one after another; the whole request is refused while a picture
     /// is on its way into one of them. \param image the bytes of any picture; what cannot be decoded is told in the
-    /// status line.
+    /// status line. One step of undo, which brings the old pictures back.
     void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids);
 
 private:

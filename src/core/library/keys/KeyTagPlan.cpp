@@ -14,7 +14,7 @@ Track savedThrough(const Track& row, const TrackList& tracks, const QString& cod
     Track track = place && !tracks.at(*place).isRead() ? tracks.at(*place) : row;
     AudioTags tags = track.tags();
     tags.musicalKey = code;
-    track.replaceTags(tags);
+    track.edit(tags, TagField::MusicalKey);
     track.setTagSource(Track::TagSource::Guessed);
     return track;
 }
@@ -45,7 +45,7 @@ Plan make(const TrackList& rows, const TrackList& tracks, const QHash<TrackID, M
             continue;
         const QString code = analysis->key.camelot();
         plan.codes.insert(row.url(), code);
-        plan.items.append({savedThrough(row, tracks, code), TagField::MusicalKey, TagSaver::Others::Stay});
+        plan.items.append({savedThrough(row, tracks, code), TagSaver::Others::Stay});
     }
     return plan;
 }
@@ -59,10 +59,12 @@ std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes,
         const Track& row = rows.at(place);
         if (!row.isRead() && !takesUnread)
             continue;
-        QList<Track> changed{row};
-        TagWriting::synchronizeMusicalKeyTags({{FileURL::standardizedPath(row.url()), codes.value(row.url())}},
-                                              changed);
-        result[place] = changed.first();
+        AudioTags tags = row.tags();
+        tags.musicalKey = codes.value(row.url());
+        if (list == Track::MetadataDestination::Library)
+            result[place].edit(tags, TagField::MusicalKey);
+        else
+            result[place].replaceTags(tags);
         isChanged = true;
     }
     return isChanged ? std::optional(result) : std::nullopt;

@@ -162,8 +162,8 @@ void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
     }
     if (!changed.isEmpty())
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), changed);
-    m_dependencies.saver.writeBatchNaming(plan.items,
-                                          [this, keys](const QSet<TrackID>& notWritten) { written(keys, notWritten); });
+    m_dependencies.saver.writeBatch(
+        plan.items, [this, keys](const TagSaver::Outcome& outcome) { written(keys, outcome.notWritten); });
 }
 
 /// A key that did not come to its file is no key in the tag.

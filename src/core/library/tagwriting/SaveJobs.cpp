@@ -41,9 +41,29 @@ TagInventory inventoryOf(TagFiles& files, const QUrl& url)
         return files.inventory(url);
     } catch (const std::exception&) {
         TagInventory unknown; // what cannot be looked through may hold anything
-        unknown.otherEntries = 1;
+        unknown.isUnknown = true;
         return unknown;
     }
+}
+
+/// Nothing where they cannot be kept: undo then brings back the fields.
+QByteArray present(TagFiles& files, const QUrl& url)
+{
+    try {
+        return files.present(url);
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+template <typename Change>
+Written changed(const QUrl& url, const Change& change)
+{
+    Written result;
+    result.rewrite.before = FileStamp::of(url);
+    result.failure = failureOf(url, change);
+    result.rewrite.after = FileStamp::of(url);
+    return result;
 }
 
 } // namespace
@@ -60,27 +80,37 @@ Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted)
 
 Written write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork)
 {
-    Written result;
-    result.rewrite.before = FileStamp::of(write.url);
-    result.failure = failureOf(write.url, [&] {
+    const QByteArray former = artwork ? present(files, write.url) : QByteArray();
+    Written written = changed(write.url, [&] {
         if (artwork)
             files.assignArtwork(*artwork, write);
         else
             files.write(write);
     });
-    result.rewrite.after = FileStamp::of(write.url);
-    return result;
+    written.former = former;
+    return written;
 }
 
-Restored restore(TagFiles& files, const Reader& reader, const QUrl& url)
+Written assignAlbum(TagFiles& files, const QString& album, const QUrl& url)
+{
+    return changed(url, [&] { files.clean(CleanerField::Album, std::nullopt, album, url); });
+}
+
+Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const std::optional<QByteArray>& tags)
 {
     Restored result;
-    result.isHeld = files.holdsOriginal(url);
+    result.isHeld = tags || files.holdsOriginal(url);
     if (!result.isHeld)
         return result;
-    result.rewrite.before = FileStamp::of(url);
-    result.failure = failureOf(url, [&] { files.restoreOriginal(url); });
-    result.rewrite.after = FileStamp::of(url);
+    result.former = present(files, url);
+    const Written written = changed(url, [&] {
+        if (tags)
+            files.putBack(*tags, url);
+        else
+            files.restoreOriginal(url);
+    });
+    result.rewrite = written.rewrite;
+    result.failure = written.failure;
     if (!result.failure)
         result.tags = read(reader, url, Track::fallbackTags(url));
     if (!result.failure && !result.tags)

@@ -33,19 +33,23 @@ struct Rewrite {
 
 struct Written {
     std::optional<TagFileError> failure;
-    Rewrite rewrite; ///< of a success
+    Rewrite rewrite;   ///< of a success
+    QByteArray former; ///< of a picture: the tags that stood before, for TagFiles::putBack()
 };
 /// \param artwork a picture to be written with the tags.
 Written write(TagFiles& files, const TagWrite& write, const std::optional<QByteArray>& artwork);
+/// Writes the album alone; an empty one takes it out.
+Written assignAlbum(TagFiles& files, const QString& album, const QUrl& url);
 
 struct Restored {
     bool isHeld = false; ///< whether there was anything to put back
     std::optional<TagFileError> failure;
     std::optional<LoadedTrackMetadata> tags;
-    Rewrite rewrite; ///< whatever became of the read
+    Rewrite rewrite;   ///< whatever became of the read
+    QByteArray former; ///< the tags that stood before, for TagFiles::putBack(); empty where they could not be kept
 };
-/// Puts the original tags back and reads them.
-Restored restore(TagFiles& files, const Reader& reader, const QUrl& url);
+/// Puts tags back and reads them. \param tags as TagFiles::present() gave them; the original ones where there are none.
+Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const std::optional<QByteArray>& tags);
 
 /// That a file's tags could not be read, so that they were left alone.
 TagFileError unreadable(const QUrl& url);

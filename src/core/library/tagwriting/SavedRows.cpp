@@ -4,21 +4,34 @@ namespace SavedRows {
 
 namespace {
 
+/// A row of another list shows what its file holds.
+void follow(Track& track, const SavedRow& saved)
+{
+    if (!saved.restored)
+        return;
+    track.replaceTags(TagFieldSet::merged(saved.restored->tags, track.tags(), track.editedFields()));
+    track.setTagSource(Track::TagSource::Read);
+    track.replaceArtwork(saved.restored->artworkData, QImage());
+}
+
+/// Edits that were there before the tags were put back are given up by that; later ones stay.
+void putBack(Track& track, const SavedRow& saved)
+{
+    const Track::MetadataVersion now = track.metadataVersion();
+    if (now.tags == saved.versionBefore.tags)
+        track.forgetEdits(TagFieldSet::kAll);
+    track.replaceTags(TagFieldSet::merged(saved.restored->tags, track.tags(), track.editedFields()));
+    track.setTagSource(Track::TagSource::Read);
+    if (now.artwork == saved.versionBefore.artwork)
+        track.replaceArtwork(saved.restored->artworkData, QImage());
+}
+
 void apply(Track& track, const SavedRow& saved)
 {
-    if (saved.read && !track.isRead()) {
-        track.apply(merged(*saved.read, track.tags(), saved.edited), saved.url, track.metadataVersion());
-        track.setTagSource(Track::TagSource::Read);
-    }
-    if (saved.restored) {
-        const Track::MetadataVersion now = track.metadataVersion();
-        if (now.tags == saved.versionBefore.tags) {
-            track.replaceTags(saved.restored->tags);
-            track.setTagSource(Track::TagSource::Read);
-        }
-        if (now.artwork == saved.versionBefore.artwork)
-            track.replaceArtwork(saved.restored->artworkData, QImage());
-    }
+    if (saved.read && !track.isRead())
+        track.apply(*saved.read, saved.url, track.metadataVersion());
+    if (saved.restored)
+        putBack(track, saved);
     // A fresh stamp even where no picture is shown: a read that began before the write still brings the old one.
     if (saved.losesArtwork)
         track.replaceArtwork(ArtworkData(), QImage());
@@ -26,22 +39,22 @@ void apply(Track& track, const SavedRow& saved)
 
 } // namespace
 
-LoadedTrackMetadata merged(const LoadedTrackMetadata& read, const AudioTags& rowTags, TagFields edited)
-{
-    LoadedTrackMetadata result = read;
-    result.tags = TagFieldSet::merged(read.tags, rowTags, edited);
-    return result;
-}
-
 QList<Track> applied(const TrackList& tracks, const QList<SavedRow>& saved)
 {
     QList<Track> rows = tracks.rows();
     for (const SavedRow& each : saved) {
-        const std::optional<int> place = tracks.indexOf(each.id);
+        // The row of another list may have been written in place of the one here.
+        std::optional<int> place = tracks.indexOf(each.id);
+        if (!place)
+            place = tracks.indexOfURL(each.url);
         if (!place || !each.changesRow() || std::as_const(rows)[*place].url() != each.url)
             continue;
         Track track = std::as_const(rows)[*place];
-        apply(track, each);
+        if (track.id() == each.id)
+            apply(track, each);
+        else
+            follow(track, each);
+        track.forgetEdits(each.settled(track));
         rows[*place] = std::move(track);
     }
     return rows;

@@ -13,27 +13,30 @@
 struct SavedRow {
     TrackID id;
     QUrl url;
-    /// What the file held before, if the row had never been read; and what the user edited of the row meanwhile.
+    /// What the file held before, if the row had never been read.
     std::optional<LoadedTrackMetadata> read = {};
-    TagFields edited = {};
-    /// What the file holds after its original tags came back; and the row's stamps when that began.
+    /// What the file holds after its tags were put back; and the row's stamps when that began.
     std::optional<LoadedTrackMetadata> restored = {};
     Track::MetadataVersion versionBefore = {};
+    /// The fields that are in the file now, and what they say.
+    TagFields writtenFields = {};
+    AudioTags written = {};
     /// The picture is not in the file any more; and which write took it away.
     bool losesArtwork = false;
     quint64 pictureMark = 0;
 
-    bool changesRow() const { return read || restored || losesArtwork; }
+    bool changesRow() const { return read || restored || losesArtwork || writtenFields; }
+    /// The edited fields of a row of this file that the write brought into it.
+    TagFields settled(const Track& row) const
+    {
+        return row.editedFields() & writtenFields & ~TagFieldSet::differing(row.tags(), written);
+    }
 };
 
 /// Rows after writes: pure functions.
 namespace SavedRows {
 
-/// What an edited row that was never read comes to be when its file is read after all: the read, with the fields of
-/// \p edited as the row has them.
-LoadedTrackMetadata merged(const LoadedTrackMetadata& read, const AudioTags& rowTags, TagFields edited);
-
-/// The list with what the writes taught. Restored values are taken only where nobody changed the row meanwhile.
+/// The list with what the writes taught. A field that the user edited meanwhile stays as it is and stays edited.
 QList<Track> applied(const TrackList& tracks, const QList<SavedRow>& saved);
 
 } // namespace SavedRows

@@ -17,21 +17,37 @@ TagValues valuesBefore(const TrackList& tracks, const AudioTags& tags, TagFields
     TagValues values;
     for (const TrackID& id : ids) {
         const Track* track = tracks.find(id);
-        const bool changes = track && (!track->isRead() || (fields & TagFieldSet::kNeverRead) ||
-                                       (TagFieldSet::differing(track->tags(), tags) & fields));
+        if (!track)
+            continue;
+        const TagFields unseen =
+            (track->isRead() ? TagFieldSet::kNeverRead : TagFieldSet::kAll) & ~track->editedFields();
+        const bool changes = fields & (unseen | TagFieldSet::differing(track->tags(), tags));
         if (changes)
             values.insert(id, track->tags());
     }
     return values;
 }
 
-TagFields unknownFields(const Track& track, TagFields fields, TagFields edited)
+QList<Track> notInFile(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
 {
-    const TagFields empty = TagFieldSet::kNeverRead & ~TagFieldSet::filled(track.tags());
-    return fields & (track.isRead() ? empty : TagFieldSet::kAll) & ~edited;
+    QList<Track> rows;
+    for (const TrackID& id : ids) {
+        const Track* track = tracks.find(id);
+        const TagFields differing = track ? TagFieldSet::differing(track->tags(), tags) & fields : TagFields();
+        if (track && !differing && (track->editedFields() & fields))
+            rows.append(*track);
+    }
+    return rows;
 }
 
-QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields, QList<Track>& changed)
+TagFields unknownFields(const Track& track, TagFields fields)
+{
+    const TagFields empty = TagFieldSet::kNeverRead & ~TagFieldSet::filled(track.tags());
+    return fields & (track.isRead() ? empty : TagFieldSet::kAll) & ~track.editedFields();
+}
+
+QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields,
+                      const QHash<TrackID, TagFields>& noEdits, QList<Track>& changed)
 {
     QList<Track> rows = tracks.rows();
     QList<int> places;
@@ -41,9 +57,10 @@ QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagField
     }
     std::ranges::sort(places);
     for (const int row : std::as_const(places)) {
-        const AudioTags& edits = *values.constFind(std::as_const(rows)[row].id());
-        rows[row].replaceTags(TagFieldSet::merged(std::as_const(rows)[row].tags(), edits, fields));
-        changed.append(std::as_const(rows)[row]);
+        Track& track = rows[row];
+        track.edit(*values.constFind(track.id()), fields);
+        track.forgetEdits(noEdits.value(track.id()));
+        changed.append(track);
     }
     return rows;
 }

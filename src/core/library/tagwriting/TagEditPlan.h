@@ -18,11 +18,13 @@ AudioTags trimmed(const AudioTags& tags);
 /// The present tags of those of the tracks in which one of the fields changes, or may change in the file: of a row that
 /// was never read, and of fields that no read supplies, nobody knows.
 TagValues valuesBefore(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
-/// The fields of an edit whose old value the row does not know. \param edited fields of the row that were edited before
-/// and have not come to the file.
-TagFields unknownFields(const Track& track, TagFields fields, TagFields edited);
-/// The list with the chosen fields of the values, each changed track under a fresh stamp of tags. \param changed gets
-/// the changed tracks in the order of the list.
-QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields, QList<Track>& changed);
+/// Those of the tracks that say what the edit wants already, while their files do not.
+QList<Track> notInFile(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
+/// The fields of an edit whose old value the row does not know.
+TagFields unknownFields(const Track& track, TagFields fields);
+/// The list with the chosen fields of the values as edits, each changed track under a fresh stamp of tags. \param
+/// noEdits fields that do not count as edited then. \param changed gets the changed tracks in the order of the list.
+QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields,
+                      const QHash<TrackID, TagFields>& noEdits, QList<Track>& changed);
 
 } // namespace TagEditPlan

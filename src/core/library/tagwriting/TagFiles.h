@@ -54,4 +54,9 @@ public:
     /// Whether the tags that the file had before the first change are kept. Cheap, any thread.
     virtual bool holdsOriginal(const QUrl& url) const = 0;
     virtual void restoreOriginal(const QUrl& url) = 0;
+    /// The tags as they stand in the file now, byte for byte in a form of its own; empty for kinds of files whose tags
+    /// cannot be put back.
+    virtual QByteArray present(const QUrl& url) = 0;
+    /// Puts tags back that present() gave.
+    virtual void putBack(const QByteArray& tags, const QUrl& url) = 0;
 };

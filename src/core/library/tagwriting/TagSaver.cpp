@@ -2,194 +2,167 @@
 
 #include "async/MainQueue.h"
 #include "core/library/workspace/Workspace.h"
-#include "platform/Preferences.h"
 
 #include <limits>
 
-namespace {
-constexpr int kRowsPerUpdate = 8; // files of a batch between two updates of the list
-}
+/// One batch on the line.
+class TagSaver::Round : public FileRound {
+public:
+    Round(TagSaver& saver, QList<Item> items, std::function<void(const Outcome&)> ended)
+        : m_saver(saver)
+        , m_items(std::move(items))
+        , m_ended(std::move(ended))
+    {
+    }
 
-struct TagSaver::Batch {
-    QList<Item> items;
-    bool restores = false;
-    qsizetype next = 0;
-    bool isCancelled = false;
-    std::optional<TagFileError> firstFailure = {};
-    QList<SavedRow> rows = {}; ///< not yet in the list
-    QSet<TrackID> restored = {};
-    QList<TrackID> failed = {}; ///< rows, one for each file
-    std::function<void(const Batch&)> ended = {};
+    QList<QUrl> begin() override
+    {
+        QList<QUrl> files;
+        for (const Item& item : std::as_const(m_items))
+            files.append(item.track.url());
+        return files;
+    }
+
+    /// The path stays held until the row has learned what the file holds now, as far as others could be misled.
+    async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath held,
+                                                 std::stop_token stop) override
+    {
+        const FileLocks::HeldPath untilTheEnd = std::move(held);
+        const Item item = m_items.at(file);
+        const RowSaver::Saved saved = co_await change(item, stop);
+        if (!saved.failure) {
+            note(saved);
+            co_return std::nullopt;
+        }
+        m_outcome.notWritten.insert(saved.row.id);
+        FileFailure failure{saved.row.url, saved.failure->message(), saved.failure->isMissing()};
+        co_return std::move(failure);
+    }
+
+    void update() override { m_saver.m_rows.learn(); }
+
+    void end(const End& end) override
+    {
+        for (const Item& item : m_items.last(end.left))
+            m_outcome.notWritten.insert(item.track.id());
+        if (m_ended)
+            m_ended(m_outcome);
+        m_saver.finish(end);
+    }
+
+protected:
+    virtual async::Task<RowSaver::Saved> change(Item item, std::stop_token stop) = 0;
+
+    TagSaver& m_saver;
+
+private:
+    void note(const RowSaver::Saved& saved)
+    {
+        ++m_outcome.written;
+        if (saved.isRestored)
+            m_outcome.restored.insert(saved.row.id);
+        if (saved.isRestored && !saved.former.isEmpty())
+            m_outcome.former.insert(saved.row.id, saved.former);
+    }
+
+    QList<Item> m_items;
+    std::function<void(const Outcome&)> m_ended;
+    Outcome m_outcome;
+};
+
+class TagSaver::Saves final : public Round {
+public:
+    using Round::Round;
+
+private:
+    async::Task<RowSaver::Saved> change(Item item, std::stop_token stop) override
+    {
+        return m_saver.m_rows.save(std::move(item), std::nullopt, std::move(stop));
+    }
+};
+
+class TagSaver::Restores final : public Round {
+public:
+    Restores(TagSaver& saver, QList<Item> items, QHash<TrackID, QByteArray> tags,
+             std::function<void(const Outcome&)> ended)
+        : Round(saver, std::move(items), std::move(ended))
+        , m_tags(std::move(tags))
+    {
+    }
+
+private:
+    async::Task<RowSaver::Saved> change(Item item, std::stop_token stop) override
+    {
+        const auto tags = m_tags.constFind(item.track.id());
+        return m_saver.m_rows.restore(item.track, tags == m_tags.cend() ? std::nullopt : std::optional(*tags),
+                                      std::move(stop));
+    }
+
+    QHash<TrackID, QByteArray> m_tags;
 };
 
 TagSaver::TagSaver(const Dependencies& dependencies)
     : m_dependencies(dependencies)
-    , m_coordinator(dependencies.locks, dependencies.executor, dependencies.files)
-    , m_writes(std::numeric_limits<int>::max()) // the workers bound what runs at once
+    , m_question(dependencies.workspace, dependencies.preferences)
+    , m_rows({dependencies.workspace, dependencies.executor, dependencies.files, dependencies.events, m_question,
+              dependencies.readMetadata})
+    , m_line(dependencies.locks, std::numeric_limits<int>::max()) // the workers bound what runs at once
 {
-    connect(&dependencies.preferences, &Preferences::changed, this, &TagSaver::preferenceChanged);
+    connect(&m_line, &FileLine::progressChanged, this, &TagSaver::progressChanged);
 }
 
 TagSaver::~TagSaver() = default;
 
-void TagSaver::noteEdits(const TrackID& id, TagFields edited)
-{
-    if (m_dependencies.workspace.tracks().find(id))
-        m_edits[id] |= edited;
-}
-
-void TagSaver::forgetEdits(const TrackID& id, TagFields fields)
-{
-    if (const auto edits = m_edits.find(id); edits != m_edits.end())
-        *edits &= ~fields;
-}
-
-void TagSaver::write(const TrackID& id, TagFields edited)
+void TagSaver::write(const TrackID& id)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const Track* track = m_dependencies.workspace.tracks().find(id);
-    if (!track)
-        return;
-    noteEdits(id, edited);
-    const Item item{*track, edited};
-    m_writes.add([this, item](std::stop_token stop) { return writeOne(item, std::move(stop)); });
+    if (const Track* track = m_dependencies.workspace.tracks().find(id))
+        writeBatch({Item{*track, Others::AsPreferred, true}});
 }
 
-async::Task<> TagSaver::writeOne(Item item, std::stop_token stop)
-{
-    const Saved saved = co_await save(item, std::nullopt, stop);
-    applyToRows({saved.row});
-    if (saved.failure)
-        m_dependencies.report(*saved.failure);
-}
-
-void TagSaver::writeBatch(const QList<Item>& items, std::function<void(int written)> ended)
-{
-    const auto batch = std::make_shared<Batch>(Batch{items});
-    if (ended)
-        batch->ended = [ended](const Batch& b) { ended(static_cast<int>(b.next - b.failed.size())); };
-    startWrites(batch);
-}
-
-void TagSaver::writeBatchNaming(const QList<Item>& items, std::function<void(const QSet<TrackID>& notWritten)> ended)
-{
-    const auto batch = std::make_shared<Batch>(Batch{items});
-    if (ended)
-        batch->ended = [ended](const Batch& b) {
-            QSet<TrackID> notWritten(b.failed.cbegin(), b.failed.cend());
-            for (const Item& item : b.items.sliced(b.next))
-                notWritten.insert(item.track.id());
-            ended(notWritten);
-        };
-    startWrites(batch);
-}
-
-void TagSaver::startWrites(std::shared_ptr<Batch> batch)
+void TagSaver::writeBatch(const QList<Item>& items, std::function<void(const Outcome&)> ended)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    for (const Item& item : std::as_const(batch->items))
-        noteEdits(item.track.id(), item.edited);
-    startBatch(std::move(batch));
+    if (!items.isEmpty())
+        m_line.append(std::make_shared<Saves>(*this, items, std::move(ended)));
 }
 
-void TagSaver::restoreBatch(const QList<Track>& tracks)
+void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags,
+                            std::function<void(const Outcome&)> ended)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     QList<Item> items;
     for (const Track& track : tracks)
-        items.append({track, {}});
-    startBatch(std::make_shared<Batch>(Batch{items, true}));
+        items.append(Item{track});
+    if (!items.isEmpty())
+        m_line.append(std::make_shared<Restores>(*this, items, tags, std::move(ended)));
 }
 
-void TagSaver::startBatch(std::shared_ptr<Batch> batch)
+void TagSaver::finish(const FileRound::End& end)
 {
-    if (batch->items.isEmpty())
-        return;
-    m_batches.append(batch);
-    setProgress(m_progress.done, m_progress.total + static_cast<int>(batch->items.size()));
-    m_writes.add([this, batch](std::stop_token stop) { return runBatch(batch, std::move(stop)); });
-}
-
-async::Task<> TagSaver::runBatch(std::shared_ptr<Batch> batch, std::stop_token stop)
-{
-    while (batch->next < batch->items.size() && !batch->isCancelled) {
-        const Item item = batch->items.at(batch->next++);
-        Saved saved;
-        if (batch->restores)
-            saved = co_await restoreOne(item.track, stop);
-        else
-            saved = co_await save(item, std::nullopt, stop);
-        note(*batch, saved);
-        setProgress(m_progress.done + 1, m_progress.total);
-    }
-    m_batches.removeOne(batch);
-    applyToRows(batch->rows);
-    finishBatch(*batch);
-}
-
-void TagSaver::note(Batch& batch, const Saved& saved)
-{
-    if (saved.row.changesRow())
-        batch.rows.append(saved.row);
-    if (saved.failure && !batch.firstFailure)
-        batch.firstFailure = saved.failure;
-    if (saved.failure)
-        batch.failed.append(saved.row.id);
-    if (saved.isRestored)
-        batch.restored.insert(saved.row.id);
-    if (batch.rows.size() >= kRowsPerUpdate)
-        applyToRows(std::exchange(batch.rows, {}));
-}
-
-void TagSaver::finishBatch(const Batch& batch)
-{
-    const auto notDone = static_cast<int>(batch.items.size() - batch.next);
-    if (m_batches.isEmpty())
-        setProgress(0, 0);
-    else
-        setProgress(m_progress.done, m_progress.total - notDone);
-    if (!batch.restored.isEmpty())
-        emit restored(batch.restored);
-    if (batch.ended)
-        batch.ended(batch);
-    if (batch.isCancelled)
-        emit stopped(notDone);
-    else if (batch.firstFailure)
-        m_dependencies.report(*batch.firstFailure);
+    if (end.left > 0)
+        emit stopped(end.left);
+    else if (end.firstFailure)
+        emit failed(*end.firstFailure);
 }
 
 void TagSaver::cancelBatches()
 {
-    for (const std::shared_ptr<Batch>& batch : std::as_const(m_batches))
-        batch->isCancelled = true;
+    m_line.stop();
 }
 
-void TagSaver::setProgress(int done, int total)
+async::Task<RowSaver::Saved> TagSaver::writeArtwork(QByteArray artwork, Track track, std::stop_token stop)
 {
-    m_progress = {done, total};
-    emit progressChanged();
+    const Item item{track};
+    const FileLocks::HeldPath held = co_await m_dependencies.locks.hold(track.url(), stop);
+    RowSaver::Saved saved = co_await m_rows.save(item, artwork, stop);
+    m_rows.learn();
+    if (saved.failure)
+        throw TagFileError(*saved.failure);
+    co_return std::move(saved);
 }
 
 bool TagSaver::holdsOriginal(const QUrl& url) const
 {
     return m_dependencies.files.holdsOriginal(url);
-}
-
-void TagSaver::answerWhatSavesKeep(bool keepsOthers)
-{
-    VELMORA_ASSERT_MAIN_THREAD();
-    m_dependencies.workspace.setAskingWhatSavesKeep(false); // first: setting the preference comes back here
-    m_dependencies.preferences.keepsOtherTagEntriesAsked.set(true);
-    m_dependencies.preferences.keepsOtherTagEntries.set(keepsOthers);
-    if (m_answer)
-        m_answer->resolve(keepsOthers);
-    m_answer.reset();
-}
-
-/// Whoever sets the preference has answered as well.
-void TagSaver::preferenceChanged(const QString& key)
-{
-    const Preferences& preferences = m_dependencies.preferences;
-    if (key == preferences.keepsOtherTagEntries.key() && m_dependencies.workspace.isAskingWhatSavesKeep())
-        answerWhatSavesKeep(preferences.keepsOtherTagEntries.get());
 }

@@ -3,59 +3,13 @@
 #include "async/MainQueue.h"
 #include "core/library/quicklists/QuickLists.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/AssignmentWords.h"
+#include "core/library/tagwriting/EditAnnouncement.h"
 #include "core/library/tagwriting/TagEditPlan.h"
 #include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
-
-#include <algorithm>
-
-namespace {
-
-using Tone = WorkspaceStatus::Tone;
-
-constexpr int kAskedFiles = 200; // chosen: a menu opens at once; for more it offers without asking
-
-/// The texts of one field.
-struct Words {
-    QString assigned; ///< value and count
-    QString cleared;  ///< count
-    QString alreadyEmpty;
-    QString assignAction;
-    QString clearAction;
-    StatusIcon icon;
-};
-
-const Words& words(AssignedField field)
-{
-    static const Words kGenre{QStringLiteral("Жанр «%@» присвоен: %d"),
-                              QStringLiteral("Жанр очищен: %d"),
-                              QStringLiteral("У выбранных треков жанр уже пуст"),
-                              QStringLiteral("Присвоить жанр"),
-                              QStringLiteral("Очистить жанр"),
-                              StatusIcon::Genre};
-    static const Words kComment{QStringLiteral("Комментарий «%@» присвоен: %d"),
-                                QStringLiteral("Комментарий очищен: %d"),
-                                QStringLiteral("У выбранных треков комментарий уже пуст"),
-                                QStringLiteral("Присвоить комментарий"),
-                                QStringLiteral("Очистить комментарий"),
-                                StatusIcon::Comment};
-    static const Words kAlbum{
-        QStringLiteral("Альбом «%@» присвоен: %d"), QStringLiteral("Альбом очищен: %d"), QString(),
-        QStringLiteral("Изменить альбом"),          QStringLiteral("Изменить альбом"),   StatusIcon::Album};
-    switch (field) {
-    case AssignedField::Genre:
-        return kGenre;
-    case AssignedField::Comment:
-        return kComment;
-    case AssignedField::Album:
-        return kAlbum;
-    }
-    Q_UNREACHABLE();
-}
-
-} // namespace
 
 /// One edit as undo and redo see it.
 struct TagWriting::UndoStep {
@@ -70,14 +24,15 @@ struct TagWriting::UndoStep {
     std::function<void()> redone = {};
     std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended = {};
     bool tellsTempo = true;
+    TagSaver::Others others = TagSaver::Others::AsPreferred;
     int turns = 0; ///< how often it was done or taken back: what ends later is of the past
 };
 
 TagWriting::TagWriting(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
-    connect(&dependencies.saver, &TagSaver::fileTold, this, &TagWriting::fileTold);
-    connect(&dependencies.saver, &TagSaver::restored, this, &TagWriting::announceRestored);
+    connect(&dependencies.saver.rows(), &RowSaver::fileTold, this, &TagWriting::fileTold);
+    connect(&dependencies.saver, &TagSaver::failed, this, &TagWriting::reportWriteError);
 }
 
 TagWriting::~TagWriting() = default;
@@ -107,10 +62,10 @@ void TagWriting::clearComments(const QSet<TrackID>& ids)
     clear(AssignedField::Comment, ids);
 }
 
-void TagWriting::reportWriteError(const TagFileError& error)
+void TagWriting::reportWriteError(const FileFailure& failure)
 {
-    if (!error.isMissing()) // the list will show it
-        m_dependencies.workspace.setLastError(error.message());
+    if (!failure.isMissing) // the list will show it
+        m_dependencies.workspace.setLastError(failure.message);
 }
 
 void TagWriting::assign(AssignedField field, const QString& text, const QSet<TrackID>& ids)
@@ -121,16 +76,14 @@ void TagWriting::assign(AssignedField field, const QString& text, const QSet<Tra
     const QSet<TrackID> targets = favoriteTargets(ids);
     if (targets.isEmpty())
         return;
-    const UndoStep kind{words(field).assignAction, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
-    edit(tags, kind, targets);
+    const int count = static_cast<int>(targets.size());
+    const AssignmentWords& w = AssignmentWords::of(field);
+    if (field == AssignedField::Album && value.isEmpty())
+        edit(tags, stepOf(field, w.assignAction), targets, {w.clearing, w.cleared, w.icon, count});
+    else
+        edit(tags, stepOf(field, w.assignAction), targets, {w.assigning, w.assigned, w.icon, count, value});
     if (field == AssignedField::Genre)
         m_dependencies.quickLists.recordRecentGenre(value);
-    const int count = static_cast<int>(targets.size());
-    StatusLine& status = m_dependencies.status;
-    if (field == AssignedField::Album && value.isEmpty())
-        status.showCounted(words(field).cleared, {count}, words(field).icon, Tone::Success);
-    else
-        status.showCounted(words(field).assigned, {value, count}, words(field).icon, Tone::Success);
 }
 
 void TagWriting::clear(AssignedField field, const QSet<TrackID>& ids)
@@ -139,13 +92,18 @@ void TagWriting::clear(AssignedField field, const QSet<TrackID>& ids)
     const QSet<TrackID> targets = favoriteTargets(ids);
     if (targets.isEmpty())
         return;
-    const UndoStep kind{words(field).clearAction, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
-    const int count = edit(AudioTags(), kind, targets);
-    StatusLine& status = m_dependencies.status;
-    if (count == 0)
-        status.showStatus(words(field).alreadyEmpty, words(field).icon, Tone::Warning);
-    else
-        status.showCounted(words(field).cleared, {count}, words(field).icon, Tone::Success);
+    const AssignmentWords& w = AssignmentWords::of(field);
+    if (!edit(AudioTags(), stepOf(field, w.clearAction), targets, {w.clearing, w.cleared, w.icon}))
+        m_dependencies.status.showStatus(w.alreadyEmpty, w.icon, WorkspaceStatus::Tone::Warning);
+}
+
+/// An album is written alone: all else stays as the file has it.
+TagWriting::UndoStep TagWriting::stepOf(AssignedField field, const QString& actionName)
+{
+    UndoStep step{actionName, AssignmentPlan::fieldName(field), AssignmentPlan::tagField(field)};
+    if (field == AssignedField::Album)
+        step.others = TagSaver::Others::StayBesideAlbum;
+    return step;
 }
 
 QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
@@ -153,37 +111,50 @@ QSet<TrackID> TagWriting::favoriteTargets(const QSet<TrackID>& ids)
     const QSet<TrackID> targets = AssignmentPlan::favorites(m_dependencies.workspace.tracks(), ids);
     if (targets.isEmpty())
         m_dependencies.status.showStatus(QStringLiteral("Выберите трек в «Избранном»"), StatusIcon::Favorite,
-                                         Tone::Warning);
+                                         WorkspaceStatus::Tone::Warning);
     return targets;
 }
 
-/// Gives the fields of \p kind to the rows and their files, as one step of undo. \return how many rows changed.
-int TagWriting::edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids)
+/// Gives the fields of \p kind to the rows and their files, as one step of undo. Rows that say so already while their
+/// files do not are written too. \return whether there is anything to write.
+bool TagWriting::edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids,
+                      EditAnnouncement announcement)
 {
+    const TrackList& tracks = m_dependencies.workspace.tracks();
     const auto step = std::make_shared<UndoStep>(kind);
-    step->before = TagEditPlan::valuesBefore(m_dependencies.workspace.tracks(), tags, step->fields, ids);
+    step->before = TagEditPlan::valuesBefore(tracks, tags, step->fields, ids);
     for (auto entry = step->before.cbegin(); entry != step->before.cend(); ++entry)
         step->after.insert(entry.key(), TagFieldSet::merged(entry.value(), tags, step->fields));
-    return perform(step);
+    QList<Track> again = TagEditPlan::notInFile(tracks, tags, step->fields, ids);
+    again.removeIf([&](const Track& track) { return step->before.contains(track.id()); });
+    registerStep(step);
+    const auto count = static_cast<int>(step->before.size() + again.size());
+    if (announcement.rows == 0)
+        announcement.rows = count;
+    if (count > 0)
+        announcement.showWriting(m_dependencies.status);
+    else if (announcement.rows > 0)
+        announcement.showWritten(m_dependencies.status, 0);
+    const auto ended = [this, announcement](const TagSaver::Outcome& outcome) {
+        announcement.showWritten(m_dependencies.status, static_cast<int>(outcome.notWritten.size()));
+    };
+    apply(*step, Direction::Forth, again, ended);
+    return count > 0;
 }
 
-int TagWriting::perform(const std::shared_ptr<UndoStep>& step)
+void TagWriting::registerStep(const std::shared_ptr<UndoStep>& step)
 {
     const TrackList& tracks = m_dependencies.workspace.tracks();
     for (const TrackID& id : step->before.keys()) {
-        const TagFields unknown =
-            TagEditPlan::unknownFields(*tracks.find(id), step->fields, m_dependencies.saver.pendingEdits(id));
-        if (unknown)
+        if (const TagFields unknown = TagEditPlan::unknownFields(*tracks.find(id), step->fields))
             step->unknown.insert(id, unknown);
     }
-    if (!step->before.isEmpty()) {
-        watchUnknown(step);
-        m_dependencies.history.registerUndo(
-            step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(step); },
-            [step] { return step->before.isEmpty(); });
-    }
-    write(step);
-    return static_cast<int>(step->before.size());
+    if (step->before.isEmpty())
+        return;
+    watchUnknown(step);
+    m_dependencies.history.registerUndo(
+        step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(step); },
+        [step] { return step->before.isEmpty(); });
 }
 
 void TagWriting::watchUnknown(const std::shared_ptr<UndoStep>& step)
@@ -204,13 +175,10 @@ void TagWriting::fileTold(const TrackID& id, const AudioTags& values, TagFields 
     }
 }
 
-/// What has not come to the file yet is no edit any more, and the guess is not written in its place.
 void TagWriting::takeBack(UndoStep& step)
 {
     ++step.turns;
-    apply(step.before, step);
-    for (auto entry = step.unknown.cbegin(); entry != step.unknown.cend(); ++entry)
-        m_dependencies.saver.forgetEdits(entry.key(), entry.value());
+    apply(step, Direction::Back);
     if (step.undone)
         step.undone();
 }
@@ -224,13 +192,11 @@ void TagWriting::writeAgain(const std::shared_ptr<UndoStep>& step)
 
 void TagWriting::write(const std::shared_ptr<UndoStep>& step)
 {
-    BatchEnd batchEnd;
-    if (step->ended)
-        batchEnd = [this, step, turn = ++step->turns](const QSet<TrackID>& notWritten) {
-            if (step->turns == turn)
-                ended(*step, notWritten);
-        };
-    apply(step->after, *step, batchEnd);
+    const int turn = ++step->turns;
+    apply(*step, Direction::Forth, {}, [this, step, turn](const TagSaver::Outcome& outcome) {
+        if (step->ended && step->turns == turn)
+            ended(*step, outcome.notWritten);
+    });
 }
 
 /// Rows that somebody edited meanwhile keep their new text; it goes with the next save.
@@ -245,39 +211,48 @@ void TagWriting::ended(UndoStep& step, const QSet<TrackID>& notWritten)
         if (!track || (TagFieldSet::differing(track->tags(), after) & step.fields))
             continue;
         former.insert(id, before);
-        m_dependencies.saver.forgetEdits(id, step.fields);
     }
     const QSet<TrackID> putBack(former.keyBegin(), former.keyEnd());
     if (!putBack.isEmpty()) {
-        setFields(former, step.fields);
+        QHash<TrackID, TagFields> noEdits;
+        for (const TrackID& id : putBack)
+            noEdits.insert(id, step.fields);
+        setFields(former, step.fields, noEdits);
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, putBack);
     }
     step.ended(notWritten, putBack);
 }
 
-QList<Track> TagWriting::setFields(const TagEditPlan::TagValues& values, TagFields fields)
+/// \param noEdits fields that are as their files have them, for all that is known: they count as not edited.
+QList<Track> TagWriting::setFields(const TagEditPlan::TagValues& values, TagFields fields,
+                                   const QHash<TrackID, TagFields>& noEdits)
 {
     QList<Track> changed;
     Workspace& workspace = m_dependencies.workspace;
-    workspace.setTracks(TagEditPlan::withTags(workspace.tracks(), values, fields, changed));
+    workspace.setTracks(TagEditPlan::withTags(workspace.tracks(), values, fields, noEdits, changed));
     return changed;
 }
 
-void TagWriting::apply(const TagEditPlan::TagValues& values, const UndoStep& step, const BatchEnd& batchEnd)
+/// What has not come to a file yet is no edit any more when it is taken back, and the guess is not written in its
+/// place. \param again rows that are written besides.
+void TagWriting::apply(const UndoStep& step, Direction direction, const QList<Track>& again, const BatchEnd& batchEnd)
 {
-    const QList<Track> changed = setFields(values, step.fields);
-    if (changed.isEmpty())
-        return;
+    const bool isBack = direction == Direction::Back;
+    const QList<Track> changed =
+        setFields(isBack ? step.before : step.after, step.fields, isBack ? step.unknown : QHash<TrackID, TagFields>());
     QSet<TrackID> ids;
     QList<TagSaver::Item> items;
     for (const Track& track : changed) {
         ids.insert(track.id());
-        items.append({track, step.fields});
+        items.append({track, step.others});
     }
-    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, ids);
-    if (step.tellsTempo && (step.fields & TagField::Tempo))
+    for (const Track& track : again)
+        items.append({track, step.others});
+    if (!ids.isEmpty())
+        emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, ids);
+    if (step.tellsTempo && (step.fields & TagField::Tempo) && !ids.isEmpty())
         emit tempoEdited(ids);
-    m_dependencies.saver.writeBatchNaming(items, batchEnd);
+    m_dependencies.saver.writeBatch(items, batchEnd);
 }
 
 void TagWriting::save(const AudioTags& tags, const TrackID& id)
@@ -289,21 +264,26 @@ void TagWriting::save(const AudioTags& tags, const TrackID& id)
         return;
     QList<Track> rows = workspace.tracks().rows();
     const TagFields edited = TagFieldSet::differing(rows.at(*place).tags(), tags);
-    rows[*place].replaceTags(tags);
+    rows[*place].edit(tags, edited);
     workspace.setTracks(std::move(rows));
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), {id});
     if (edited & TagField::Tempo)
         emit tempoEdited({id});
-    m_dependencies.saver.write(id, edited);
+    m_dependencies.saver.write(id);
+}
+
+void TagWriting::putFieldsBack(const QHash<TrackID, AudioTags>& tags)
+{
+    UndoStep step{QString(), QString(), TagFieldSet::kAll};
+    step.before = tags;
+    apply(step, Direction::Back);
 }
 
 void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const UndoStep kind{QStringLiteral("Изменить теги"), QString(), fields};
-    const int count = edit(TagEditPlan::trimmed(tags), kind, ids);
-    if (count > 0)
-        m_dependencies.status.showCounted(QStringLiteral("Теги изменены: %d"), {count}, StatusIcon::Tag, Tone::Success);
+    edit(TagEditPlan::trimmed(tags), UndoStep{QStringLiteral("Изменить теги"), QString(), fields}, ids,
+         {QStringLiteral("Записываем теги: %d"), QStringLiteral("Теги изменены: %d"), StatusIcon::Tag});
 }
 
 void TagWriting::saveTexts(const FieldTexts& edit)
@@ -323,7 +303,8 @@ void TagWriting::saveTexts(const FieldTexts& edit)
         step->before.insert(entry.key(), track->tags());
         step->after.insert(entry.key(), after);
     }
-    perform(step);
+    registerStep(step);
+    write(step);
 }
 
 void TagWriting::synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks)
@@ -338,33 +319,4 @@ void TagWriting::synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, 
         tags.musicalKey = *key;
         tracks[row].replaceTags(tags);
     }
-}
-
-bool TagWriting::canRestoreOriginalTags(const QSet<TrackID>& ids) const
-{
-    if (ids.size() > kAskedFiles)
-        return true;
-    return std::ranges::any_of(ids, [this](const TrackID& id) {
-        const Track* track = m_dependencies.workspace.tracks().find(id);
-        return track && m_dependencies.saver.holdsOriginal(track->url());
-    });
-}
-
-void TagWriting::restoreOriginalTags(const QSet<TrackID>& ids)
-{
-    VELMORA_ASSERT_MAIN_THREAD();
-    QList<Track> tracks;
-    for (const Track& track : m_dependencies.workspace.tracks()) {
-        if (ids.contains(track.id()))
-            tracks.append(track);
-    }
-    m_dependencies.saver.restoreBatch(tracks);
-}
-
-void TagWriting::announceRestored(const QSet<TrackID>& ids)
-{
-    emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), ids);
-    emit tempoEdited(ids);
-    m_dependencies.status.showCounted(QStringLiteral("Исходные теги возвращены: %d"), {static_cast<int>(ids.size())},
-                                      StatusIcon::Undo, Tone::Success);
 }

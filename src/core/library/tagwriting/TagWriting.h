@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 
+struct EditAnnouncement;
 class History;
 class Notifications;
 class QuickLists;
@@ -49,6 +50,8 @@ public:
     void save(const AudioTags& tags, const TrackID& id);
     /// Writes the chosen fields into rows and files, as one step of undo.
     void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
+    /// Brings all ten fields of rows and files back to what they were, without a step of undo.
+    void putFieldsBack(const QHash<TrackID, AudioTags>& tags);
     /// A text per row for one field, and what goes with it.
     struct FieldTexts {
         TagField field;
@@ -67,13 +70,8 @@ public:
     /// Sets the key of all rows of these files, in the list that is handed in. \param keys by standardized path.
     static void synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks);
 
-    /// Puts the tags back that the files had before the program first changed them, where they are kept.
-    void restoreOriginalTags(const QSet<TrackID>& ids);
-    /// Whether the original tags of one of the files are kept; true without asking for a large number of files.
-    bool canRestoreOriginalTags(const QSet<TrackID>& ids) const;
-
     /// Takes a failed write to the user; a file that has gone is no news.
-    void reportWriteError(const TagFileError& error);
+    void reportWriteError(const FileFailure& failure);
     /// Writes under way.
     TagSaver& saver() { return m_dependencies.saver; }
 
@@ -83,22 +81,25 @@ Q_SIGNALS:
 
 private:
     struct UndoStep;
-    using BatchEnd = std::function<void(const QSet<TrackID>& notWritten)>;
+    enum class Direction { Forth, Back };
+    using BatchEnd = std::function<void(const TagSaver::Outcome&)>;
 
     void assign(AssignedField field, const QString& value, const QSet<TrackID>& ids);
     void clear(AssignedField field, const QSet<TrackID>& ids);
     QSet<TrackID> favoriteTargets(const QSet<TrackID>& ids);
-    int edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids);
-    int perform(const std::shared_ptr<UndoStep>& step);
+    static UndoStep stepOf(AssignedField field, const QString& actionName);
+    bool edit(const AudioTags& tags, const UndoStep& kind, const QSet<TrackID>& ids, EditAnnouncement announcement);
+    void registerStep(const std::shared_ptr<UndoStep>& step);
     void watchUnknown(const std::shared_ptr<UndoStep>& step);
     void takeBack(UndoStep& step);
     void writeAgain(const std::shared_ptr<UndoStep>& step);
     void write(const std::shared_ptr<UndoStep>& step);
     void ended(UndoStep& step, const QSet<TrackID>& notWritten);
-    void apply(const TagEditPlan::TagValues& values, const UndoStep& step, const BatchEnd& batchEnd = {});
-    QList<Track> setFields(const TagEditPlan::TagValues& values, TagFields fields);
+    void apply(const UndoStep& step, Direction direction, const QList<Track>& again = {},
+               const BatchEnd& batchEnd = {});
+    QList<Track> setFields(const TagEditPlan::TagValues& values, TagFields fields,
+                           const QHash<TrackID, TagFields>& noEdits);
     void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
-    void announceRestored(const QSet<TrackID>& ids);
 
     Dependencies m_dependencies;
     /// Steps of undo that wait to learn what their edit covered in the file.

@@ -12,6 +12,7 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/OriginalTags.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/tempo/TempoChoices.h"

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+
+class StatusLine;
+class TagSaver;
+class UnwrittenEdits;
+
+/// Whether the window may close: with edits that are not in their files the user is asked. Thread: main.
+class ClosingQuestion : public QObject {
+    Q_OBJECT
+
+public:
+    /// Write them first and close then, keep them for the next start, or go on.
+    enum class Answer { Finish, Keep, Stay };
+
+    struct Dependencies {
+        UnwrittenEdits& edits;
+        TagSaver& saver;
+        StatusLine& status;
+    };
+
+    explicit ClosingQuestion(const Dependencies& dependencies);
+
+    /// Whether the window may close now; if not, the question is asked, and closeWanted() may come of it.
+    bool mayClose();
+    bool isAsking() const { return m_state == State::Asking; }
+    void answer(Answer answer);
+
+Q_SIGNALS:
+    /// isAsking() changed.
+    void changed();
+    /// What the user wanted is done.
+    void closeWanted();
+
+private:
+    enum class State { Open, Asking, Finishing, Closing };
+
+    void setState(State state);
+    void finish();
+
+    Dependencies m_dependencies;
+    State m_state = State::Open;
+};

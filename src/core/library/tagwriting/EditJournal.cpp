@@ -1,0 +1,183 @@
+#include "core/library/tagwriting/EditJournal.h"
+
+#include "platform/FileURL.h"
+#include "platform/files/AtomicFile.h"
+#include "platform/files/FileCalls.h"
+#include "platform/files/MakeFolders.h"
+#include "platform/json/JsonMembers.h"
+#include "platform/json/JsonReader.h"
+#include "platform/json/JsonWriter.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <optional>
+
+#include <fcntl.h>
+
+namespace {
+
+constexpr QLatin1StringView kName("/unwritten-edits-v1.jsonl"); // on disk, never change
+constexpr QLatin1StringView kPath("path");                      // likewise
+constexpr mode_t kFolderMode = 0700;
+constexpr mode_t kFileMode = 0600;
+constexpr qint64 kMaximumBytes = 256 * 1024 * 1024; // chosen: edits of a million files
+constexpr qsizetype kMaximumFiles = 200'000;        // chosen: twice the largest list that is measured
+constexpr qint64 kSlack = 1024 * 1024;              // bytes of lines that no longer count, before the file is rewritten
+
+QByteArray lineOf(const KeptEdit& edit)
+{
+    JsonWriter json(256);
+    json.open('{');
+    json.key(kPath);
+    json.string(FileURL::standardizedPath(edit.url));
+    for (size_t place = 0; place < AudioTags::fields().size(); ++place) {
+        const AudioTags::Field& field = AudioTags::fields()[place];
+        if (!edit.fields.testFlag(TagFieldSet::list()[place]))
+            continue;
+        json.key(QLatin1StringView(field.name));
+        json.string(edit.tags.*field.value);
+    }
+    json.close('}');
+    return json.take() + '\n';
+}
+
+/// Nothing for a line that was cut or damaged.
+std::optional<KeptEdit> editOf(QByteArrayView line)
+{
+    JsonReader json(line);
+    KeptEdit edit;
+    QString path;
+    JsonMembers::forMembers(json, [&](QByteArrayView key) {
+        if (key == QByteArrayView(kPath.data(), kPath.size())) {
+            path = json.string();
+            return;
+        }
+        const auto& fields = AudioTags::fields();
+        const auto field =
+            std::ranges::find(fields, key, [](const AudioTags::Field& f) { return QByteArrayView(f.name); });
+        if (field == fields.end()) {
+            json.skip();
+            return;
+        }
+        edit.fields |= TagFieldSet::list()[size_t(field - fields.begin())];
+        edit.tags.*(field->value) = json.string();
+    });
+    if (json.hasFailed() || !json.atEnd() || !path.startsWith(u'/'))
+        return std::nullopt;
+    edit.url = FileURL::fromPath(path);
+    return edit;
+}
+
+/// \return whether all bytes stand at the place, synced.
+bool writeAt(const QByteArray& path, qint64 place, const QByteArray& bytes)
+{
+    FileCalls& calls = FileCalls::current();
+    const int file = calls.open(path, O_WRONLY | O_CREAT, kFileMode);
+    if (file < 0)
+        return false;
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = calls.write(file, bytes.constData() + done, size_t(bytes.size() - done), place + done);
+        if (count <= 0)
+            break;
+        done += count;
+    }
+    const bool isSynced = done == bytes.size() && calls.sync(file) == 0;
+    return calls.close(file) == 0 && isSynced;
+}
+
+} // namespace
+
+EditJournal::EditJournal(const QString& folder)
+    : m_folder(folder)
+    , m_path(QFile::encodeName(folder + kName))
+{
+}
+
+QList<KeptEdit> EditJournal::read()
+{
+    const std::lock_guard guard(m_lock);
+    readLocked();
+    QList<Line> lines = m_lines.values();
+    std::ranges::sort(lines, {}, &Line::order);
+    QList<KeptEdit> edits;
+    for (const Line& line : std::as_const(lines)) {
+        if (std::optional<KeptEdit> edit = editOf(line.bytes))
+            edits.append(*std::move(edit));
+    }
+    return edits;
+}
+
+/// A line without its end was being written when the program stopped; the next one takes its place.
+void EditJournal::readLocked()
+{
+    if (std::exchange(m_isRead, true))
+        return;
+    const QByteArray bytes = AtomicFile::read(m_path, kMaximumBytes).value_or(QByteArray());
+    qsizetype begin = 0;
+    for (qsizetype end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', begin)) {
+        takeLine(QByteArrayView(bytes).sliced(begin, end + 1 - begin));
+        begin = end + 1;
+    }
+    m_size = begin;
+}
+
+void EditJournal::takeLine(QByteArrayView line)
+{
+    const std::optional<KeptEdit> edit = editOf(line);
+    if (!edit)
+        return;
+    const QString path = FileURL::standardizedPath(edit->url);
+    m_liveBytes -= m_lines.take(path).bytes.size();
+    if (!edit->fields)
+        return;
+    m_lines.insert(path, {++m_order, line.toByteArray()});
+    m_liveBytes += line.size();
+}
+
+bool EditJournal::note(const QList<KeptEdit>& edits, quint64 revision)
+{
+    const std::lock_guard guard(m_lock);
+    readLocked();
+    if (revision <= m_revision || (edits.isEmpty() && m_isWhole))
+        return m_isWhole;
+    m_revision = revision;
+    QByteArray lines;
+    for (const KeptEdit& edit : edits) {
+        const QByteArray line = lineOf(edit);
+        takeLine(line);
+        lines += line;
+    }
+    const bool isDue =
+        m_lines.isEmpty() || m_size + lines.size() > kSlack + 4 * m_liveBytes || m_lines.size() > kMaximumFiles;
+    m_isWhole = (m_isWhole && !isDue && appendLocked(lines)) || rewriteLocked();
+    return m_isWhole;
+}
+
+bool EditJournal::appendLocked(const QByteArray& lines)
+{
+    if (makeFolders(QFile::encodeName(m_folder), kFolderMode) != 0 || !writeAt(m_path, m_size, lines))
+        return false;
+    m_size += lines.size();
+    return true;
+}
+
+/// The newest edits, in the order in which they were made.
+bool EditJournal::rewriteLocked()
+{
+    QList<std::pair<quint64, QString>> order;
+    for (auto line = m_lines.cbegin(); line != m_lines.cend(); ++line)
+        order.append({line->order, line.key()});
+    std::ranges::sort(order);
+    while (order.size() > kMaximumFiles)
+        m_liveBytes -= m_lines.take(order.takeFirst().second).bytes.size();
+    QByteArray bytes;
+    bytes.reserve(m_liveBytes);
+    for (const auto& [place, path] : std::as_const(order))
+        bytes += m_lines.value(path).bytes;
+    if (AtomicFile::write(m_path, bytes) != 0)
+        return false;
+    m_size = bytes.size();
+    return true;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/model/TagField.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+#include <mutex>
+
+/// Edits of one file that are not in it. No fields: it holds all that was edited.
+struct KeptEdit {
+    QUrl url;
+    TagFields fields;
+    AudioTags tags; ///< of the fields
+};
+
+/// The edits that are not in their files yet, in a file of their own, so that neither a log-out nor a crash loses them:
+/// "unwritten-edits-v1.jsonl", whose form stands in docs/formats/unwritten-edits.md. Owned by the application, outlives
+/// the executor. One process at a time uses a folder. Thread: any; blocks.
+class EditJournal {
+public:
+    /// \param folder made with the first edit.
+    explicit EditJournal(const QString& folder);
+
+    /// What is kept, the edit made first in front.
+    QList<KeptEdit> read();
+    /// Notes what became of files, durable on return. What is said of a file takes the place of all that was said
+    /// before. A revision that is not above the last one changes nothing. \return whether it is on disk; a later call
+    /// tries again.
+    bool note(const QList<KeptEdit>& edits, quint64 revision);
+
+private:
+    void readLocked();
+    void takeLine(QByteArrayView line);
+    bool appendLocked(const QByteArray& lines);
+    bool rewriteLocked();
+
+    const QString m_folder;
+    const QByteArray m_path;
+    std::mutex m_lock;
+    bool m_isRead = false;
+    bool m_isWhole = true;  ///< the file holds what was noted last
+    qint64 m_size = 0;      ///< bytes of the file that count
+    qint64 m_liveBytes = 0; ///< of them those of edits that are still kept
+    quint64 m_revision = 0;
+    quint64 m_order = 0;
+    struct Line {
+        quint64 order = 0;
+        QByteArray bytes;
+    };
+    QHash<QString, Line> m_lines; ///< by path
+};

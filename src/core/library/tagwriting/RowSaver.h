@@ -1,0 +1,93 @@
+#pragma once
+
+#include "async/Executor.h"
+#include "core/library/files/FileLocks.h"
+#include "core/library/tagwriting/KeepQuestion.h"
+#include "core/library/tagwriting/SaveJobs.h"
+#include "core/library/tagwriting/SavedRows.h"
+#include "core/library/tagwriting/TagFiles.h"
+
+#include <QHash>
+#include <QList>
+#include <QObject>
+
+#include <memory>
+
+class FileEvents;
+class Workspace;
+
+/// One file's way once its path is held: what the row says now, what the file holds, what is kept, the write itself,
+/// and what the row learns from it. Thread: main; the files are read and written on workers.
+class RowSaver : public QObject {
+    Q_OBJECT
+
+public:
+    struct Dependencies {
+        Workspace& workspace;
+        async::Executor& executor;
+        TagFiles& files;
+        FileEvents& events;
+        KeepQuestion& question;
+        SaveJobs::Reader readMetadata;
+    };
+
+    /// What becomes of a file's picture, of entries that are no tag of the row, and of fields that were not edited:
+    /// what the user prefers and the row says, or nothing at all, where only the edited fields are written or of these
+    /// the album alone.
+    enum class Others { AsPreferred, Stay, StayBesideAlbum };
+
+    /// One file to be written. What is edited stands in its row; a row that left the list is written as it was.
+    struct Item {
+        Track track;
+        Others others = Others::AsPreferred;
+        bool needsRow = false; ///< a row that left the list is not written
+    };
+    struct Saved {
+        SavedRow row;
+        std::optional<TagFileError> failure = {};
+        bool isRestored = false;
+        QByteArray former = {}; ///< the tags that stood before, where they are kept
+    };
+    using Artwork = std::optional<QByteArray>;
+
+    explicit RowSaver(const Dependencies& dependencies);
+
+    /// Brings a row's edits into its file, if they are not there yet; a picture always. The row learns of it at once
+    /// where others could be misled, else with learn(). The caller holds the file's path.
+    async::Task<Saved> save(Item item, Artwork artwork, std::stop_token stop);
+    /// Puts tags back and reads them. \param tags as TagFiles::present() gave them; the original ones where there are
+    /// none. The caller holds the file's path.
+    async::Task<Saved> restore(Track track, std::optional<QByteArray> tags, std::stop_token stop);
+    /// Rows whose files were written learn of it now.
+    void learn();
+
+    /// Whether the file still holds what that write of a picture left in it. \param mark SavedRow::pictureMark
+    bool holdsPicture(const TrackID& id, quint64 mark) const { return m_pictureWrites.value(id) == mark; }
+
+Q_SIGNALS:
+    /// What a file held in fields that its row did not know, told before the first write. \param known the fields.
+    void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
+
+private:
+    /// A row as it is when its file's turn has come.
+    struct Turn {
+        Track track;
+        TagFields edited;
+        bool isInList = false;
+        Others others = Others::AsPreferred;
+    };
+
+    Turn turnOf(const Item& item) const;
+    async::Task<> write(Item item, Artwork artwork, std::shared_ptr<Saved> saved, std::stop_token stop);
+    async::Task<SaveJobs::Look> look(Turn turn, std::stop_token stop);
+    async::Task<TagWrite> writeOf(Turn turn, SaveJobs::Look look, bool hasPicture, std::stop_token stop);
+    SaveJobs::Wanted wantedOf(const Turn& turn) const;
+    void tell(const Turn& turn, const SaveJobs::Look& look);
+    void tellRewritten(const QUrl& url, const SaveJobs::Rewrite& rewrite);
+    void noteWritten(Saved& saved, const TagWrite& write, const Turn& turn, bool hasPicture);
+
+    Dependencies m_dependencies;
+    QList<SavedRow> m_learned;               ///< not yet in the list
+    QHash<TrackID, quint64> m_pictureWrites; ///< last write that decided about the picture
+    quint64 m_pictureWrite = 0;
+};

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "async/Executor.h"
+#include "async/TaskSlot.h"
+#include "core/library/tagwriting/EditJournal.h"
+#include "core/library/workspace/ListChange.h"
+#include "core/model/Track.h"
+
+#include <QHash>
+#include <QObject>
+#include <QSet>
+
+class FileEvents;
+class TagSaver;
+class Workspace;
+struct FileChange;
+
+/// The edits that are not in their files: watches the rows, keeps a note of each edit on disk until its file holds it,
+/// brings back what an earlier run left, and writes again what failed. Thread: main.
+class UnwrittenEdits : public QObject {
+    Q_OBJECT
+
+public:
+    struct Dependencies {
+        Workspace& workspace;
+        TagSaver& saver;
+        async::Executor& executor;
+        FileEvents& events;
+        EditJournal* journal; ///< null where nothing is kept; outlives the executor
+    };
+
+    explicit UnwrittenEdits(const Dependencies& dependencies);
+    ~UnwrittenEdits() override;
+
+    /// Rows of the main list with edits that are not in their files.
+    const QSet<TrackID>& rows() const { return m_rows; }
+    /// How many of them nothing is writing: their write failed or was stopped.
+    int leftCount() const;
+    /// Writes the files of those of these rows that have such edits.
+    void writeAgain(const QSet<TrackID>& ids);
+    /// Has all that was noted on disk when it returns. \return false if that failed; blocks.
+    bool keep();
+
+Q_SIGNALS:
+    /// rows() or leftCount() may differ.
+    void changed();
+
+private:
+    void tracksChanged(const ListChange& change);
+    void rowsMoved();
+    void look(const Track& row);
+    void fileChanged(const FileChange& change);
+    void note(const KeptEdit& edit);
+    void sendNotes();
+    void bringBackLater();
+    void bringBack();
+    async::Task<> read(std::stop_token stop);
+    async::Task<> writeNotes(std::stop_token stop);
+
+    Dependencies m_dependencies;
+    QSet<TrackID> m_rows;
+    QSet<TrackID> m_away;              ///< rows that left the list with such edits
+    QHash<QUrl, KeptEdit> m_noted;     ///< as the journal has it, or is about to
+    QHash<QUrl, KeptEdit> m_returning; ///< of an earlier run, whose files have no row yet
+    QList<KeptEdit> m_notes;           ///< not on disk yet
+    quint64 m_revision = 0;            ///< of the last notes that were sent
+    bool m_isBringingBack = false;
+    async::TaskSlot m_readTask;
+    async::TaskSlot m_writeTask;
+};

@@ -1,0 +1,358 @@
+#include "core/library/tagwriting/UnwrittenEdits.h"
+
+#include "core/library/files/FileEvents.h"
+#include "core/library/removal/Removal.h"
+#include "core/library/tagwriting/ClosingQuestion.h"
+#include "support/FailingFileCalls.h"
+#include "support/StoreFixture.h"
+
+#include <QFile>
+#include <QSignalSpy>
+
+namespace {
+
+KeptEdit edit(const QString& path, TagFields fields, const QString& genre)
+{
+    KeptEdit result{FileURL::fromPath(path), fields, {}};
+    result.tags.genre = genre;
+    return result;
+}
+
+QStringList genres(const QList<KeptEdit>& edits)
+{
+    QStringList result;
+    for (const KeptEdit& each : edits)
+        result.append(FileURL::lastPathComponent(each.url) + u'=' + each.tags.genre);
+    return result;
+}
+
+} // namespace
+
+class EditJournalTest : public testing::Test {
+protected:
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("data/unwritten-edits-v1.jsonl"));
+    const QString data = folder.filePath(QStringLiteral("data"));
+    QStringList kept() { return genres(EditJournal(data).read()); }
+    QByteArray bytes() const
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+};
+
+TEST_F(EditJournalTest, HoldsTheLastWordOfEachFile)
+{
+    EditJournal journal(data);
+    EXPECT_TRUE(journal.note({edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("House")),
+                              edit(QStringLiteral("/b\n.mp3"), TagField::Genre, QStringLiteral("Line\nend"))},
+                             1));
+    EXPECT_TRUE(journal.note({edit(QStringLiteral("/c.mp3"), TagField::Genre | TagFields(TagField::Year), {})}, 2));
+    EXPECT_TRUE(journal.note({edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("Late"))}, 2))
+        << "too late";
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House"), QStringLiteral("b\n.mp3=Line\nend"),
+                                   QStringLiteral("c.mp3=")}));
+    EXPECT_EQ(EditJournal(data).read().last().fields, TagField::Genre | TagFields(TagField::Year));
+    EXPECT_TRUE(journal.note({edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("Techno"))}, 3));
+    EXPECT_TRUE(journal.note({edit(QStringLiteral("/b\n.mp3"), {}, {}), edit(QStringLiteral("/c.mp3"), {}, {})}, 4));
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=Techno")}));
+    EXPECT_TRUE(journal.note({edit(QStringLiteral("/a.mp3"), {}, {})}, 5));
+    EXPECT_TRUE(bytes().isEmpty()) << "nothing is left behind";
+}
+
+TEST_F(EditJournalTest, AStopAtAnyStepLosesNothingThatWasKept)
+{
+    const KeptEdit first = edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("House"));
+    const KeptEdit second = edit(QStringLiteral("/b.mp3"), TagField::Genre, QStringLiteral("Pop"));
+    for (int step = 0;; ++step) {
+        SCOPED_TRACE(step);
+        QFile::remove(path);
+        EditJournal journal(data);
+        ASSERT_TRUE(journal.note({first}, 1));
+        bool isComplete = false;
+        {
+            FailingFileCalls calls;
+            calls.stopStep = step;
+            calls.transferLimit = 20;
+            journal.note({second}, 2);
+            isComplete = calls.stepCount() <= step;
+        }
+        const QStringList found = kept();
+        EXPECT_EQ(found.value(0), QStringLiteral("a.mp3=House"));
+        EXPECT_LE(found.size(), 2);
+        EditJournal again(data); // what was cut is written over
+        ASSERT_TRUE(again.note({edit(QStringLiteral("/c.mp3"), TagField::Genre, QStringLiteral("X"))}, 1));
+        EXPECT_EQ(kept().last(), QStringLiteral("c.mp3=X"));
+        if (isComplete)
+            break;
+    }
+}
+
+TEST_F(EditJournalTest, AFullDiskIsToldAndTriedAgain)
+{
+    EditJournal journal(data);
+    const KeptEdit first = edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("House"));
+    ASSERT_TRUE(journal.note({first}, 1));
+    {
+        FailingFileCalls calls;
+        calls.failingName = "write";
+        calls.error = ENOSPC;
+        EXPECT_FALSE(journal.note({edit(QStringLiteral("/b.mp3"), TagField::Genre, QStringLiteral("Pop"))}, 2));
+    }
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House")}));
+    EXPECT_TRUE(journal.note({}, 3));
+    EXPECT_EQ(kept().size(), 2);
+}
+
+TEST_F(EditJournalTest, DamagedLinesArePassedOverAndOldOnesDoNotPileUp)
+{
+    EditJournal journal(data);
+    ASSERT_TRUE(journal.note({edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("House"))}, 1));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("{\"path\":\"/b.mp3\",\"genre\":\n{\"genre\":\"x\"}\n\xff\n{\"path\":\"/"
+               "c.mp3\",\"later\":[1],\"genre\":\"Y\"}\n");
+    file.close();
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House"), QStringLiteral("c.mp3=Y")}));
+    const QString text(100'000, u'x');
+    for (quint64 revision = 2; revision < 60; ++revision)
+        journal.note({edit(QStringLiteral("/a.mp3"), TagField::Genre, text + QString::number(revision))}, revision);
+    EXPECT_LT(bytes().size(), 2 * 1024 * 1024);
+    EXPECT_EQ(kept().first(), QStringLiteral("a.mp3=") + text + QStringLiteral("59"));
+}
+
+/// Starts of the program on one data folder, one after the other.
+class UnwrittenEditsTest : public StoreFixture {
+protected:
+    UnwrittenEditsTest() { start(); }
+    ~UnwrittenEditsTest() override
+    {
+        files.before = {};
+        store.reset();
+        settle();
+    }
+
+    /// Ends the program as a kill does, and starts it again.
+    void start()
+    {
+        store.reset();
+        executor.dropAll();
+        async::MainQueue::drain();
+        journal = std::make_unique<EditJournal>(folder.path());
+        LibraryServices fresh = services();
+        fresh.editJournal = journal.get();
+        store = std::make_unique<LibraryStore>(fresh);
+    }
+    /// As the session brings the rows back.
+    void bringBack(const QList<Track>& rows)
+    {
+        TrackList list;
+        QList<Track> restored;
+        for (const Track& row : rows) {
+            restored.append(Track::restored(row.id(), row.url(), row.tags()));
+            restored.last().setIsInPlaylist(true);
+        }
+        list.assign(restored);
+        workspace().setRestoringWorkspaceSession(true);
+        workspace().adoptTracks(list);
+        workspace().setRestoringWorkspaceSession(false);
+    }
+    UnwrittenEdits& edits() { return store->unwrittenEdits(); }
+    ClosingQuestion& closing() { return store->closingQuestion(); }
+    QStringList kept() { return genres(EditJournal(folder.path()).read()); }
+    void failWrites()
+    {
+        files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("disk full"), false); };
+    }
+    /// What files say, by a read.
+    void filesHold(const AudioTags& tags)
+    {
+        reader = [tags](const QUrl&, const AudioTags& fallback) {
+            LoadedTrackMetadata metadata;
+            metadata.tags = TagFieldSet::merged(fallback, tags, TagFieldSet::filled(tags));
+            return std::optional(metadata);
+        };
+    }
+    static Track read(const QString& name)
+    {
+        Track result = favorite(name);
+        result.setTagSource(Track::TagSource::Read);
+        return result;
+    }
+
+    std::unique_ptr<EditJournal> journal;
+    const Track a = read(QStringLiteral("a.mp3"));
+    const Track b = read(QStringLiteral("b.mp3"));
+};
+
+TEST_F(UnwrittenEditsTest, WhatFailedIsCountedWrittenAgainAndKept)
+{
+    preferences.keepsOtherTagEntries.set(true);
+    fill({a, b});
+    failWrites();
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}));
+    EXPECT_EQ(edits().leftCount(), 0) << "on its way";
+    settle();
+    EXPECT_EQ(edits().leftCount(), 2);
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House"), QStringLiteral("b.mp3=House")}));
+    const QList<Track> rows = workspace().tracks().rows();
+
+    files = {};
+    edits().writeAgain(ids({a}));
+    settle();
+    EXPECT_EQ(edits().leftCount(), 1);
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("b.mp3=House")}));
+
+    AudioTags old;
+    old.genre = QStringLiteral("Old");
+    old.comment = QStringLiteral("from elsewhere");
+    filesHold(old);
+    start();
+    files = {};
+    bringBack(rows);
+    settle();
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(files.calls.first().write.url, b.url());
+    EXPECT_EQ(files.calls.first().write.tags.genre, QStringLiteral("House"));
+    EXPECT_EQ(files.calls.first().write.fields, TagFields(TagField::Genre)) << "nothing else differs";
+    EXPECT_EQ(now(b).tags().comment, QStringLiteral("from elsewhere"));
+    EXPECT_TRUE(kept().isEmpty());
+    EXPECT_TRUE(edits().rows().isEmpty());
+}
+
+TEST_F(UnwrittenEditsTest, AFileThatHoldsTheEditIsLeftAlone)
+{
+    ASSERT_TRUE(journal->note({edit(a.url().path(), TagField::Genre, QStringLiteral("House"))}, 1));
+    AudioTags written;
+    written.genre = QStringLiteral("House");
+    filesHold(written);
+    start();
+    bringBack({a});
+    settle();
+    EXPECT_TRUE(files.calls.isEmpty());
+    EXPECT_EQ(now(a).tags().genre, QStringLiteral("House"));
+    EXPECT_FALSE(now(a).editedFields());
+    EXPECT_TRUE(kept().isEmpty());
+}
+
+TEST_F(UnwrittenEditsTest, AKeptEditWaitsForTheRowOfItsFile)
+{
+    filesHold({});
+    ASSERT_TRUE(journal->note({edit(a.url().path(), TagField::Genre, QStringLiteral("House"))}, 1));
+    start();
+    bringBack({b});
+    settle();
+    EXPECT_TRUE(files.calls.isEmpty());
+    fill({now(b), Track::unread(a.url())});
+    settle();
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(files.calls.first().write.tags.genre, QStringLiteral("House"));
+}
+
+// At every step between the edit and its file: once it is noted, it is in the file or comes there after the next start.
+TEST_F(UnwrittenEditsTest, AKillAtAnyStepLosesNoEdit)
+{
+    preferences.keepsOtherTagEntriesAsked.set(true);
+    for (int steps = 1; steps < 8; ++steps) {
+        SCOPED_TRACE(steps);
+        filesHold({});
+        start();
+        files.calls.clear();
+        fill({});
+        fill({a, b});
+        settle();
+        store->tagWriting().assignGenre(QStringLiteral("House%1").arg(steps), ids({a, b}));
+        for (int step = 0; step < steps; ++step)
+            executor.runOne();
+        const QList<Track> rows = workspace().tracks().rows();
+        start();
+        bringBack(rows);
+        settle();
+        QSet<QUrl> written;
+        for (const FakeTagFiles::Call& call : std::as_const(files.calls)) {
+            if (call.write.tags.genre == QStringLiteral("House%1").arg(steps))
+                written.insert(call.write.url);
+        }
+        EXPECT_EQ(written, QSet<QUrl>({a.url(), b.url()}));
+        EXPECT_TRUE(kept().isEmpty());
+    }
+}
+
+TEST_F(UnwrittenEditsTest, AMovedFileTakesItsEditAlong)
+{
+    fill({a});
+    failWrites();
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
+    settle();
+    const QUrl moved = FileURL::fromPath(QStringLiteral("/music/moved.mp3"));
+    store->fileEvents().tell({FileChange::Kind::Moved, moved, a.url(), {}, {}});
+    settle();
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("moved.mp3=House")}));
+}
+
+TEST_F(UnwrittenEditsTest, ARowThatComesBackFromTheTrashBringsItsEditIntoTheFile)
+{
+    fill({a, b});
+    failWrites();
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
+    settle();
+    files = {};
+    store->removal().trashTracks(ids({a}));
+    settle();
+    EXPECT_EQ(edits().leftCount(), 0);
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House")}));
+    history().undo();
+    settle();
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(files.calls.first().write.tags.genre, QStringLiteral("House"));
+    EXPECT_TRUE(kept().isEmpty());
+}
+
+TEST_F(UnwrittenEditsTest, ClosingAsksWhileEditsAreNotInTheirFiles)
+{
+    using Answer = ClosingQuestion::Answer;
+    struct Case {
+        const char* name;
+        Answer answer;
+        bool fails;
+        bool asksWhatSavesKeep;
+        bool closes;
+        bool keeps;
+    };
+    const Case cases[] = {
+        {"they are written first", Answer::Finish, false, false, true, false},
+        {"after the question of what saves keep", Answer::Finish, false, true, true, false},
+        {"but cannot be", Answer::Finish, true, false, false, true},
+        {"they are kept", Answer::Keep, false, true, true, true},
+        {"the user stays", Answer::Stay, true, false, false, true},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        preferences.keepsOtherTagEntries.remove();
+        preferences.keepsOtherTagEntriesAsked.remove();
+        QFile::remove(folder.filePath(QStringLiteral("unwritten-edits-v1.jsonl")));
+        filesHold({});
+        start();
+        files = {};
+        fill({a, b});
+        EXPECT_TRUE(closing().mayClose());
+        if (test.fails)
+            failWrites();
+        files.held.hasPicture = test.asksWhatSavesKeep;
+        store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}));
+        QSignalSpy wanted(&closing(), &ClosingQuestion::closeWanted);
+        EXPECT_FALSE(closing().mayClose());
+        EXPECT_TRUE(closing().isAsking());
+        closing().answer(test.answer);
+        settle();
+        if (workspace().isAskingWhatSavesKeep() && test.answer == Answer::Finish) {
+            EXPECT_TRUE(wanted.isEmpty());
+            store->tagWriting().saver().answerWhatSavesKeep(true);
+            settle();
+        }
+        EXPECT_FALSE(closing().isAsking());
+        EXPECT_EQ(wanted.size(), test.closes ? 1 : 0);
+        EXPECT_EQ(closing().mayClose(), test.closes) << "else it asks again";
+        EXPECT_EQ(kept().size(), test.keeps ? 2 : 0);
+    }
+}
