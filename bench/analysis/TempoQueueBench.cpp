@@ -38,6 +38,8 @@ public:
     TagInventory inventory(const QUrl&) override { return {}; }
     bool holdsOriginal(const QUrl&) const override { return false; }
     void restoreOriginal(const QUrl&) override {}
+    QByteArray present(const QUrl&) override { return {}; }
+    void putBack(const QByteArray&, const QUrl&) override {}
 };
 
 /// Tells of little power as soon as there is work.

@@ -16,8 +16,8 @@
 #include "core/model/LoadedTrackMetadata.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
-#include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
+#include "ui/window/MainWindow.h"
 
 #include <QAbstractItemView>
 #include <QBuffer>

@@ -12,12 +12,13 @@
 #include "core/library/order/Order.h"
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
+#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
 #include "platform/Preferences.h"
-#include "ui/MainWindow.h"
 #include "ui/sections/SectionView.h"
 #include "ui/tracks/TrackListModel.h"
+#include "ui/window/MainWindow.h"
 
 #include <QAbstractItemView>
 #include <QDir>
@@ -127,7 +128,7 @@ int large(SliceMeter& meter, int rows)
         step(meter, "select all", [&] { app->window().activeSection().selectAll(); });
         step(meter, "play",
              [&] { app->contentView().commands().perform(CommandID::PlayRow, {.track = shown[rows / 2]}); });
-        step(meter, "play the next row", [&] { app->contentView().selectAdjacent(1); });
+        step(meter, "play the next row", [&] { app->contentView().commands().perform(CommandID::NextTrack); });
         step(meter, "to Favorites", [&] { app->contentView().activateTab(LibraryTab::Favorites); });
         step(meter, "to Covers", [&] { app->contentView().activateTab(LibraryTab::Covers); });
         step(meter, "to Playlist", [&] { app->contentView().activateTab(LibraryTab::Playlist); });

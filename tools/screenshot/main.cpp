@@ -285,7 +285,7 @@ void writeWithoutEnd(LibraryStore& library, async::Clock& clock, async::TaskSlot
     });
     QList<TagSaver::Item> items;
     for (const Track& track : workspace.tracks().rows())
-        items.append(TagSaver::Item{track, TagField::Genre});
+        items.append(TagSaver::Item{track});
     saver.writeBatch(items);
     workspace.setArtworkWritingIDs({workspace.tracks().at(0).id(), workspace.tracks().at(4).id()});
     pump(kSettleMilliseconds);

@@ -139,6 +139,9 @@ TEST_F(RemovalTrashTest, AFilesPathStaysLockedUntilItsRowIsGone)
 {
     Track edited = a;
     edited.setTagSource(Track::TagSource::Read);
+    AudioTags tags = edited.tags();
+    tags.genre = QStringLiteral("House");
+    edited.edit(tags, TagField::Genre);
     fill({edited, b, c, star});
     removal().trashTracks(ids({a, b, c, star})); // enough for a write that did not wait
     executor.runOne();
@@ -147,7 +150,7 @@ TEST_F(RemovalTrashTest, AFilesPathStaysLockedUntilItsRowIsGone)
     files.before = [this](const FakeTagFiles::Call&) {
         EXPECT_FALSE(workspace().tracks().contains(a.id())) << "whoever waits for the file comes after its row is gone";
     };
-    store->tagWriting().saver().write(a.id(), TagField::Genre);
+    store->tagWriting().saver().write(a.id());
     settle();
     EXPECT_TRUE(lastError().isEmpty());
     files.before = {};
