@@ -44,7 +44,9 @@ void Scheduler::setPlaying(bool isPlaying)
     for (Place& place : m_places) {
         const WorkKind& kind = place.work->kind();
         place.restsUntil = m_clock.now() + (isPlaying ? kind.restAtPlaying : kind.restAfterPlaying);
-        const Allowance allowance = kind.allow(m_now, place.work->queuedCount());
+    }
+    for (const Place& place : std::vector<Place>(m_places)) { // all rest before the first concern hears of a stop
+        const Allowance allowance = place.work->kind().allow(m_now, place.work->queuedCount());
         if (allowance.atOnce > 0)
             place.work->stopOthersThan(allowance.pace);
     }
@@ -106,7 +108,7 @@ void Scheduler::settle(const Place& place, int& steps)
         const Allowance allowance = work.kind().allow(m_now, work.queuedCount());
         if (allowance.atOnce == 0) {
             work.stopAll();
-            m_turns.removeIf([&](const auto& turn) { return turn.value() == &work; });
+            giveUpTurn(work);
             return;
         }
         const bool mayBegin = work.isAnyWaiting() && !work.isAnyEnding() && work.runningCount() < allowance.atOnce &&
@@ -115,11 +117,20 @@ void Scheduler::settle(const Place& place, int& steps)
             return;
         ++steps;
         const ScheduledWork::Step step = work.beginNext(allowance);
-        if (step == ScheduledWork::Step::Nothing)
+        if (step == ScheduledWork::Step::Nothing) {
+            giveUpTurn(work);
             return;
+        }
         if (step == ScheduledWork::Step::Began && work.kind().exclusive != 0)
             m_turns.insert(work.kind().exclusive, &work);
     }
+}
+
+/// Those that were excluded may begin, also ones of a higher rank that have been asked already.
+void Scheduler::giveUpTurn(const ScheduledWork& work)
+{
+    if (m_turns.removeIf([&](const auto& turn) { return turn.value() == &work; }) > 0)
+        m_isChanged = true;
 }
 
 /// Of kinds that exclude each other, the one that runs goes on until its queue is empty or it is paused.

@@ -52,6 +52,7 @@ private:
     void set(bool Circumstances::*which, bool value);
     void settle();
     void settle(const Place& place, int& steps);
+    void giveUpTurn(const ScheduledWork& work);
     bool isTurnOf(const ScheduledWork& work) const;
     void wakeAfterRest();
     void wakeAt(async::Duration time);

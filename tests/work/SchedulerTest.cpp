@@ -45,6 +45,15 @@ TEST_F(SchedulerTest, KindsOfOneNumberTakeTurnsAndKeepThemUntilTheirQueueIsEmpty
     EXPECT_FALSE(m_bench.scheduler.isBusy());
 }
 
+TEST_F(SchedulerTest, AKindThatCannotGoOnGivesItsTurnAway)
+{
+    m_keys.notNow = {2};
+    m_keys.queue.append({1, 2});
+    m_quality.queue.append({1});
+    runAll();
+    EXPECT_EQ(log(), "k1 q1");
+}
+
 TEST_F(SchedulerTest, AfterPlayingAllRestAndTheRankDecides)
 {
     m_keys.queue.append({1});

@@ -21,20 +21,24 @@ namespace {
 using ID = CommandID;
 using List = Track::MetadataDestination;
 
-/// Rows of the main list, split by whether they are favourites.
-struct Membership {
-    QSet<TrackID> favorites;
-    QSet<TrackID> others;
-};
-
-Membership membership(const LibraryStore& library, const QSet<TrackID>& ids)
+/// Those rows of the main list that are no favourites.
+QSet<TrackID> noFavorites(const LibraryStore& library, const QSet<TrackID>& ids)
 {
-    Membership result;
+    QSet<TrackID> result;
     for (const TrackID& id : ids) {
-        if (const Track* track = library.workspace().tracks().find(id))
-            (track->isFavorite() ? result.favorites : result.others).insert(id);
+        const Track* track = library.workspace().tracks().find(id);
+        if (track && !track->isFavorite())
+            result.insert(id);
     }
     return result;
+}
+
+bool isAny(const LibraryStore& library, const QSet<TrackID>& ids, bool isFavorite)
+{
+    return std::ranges::any_of(ids, [&](const TrackID& id) {
+        const Track* track = library.workspace().tracks().find(id);
+        return track && track->isFavorite() == isFavorite;
+    });
 }
 
 void bindFavorites(CommandCenter& commands, LibraryStore& library)
@@ -43,16 +47,12 @@ void bindFavorites(CommandCenter& commands, LibraryStore& library)
     commands.bind(ID::Favorite, [&favorites](const CommandTarget& target) { favorites.toggleFavorites(target.ids); });
     commands.bind(
         ID::AddToFavorites,
-        [&](const CommandTarget& target) { favorites.toggleFavorites(membership(library, target.ids).others); },
-        [&library](const CommandTarget& target) {
-            return CommandState{!membership(library, target.ids).others.isEmpty()};
-        });
+        [&](const CommandTarget& target) { favorites.toggleFavorites(noFavorites(library, target.ids)); },
+        [&library](const CommandTarget& target) { return CommandState{isAny(library, target.ids, false)}; });
     commands.bind(
         ID::RemoveFromFavorites,
         [&favorites](const CommandTarget& target) { favorites.removeFromFavorites(target.ids, true); },
-        [&library](const CommandTarget& target) {
-            return CommandState{!membership(library, target.ids).favorites.isEmpty()};
-        });
+        [&library](const CommandTarget& target) { return CommandState{isAny(library, target.ids, true)}; });
     commands.bind(ID::ClearFavoriteFilter, [&favorites](const CommandTarget&) {
         favorites.setFavoriteGenreFilter({});
         favorites.setFavoriteOnlyUntagged(false);
@@ -109,7 +109,7 @@ void bindTags(CommandCenter& commands, LibraryStore& library)
 {
     TagWriting& tags = library.tagWriting();
     const auto onFavorites = [&library](const CommandTarget& target) -> CommandState {
-        if (membership(library, target.ids).favorites.isEmpty())
+        if (!isAny(library, target.ids, true))
             return {false, QStringLiteral("Выберите трек в «Избранном»")};
         return {};
     };
@@ -148,7 +148,9 @@ TempoRows tempoRows(const LibraryStore& library, const QSet<TrackID>& ids)
         const bool hasEstimate = library.tempo().playlistBPMState(id).estimatedBPM.has_value();
         rows.haveEstimate = rows.haveEstimate || hasEstimate;
         rows.haveTempo = rows.haveTempo || hasEstimate || TrackSorter::bpmValue(*track, {}).has_value();
-        rows.lackTag = rows.lackTag || track->tags().bpm.trimmed().isEmpty();
+        rows.lackTag = rows.lackTag || QStringView(track->tags().bpm).trimmed().isEmpty();
+        if (rows.haveEstimate && rows.haveTempo && rows.lackTag)
+            break;
     }
     return rows;
 }

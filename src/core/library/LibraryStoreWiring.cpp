@@ -77,8 +77,8 @@ void LibraryConcerns::wirePreferences()
     });
 }
 
-/// The player moves on when its row goes. Rows that come back are read if they have not been, and their tempo is
-/// wanted.
+/// The player moves on when its row goes. Rows that come back are read if they have not been, and their tempo and
+/// waveform are wanted: what waited for them was given up.
 void LibraryConcerns::wireRemoval()
 {
     const auto moveOn = [this](const QSet<TrackID>& ids, const QList<Track>& rows) {
@@ -90,8 +90,15 @@ void LibraryConcerns::wireRemoval()
     const auto cameBack = [this](List list, const QSet<TrackID>& ids, const QList<Track>& unread) {
         if (!unread.isEmpty())
             loads.schedule(unread, list);
-        if (list == List::Library)
-            tempo.detectBPM(ids);
+        if (list != List::Library)
+            return;
+        tempo.detectBPM(ids);
+        QList<QUrl> urls;
+        for (const TrackID& id : ids) {
+            if (const Track* track = workspace.tracks().find(id))
+                urls.append(track->url());
+        }
+        waveforms.preloadWaveforms(urls);
     };
     QObject::connect(&removal, &Removal::rowsCameBack, &workspace, cameBack);
 }

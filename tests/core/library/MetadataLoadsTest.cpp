@@ -183,6 +183,24 @@ TEST_F(MetadataLoadsTest, NothingFillsInWhileTheListScrolls)
     EXPECT_EQ(tempoCalls, 2 * withoutTempo.size()) << "asked for again when all was put in; none had been found";
 }
 
+TEST_F(MetadataLoadsTest, ReadingEndsThoughTheListScrollsAgainBehindTheLastResult)
+{
+    const QList<Track> tracks = many(20);
+    fill(tracks);
+    store->order().setPlaylistScrolling(true);
+    store->imports().scheduleMetadataLoads(tracks, Track::MetadataDestination::Library);
+    executor.runAll();
+    store->tempo().dropBPMQueue(); // nobody asks for the tempo of what was held back
+    store->order().setPlaylistScrolling(false);
+    clock.advance(async::seconds(0.1));
+    EXPECT_FALSE(store->scheduler().circumstances().isReadingTags) << "all is put in";
+    store->order().setPlaylistScrolling(true); // within the pause behind the last result
+    store->order().setPlaylistScrolling(false);
+    clock.advance(async::seconds(1));
+    executor.runAll();
+    EXPECT_FALSE(store->scheduler().circumstances().isReadingTags);
+}
+
 TEST_F(MetadataLoadsTest, AStoreThatDiesDuringAReadIsLeftAlone)
 {
     const QList<Track> tracks = many(60);

@@ -180,6 +180,7 @@ void MetadataLoads::applyBatch(const QList<PendingMetadataResult>& results, Trac
     if (destination == Track::MetadataDestination::Library && m_isScrolling) {
         for (const PendingMetadataResult& result : results)
             m_deferred.insert(result.id, result);
+        m_isSettledWanted = true;
         tellBusy();
         requestTempo(results);
         return;
@@ -233,7 +234,7 @@ void MetadataLoads::detectTempo(const QSet<TrackID>& ids)
 void MetadataLoads::scheduleDeferredFlush()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (m_flushTask.isActive() || (m_deferred.isEmpty() && m_deferredTempoIDs.isEmpty()))
+    if (m_flushTask.isActive() || (m_deferred.isEmpty() && m_deferredTempoIDs.isEmpty() && !m_isSettledWanted))
         return;
     m_flushTask.start([this](std::stop_token stop) { return flushDeferred(stop); });
 }
@@ -246,11 +247,13 @@ async::Task<> MetadataLoads::flushDeferred(std::stop_token stop)
         while (!m_deferred.isEmpty() && batch.size() < kFlushBatch)
             batch.append(m_deferred.take(m_deferred.constBegin().key()));
         applyToRows(batch, Track::MetadataDestination::Library); // their tempo was asked for when they were held back
+        tellBusy();
         co_await m_dependencies.clock.sleep(async::seconds(kFlushPause), stop);
     }
     if (!m_deferred.isEmpty() || m_isScrolling)
         co_return;
     tellBusy();
+    m_isSettledWanted = false;
     detectTempo(std::exchange(m_deferredTempoIDs, {}));
     emit settled();
 }

@@ -80,6 +80,7 @@ private:
     int m_operationCount = 0;
     bool m_isApplying = false;
     bool m_isScrolling = false;
+    bool m_isSettledWanted = false; ///< results were held back, and their end has not been told
     Progress m_progress;
     QHash<TrackID, PendingMetadataResult> m_deferred;
     QSet<TrackID> m_deferredTempoIDs;

@@ -46,12 +46,16 @@ QSet<QString> changedFiles(const QList<RecordedFile>& files, const std::stop_tok
     return changed;
 }
 
+/// A file that changed while it was heard, one that is still being copied say, leaves no record.
 TempoFinding listen(AudioAnalyser& analyser, const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop)
 {
+    const std::optional<FileStamp> before = FileStamp::of(url);
     TempoFinding finding{analyser.tempo(url, mode, std::move(stop)), url, {}};
     if (finding.outcome.which == Outcome::Success) {
         const TempoEstimate& estimate = finding.outcome.estimate;
         finding.record = CachedBPMEstimate::make(url, textOf(estimate.bpm), estimate.confidence);
+        if (finding.record && !(before && before->isSameFile(finding.record->stamp())))
+            finding.record.reset();
     }
     return finding;
 }
@@ -65,7 +69,7 @@ Tempo::Tempo(const Dependencies& dependencies)
 {
     m_entry.setAhead(true); // it tells of the whole list, also while it waits
     connect(&m_entry, &WorkEntry::stopRequested, this, &Tempo::dropBPMQueue);
-    connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, [this] { m_progress.forget(); });
+    connect(&m_dependencies.workspace, &Workspace::tracksChanged, this, &Tempo::listChanged);
     connect(&m_dependencies.tagWriting, &TagWriting::tempoEdited, this, &Tempo::tagsEdited);
     connect(&m_dependencies.loads, &MetadataLoads::tempoWanted, this, &Tempo::detectBPM);
     connect(&m_dependencies.events, &FileEvents::changed, this, &Tempo::fileChanged);
@@ -73,6 +77,22 @@ Tempo::Tempo(const Dependencies& dependencies)
 }
 
 Tempo::~Tempo() = default;
+
+/// Rows that left the list leave the queue.
+void Tempo::listChanged(const ListChange& change)
+{
+    m_progress.forget();
+    if (change.kind != ListChange::Kind::Structure || m_queue.isEmpty())
+        return;
+    QSet<TrackID> gone;
+    for (const QList<TrackID>& keys : {m_queue.waiting(), m_queue.running()}) {
+        for (const TrackID& id : keys) {
+            if (!m_dependencies.workspace.tracks().contains(id))
+                gone.insert(id);
+        }
+    }
+    m_queue.withdraw(gone);
+}
 
 /// Null for a track that has gone or whose tag tells its tempo.
 const Track* Tempo::withoutTag(const TrackID& id) const

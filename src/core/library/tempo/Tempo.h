@@ -117,6 +117,7 @@ private:
     void tellSaver();
     void fileChanged(const FileChange& change);
     void tagsEdited(const QSet<TrackID>& ids);
+    void listChanged(const ListChange& change);
     void playerTold();
     void preferPlayed();
     void announceStates();
