@@ -91,6 +91,7 @@ TEST_F(PlayerWiringTest, FailuresAndTheOutputAreShown)
     app->player().play(track("a.mp3"));
     ASSERT_TRUE(waitFor([&] { return workspace().lastError().has_value(); }));
     EXPECT_EQ(*workspace().lastError(), QStringLiteral("Не удалось открыть аудиофайл."));
+    EXPECT_EQ(workspace().lastErrorTitle(), QStringLiteral("Не удалось открыть «a.mp3»"));
 
     app->player().play(track("b.mp3"));
     ASSERT_TRUE(waitFor([&] { return app->player().isPlaying(); }));

@@ -195,6 +195,7 @@ TEST_F(ArtworkTest, TriesTwiceAndTellsTheFirstFailure)
     EXPECT_TRUE(now(rows.at(1)).artworkData().isNull());
     EXPECT_EQ(workspace().lastError(),
               QStringLiteral("Не удалось сохранить обложку в 1 из 3 файлов. Первый файл: 2.mp3. busy"));
+    EXPECT_EQ(workspace().lastErrorTitle(), QStringLiteral("Не удалось сохранить обложку"));
     EXPECT_EQ(statusText(), QStringLiteral("Сохранено 2, ошибок: 1"));
     EXPECT_TRUE(workspace().artworkWritingIDs().isEmpty());
 }

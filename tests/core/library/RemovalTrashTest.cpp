@@ -80,6 +80,7 @@ TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
     settle();
     EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, c}));
     EXPECT_EQ(lastError(), QStringLiteral("Нет прав на перемещение файла a.mp3."));
+    EXPECT_EQ(workspace().lastErrorTitle(), QStringLiteral("Не удалось переместить в Корзину"));
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 1"));
     workspace().setWorkspaceStatus(std::nullopt);
     removal().trashTracks(ids({a, c}));
@@ -373,4 +374,5 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
     EXPECT_TRUE(workspace().tracks().isEmpty());
     EXPECT_EQ(lastError(), QStringLiteral("Не удалось восстановить «один.mp3»: На месте файла один.mp3 уже стоит "
                                           "другой файл."));
+    EXPECT_EQ(workspace().lastErrorTitle(), QStringLiteral("Не удалось вернуть из Корзины"));
 }
