@@ -787,6 +787,10 @@
     <translation>There is not enough rhythmic material to detect the BPM.</translation>
   </message>
   <message>
+    <source>Незаписанные правки не сохраняются до следующего запуска: %@</source>
+    <translation>Unwritten edits are not kept until the next start: %@</translation>
+  </message>
+  <message>
     <source>Неизвестная ошибка</source>
     <translation>Unknown error</translation>
   </message>

@@ -6,6 +6,7 @@
 #include "support/FailingFileCalls.h"
 #include "support/StoreFixture.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 
@@ -102,6 +103,41 @@ TEST_F(EditJournalTest, AFullDiskIsToldAndTriedAgain)
     EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House")}));
     EXPECT_TRUE(journal.note({}, 3));
     EXPECT_EQ(kept().size(), 2);
+}
+
+// Neither a disk's trouble nor a file too large is taken for an empty journal.
+TEST_F(EditJournalTest, AFileThatCannotBeReadIsNeverWrittenOver)
+{
+    const KeptEdit second = edit(QStringLiteral("/b.mp3"), TagField::Genre, QStringLiteral("Pop"));
+    for (const char* const broken : {"read", "rename"}) {
+        SCOPED_TRACE(broken);
+        QDir(data).removeRecursively();
+        ASSERT_TRUE(
+            EditJournal(data).note({edit(QStringLiteral("/a.mp3"), TagField::Genre, QStringLiteral("House"))}, 1));
+        const QByteArray before = bytes();
+        EditJournal journal(data);
+        const bool isUnreadable = QByteArray(broken) == "read";
+        {
+            FailingFileCalls calls;
+            calls.failingName = broken;
+            if (!isUnreadable)
+                calls.failingStep = 0; // of the first look
+            EXPECT_EQ(journal.note({second}, 1), isUnreadable);
+            EXPECT_EQ(journal.error(), isUnreadable ? 0 : EIO);
+        }
+        const QStringList aside = QDir(data).entryList({QStringLiteral("*.unread-*")});
+        EXPECT_EQ(aside.size(), isUnreadable ? 1 : 0);
+        if (isUnreadable) {
+            QFile file(QDir(data).filePath(aside.value(0)));
+            ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+            EXPECT_EQ(file.readAll(), before);
+            EXPECT_EQ(kept(), QStringList({QStringLiteral("b.mp3=Pop")}));
+            continue;
+        }
+        EXPECT_EQ(bytes(), before);
+        EXPECT_TRUE(journal.note({}, 2)) << "what was noted meanwhile comes after it";
+        EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=House"), QStringLiteral("b.mp3=Pop")}));
+    }
 }
 
 TEST_F(EditJournalTest, DamagedLinesArePassedOverAndOldOnesDoNotPileUp)
@@ -218,6 +254,27 @@ TEST_F(UnwrittenEditsTest, WhatFailedIsCountedWrittenAgainAndKept)
     EXPECT_EQ(now(b).tags().comment, QStringLiteral("from elsewhere"));
     EXPECT_TRUE(kept().isEmpty());
     EXPECT_TRUE(edits().rows().isEmpty());
+}
+
+TEST_F(UnwrittenEditsTest, AWarningStandsWhileEditsCannotBeKept)
+{
+    fill({a});
+    failWrites();
+    {
+        FailingFileCalls calls;
+        calls.failingName = "open";
+        calls.error = ENOSPC;
+        store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
+        settle();
+        clock.advance(async::seconds(10)); // what became of the edit is said first
+        EXPECT_EQ(statusText(),
+                  QStringLiteral("Незаписанные правки не сохраняются до следующего запуска: на диске нет места"));
+    }
+    store->tagWriting().assignGenre(QStringLiteral("Techno"), ids({a}));
+    settle();
+    clock.advance(async::seconds(10));
+    EXPECT_EQ(statusText(), QString());
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("a.mp3=Techno")}));
 }
 
 TEST_F(UnwrittenEditsTest, AFileThatHoldsTheEditIsLeftAlone)

@@ -8,6 +8,7 @@
 #include "core/library/selection/Selection.h"
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
+#include "core/library/status/SaveReason.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tempo/Tempo.h"
 #include "core/library/waveforms/Waveforms.h"
@@ -30,22 +31,6 @@ constexpr double kRestoreTextDuration = 6; // seconds
 constexpr double kRetryPause = 5;          // seconds; chosen: a full disk is seldom freed faster
 
 const QString kSaveWarning = QStringLiteral("session");
-
-/// Localisation key of why the session was not written.
-QString reasonOf(const SessionStorageError& error)
-{
-    switch (error.code()) {
-    case ENOSPC:
-    case EDQUOT:
-        return QStringLiteral("на диске нет места");
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return QStringLiteral("нет прав на запись");
-    default:
-        return QStringLiteral("диск не принял запись");
-    }
-}
 
 /// Nothing that goes wrong with a file may keep the program from working.
 std::optional<WorkspaceLoad::Result> loadQuietly(WorkspaceSessionStorage& storage, const QByteArray& legacyBytes)
@@ -205,9 +190,9 @@ void Session::saved(const std::optional<SessionStorageError>& failure)
         return;
     }
     if (++m_failedSaves > 1)
-        m_dependencies.status.hold(kSaveWarning,
-                                   VelmoraLocalization::format(QStringLiteral("Список не сохраняется: %@"),
-                                                               {VelmoraLocalization::string(reasonOf(*failure))}));
+        m_dependencies.status.hold(
+            kSaveWarning,
+            VelmoraLocalization::format(QStringLiteral("Список не сохраняется: %@"), {saveReason(failure->code())}));
     m_retryTask.start([this](std::stop_token stop) { return retryLater(std::move(stop)); });
 }
 

@@ -8,9 +8,11 @@
 #include "platform/json/JsonReader.h"
 #include "platform/json/JsonWriter.h"
 
+#include <QDateTime>
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 
 #include <fcntl.h>
@@ -87,6 +89,15 @@ bool writeAt(const QByteArray& path, qint64 place, const QByteArray& bytes)
     return calls.close(file) == 0 && isSynced;
 }
 
+/// Of a file that cannot be read: 0 where there is none, else an errno.
+int whyUnread(const QByteArray& path)
+{
+    struct statx facts;
+    if (FileCalls::current().facts(path, AT_SYMLINK_NOFOLLOW, &facts) == 0)
+        return EIO;
+    return errno == ENOENT || errno == ENOTDIR ? 0 : errno;
+}
+
 } // namespace
 
 EditJournal::EditJournal(const QString& folder)
@@ -109,18 +120,36 @@ QList<KeptEdit> EditJournal::read()
     return edits;
 }
 
-/// A line without its end was being written when the program stopped; the next one takes its place.
-void EditJournal::readLocked()
+/// A line without its end was being written when the program stopped; the next one takes its place. \return 0, or the
+/// errno of what keeps a file that is there from being read.
+int EditJournal::readLocked()
 {
-    if (std::exchange(m_isRead, true))
-        return;
-    const QByteArray bytes = AtomicFile::read(m_path, kMaximumBytes).value_or(QByteArray());
+    if (m_isRead)
+        return 0;
+    const std::optional<QByteArray> bytes = AtomicFile::read(m_path, kMaximumBytes);
+    if (!bytes) {
+        const int error = whyUnread(m_path);
+        m_isRead = error == 0;
+        return error;
+    }
     qsizetype begin = 0;
-    for (qsizetype end = bytes.indexOf('\n'); end >= 0; end = bytes.indexOf('\n', begin)) {
-        takeLine(QByteArrayView(bytes).sliced(begin, end + 1 - begin));
+    for (qsizetype end = bytes->indexOf('\n'); end >= 0; end = bytes->indexOf('\n', begin)) {
+        takeLine(QByteArrayView(*bytes).sliced(begin, end + 1 - begin));
         begin = end + 1;
     }
     m_size = begin;
+    m_isRead = true;
+    return 0;
+}
+
+/// Edits of an earlier run may be in it. \return errno.
+int EditJournal::putAside()
+{
+    const QString date = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    if (FileCalls::current().rename(m_path, m_path + ".unread-" + date.toLatin1()) != 0)
+        return errno;
+    m_isRead = true;
+    return 0;
 }
 
 void EditJournal::takeLine(QByteArrayView line)
@@ -139,20 +168,31 @@ void EditJournal::takeLine(QByteArrayView line)
 bool EditJournal::note(const QList<KeptEdit>& edits, quint64 revision)
 {
     const std::lock_guard guard(m_lock);
-    readLocked();
-    if (revision <= m_revision || (edits.isEmpty() && m_isWhole))
-        return m_isWhole;
+    if (revision <= m_revision || (edits.isEmpty() && !m_error))
+        return !m_error;
     m_revision = revision;
+    m_waiting += edits;
+    if (readLocked() != 0)
+        m_error = putAside();
+    if (!m_isRead)
+        return false;
     QByteArray lines;
-    for (const KeptEdit& edit : edits) {
+    for (const KeptEdit& edit : std::exchange(m_waiting, {})) {
         const QByteArray line = lineOf(edit);
         takeLine(line);
         lines += line;
     }
     const bool isDue =
         m_lines.isEmpty() || m_size + lines.size() > kSlack + 4 * m_liveBytes || m_lines.size() > kMaximumFiles;
-    m_isWhole = (m_isWhole && !isDue && appendLocked(lines)) || rewriteLocked();
-    return m_isWhole;
+    const bool isAppended = !m_error && !isDue && appendLocked(lines);
+    m_error = isAppended ? 0 : rewriteLocked();
+    return !m_error;
+}
+
+int EditJournal::error()
+{
+    const std::lock_guard guard(m_lock);
+    return m_error;
 }
 
 bool EditJournal::appendLocked(const QByteArray& lines)
@@ -164,7 +204,7 @@ bool EditJournal::appendLocked(const QByteArray& lines)
 }
 
 /// The newest edits, in the order in which they were made.
-bool EditJournal::rewriteLocked()
+int EditJournal::rewriteLocked()
 {
     QList<std::pair<quint64, QString>> order;
     for (auto line = m_lines.cbegin(); line != m_lines.cend(); ++line)
@@ -176,8 +216,8 @@ bool EditJournal::rewriteLocked()
     bytes.reserve(m_liveBytes);
     for (const auto& [place, path] : std::as_const(order))
         bytes += m_lines.value(path).bytes;
-    if (AtomicFile::write(m_path, bytes) != 0)
-        return false;
+    if (const int error = AtomicFile::write(m_path, bytes))
+        return error;
     m_size = bytes.size();
-    return true;
+    return 0;
 }

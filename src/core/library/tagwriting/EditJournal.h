@@ -19,7 +19,8 @@ struct KeptEdit {
 
 /// The edits that are not in their files yet, in a file of their own, so that neither a log-out nor a crash loses them:
 /// "unwritten-edits-v1.jsonl", whose form stands in docs/formats/unwritten-edits.md. Owned by the application, outlives
-/// the executor. One process at a time uses a folder. Thread: any; blocks.
+/// the executor. One process at a time uses a folder. A file that is there and cannot be read is never written over: it
+/// goes aside under a name with the date before another takes its place. Thread: any; blocks.
 class EditJournal {
 public:
     /// \param folder made with the first edit.
@@ -31,20 +32,24 @@ public:
     /// before. A revision that is not above the last one changes nothing. \return whether it is on disk; a later call
     /// tries again.
     bool note(const QList<KeptEdit>& edits, quint64 revision);
+    /// errno of the last note() that did not come on disk; 0 after one that did.
+    int error();
 
 private:
-    void readLocked();
+    int readLocked();
+    int putAside();
     void takeLine(QByteArrayView line);
     bool appendLocked(const QByteArray& lines);
-    bool rewriteLocked();
+    int rewriteLocked();
 
     const QString m_folder;
     const QByteArray m_path;
     std::mutex m_lock;
     bool m_isRead = false;
-    bool m_isWhole = true;  ///< the file holds what was noted last
-    qint64 m_size = 0;      ///< bytes of the file that count
-    qint64 m_liveBytes = 0; ///< of them those of edits that are still kept
+    int m_error = 0;           ///< of the last note; 0 when the file holds it
+    QList<KeptEdit> m_waiting; ///< noted while what is in the file is not known
+    qint64 m_size = 0;         ///< bytes of the file that count
+    qint64 m_liveBytes = 0;    ///< of them those of edits that are still kept
     quint64 m_revision = 0;
     quint64 m_order = 0;
     struct Line {

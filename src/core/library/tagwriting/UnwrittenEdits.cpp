@@ -2,8 +2,11 @@
 
 #include "async/MainQueue.h"
 #include "core/library/files/FileEvents.h"
+#include "core/library/status/SaveReason.h"
+#include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/Localization.h"
 
 #include <QPointer>
 
@@ -136,9 +139,25 @@ async::Task<> UnwrittenEdits::writeNotes(std::stop_token stop)
         const qsizetype count = m_notes.size();
         auto job = [journal = m_dependencies.journal, notes = m_notes,
                     revision = ++m_revision](const std::stop_token&) { return journal->note(notes, revision); };
-        co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
+        const bool isOnDisk =
+            co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
         m_notes.remove(0, count);
+        noted(isOnDisk);
     }
+}
+
+/// Should the program end now, edits would be lost that are neither noted nor in their files.
+bool UnwrittenEdits::noted(bool isOnDisk)
+{
+    const QString about = QStringLiteral("unwritten edits");
+    if (isOnDisk || m_noted.isEmpty())
+        m_dependencies.status.letGo(about);
+    else
+        m_dependencies.status.hold(
+            about,
+            VelmoraLocalization::format(QStringLiteral("Незаписанные правки не сохраняются до следующего запуска: %@"),
+                                        {saveReason(m_dependencies.journal->error())}));
+    return isOnDisk;
 }
 
 bool UnwrittenEdits::keep()
@@ -147,7 +166,7 @@ bool UnwrittenEdits::keep()
     // What a worker is about to note is among these, and its own call changes nothing then.
     if (!m_dependencies.journal)
         return m_rows.isEmpty();
-    return m_dependencies.journal->note(m_notes, ++m_revision);
+    return noted(m_dependencies.journal->note(m_notes, ++m_revision));
 }
 
 async::Task<> UnwrittenEdits::read(std::stop_token stop)

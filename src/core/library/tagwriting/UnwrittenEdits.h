@@ -11,6 +11,7 @@
 #include <QSet>
 
 class FileEvents;
+class StatusLine;
 class TagSaver;
 class Workspace;
 struct FileChange;
@@ -26,6 +27,7 @@ public:
         TagSaver& saver;
         async::Executor& executor;
         FileEvents& events;
+        StatusLine& status;   ///< warns while edits cannot be kept
         EditJournal* journal; ///< null where nothing is kept; outlives the executor
     };
 
@@ -52,6 +54,7 @@ private:
     void fileChanged(const FileChange& change);
     void note(const KeptEdit& edit);
     void sendNotes();
+    bool noted(bool isOnDisk);
     void bringBackLater();
     void bringBack();
     async::Task<> read(std::stop_token stop);
