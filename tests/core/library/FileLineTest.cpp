@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace {
 
 QUrl url(int number)
@@ -36,6 +38,8 @@ public:
         const int number = m_numbers.at(file);
         co_await finishedJob(m_executor, stop, [](const std::stop_token&) { return true; });
         worked.append(number);
+        if (throwing.contains(number))
+            throw std::runtime_error("not foreseen");
         if (keepsPaths)
             kept.append(held);
         if (failing.contains(number))
@@ -50,6 +54,7 @@ public:
     }
 
     QList<int> failing;
+    QList<int> throwing;
     bool keepsPaths = false;
     QList<int> worked;
     QList<qsizetype> updates; ///< files done by then
@@ -102,6 +107,39 @@ TEST_F(FileLineTest, FailuresHoldNothingUpAndRowsCatchUpEveryFewFiles)
     EXPECT_EQ(files->ended->failed, 2);
     EXPECT_EQ(files->ended->left, 0);
     EXPECT_EQ(progress(), QStringLiteral("0/0"));
+    EXPECT_FALSE(line->isActive());
+}
+
+TEST_F(FileLineTest, WhatIsThrownIsAFailureAndTheRoundComesToItsEnd)
+{
+    const auto files = round({1, 2, 3});
+    files->throwing = {2};
+    append(files);
+    executor.runAll();
+    EXPECT_EQ(files->worked, (QList<int>{1, 2, 3}));
+    ASSERT_TRUE(files->ended);
+    EXPECT_EQ(files->ended->failed, 1);
+    EXPECT_EQ(files->ended->firstFailure->url, url(2));
+    EXPECT_FALSE(line->isActive());
+}
+
+TEST_F(FileLineTest, AStopEndsARoundThatWaitsForAPathAtOnce)
+{
+    const auto files = round({1, 2});
+    files->keepsPaths = true;
+    const auto waiting = round({3, 1});
+    append(files);
+    append(waiting);
+    executor.runOne(); // 1 is held until the end
+    executor.runOne();
+    ASSERT_EQ(waiting->worked, QList<int>{3});
+    line->stop();
+    async::MainQueue::drain();
+    ASSERT_TRUE(waiting->ended) << "while the other round is at its file";
+    EXPECT_EQ(waiting->ended->left, 1);
+    EXPECT_FALSE(files->ended);
+    executor.runAll();
+    EXPECT_EQ(files->worked, (QList<int>{1, 2}));
     EXPECT_FALSE(line->isActive());
 }
 

@@ -1,6 +1,8 @@
 #include "core/library/files/FileLine.h"
 
+#include "async/Cancelled.h"
 #include "async/MainQueue.h"
+#include "platform/Localization.h"
 
 namespace {
 constexpr int kFilesPerUpdate = 8; // chosen: rows do not lag far behind, and lists are not assigned file by file
@@ -9,7 +11,7 @@ constexpr int kFilesPerUpdate = 8; // chosen: rows do not lag far behind, and li
 struct FileLine::Running {
     std::shared_ptr<FileRound> round;
     QList<QUrl> files;
-    bool isStopping = false;
+    std::stop_source stopping = {};
 };
 
 FileLine::FileLine(FileLocks& locks, int roundsAtOnce)
@@ -29,8 +31,9 @@ void FileLine::append(std::shared_ptr<FileRound> round)
 void FileLine::stop()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    for (const std::shared_ptr<Running>& running : std::as_const(m_running))
-        running->isStopping = true;
+    const QList<std::shared_ptr<Running>> stopped = m_running; // some end at once
+    for (const std::shared_ptr<Running>& running : stopped)
+        running->stopping.request_stop();
 }
 
 async::Task<> FileLine::run(std::shared_ptr<FileRound> round, std::stop_token stop)
@@ -53,11 +56,11 @@ async::Task<FileRound::End> FileLine::goThrough(std::shared_ptr<Running> running
     FileRound::End end;
     const qsizetype count = running->files.size();
     qsizetype file = 0;
-    for (; file < count && !running->isStopping; ++file) {
-        FileLocks::HeldPath held = co_await m_locks.hold(running->files.at(file), stop);
-        if (running->isStopping)
+    for (; file < count && !running->stopping.stop_requested(); ++file) {
+        FileLocks::HeldPath held = co_await hold(running->files.at(file), running, stop);
+        if (!held || running->stopping.stop_requested())
             break;
-        std::optional<FileFailure> failure = co_await running->round->work(file, std::move(held), stop);
+        std::optional<FileFailure> failure = co_await work(running, file, std::move(held), stop);
         if (failure && end.failed++ == 0)
             end.firstFailure = std::move(failure);
         setProgress(m_progress.done + 1, m_progress.total);
@@ -66,6 +69,36 @@ async::Task<FileRound::End> FileLine::goThrough(std::shared_ptr<Running> running
     }
     end.left = static_cast<int>(count - file);
     co_return end;
+}
+
+/// Nothing if the round is to end first.
+async::Task<FileLocks::HeldPath> FileLine::hold(QUrl url, std::shared_ptr<Running> running, std::stop_token stop)
+{
+    const std::stop_callback both(stop, [running] { running->stopping.request_stop(); });
+    FileLocks::HeldPath held;
+    try {
+        held = co_await m_locks.hold(url, running->stopping.get_token());
+    } catch (const async::Cancelled&) {
+        if (stop.stop_requested())
+            throw;
+    }
+    co_return std::move(held);
+}
+
+/// The files behind one that no one was prepared for are done nevertheless, and the round comes to its end.
+async::Task<std::optional<FileFailure>> FileLine::work(std::shared_ptr<Running> running, qsizetype file,
+                                                       FileLocks::HeldPath held, std::stop_token stop)
+{
+    std::optional<FileFailure> failure;
+    try {
+        failure = co_await running->round->work(file, std::move(held), stop);
+    } catch (const async::Cancelled&) {
+        throw;
+    } catch (const std::exception&) {
+        failure =
+            FileFailure{running->files.at(file), VelmoraLocalization::string(QStringLiteral("Неизвестная ошибка"))};
+    }
+    co_return std::move(failure);
 }
 
 void FileLine::setProgress(int done, int total)

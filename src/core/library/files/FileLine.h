@@ -34,7 +34,7 @@ public:
     /// Its turn has come. \return its files, in the order in which they are gone through.
     virtual QList<QUrl> begin() = 0;
     /// Does what is to be done with one file. \param held its path, given back at the end unless a copy is kept.
-    /// \return what went wrong. Throws nothing but Cancelled.
+    /// \return what went wrong. What it throws beside Cancelled counts as a failure without a reason.
     virtual async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath held,
                                                          std::stop_token stop) = 0;
     /// After every few files and after the last one: rows catch up with the files.
@@ -61,7 +61,8 @@ public:
     ~FileLine() override;
 
     void append(std::shared_ptr<FileRound> round);
-    /// Ends the rounds under way after the file in hand; those that wait begin nevertheless.
+    /// Ends the rounds under way after the file in hand, at once those that wait for a path; those that wait begin
+    /// nevertheless.
     void stop();
     Progress progress() const { return m_progress; }
     bool isActive() const { return !m_running.isEmpty(); }
@@ -74,6 +75,9 @@ private:
 
     async::Task<> run(std::shared_ptr<FileRound> round, std::stop_token stop);
     async::Task<FileRound::End> goThrough(std::shared_ptr<Running> running, std::stop_token stop);
+    async::Task<FileLocks::HeldPath> hold(QUrl url, std::shared_ptr<Running> running, std::stop_token stop);
+    static async::Task<std::optional<FileFailure>> work(std::shared_ptr<Running> running, qsizetype file,
+                                                        FileLocks::HeldPath held, std::stop_token stop);
     void setProgress(int done, int total);
 
     FileLocks& m_locks;
