@@ -335,6 +335,52 @@ TEST_F(UnwrittenEditsTest, AKillAtAnyStepLosesNoEdit)
     }
 }
 
+TEST_F(UnwrittenEditsTest, AnEditIsNoLongerKeptOnceTheFileOfARowThatLeftHoldsIt)
+{
+    fill({a, b});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}));
+    files.before = [this](const FakeTagFiles::Call& call) {
+        if (call.write.url == b.url())
+            throw TagFileError(QStringLiteral("disk full"), false);
+    };
+    fill({});
+    settle();
+    EXPECT_EQ(files.calls.size(), 2);
+    EXPECT_EQ(kept(), QStringList({QStringLiteral("b.mp3=House")}));
+}
+
+TEST_F(UnwrittenEditsTest, AFileThatOthersChangedIsWrittenOnlyAtTheUsersWord)
+{
+    for (const bool isChanged : {false, true}) {
+        SCOPED_TRACE(isChanged);
+        filesHold({});
+        start();
+        files = {};
+        const QUrl url = file(QStringLiteral("c.mp3"));
+        const Track row = read(url.toLocalFile());
+        fill({row});
+        failWrites();
+        store->tagWriting().assignGenre(QStringLiteral("House"), ids({row}));
+        settle();
+        if (isChanged) {
+            QFile changed(url.toLocalFile());
+            ASSERT_TRUE(changed.open(QIODevice::Append));
+            changed.write("by others");
+        }
+        start();
+        files = {};
+        bringBack({row});
+        settle();
+        EXPECT_EQ(files.calls.size(), isChanged ? 0 : 1);
+        EXPECT_EQ(edits().leftCount(), isChanged ? 1 : 0);
+        EXPECT_EQ(now(row).tags().genre, QStringLiteral("House"));
+        edits().writeAgain(edits().rows());
+        settle();
+        EXPECT_EQ(files.calls.size(), 1);
+        EXPECT_TRUE(kept().isEmpty());
+    }
+}
+
 TEST_F(UnwrittenEditsTest, AMovedFileTakesItsEditAlong)
 {
     fill({a});

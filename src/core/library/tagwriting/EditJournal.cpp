@@ -21,6 +21,8 @@ namespace {
 
 constexpr QLatin1StringView kName("/unwritten-edits-v1.jsonl"); // on disk, never change
 constexpr QLatin1StringView kPath("path");                      // likewise
+constexpr QLatin1StringView kSize("size");
+constexpr QLatin1StringView kDate("date");
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
 constexpr qint64 kMaximumBytes = 256 * 1024 * 1024; // chosen: edits of a million files
@@ -33,6 +35,12 @@ QByteArray lineOf(const KeptEdit& edit)
     json.open('{');
     json.key(kPath);
     json.string(FileURL::standardizedPath(edit.url));
+    if (edit.stamp) {
+        json.key(kSize);
+        json.number(edit.stamp->byteCount);
+        json.key(kDate);
+        json.number(edit.stamp->modificationDate);
+    }
     for (size_t place = 0; place < AudioTags::fields().size(); ++place) {
         const AudioTags::Field& field = AudioTags::fields()[place];
         if (!edit.fields.testFlag(TagFieldSet::list()[place]))
@@ -44,27 +52,39 @@ QByteArray lineOf(const KeptEdit& edit)
     return json.take() + '\n';
 }
 
+void readField(JsonReader& json, QByteArrayView key, KeptEdit& edit)
+{
+    const auto& fields = AudioTags::fields();
+    const auto field = std::ranges::find(fields, key, [](const AudioTags::Field& f) { return QByteArrayView(f.name); });
+    if (field == fields.end()) {
+        json.skip();
+        return;
+    }
+    edit.fields |= TagFieldSet::list()[size_t(field - fields.begin())];
+    edit.tags.*(field->value) = json.string();
+}
+
 /// Nothing for a line that was cut or damaged.
 std::optional<KeptEdit> editOf(QByteArrayView line)
 {
     JsonReader json(line);
     KeptEdit edit;
     QString path;
-    JsonMembers::forMembers(json, [&](QByteArrayView key) {
-        if (key == QByteArrayView(kPath.data(), kPath.size())) {
+    FileStamp stamp;
+    int stampKeys = 0;
+    JsonMembers::forMembers(json, [&](QByteArrayView bytes) {
+        const QLatin1StringView key(bytes.data(), bytes.size());
+        if (key == kPath)
             path = json.string();
-            return;
-        }
-        const auto& fields = AudioTags::fields();
-        const auto field =
-            std::ranges::find(fields, key, [](const AudioTags::Field& f) { return QByteArrayView(f.name); });
-        if (field == fields.end()) {
-            json.skip();
-            return;
-        }
-        edit.fields |= TagFieldSet::list()[size_t(field - fields.begin())];
-        edit.tags.*(field->value) = json.string();
+        else if (key == kSize && ++stampKeys)
+            stamp.byteCount = json.integer();
+        else if (key == kDate && ++stampKeys)
+            stamp.modificationDate = json.number();
+        else
+            readField(json, bytes, edit);
     });
+    if (stampKeys == 2)
+        edit.stamp = stamp;
     if (json.hasFailed() || !json.atEnd() || !path.startsWith(u'/'))
         return std::nullopt;
     edit.url = FileURL::fromPath(path);

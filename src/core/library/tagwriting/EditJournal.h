@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/TagField.h"
+#include "platform/files/FileStamp.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -9,12 +10,15 @@
 #include <QUrl>
 
 #include <mutex>
+#include <optional>
 
 /// Edits of one file that are not in it. No fields: it holds all that was edited.
 struct KeptEdit {
     QUrl url;
     TagFields fields;
     AudioTags tags; ///< of the fields
+    /// The file when the edit was noted; nothing where it is not known.
+    std::optional<FileStamp> stamp = std::nullopt;
 };
 
 /// The edits that are not in their files yet, in a file of their own, so that neither a log-out nor a crash loses them:

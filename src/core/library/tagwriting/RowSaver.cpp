@@ -74,6 +74,7 @@ async::Task<> RowSaver::write(Item item, Artwork artwork, std::shared_ptr<Saved>
     if (!artwork && !(turn.edited & ~held)) {
         saved->row.writtenFields = held;
         saved->row.written = turn.track.tags();
+        emit settled(url, held, saved->row.written);
         co_return;
     }
     const TagWrite write = co_await writeOf(turn, look, artwork.has_value(), stop);
@@ -163,6 +164,7 @@ void RowSaver::noteWritten(Saved& saved, const TagWrite& write, const Turn& turn
 {
     saved.row.writtenFields = write.keepsOthers ? write.fields : TagFieldSet::kAll;
     saved.row.written = write.tags;
+    emit settled(write.url, saved.row.writtenFields, write.tags);
     const bool decidesPicture = hasPicture || !write.keepsOthers;
     if (decidesPicture)
         saved.row.pictureMark = m_pictureWrites[turn.track.id()] = ++m_pictureWrite;

@@ -67,6 +67,8 @@ public:
 Q_SIGNALS:
     /// What a file held in fields that its row did not know, told before the first write. \param known the fields.
     void fileTold(const TrackID& id, const AudioTags& values, TagFields known);
+    /// What a row's file holds now of what its row says, written or found there; its row learns of it later.
+    void settled(const QUrl& url, TagFields fields, const AudioTags& values);
 
 private:
     /// A row as it is when its file's turn has come.

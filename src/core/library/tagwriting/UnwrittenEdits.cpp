@@ -12,12 +12,34 @@
 
 #include <algorithm>
 
+namespace {
+
+/// With the files as they are now, as far as the edits do not know better. Blocks.
+QList<KeptEdit> stamped(QList<KeptEdit> edits)
+{
+    for (KeptEdit& edit : edits) {
+        if (edit.fields && !edit.stamp)
+            edit.stamp = FileStamp::of(edit.url);
+    }
+    return edits;
+}
+
+/// Blocks.
+bool isFileChanged(const KeptEdit& edit)
+{
+    const std::optional<FileStamp> now = edit.stamp ? FileStamp::of(edit.url) : std::nullopt;
+    return now && !now->isSameFile(*edit.stamp);
+}
+
+} // namespace
+
 UnwrittenEdits::UnwrittenEdits(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
     connect(&dependencies.workspace, &Workspace::tracksChanged, this, &UnwrittenEdits::tracksChanged);
     connect(&dependencies.workspace, &Workspace::restoringChanged, this, &UnwrittenEdits::bringBackLater);
     connect(&dependencies.saver, &TagSaver::progressChanged, this, &UnwrittenEdits::changed);
+    connect(&dependencies.saver.rows(), &RowSaver::settled, this, &UnwrittenEdits::fileSettled);
     connect(&dependencies.events, &FileEvents::changed, this, &UnwrittenEdits::fileChanged);
     if (dependencies.journal)
         m_readTask.start([this](std::stop_token stop) { return read(std::move(stop)); });
@@ -111,6 +133,23 @@ void UnwrittenEdits::fileChanged(const FileChange& change)
     sendNotes();
 }
 
+/// Rows of the list tell themselves, once they have learned of it.
+void UnwrittenEdits::fileSettled(const QUrl& url, TagFields fields, const AudioTags& values)
+{
+    const auto noted = m_noted.constFind(url);
+    if (noted == m_noted.cend() || m_dependencies.workspace.tracks().indexOfURL(url))
+        return;
+    KeptEdit left = *noted;
+    left.fields &= ~fields | TagFieldSet::differing(left.tags, values);
+    if (left.fields == noted->fields)
+        return;
+    left.stamp.reset();
+    if (m_returning.remove(url) && left.fields)
+        m_returning.insert(url, left);
+    note(left);
+    sendNotes();
+}
+
 void UnwrittenEdits::note(const KeptEdit& edit)
 {
     const auto noted = m_noted.constFind(edit.url);
@@ -137,8 +176,8 @@ async::Task<> UnwrittenEdits::writeNotes(std::stop_token stop)
 {
     while (!m_notes.isEmpty()) {
         const qsizetype count = m_notes.size();
-        auto job = [journal = m_dependencies.journal, notes = m_notes,
-                    revision = ++m_revision](const std::stop_token&) { return journal->note(notes, revision); };
+        auto job = [journal = m_dependencies.journal, notes = m_notes, revision = ++m_revision](
+                       const std::stop_token&) { return journal->note(stamped(notes), revision); };
         const bool isOnDisk =
             co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
         m_notes.remove(0, count);
@@ -166,7 +205,7 @@ bool UnwrittenEdits::keep()
     // What a worker is about to note is among these, and its own call changes nothing then.
     if (!m_dependencies.journal)
         return m_rows.isEmpty();
-    return noted(m_dependencies.journal->note(m_notes, ++m_revision));
+    return noted(m_dependencies.journal->note(stamped(m_notes), ++m_revision));
 }
 
 async::Task<> UnwrittenEdits::read(std::stop_token stop)
@@ -194,8 +233,7 @@ void UnwrittenEdits::bringBackLater()
     });
 }
 
-/// Rows whose files are waited for get their edits back; the save looks into the file first, and writes only what is
-/// not there.
+/// Rows whose files are waited for get their edits back.
 void UnwrittenEdits::bringBack()
 {
     m_isBringingBack = false;
@@ -203,7 +241,7 @@ void UnwrittenEdits::bringBack()
     if (workspace.isRestoringWorkspaceSession())
         return;
     QList<Track> rows = workspace.tracks().rows();
-    QSet<TrackID> ids;
+    QHash<TrackID, KeptEdit> back;
     for (auto edit = m_returning.begin(); edit != m_returning.end();) {
         const std::optional<int> place = workspace.tracks().indexOfURL(edit.key());
         if (!place) {
@@ -213,11 +251,26 @@ void UnwrittenEdits::bringBack()
         Track& row = rows[*place];
         row.edit(edit->tags, edit->fields & ~row.editedFields());
         row.setTagSource(Track::TagSource::Remembered);
-        ids.insert(row.id());
+        back.insert(row.id(), *edit);
         edit = m_returning.erase(edit);
     }
-    if (ids.isEmpty())
+    if (back.isEmpty())
         return;
     workspace.setTracks(std::move(rows));
-    writeAgain(ids);
+    m_returns.add([this, back](std::stop_token stop) { return writeUnchanged(back, std::move(stop)); });
+}
+
+/// The save looks into the file first, and writes only what is not there. Over what others wrote since the edit was
+/// made, it goes only at the user's word.
+async::Task<> UnwrittenEdits::writeUnchanged(QHash<TrackID, KeptEdit> back, std::stop_token stop)
+{
+    auto job = [back](const std::stop_token&) {
+        QSet<TrackID> unchanged;
+        for (auto edit = back.cbegin(); edit != back.cend(); ++edit) {
+            if (!isFileChanged(*edit))
+                unchanged.insert(edit.key());
+        }
+        return unchanged;
+    };
+    writeAgain(co_await m_dependencies.executor.run(async::Priority::Utility, stop, std::move(job)));
 }

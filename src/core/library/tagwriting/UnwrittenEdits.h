@@ -1,6 +1,7 @@
 #pragma once
 
 #include "async/Executor.h"
+#include "async/TaskGroup.h"
 #include "async/TaskSlot.h"
 #include "core/library/tagwriting/EditJournal.h"
 #include "core/library/workspace/ListChange.h"
@@ -17,7 +18,8 @@ class Workspace;
 struct FileChange;
 
 /// The edits that are not in their files: watches the rows, keeps a note of each edit on disk until its file holds it,
-/// brings back what an earlier run left, and writes again what failed. Thread: main.
+/// brings back what an earlier run left, and writes again what failed; by itself not into files that were changed by
+/// others meanwhile. Thread: main.
 class UnwrittenEdits : public QObject {
     Q_OBJECT
 
@@ -52,6 +54,7 @@ private:
     void rowsMoved();
     void look(const Track& row);
     void fileChanged(const FileChange& change);
+    void fileSettled(const QUrl& url, TagFields fields, const AudioTags& values);
     void note(const KeptEdit& edit);
     void sendNotes();
     bool noted(bool isOnDisk);
@@ -59,6 +62,7 @@ private:
     void bringBack();
     async::Task<> read(std::stop_token stop);
     async::Task<> writeNotes(std::stop_token stop);
+    async::Task<> writeUnchanged(QHash<TrackID, KeptEdit> back, std::stop_token stop);
 
     Dependencies m_dependencies;
     QSet<TrackID> m_rows;
@@ -70,4 +74,5 @@ private:
     bool m_isBringingBack = false;
     async::TaskSlot m_readTask;
     async::TaskSlot m_writeTask;
+    async::TaskGroup m_returns{1};
 };
