@@ -79,6 +79,10 @@
     <translation>Velmora closes when the edits are written</translation>
   </message>
   <message>
+    <source>Velmora не закрыта: не все правки удалось записать</source>
+    <translation>Velmora stays open: some edits could not be written</translation>
+  </message>
+  <message>
     <source>Velmora уже запущена, но не отвечает</source>
     <translation>Velmora is running already but does not answer</translation>
   </message>
@@ -297,6 +301,10 @@
   <message>
     <source>Выделить всё</source>
     <translation>Select all</translation>
+  </message>
+  <message>
+    <source>Выйти сразу</source>
+    <translation>Quit now</translation>
   </message>
   <message>
     <source>Выключить звук</source>
@@ -1325,6 +1333,10 @@
     <translation>Tags changed: %d</translation>
   </message>
   <message>
+    <source>Теги или обложки ещё пишутся в файлы. Чего нет в файлах при выходе, того не будет и после следующего запуска.</source>
+    <translation>Tags or covers are still being written into files. What is not in them when Velmora quits will not be there after the next start either.</translation>
+  </message>
+  <message>
     <source>Теги можно записать в %d из %d файлов</source>
     <translation>Tags can be written to %d of %d files</translation>
   </message>
@@ -1535,6 +1547,10 @@
   <message>
     <source>Файлы будут перемещены в Корзину macOS. Количество: %d.</source>
     <translation type="vanished">The files will be moved to the macOS Trash. Count: %d.</translation>
+  </message>
+  <message>
+    <source>Файлы ещё записываются</source>
+    <translation>Files are still being written</translation>
   </message>
   <message>
     <source>Файлы не найдены, в списках нет: %d</source>

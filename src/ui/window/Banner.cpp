@@ -105,16 +105,9 @@ void Banner::fill()
     switch (m_subject) {
     case Subject::None:
         break;
-    case Subject::Closing: {
-        const auto count = static_cast<int>(m_context.store.unwrittenEdits().rows().size());
-        m_title->setText(Texts::localized(QStringLiteral("Есть правки, которых ещё нет в файлах")));
-        m_text->setText(VelmoraLocalization::format(
-            QStringLiteral("Файлов с такими правками: %d. Их можно дописать сейчас или оставить до следующего запуска: "
-                           "тогда Velmora запишет их сама."),
-            {count}));
-        setAnswers(QStringLiteral("Дописать и выйти"), QStringLiteral("Оставить до следующего запуска"));
+    case Subject::Closing:
+        fillClosing();
         break;
-    }
     case Subject::Question:
         setAnswers(QStringLiteral("Сохранять обложку и прочие поля"), QStringLiteral("Только десять полей"));
         m_title->setText(Texts::localized(QStringLiteral("Что оставить в файлах при сохранении?")));
@@ -134,6 +127,26 @@ void Banner::fill()
         m_text->setText(*workspace.notice());
         break;
     }
+}
+
+/// Covers, and originals that are put back, are no edits of a row: they cannot be kept.
+void Banner::fillClosing()
+{
+    const auto count = static_cast<int>(m_context.store.unwrittenEdits().rows().size());
+    if (count == 0) {
+        m_title->setText(Texts::localized(QStringLiteral("Файлы ещё записываются")));
+        m_text->setText(Texts::localized(
+            QStringLiteral("Теги или обложки ещё пишутся в файлы. Чего нет в файлах при выходе, того не будет и после "
+                           "следующего запуска.")));
+        setAnswers(QStringLiteral("Дописать и выйти"), QStringLiteral("Выйти сразу"));
+        return;
+    }
+    m_title->setText(Texts::localized(QStringLiteral("Есть правки, которых ещё нет в файлах")));
+    m_text->setText(VelmoraLocalization::format(
+        QStringLiteral("Файлов с такими правками: %d. Их можно дописать сейчас или оставить до следующего запуска: "
+                       "тогда Velmora запишет их сама."),
+        {count}));
+    setAnswers(QStringLiteral("Дописать и выйти"), QStringLiteral("Оставить до следующего запуска"));
 }
 
 /// The question takes the focus itself: a Return or a space that was on its way to a field must not answer it.

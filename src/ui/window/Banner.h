@@ -36,6 +36,7 @@ private:
     Subject subject() const;
     void refresh();
     void fill();
+    void fillClosing();
     void focusFirst();
     void giveFocusBack();
     void setAnswers(const QString& first, const QString& second);

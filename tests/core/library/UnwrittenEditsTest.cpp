@@ -411,6 +411,52 @@ TEST_F(UnwrittenEditsTest, ARowThatComesBackFromTheTrashBringsItsEditIntoTheFile
     EXPECT_TRUE(kept().isEmpty());
 }
 
+TEST_F(UnwrittenEditsTest, ClosingWaitsForWhatIsNoEditOfARow)
+{
+    fill({a});
+    QSignalSpy wanted(&closing(), &ClosingQuestion::closeWanted);
+    for (const bool isCover : {false, true}) {
+        SCOPED_TRACE(isCover);
+        if (isCover)
+            workspace().setArtworkWritingIDs(ids({a}));
+        else
+            store->tagWriting().saver().restoreBatch({b}, {});
+        EXPECT_FALSE(closing().mayClose());
+        if (isCover)
+            break;
+        closing().answer(ClosingQuestion::Answer::Stay);
+        settle();
+        EXPECT_TRUE(closing().mayClose());
+    }
+    closing().answer(ClosingQuestion::Answer::Finish);
+    EXPECT_TRUE(wanted.isEmpty()) << "the cover is on its way";
+    workspace().setArtworkWritingIDs({});
+    EXPECT_EQ(wanted.size(), 1);
+}
+
+TEST_F(UnwrittenEditsTest, WhatFailsBeforeClosingIsTriedOnceMore)
+{
+    for (const int failures : {1, 2}) {
+        SCOPED_TRACE(failures);
+        filesHold({});
+        start();
+        files = {};
+        fill({a});
+        files.before = [this, failures](const FakeTagFiles::Call&) {
+            if (files.calls.size() <= failures)
+                throw TagFileError(QStringLiteral("busy"), false);
+        };
+        store->tagWriting().assignGenre(QStringLiteral("House%1").arg(failures), ids({a}));
+        QSignalSpy wanted(&closing(), &ClosingQuestion::closeWanted);
+        EXPECT_FALSE(closing().mayClose());
+        closing().answer(ClosingQuestion::Answer::Finish);
+        settle();
+        EXPECT_EQ(files.calls.size(), 2);
+        EXPECT_EQ(wanted.size(), failures == 1 ? 1 : 0);
+        EXPECT_EQ(closing().mayClose(), failures == 1);
+    }
+}
+
 TEST_F(UnwrittenEditsTest, ClosingAsksWhileEditsAreNotInTheirFiles)
 {
     using Answer = ClosingQuestion::Answer;

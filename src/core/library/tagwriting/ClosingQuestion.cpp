@@ -4,17 +4,29 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/library/tagwriting/UnwrittenEdits.h"
+#include "core/library/workspace/Workspace.h"
+
+#include <QPointer>
+
+#include <utility>
 
 ClosingQuestion::ClosingQuestion(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
     connect(&dependencies.edits, &UnwrittenEdits::changed, this, &ClosingQuestion::finish);
+    connect(&dependencies.workspace, &Workspace::artworkWritingIDsChanged, this, &ClosingQuestion::finish);
+}
+
+/// Not all of it is an edit of a row: covers, originals that are put back, keys of files without a row.
+bool ClosingQuestion::isWriting() const
+{
+    return m_dependencies.saver.progress().total > 0 || !m_dependencies.workspace.artworkWritingIDs().isEmpty();
 }
 
 bool ClosingQuestion::mayClose()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (m_state == State::Closing || m_dependencies.edits.rows().isEmpty())
+    if (m_state == State::Closing || (m_dependencies.edits.rows().isEmpty() && !isWriting()))
         return true;
     setState(State::Asking);
     return false;
@@ -43,22 +55,44 @@ void ClosingQuestion::answer(Answer answer)
         setState(State::Finishing);
         m_dependencies.status.showStatus(QStringLiteral("Velmora закроется, когда правки будут записаны"),
                                          StatusIcon::Warning, WorkspaceStatus::Tone::Neutral);
-        if (m_dependencies.edits.leftCount() > 0)
+        m_hasTriedAgain = m_dependencies.edits.leftCount() > 0;
+        if (m_hasTriedAgain)
             m_dependencies.edits.writeAgain(m_dependencies.edits.rows());
         finish();
         return;
     }
 }
 
-/// The program stays open with what could not be written: the failure has its own message.
+/// What failed may have been a moment's trouble, so all that is left is tried once more. The program stays open with
+/// what cannot be written then.
 void ClosingQuestion::finish()
 {
-    if (m_state != State::Finishing || m_dependencies.saver.progress().total > 0)
+    if (m_state != State::Finishing || m_isTryingAgain || isWriting())
         return;
-    const bool isDone = m_dependencies.edits.rows().isEmpty();
-    setState(isDone ? State::Closing : State::Open);
-    if (isDone)
+    if (m_dependencies.edits.rows().isEmpty()) {
+        setState(State::Closing);
         emit closeWanted();
+        return;
+    }
+    if (!std::exchange(m_hasTriedAgain, true)) {
+        m_isTryingAgain = true;
+        async::MainQueue::post([self = QPointer(this)] {
+            if (self)
+                self->writeAgain();
+        });
+        return;
+    }
+    setState(State::Open);
+    m_dependencies.status.showStatus(QStringLiteral("Velmora не закрыта: не все правки удалось записать"),
+                                     StatusIcon::Warning, WorkspaceStatus::Tone::Warning);
+}
+
+/// Not inside the end of a batch.
+void ClosingQuestion::writeAgain()
+{
+    m_isTryingAgain = false;
+    m_dependencies.edits.writeAgain(m_dependencies.edits.rows());
+    finish();
 }
 
 void ClosingQuestion::setState(State state)

@@ -5,8 +5,10 @@
 class StatusLine;
 class TagSaver;
 class UnwrittenEdits;
+class Workspace;
 
-/// Whether the window may close: with edits that are not in their files the user is asked. Thread: main.
+/// Whether the window may close: with edits that are not in their files, and while tags or covers are being written,
+/// the user is asked. Thread: main.
 class ClosingQuestion : public QObject {
     Q_OBJECT
 
@@ -15,6 +17,7 @@ public:
     enum class Answer { Finish, Keep, Stay };
 
     struct Dependencies {
+        Workspace& workspace;
         UnwrittenEdits& edits;
         TagSaver& saver;
         StatusLine& status;
@@ -37,8 +40,12 @@ private:
     enum class State { Open, Asking, Finishing, Closing };
 
     void setState(State state);
+    bool isWriting() const;
     void finish();
+    void writeAgain();
 
     Dependencies m_dependencies;
+    bool m_isTryingAgain = false; ///< the second try is about to begin
+    bool m_hasTriedAgain = false;
     State m_state = State::Open;
 };
