@@ -449,3 +449,36 @@ TEST_F(TagWritingTest, AnEditDuringARestoreStays)
     EXPECT_EQ(written().last().tags.genre, QStringLiteral("Edit"));
     EXPECT_EQ(now(one).tags(), written().last().tags) << "row and file say the same";
 }
+
+// A tempo that was given up, or failed: what stood there before is as it was, in the row and in undo.
+TEST_F(TagWritingTest, ATextThatDidNotComeToItsFileLeavesNothingBehind)
+{
+    const auto writeTempo = [&](const QString& tempo, const QList<Track>& rows) {
+        TagWriting::FieldTexts edit{TagField::Tempo, QStringLiteral("Записать темп"), {}, {}, {}, {}};
+        edit.ended = [](const QSet<TrackID>&, const QSet<TrackID>&) {};
+        for (const Track& row : rows)
+            edit.texts.insert(row.id(), tempo);
+        writing().saveTexts(edit);
+        settle();
+    };
+    fill({one, two});
+    files.before = [&](const FakeTagFiles::Call&) { writing().saver().cancelBatches(); };
+    writeTempo(QStringLiteral("128"), {one, two});
+    files.before = {};
+    AudioTags tags = now(two).tags();
+    tags.year = QStringLiteral("1999");
+    writing().save(tags, two.id());
+    settle();
+    files.calls.clear();
+    history().undo();
+    for (const TagWrite& write : written())
+        EXPECT_EQ(write.url, one.url()) << "the step does not know the other row any more";
+
+    files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("disk full"), false); };
+    tags.bpm = QStringLiteral("120");
+    writing().saveFields(tags, TagField::Tempo, ids({two}));
+    settle();
+    writeTempo(QStringLiteral("128"), {two});
+    EXPECT_EQ(now(two).tags().bpm, QStringLiteral("120"));
+    EXPECT_EQ(now(two).editedFields(), TagFields(TagField::Tempo)) << "its file does not hold that either";
+}

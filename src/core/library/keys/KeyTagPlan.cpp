@@ -70,27 +70,32 @@ std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes,
     return isChanged ? std::optional(result) : std::nullopt;
 }
 
-Codes present(const TrackList& rows, const Codes& codes)
+Former present(const TrackList& rows, const Codes& codes)
 {
-    Codes keys;
-    for (const int place : placesOf(rows, codes))
-        keys.insert(rows.at(place).url(), rows.at(place).tags().musicalKey);
-    return keys;
+    Former former;
+    for (const int place : placesOf(rows, codes)) {
+        const Track& row = rows.at(place);
+        former.keys.insert(row.url(), row.tags().musicalKey);
+        if (row.editedFields() & TagField::MusicalKey)
+            former.edited.insert(row.url());
+    }
+    return former;
 }
 
-std::optional<QList<Track>> takenBack(const TrackList& rows, const Codes& codes, const Codes& former,
+std::optional<QList<Track>> takenBack(const TrackList& rows, const Codes& codes, const Former& former,
                                       const QSet<QUrl>& files)
 {
     QList<Track> result = rows.rows();
     bool isChanged = false;
     for (const QUrl& url : files) {
-        const std::optional<int> place = former.contains(url) ? rows.indexOfURL(url) : std::nullopt;
+        const std::optional<int> place = former.keys.contains(url) ? rows.indexOfURL(url) : std::nullopt;
         if (!place || rows.at(*place).tags().musicalKey != codes.value(url))
             continue;
         AudioTags tags = rows.at(*place).tags();
-        tags.musicalKey = former.value(url);
+        tags.musicalKey = former.keys.value(url);
         result[*place].replaceTags(tags);
-        result[*place].forgetEdits(TagField::MusicalKey);
+        if (!former.edited.contains(url))
+            result[*place].forgetEdits(TagField::MusicalKey);
         isChanged = true;
     }
     return isChanged ? std::optional(result) : std::nullopt;

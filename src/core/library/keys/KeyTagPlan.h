@@ -30,12 +30,18 @@ Plan make(const TrackList& rows, const TrackList& tracks, const QHash<TrackID, M
 /// yet are left out: their read brings all tags.
 std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes, Track::MetadataDestination list);
 
+/// The keys that rows had by file, and which of them were edits that their files did not hold.
+struct Former {
+    Codes keys;
+    QSet<QUrl> edited;
+};
+
 /// The keys of the rows that withCodes() would change, as they are before it.
-Codes present(const TrackList& rows, const Codes& codes);
+Former present(const TrackList& rows, const Codes& codes);
 
 /// The rows of a list with their former keys, where they still have the codes; nothing if none changes. \param files
 /// whose write failed.
-std::optional<QList<Track>> takenBack(const TrackList& rows, const Codes& codes, const Codes& former,
+std::optional<QList<Track>> takenBack(const TrackList& rows, const Codes& codes, const Former& former,
                                       const QSet<QUrl>& files);
 
 /// The rows that withCodes() would change in the main list.

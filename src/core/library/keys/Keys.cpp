@@ -31,7 +31,7 @@ KeyFinding listen(AudioAnalyser& analyser, const QUrl& url, const std::optional<
 struct Keys::WrittenKeys {
     KeyTagPlan::Codes codes;
     QHash<TrackID, QUrl> files; ///< by the row that is saved
-    QHash<Destination, KeyTagPlan::Codes> former;
+    QHash<Destination, KeyTagPlan::Former> former;
 };
 
 Keys::Keys(const Dependencies& dependencies)

@@ -46,6 +46,17 @@ TagFields unknownFields(const Track& track, TagFields fields)
     return fields & (track.isRead() ? empty : TagFieldSet::kAll) & ~track.editedFields();
 }
 
+QHash<TrackID, TagFields> editedFields(const TrackList& tracks, const TagValues& rows)
+{
+    QHash<TrackID, TagFields> edited;
+    for (auto row = rows.cbegin(); row != rows.cend(); ++row) {
+        const Track* track = tracks.find(row.key());
+        if (track && track->editedFields())
+            edited.insert(row.key(), track->editedFields());
+    }
+    return edited;
+}
+
 QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields,
                       const QHash<TrackID, TagFields>& noEdits, QList<Track>& changed)
 {

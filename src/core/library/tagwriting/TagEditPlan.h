@@ -22,6 +22,8 @@ TagValues valuesBefore(const TrackList& tracks, const AudioTags& tags, TagFields
 QList<Track> notInFile(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
 /// The fields of an edit whose old value the row does not know.
 TagFields unknownFields(const Track& track, TagFields fields);
+/// What of these rows was edited and has not come to its file.
+QHash<TrackID, TagFields> editedFields(const TrackList& tracks, const TagValues& rows);
 /// The list with the chosen fields of the values as edits, each changed track under a fresh stamp of tags. \param
 /// noEdits fields that do not count as edited then. \param changed gets the changed tracks in the order of the list.
 QList<Track> withTags(const TrackList& tracks, const TagValues& values, TagFields fields,

@@ -20,6 +20,8 @@ struct TagWriting::UndoStep {
     TagEditPlan::TagValues after = {};
     /// Fields whose value before is a guess until the file is looked at.
     QHash<TrackID, TagFields> unknown = {};
+    /// What was edited and not in its file when this was written.
+    QHash<TrackID, TagFields> edited = {};
     std::function<void()> undone = {};
     std::function<void()> redone = {};
     std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended = {};
@@ -168,10 +170,9 @@ void TagWriting::fileTold(const TrackID& id, const AudioTags& values, TagFields 
 {
     for (const std::weak_ptr<UndoStep>& waiting : m_unknown.take(id)) {
         const std::shared_ptr<UndoStep> step = waiting.lock();
-        if (!step)
-            continue;
-        AudioTags& before = step->before[id];
-        before = TagFieldSet::merged(before, values, step->unknown.take(id) & known);
+        const auto before = step ? step->before.find(id) : TagEditPlan::TagValues::iterator();
+        if (step && before != step->before.end()) // else the step gave the row up, whose file it did not write
+            *before = TagFieldSet::merged(*before, values, step->unknown.take(id) & known);
     }
 }
 
@@ -193,13 +194,15 @@ void TagWriting::writeAgain(const std::shared_ptr<UndoStep>& step)
 void TagWriting::write(const std::shared_ptr<UndoStep>& step)
 {
     const int turn = ++step->turns;
+    step->edited = TagEditPlan::editedFields(m_dependencies.workspace.tracks(), step->before);
     apply(*step, Direction::Forth, {}, [this, step, turn](const TagSaver::Outcome& outcome) {
         if (step->ended && step->turns == turn)
             ended(*step, outcome.notWritten);
     });
 }
 
-/// Rows that somebody edited meanwhile keep their new text; it goes with the next save.
+/// Rows that somebody edited meanwhile keep their new text; it goes with the next save. A former text that was not in
+/// the file either still counts as edited.
 void TagWriting::ended(UndoStep& step, const QSet<TrackID>& notWritten)
 {
     TagEditPlan::TagValues former;
@@ -216,7 +219,7 @@ void TagWriting::ended(UndoStep& step, const QSet<TrackID>& notWritten)
     if (!putBack.isEmpty()) {
         QHash<TrackID, TagFields> noEdits;
         for (const TrackID& id : putBack)
-            noEdits.insert(id, step.fields);
+            noEdits.insert(id, step.fields & ~step.edited.value(id));
         setFields(former, step.fields, noEdits);
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, putBack);
     }
