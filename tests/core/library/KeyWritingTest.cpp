@@ -81,6 +81,35 @@ TEST_F(KeyWritingTest, tellsWhatWasLeftOut)
     EXPECT_EQ(statusText(), QStringLiteral("Тональность сохранена: 0 · пропущено: 2"));
 }
 
+TEST_F(KeyWritingTest, aKeyTypedInTheMainListStays)
+{
+    const auto type = [this](const QString& key) {
+        const Track row = workspace().tracks().at(0);
+        AudioTags tags = row.tags();
+        tags.musicalKey = key;
+        store->tagWriting().save(tags, row.id());
+    };
+    files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("full"), false); };
+    type(QStringLiteral("1A"));
+    settle();
+    write();
+    EXPECT_EQ(keyIn(List::Library), QStringLiteral("1A"));
+    EXPECT_EQ(workspace().tracks().at(0).editedFields(), TagFields(TagField::MusicalKey))
+        << "it did not come to its file before either";
+
+    put(List::Library, {read(QStringLiteral("b.mp3"))});
+    files.calls.clear();
+    bool isTyped = false;
+    files.before = [&](const FakeTagFiles::Call&) {
+        if (!std::exchange(isTyped, true))
+            type(QStringLiteral("7B")); // while the first of the two files is written
+    };
+    write();
+    EXPECT_EQ(keyIn(List::Library), QStringLiteral("7B"));
+    EXPECT_EQ(files.calls.last().write.url, row(1).url());
+    EXPECT_EQ(files.calls.last().write.tags.musicalKey, QStringLiteral("7B")) << "the older value does not follow";
+}
+
 TEST_F(KeyWritingTest, saysWhenThereIsNothingToWrite)
 {
     store->keys().setMusicalKeyAnalyses({});

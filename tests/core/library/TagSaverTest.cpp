@@ -377,3 +377,33 @@ TEST_F(TagSaverTest, ARowOfAnEarlierRunIsReadFirstAndKeepsWhatOnlyItKnows)
     EXPECT_EQ(files.calls.first().write.tags.year, QStringLiteral("2020"));
     EXPECT_EQ(files.calls.first().write.tags.genre, QStringLiteral("House"));
 }
+
+TEST_F(TagSaverTest, AnOlderValueOfARowThatLeftDoesNotFollowANewerOne)
+{
+    fill({a, b});
+    files.before = [&](const FakeTagFiles::Call& call) {
+        if (call.write.url == a.url())
+            store->tagWriting().assignGenre(QStringLiteral("Techno"), ids({b})); // overtakes the batch
+        else
+            fill({now(a)});
+    };
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a, b}));
+    settle();
+    ASSERT_GE(files.calls.size(), 2);
+    for (const FakeTagFiles::Call& call : std::as_const(files.calls).sliced(1))
+        EXPECT_EQ(call.write.tags.genre, QStringLiteral("Techno"));
+}
+
+TEST_F(TagSaverTest, AReadThatBeganBeforeTheWriteBringsNothingOldBack)
+{
+    fill({a});
+    store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
+    const Track::MetadataVersion began = now(a).metadataVersion();
+    settle();
+    Track row = now(a);
+    EXPECT_FALSE(row.editedFields());
+    LoadedTrackMetadata old;
+    old.tags = a.tags();
+    row.apply(old, a.url(), began);
+    EXPECT_EQ(row.tags().genre, QStringLiteral("House"));
+}

@@ -34,6 +34,17 @@ TagFields fieldsInFile(const Track& track, TagFields edited, const SaveJobs::Loo
 
 } // namespace
 
+/// The edits of the items on their way, in the order in which they were asked for.
+struct RowSaver::Asked {
+    struct Edit {
+        qsizetype place;
+        AudioTags tags;
+        TagFields fields;
+    };
+    QHash<QUrl, QList<Edit>> edits;
+    qsizetype count = 0;
+};
+
 RowSaver::RowSaver(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
@@ -91,11 +102,38 @@ async::Task<> RowSaver::write(Item item, Artwork artwork, std::shared_ptr<Saved>
     noteWritten(*saved, write, turn, artwork.has_value());
 }
 
+RowSaver::Item RowSaver::ask(Item item)
+{
+    std::shared_ptr<Asked> asked = m_asked.lock();
+    if (!asked)
+        m_asked = asked = std::make_shared<Asked>();
+    item.place = ++asked->count;
+    if (const TagFields edited = item.track.editedFields())
+        asked->edits[item.track.url()].append({item.place, item.track.tags(), edited});
+    item.asked = std::move(asked);
+    return item;
+}
+
+/// An older value is never written over a newer one: what was asked for later, by another row of the file too, may have
+/// been written first.
+AudioTags RowSaver::newestTags(const Item& item)
+{
+    AudioTags tags = item.track.tags();
+    const auto edits = item.asked ? item.asked->edits.value(item.track.url()) : QList<Asked::Edit>();
+    for (const Asked::Edit& edit : edits) {
+        if (edit.place > item.place)
+            tags = TagFieldSet::merged(tags, edit.tags, edit.fields);
+    }
+    return tags;
+}
+
 RowSaver::Turn RowSaver::turnOf(const Item& item) const
 {
     const Track* row = m_dependencies.workspace.tracks().find(item.track.id());
     const bool isInList = row && row->url() == item.track.url();
     Turn turn{isInList ? *row : item.track, {}, isInList, item.others};
+    if (!isInList)
+        turn.track.replaceTags(newestTags(item));
     turn.edited = turn.track.editedFields();
     for (const SavedRow& learned : m_learned) {
         if (learned.url == turn.track.url())

@@ -36,11 +36,15 @@ public:
     /// the album alone.
     enum class Others { AsPreferred, Stay, StayBesideAlbum };
 
-    /// One file to be written. What is edited stands in its row; a row that left the list is written as it was.
+    struct Asked;
+    /// One file to be written. What is edited stands in its row; a row that left the list is written as it was, but for
+    /// what was edited in its file's rows since.
     struct Item {
         Track track;
         Others others = Others::AsPreferred;
-        bool needsRow = false; ///< a row that left the list is not written
+        bool needsRow = false;                   ///< a row that left the list is not written
+        std::shared_ptr<const Asked> asked = {}; ///< by ask()
+        qsizetype place = 0;                     ///< of its edit there
     };
     struct Saved {
         SavedRow row;
@@ -52,6 +56,9 @@ public:
 
     explicit RowSaver(const Dependencies& dependencies);
 
+    /// Notes what an item brings into its file, and in which order. Every item passes through here when it is asked
+    /// for.
+    Item ask(Item item);
     /// Brings a row's edits into its file, if they are not there yet; a picture always. The row learns of it at once
     /// where others could be misled, else with learn(). The caller holds the file's path.
     async::Task<Saved> save(Item item, Artwork artwork, std::stop_token stop);
@@ -80,6 +87,7 @@ private:
     };
 
     Turn turnOf(const Item& item) const;
+    static AudioTags newestTags(const Item& item);
     async::Task<> write(Item item, Artwork artwork, std::shared_ptr<Saved> saved, std::stop_token stop);
     async::Task<SaveJobs::Look> look(Turn turn, std::stop_token stop);
     async::Task<TagWrite> writeOf(Turn turn, SaveJobs::Look look, bool hasPicture, std::stop_token stop);
@@ -92,4 +100,5 @@ private:
     QList<SavedRow> m_learned;               ///< not yet in the list
     QHash<TrackID, quint64> m_pictureWrites; ///< last write that decided about the picture
     quint64 m_pictureWrite = 0;
+    std::weak_ptr<Asked> m_asked; ///< lives as long as an item that was noted there
 };

@@ -54,7 +54,10 @@ QList<Track> applied(const TrackList& tracks, const QList<SavedRow>& saved)
             apply(track, each);
         else
             follow(track, each);
-        track.forgetEdits(each.settled(track));
+        if (const TagFields settled = each.settled(track)) {
+            track.forgetEdits(settled);
+            track.replaceTags(track.tags()); // a read that began before the write still brings the old ones
+        }
         rows[*place] = std::move(track);
     }
     return rows;

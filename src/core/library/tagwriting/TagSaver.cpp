@@ -123,8 +123,11 @@ void TagSaver::write(const TrackID& id)
 void TagSaver::writeBatch(const QList<Item>& items, std::function<void(const Outcome&)> ended)
 {
     VELMORA_ASSERT_MAIN_THREAD();
+    QList<Item> asked;
+    for (const Item& item : items)
+        asked.append(m_rows.ask(item));
     if (!items.isEmpty())
-        m_line.append(std::make_shared<Saves>(*this, items, std::move(ended)));
+        m_line.append(std::make_shared<Saves>(*this, asked, std::move(ended)));
 }
 
 void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags,
@@ -153,7 +156,7 @@ void TagSaver::cancelBatches()
 
 async::Task<RowSaver::Saved> TagSaver::writeArtwork(QByteArray artwork, Track track, std::stop_token stop)
 {
-    const Item item{track};
+    const Item item = m_rows.ask({track});
     const FileLocks::HeldPath held = co_await m_dependencies.locks.hold(track.url(), stop);
     RowSaver::Saved saved = co_await m_rows.save(item, artwork, stop);
     m_rows.learn();
