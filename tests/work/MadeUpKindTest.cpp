@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -33,7 +35,7 @@ TEST(MadeUpKind, JoinsTheRoadOfWorkInFewLines)
     executor.runAll();
     EXPECT_EQ(kind.sums().size(), 3);
 
-    QFile file(QStringLiteral(VELMORA_SOURCE_DIR "/tests/work/MadeUpKind.h"));
+    QFile file(QFileInfo(QStringLiteral(__FILE__)).dir().filePath(u"MadeUpKind.h"_s));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_LE(file.readAll().count('\n'), 120);
 }
