@@ -174,6 +174,37 @@ TEST_F(ArtworkTest, UndoBringsTheOldPicturesBack)
     EXPECT_EQ(files.calls.size(), 2);
 }
 
+TEST_F(ArtworkTest, UndoOfAPictureLeavesWhatWasWrittenAfterIt)
+{
+    QList<Track> rows = tracks(2);
+    for (Track& row : rows)
+        row.setTagSource(Track::TagSource::Read);
+    fill(rows);
+    files.presentTags = {{rows[0].url(), "former"}, {rows[1].url(), "other"}};
+    const AudioTags before = rows[0].tags();
+    reader = [before](const QUrl&, const AudioTags&) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = before;
+        return std::optional(metadata);
+    };
+    artwork().assignArtwork(png, {rows[0].id()});
+    settle();
+    AudioTags house = before;
+    house.genre = QStringLiteral("House");
+    store->tagWriting().save(house, rows[0].id()); // no step of undo
+    settle();
+    files.calls.clear();
+    history().undo();
+    settle();
+    ASSERT_EQ(files.calls.size(), 2);
+    EXPECT_EQ(files.calls[0].name, QStringLiteral("put back"));
+    EXPECT_EQ(files.calls[1].write.tags.genre, QStringLiteral("House"));
+    EXPECT_EQ(files.calls[1].write.fields, TagFields(TagField::Genre));
+    EXPECT_TRUE(files.calls[1].write.keepsOthers) << "the picture that came back stays";
+    EXPECT_EQ(now(rows[0]).tags(), house);
+    EXPECT_FALSE(now(rows[0]).editedFields());
+}
+
 TEST_F(ArtworkTest, TriesTwiceAndTellsTheFirstFailure)
 {
     const QList<Track> rows = tracks(3);

@@ -420,7 +420,7 @@ TEST_F(UnwrittenEditsTest, ClosingWaitsForWhatIsNoEditOfARow)
         if (isCover)
             workspace().setArtworkWritingIDs(ids({a}));
         else
-            store->tagWriting().saver().restoreBatch({b}, {});
+            store->tagWriting().saver().restoreBatch({b}, {}, TagSaver::Wanted::All);
         EXPECT_FALSE(closing().mayClose());
         if (isCover)
             break;

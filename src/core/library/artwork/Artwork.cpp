@@ -92,7 +92,7 @@ async::Task<> Artwork::prepareThenWrite(QByteArray image, QSet<TrackID> ids, std
                                               StatusIcon::Cover, Tone::Success, kProgressDuration);
     }
     takeOver(*run);
-    m_dependencies.originals.registerChange(QStringLiteral("Присвоить обложку"), run->former);
+    m_dependencies.originals.registerPictures(QStringLiteral("Присвоить обложку"), run->former);
     finish(*run);
 }
 

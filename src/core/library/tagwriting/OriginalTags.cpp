@@ -20,6 +20,7 @@ constexpr qsizetype kKeptBytes = 64 * 1024 * 1024; // of one step in memory; cho
 
 /// One change as undo and redo see it.
 struct OriginalTags::Step {
+    TagSaver::Wanted wanted = TagSaver::Wanted::All;
     QSet<TrackID> rows;
     QHash<TrackID, QByteArray> tags;  ///< what stood in the files before this or its undo
     QHash<TrackID, AudioTags> fields; ///< what rows said before, for a restore of a file whose tags are not there
@@ -77,7 +78,7 @@ void OriginalTags::restore(const QSet<TrackID>& ids)
     const auto step = std::make_shared<Step>();
     for (const Track& row : std::as_const(rows))
         step->fields.insert(row.id(), row.tags());
-    m_dependencies.saver.restoreBatch(rows, {}, [this, step](const TagSaver::Outcome& outcome) {
+    m_dependencies.saver.restoreBatch(rows, {}, step->wanted, [this, step](const TagSaver::Outcome& outcome) {
         if (outcome.restored.isEmpty())
             return;
         step->rows = outcome.restored;
@@ -89,10 +90,11 @@ void OriginalTags::restore(const QSet<TrackID>& ids)
     });
 }
 
-void OriginalTags::registerChange(const QString& actionName, const QHash<TrackID, QByteArray>& former)
+void OriginalTags::registerPictures(const QString& actionName, const QHash<TrackID, QByteArray>& former)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     const auto step = std::make_shared<Step>();
+    step->wanted = TagSaver::Wanted::Picture;
     step->rows = {former.keyBegin(), former.keyEnd()};
     step->tags = former;
     if (!former.isEmpty())
@@ -138,8 +140,20 @@ void OriginalTags::putBack(const std::shared_ptr<Step>& step, const QList<Track>
             step->tags.remove(id);
         step->tags.insert(outcome.former);
         tell(outcome.restored);
+        writeFieldsAgain(outcome.restored);
     };
-    m_dependencies.saver.restoreBatch(rows, step->tags, ended);
+    m_dependencies.saver.restoreBatch(rows, step->tags, step->wanted, ended);
+}
+
+/// What was written of a row after its former picture comes back beside that; nothing else of the file changes.
+void OriginalTags::writeFieldsAgain(const QSet<TrackID>& ids)
+{
+    QList<TagSaver::Item> items;
+    for (const Track& row : rowsOf(ids)) {
+        if (row.editedFields())
+            items.append({row, TagSaver::Others::Stay});
+    }
+    m_dependencies.saver.writeBatch(items);
 }
 
 void OriginalTags::tell(const QSet<TrackID>& ids)

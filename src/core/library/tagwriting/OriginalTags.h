@@ -31,9 +31,10 @@ public:
     /// Puts the original tags back where they are kept, as one step of undo: it brings back what stood before, byte for
     /// byte where that could be kept, else the ten fields. \param ids rows of any list.
     void restore(const QSet<TrackID>& ids);
-    /// Makes a change of files that is done already one step of undo. \param former the tags that stood in the files
-    /// before, by row, as TagFiles::present() gave them.
-    void registerChange(const QString& actionName, const QHash<TrackID, QByteArray>& former);
+    /// Makes pictures that were written already one step of undo, which brings the former pictures back and leaves all
+    /// fields as the rows have them by then. \param former the tags that stood in the files before, by row, as
+    /// TagFiles::present() gave them.
+    void registerPictures(const QString& actionName, const QHash<TrackID, QByteArray>& former);
     /// Whether the original tags of one of the files are kept; true without asking for a large number of files.
     bool canRestore(const QSet<TrackID>& ids) const;
 
@@ -45,6 +46,7 @@ private:
     void takeBack(const std::shared_ptr<Step>& step);
     void doAgain(const std::shared_ptr<Step>& step);
     void putBack(const std::shared_ptr<Step>& step, const QList<Track>& rows);
+    void writeFieldsAgain(const QSet<TrackID>& ids);
     void tell(const QSet<TrackID>& ids);
 
     Dependencies m_dependencies;

@@ -209,9 +209,11 @@ void RowSaver::noteWritten(Saved& saved, const TagWrite& write, const Turn& turn
     saved.row.losesArtwork = decidesPicture && !hasPicture;
 }
 
-async::Task<RowSaver::Saved> RowSaver::restore(Track track, std::optional<QByteArray> tags, std::stop_token stop)
+async::Task<RowSaver::Saved> RowSaver::restore(Track track, std::optional<QByteArray> tags, Wanted wanted,
+                                               std::stop_token stop)
 {
     Saved saved;
+    saved.row.keepsFields = wanted == Wanted::Picture;
     saved.row.id = track.id();
     saved.row.url = track.url();
     learn();

@@ -35,6 +35,8 @@ public:
     /// what the user prefers and the row says, or nothing at all, where only the edited fields are written or of these
     /// the album alone.
     enum class Others { AsPreferred, Stay, StayBesideAlbum };
+    /// What is wanted of tags that are put back: all, or the picture alone, beside fields as the rows have them.
+    enum class Wanted { All, Picture };
 
     struct Asked;
     /// One file to be written. What is edited stands in its row; a row that left the list is written as it was, but for
@@ -64,7 +66,7 @@ public:
     async::Task<Saved> save(Item item, Artwork artwork, std::stop_token stop);
     /// Puts tags back and reads them. \param tags as TagFiles::present() gave them; the original ones where there are
     /// none. The caller holds the file's path.
-    async::Task<Saved> restore(Track track, std::optional<QByteArray> tags, std::stop_token stop);
+    async::Task<Saved> restore(Track track, std::optional<QByteArray> tags, Wanted wanted, std::stop_token stop);
     /// Rows whose files were written learn of it now.
     void learn();
 

@@ -9,19 +9,34 @@ void follow(Track& track, const SavedRow& saved)
 {
     if (!saved.restored)
         return;
+    if (saved.keepsFields) {
+        track.replaceArtwork(saved.restored->artworkData, QImage());
+        return;
+    }
     track.replaceTags(TagFieldSet::merged(saved.restored->tags, track.tags(), track.editedFields()));
     track.setTagSource(Track::TagSource::Read);
     track.replaceArtwork(saved.restored->artworkData, QImage());
+}
+
+/// The row is right and its file is behind it again. Of fields that no read supplies the row knows what was typed.
+void editAgain(Track& track, const AudioTags& inFile)
+{
+    const TagFields differing = TagFieldSet::differing(track.tags(), inFile);
+    track.edit(track.tags(), differing & (~TagFieldSet::kNeverRead | TagFieldSet::filled(track.tags())));
 }
 
 /// Edits that were there before the tags were put back are given up by that; later ones stay.
 void putBack(Track& track, const SavedRow& saved)
 {
     const Track::MetadataVersion now = track.metadataVersion();
-    if (now.tags == saved.versionBefore.tags)
-        track.forgetEdits(TagFieldSet::kAll);
-    track.replaceTags(TagFieldSet::merged(saved.restored->tags, track.tags(), track.editedFields()));
-    track.setTagSource(Track::TagSource::Read);
+    if (saved.keepsFields && track.isRead()) {
+        editAgain(track, saved.restored->tags);
+    } else {
+        if (now.tags == saved.versionBefore.tags && !saved.keepsFields)
+            track.forgetEdits(TagFieldSet::kAll);
+        track.replaceTags(TagFieldSet::merged(saved.restored->tags, track.tags(), track.editedFields()));
+        track.setTagSource(Track::TagSource::Read);
+    }
     if (now.artwork == saved.versionBefore.artwork)
         track.replaceArtwork(saved.restored->artworkData, QImage());
 }

@@ -18,6 +18,8 @@ struct SavedRow {
     /// What the file holds after its tags were put back; and the row's stamps when that began.
     std::optional<LoadedTrackMetadata> restored = {};
     Track::MetadataVersion versionBefore = {};
+    /// Of the tags that were put back only the picture was wanted: fields in which the row differs are edits again.
+    bool keepsFields = false;
     /// The fields that are in the file now, and what they say.
     TagFields writtenFields = {};
     AudioTags written = {};

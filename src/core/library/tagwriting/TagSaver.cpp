@@ -83,10 +83,11 @@ private:
 
 class TagSaver::Restores final : public Round {
 public:
-    Restores(TagSaver& saver, QList<Item> items, QHash<TrackID, QByteArray> tags,
+    Restores(TagSaver& saver, QList<Item> items, QHash<TrackID, QByteArray> tags, Wanted wanted,
              std::function<void(const Outcome&)> ended)
         : Round(saver, std::move(items), std::move(ended))
         , m_tags(std::move(tags))
+        , m_wanted(wanted)
     {
     }
 
@@ -94,11 +95,12 @@ private:
     async::Task<RowSaver::Saved> change(Item item, std::stop_token stop) override
     {
         const auto tags = m_tags.constFind(item.track.id());
-        return m_saver.m_rows.restore(item.track, tags == m_tags.cend() ? std::nullopt : std::optional(*tags),
+        return m_saver.m_rows.restore(item.track, tags == m_tags.cend() ? std::nullopt : std::optional(*tags), m_wanted,
                                       std::move(stop));
     }
 
     QHash<TrackID, QByteArray> m_tags;
+    Wanted m_wanted;
 };
 
 TagSaver::TagSaver(const Dependencies& dependencies)
@@ -130,7 +132,7 @@ void TagSaver::writeBatch(const QList<Item>& items, std::function<void(const Out
         m_line.append(std::make_shared<Saves>(*this, asked, std::move(ended)));
 }
 
-void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags,
+void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags, Wanted wanted,
                             std::function<void(const Outcome&)> ended)
 {
     VELMORA_ASSERT_MAIN_THREAD();
@@ -138,7 +140,7 @@ void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QBy
     for (const Track& track : tracks)
         items.append(Item{track});
     if (!items.isEmpty())
-        m_line.append(std::make_shared<Restores>(*this, items, tags, std::move(ended)));
+        m_line.append(std::make_shared<Restores>(*this, items, tags, wanted, std::move(ended)));
 }
 
 void TagSaver::finish(const FileRound::End& end)

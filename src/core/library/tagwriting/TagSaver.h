@@ -28,6 +28,7 @@ public:
 
     using Others = RowSaver::Others;
     using Item = RowSaver::Item;
+    using Wanted = RowSaver::Wanted;
 
     using Progress = FileLine::Progress;
 
@@ -49,8 +50,9 @@ public:
     /// \param ended is called then; may be empty.
     void writeBatch(const QList<Item>& items, std::function<void(const Outcome&)> ended = {});
     /// Puts tags back and reads them again. \param tags as Outcome::former gave them; the original ones, where they are
-    /// kept, of a row that is not among them.
-    void restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags,
+    /// kept, of a row that is not among them. Where the picture alone is wanted, what rows say stays: fields in which
+    /// they differ from these tags are edits that are not in the file, to be written by the caller.
+    void restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags, Wanted wanted,
                       std::function<void(const Outcome&)> ended = {});
     /// Stops all batches before their next file; what is not done then is told by stopped().
     void cancelBatches();

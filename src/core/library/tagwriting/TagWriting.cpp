@@ -258,7 +258,7 @@ void TagWriting::apply(const UndoStep& step, Direction direction, const QList<Tr
     m_dependencies.saver.writeBatch(items, batchEnd);
 }
 
-void TagWriting::save(const AudioTags& tags, const TrackID& id)
+void TagWriting::save(const AudioTags& tags, TrackID id)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     Workspace& workspace = m_dependencies.workspace;

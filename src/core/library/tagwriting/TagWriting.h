@@ -47,7 +47,7 @@ public:
     void clearComments(const QSet<TrackID>& ids);
 
     /// Stores a row's tags and writes them into its file.
-    void save(const AudioTags& tags, const TrackID& id);
+    void save(const AudioTags& tags, TrackID id);
     /// Writes the chosen fields into rows and files, as one step of undo.
     void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
     /// Brings all ten fields of rows and files back to what they were, without a step of undo.
