@@ -935,6 +935,10 @@
     <translation>Undone: %@</translation>
   </message>
   <message>
+    <source>Отменено: %@ · изменены с тех пор и не тронуты: %d</source>
+    <translation>Undone: %@ · changed since and left alone: %d</translation>
+  </message>
+  <message>
     <source>Отменить</source>
     <translation>Undo</translation>
   </message>
@@ -945,6 +949,10 @@
   <message>
     <source>Отменить правку</source>
     <translation>Undo this edit</translation>
+  </message>
+  <message>
+    <source>Отменяем: %@</source>
+    <translation>Undoing: %@</translation>
   </message>
   <message>
     <source>Отмечайте треки сердцем, и они соберутся здесь.</source>
@@ -1087,8 +1095,16 @@
     <translation>Redone: %@</translation>
   </message>
   <message>
+    <source>Повторено: %@ · изменены с тех пор и не тронуты: %d</source>
+    <translation>Redone: %@ · changed since and left alone: %d</translation>
+  </message>
+  <message>
     <source>Повторить</source>
     <translation>Redo</translation>
+  </message>
+  <message>
+    <source>Повторяем: %@</source>
+    <translation>Redoing: %@</translation>
   </message>
   <message>
     <source>Подождите: обложка ещё сохраняется в файл</source>

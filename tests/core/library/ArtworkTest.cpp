@@ -1,3 +1,4 @@
+#include "async/MainQueue.h"
 #include "support/StoreFixture.h"
 
 #include "core/library/artwork/ArtworkImage.h"
@@ -203,6 +204,36 @@ TEST_F(ArtworkTest, UndoOfAPictureLeavesWhatWasWrittenAfterIt)
     EXPECT_TRUE(files.calls[1].write.keepsOthers) << "the picture that came back stays";
     EXPECT_EQ(now(rows[0]).tags(), house);
     EXPECT_FALSE(now(rows[0]).editedFields());
+}
+
+// What was done before the covers stays, and no more files get the picture.
+TEST_F(ArtworkTest, AnUndoDuringTheRunTakesBackItsPicturesAlone)
+{
+    QList<Track> rows = tracks(3);
+    fill(rows);
+    store->favorites().removeFromFavorites({rows[0].id()}, false);
+    async::MainQueue::drain();
+    for (const Track& row : std::as_const(rows))
+        files.presentTags.insert(row.url(), "former");
+    files.before = [&](const FakeTagFiles::Call& call) {
+        if (call.write.url == rows[1].url() && call.name == QLatin1StringView("artwork"))
+            history().undo();
+    };
+    reader = [](const QUrl&, const AudioTags& fallback) {
+        LoadedTrackMetadata metadata;
+        metadata.tags = fallback;
+        return std::optional(metadata);
+    };
+    artwork().assignArtwork(png, ids(rows));
+    settle();
+    QStringList calls;
+    for (const FakeTagFiles::Call& call : std::as_const(files.calls))
+        calls.append(call.name);
+    EXPECT_EQ(calls.count(QStringLiteral("artwork")), 2);
+    EXPECT_EQ(calls.count(QStringLiteral("put back")), 2);
+    EXPECT_FALSE(now(rows[0]).isFavorite());
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить избранное"));
+    EXPECT_EQ(history().redoActionName(), QStringLiteral("Присвоить обложку"));
 }
 
 TEST_F(ArtworkTest, TriesTwiceAndTellsTheFirstFailure)

@@ -333,6 +333,70 @@ TEST_F(TagWritingTest, TakesARestoreBack)
     }
 }
 
+// What others wrote, and what no undo takes back, is no less the user's than what a restore took away.
+TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
+{
+    const auto append = [](const QUrl& url) {
+        QFile changed(url.toLocalFile());
+        ASSERT_TRUE(changed.open(QIODevice::Append));
+        changed.write("more");
+    };
+    AudioTags house;
+    house.genre = QStringLiteral("House");
+    struct Case {
+        const char* name;
+        std::function<void(const Track&)> change;
+        bool isLeftAlone;
+    };
+    const Case cases[] = {
+        {"nothing", [](const Track&) {}, false},
+        {"by another program", [&](const Track& row) { append(row.url()); }, true},
+        {"no step", [&](const Track& row) { writing().save(house, row.id()); }, true},
+        {"a step that was taken back",
+         [&](const Track& row) {
+             writing().saveFields(house, TagField::Genre, {row.id()});
+             settle();
+             history().undo();
+         },
+         false},
+    };
+    int number = 0;
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        Track row = read(track(file(QStringLiteral("%1.mp3").arg(++number)).toLocalFile()));
+        fill({row});
+        files = {};
+        history().clear();
+        files.originals = {row.url()};
+        files.presentTags = {{row.url(), "former"}};
+        AudioTags inFile = row.tags();
+        files.before = [&](const FakeTagFiles::Call& call) {
+            append(call.write.url);
+            if (call.name == QLatin1StringView("write"))
+                inFile = call.write.tags;
+        };
+        reader = [&](const QUrl&, const AudioTags&) {
+            LoadedTrackMetadata metadata;
+            metadata.tags = inFile;
+            return std::optional(metadata);
+        };
+        store->originalTags().restore({row.id()});
+        settle();
+        test.change(row);
+        settle();
+        history().undo();
+        EXPECT_EQ(statusText(), QStringLiteral("Отменяем: Вернуть исходные теги"));
+        settle();
+        EXPECT_EQ(files.calls.last().name == QLatin1StringView("put back"), !test.isLeftAlone);
+        EXPECT_EQ(statusText(),
+                  test.isLeftAlone
+                      ? QStringLiteral("Отменено: Вернуть исходные теги · изменены с тех пор и не тронуты: 1")
+                      : QStringLiteral("Отменено: Вернуть исходные теги"));
+        EXPECT_EQ(history().canRedo(), !test.isLeftAlone);
+        EXPECT_FALSE(history().canUndo());
+    }
+}
+
 TEST_F(TagWritingTest, ARestoreGivesUpAnEditThatNeverCameToTheFile)
 {
     fill({one});

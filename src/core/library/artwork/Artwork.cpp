@@ -36,7 +36,7 @@ struct Artwork::Run {
     QSet<TrackID> asked; ///< all ids of the request
     QList<Track> targets;
     QHash<TrackID, quint64> written;   ///< with the marks of their writes
-    QHash<TrackID, QByteArray> former; ///< the tags that stood before, for undo
+    std::shared_ptr<PutBackStep> step; ///< of undo
     int failed = 0;
     QUrl firstFailedURL;
     QString firstFailure;
@@ -83,17 +83,18 @@ async::Task<> Artwork::prepareThenWrite(QByteArray image, QSet<TrackID> ids, std
     if (!run)
         co_return;
     run->picture = picture;
+    run->step = m_dependencies.originals.beginPictures(QStringLiteral("Присвоить обложку"));
     const int total = static_cast<int>(run->targets.size());
-    for (int done = 0; done < total; ++done) {
+    for (int done = 0; done < total && !run->step->isUndoWanted(); ++done) {
         const Track target = run->targets.at(done);
         co_await writeOne(run, target, stop);
         if ((done + 1) % kFilesPerMessage == 0 && done + 1 < total)
             m_dependencies.status.showCounted(QStringLiteral("Сохраняем обложку: %d из %d"), {done + 1, total},
-                                              StatusIcon::Cover, Tone::Success, kProgressDuration);
+                                              StatusIcon::Cover, Tone::Neutral, kProgressDuration);
     }
     takeOver(*run);
-    m_dependencies.originals.registerPictures(QStringLiteral("Присвоить обложку"), run->former);
     finish(*run);
+    m_dependencies.originals.picturesWritten(run->step);
 }
 
 /// \return nothing if the request is refused.
@@ -122,7 +123,7 @@ std::shared_ptr<Artwork::Run> Artwork::begin(const QSet<TrackID>& ids)
         writing.insert(target.id());
     workspace.setArtworkWritingIDs(writing);
     status.showCounted(QStringLiteral("Сохраняем обложку: %d"), {static_cast<int>(run->targets.size())},
-                       StatusIcon::Cover, Tone::Success);
+                       StatusIcon::Cover, Tone::Neutral);
     return run;
 }
 
@@ -156,7 +157,7 @@ async::Task<> Artwork::attempt(std::shared_ptr<Run> run, TrackID id, std::stop_t
     const RowSaver::Saved saved = co_await m_dependencies.saver.writeArtwork(bytes, track, stop);
     run->written.insert(id, saved.row.pictureMark);
     if (!saved.former.isEmpty())
-        run->former.insert(id, saved.former);
+        run->step->add(id, {track.url(), saved.former, {}, saved.left});
 }
 
 /// Rows whose file lost the picture again meanwhile do not show it.

@@ -1,10 +1,11 @@
 #include "core/library/tagwriting/OriginalTags.h"
 
 #include "async/MainQueue.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
-#include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
+#include "platform/Localization.h"
 #include "platform/Notifications.h"
 
 #include <algorithm>
@@ -13,22 +14,14 @@ namespace {
 
 using Tone = WorkspaceStatus::Tone;
 
-constexpr int kAskedFiles = 200;                   // chosen: a menu opens at once; for more it offers without asking
-constexpr qsizetype kKeptBytes = 64 * 1024 * 1024; // of one step in memory; chosen: the covers of a hundred albums
+constexpr int kAskedFiles = 200; // chosen: a menu opens at once; for more it offers without asking
 
 } // namespace
-
-/// One change as undo and redo see it.
-struct OriginalTags::Step {
-    TagSaver::Wanted wanted = TagSaver::Wanted::All;
-    QSet<TrackID> rows;
-    QHash<TrackID, QByteArray> tags;  ///< what stood in the files before this or its undo
-    QHash<TrackID, AudioTags> fields; ///< what rows said before, for a restore of a file whose tags are not there
-};
 
 OriginalTags::OriginalTags(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
+    connect(&dependencies.events, &FileEvents::changed, this, &OriginalTags::follow);
 }
 
 bool OriginalTags::canRestore(const QSet<TrackID>& ids) const
@@ -75,89 +68,133 @@ void OriginalTags::restore(const QSet<TrackID>& ids)
                                          StatusIcon::Undo, Tone::Warning);
         return;
     }
-    const auto step = std::make_shared<Step>();
-    for (const Track& row : std::as_const(rows))
-        step->fields.insert(row.id(), row.tags());
-    m_dependencies.saver.restoreBatch(rows, {}, step->wanted, [this, step](const TagSaver::Outcome& outcome) {
-        if (outcome.restored.isEmpty())
-            return;
-        step->rows = outcome.restored;
-        step->tags = outcome.former;
-        registerStep(QStringLiteral("Вернуть исходные теги"), step);
-        tell(outcome.restored);
-        m_dependencies.status.showCounted(QStringLiteral("Исходные теги возвращены: %d"),
-                                          {static_cast<int>(outcome.restored.size())}, StatusIcon::Undo, Tone::Success);
+    const StepPtr step = begin(QStringLiteral("Вернуть исходные теги"), TagSaver::Wanted::All);
+    m_dependencies.saver.restoreBatch(rows, {}, step->wanted(), [this, step, rows](const TagSaver::Outcome& outcome) {
+        restored(step, rows, outcome);
     });
 }
 
-void OriginalTags::registerPictures(const QString& actionName, const QHash<TrackID, QByteArray>& former)
+/// \param rows as they were before.
+void OriginalTags::restored(const StepPtr& step, const QList<Track>& rows, const TagSaver::Outcome& outcome)
+{
+    for (const Track& row : rows) {
+        const auto restored = outcome.restored.constFind(row.id());
+        if (restored != outcome.restored.cend())
+            step->add(row.id(), {row.url(), restored->former, row.tags(), restored->left});
+    }
+    if (!outcome.restored.isEmpty()) {
+        tell({outcome.restored.keyBegin(), outcome.restored.keyEnd()});
+        m_dependencies.status.showCounted(QStringLiteral("Исходные теги возвращены: %d"),
+                                          {static_cast<int>(outcome.restored.size())}, StatusIcon::Undo, Tone::Success);
+    }
+    end(step);
+}
+
+OriginalTags::StepPtr OriginalTags::beginPictures(const QString& actionName)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    const auto step = std::make_shared<Step>();
-    step->wanted = TagSaver::Wanted::Picture;
-    step->rows = {former.keyBegin(), former.keyEnd()};
-    step->tags = former;
-    if (!former.isEmpty())
-        registerStep(actionName, step);
+    return begin(actionName, TagSaver::Wanted::Picture);
 }
 
-void OriginalTags::registerStep(const QString& actionName, const std::shared_ptr<Step>& step)
+void OriginalTags::picturesWritten(const StepPtr& step)
 {
-    qsizetype bytes = 0;
-    erase_if(step->tags, [&](const auto& entry) { return (bytes += entry.value().size()) > kKeptBytes; });
-    m_dependencies.history.registerUndo(
-        actionName, [this, step] { takeBack(step); }, [this, step] { doAgain(step); });
+    VELMORA_ASSERT_MAIN_THREAD();
+    end(step);
 }
 
-/// Where the tags that stood before a restore could not be kept whole, the fields come back.
-void OriginalTags::takeBack(const std::shared_ptr<Step>& step)
+OriginalTags::StepPtr OriginalTags::begin(const QString& actionName, TagSaver::Wanted wanted)
 {
-    QList<Track> rows;
-    QHash<TrackID, AudioTags> fields;
-    for (const Track& row : rowsOf(step->rows)) {
-        if (step->tags.contains(row.id()))
-            rows.append(row);
-        else if (step->fields.contains(row.id()))
-            fields.insert(row.id(), step->fields.value(row.id()));
+    auto step = std::make_shared<PutBackStep>(*this, actionName, wanted);
+    step->begin();
+    m_steps.removeIf([](const std::weak_ptr<PutBackStep>& each) { return each.expired(); });
+    m_steps.append(step);
+    m_dependencies.history.push(step);
+    return step;
+}
+
+void OriginalTags::end(const StepPtr& step)
+{
+    const bool isUndoWanted = step->end();
+    if (step->isSpent()) {
+        m_dependencies.history.withdraw(*step);
+        m_dependencies.history.ended(*step);
+    } else if (isUndoWanted) {
+        move(step, Direction::Back);
     }
-    if (!fields.isEmpty())
-        m_dependencies.writing.putFieldsBack(fields);
-    putBack(step, rows);
 }
 
-/// A restore whose fields were taken back goes by the originals again.
-void OriginalTags::doAgain(const std::shared_ptr<Step>& step)
+void OriginalTags::move(const StepPtr& step, Direction direction)
 {
-    QList<Track> rows = rowsOf(step->rows);
-    rows.removeIf([&](const Track& row) { return !step->tags.contains(row.id()) && !step->fields.contains(row.id()); });
-    putBack(step, rows);
-}
-
-void OriginalTags::putBack(const std::shared_ptr<Step>& step, const QList<Track>& rows)
-{
-    const auto ended = [this, step](const TagSaver::Outcome& outcome) {
-        for (const TrackID& id : outcome.restored)
-            step->tags.remove(id);
-        step->tags.insert(outcome.former);
-        tell(outcome.restored);
-        writeFieldsAgain(outcome.restored);
-    };
-    m_dependencies.saver.restoreBatch(rows, step->tags, step->wanted, ended);
+    const bool isBack = direction == Direction::Back;
+    m_dependencies.status.showCounted(isBack ? QStringLiteral("Отменяем: %@") : QStringLiteral("Повторяем: %@"),
+                                      {VelmoraLocalization::string(step->name())},
+                                      isBack ? StatusIcon::Undo : StatusIcon::Redo, Tone::Neutral);
+    QList<Track> rows = rowsOf({step->rows().keyBegin(), step->rows().keyEnd()});
+    rows.removeIf([&](const Track& row) { return !step->rows().contains(row.id()); });
+    if (rows.isEmpty()) {
+        moved(step, direction, {});
+        return;
+    }
+    step->begin();
+    m_dependencies.saver.restoreBatch(
+        rows, step->next(direction), step->wanted(),
+        [this, step, direction](const TagSaver::Outcome& outcome) { moved(step, direction, outcome); });
 }
 
 /// What was written of a row after its former picture comes back beside that; nothing else of the file changes.
-void OriginalTags::writeFieldsAgain(const QSet<TrackID>& ids)
+void OriginalTags::moved(const StepPtr& step, Direction direction, const TagSaver::Outcome& outcome)
 {
-    QList<TagSaver::Item> items;
-    for (const Track& row : rowsOf(ids)) {
+    const QSet<TrackID> restored(outcome.restored.keyBegin(), outcome.restored.keyEnd());
+    const History::Outcome whole = step->moved(outcome);
+    tell(restored);
+    QList<TagSaver::Item> again;
+    for (const Track& row : rowsOf(restored)) {
         if (row.editedFields())
-            items.append({row, TagSaver::Others::Stay});
+            again.append({row, TagSaver::Others::Stay});
     }
-    m_dependencies.saver.writeBatch(items);
+    const auto ended = [this, step, direction, outcome, whole](const TagSaver::Outcome& written) {
+        TagSaver::Outcome all = outcome;
+        all.notWritten.unite(written.notWritten);
+        tellMoved(*step, direction, all);
+        m_dependencies.history.ended(*step, whole);
+    };
+    if (again.isEmpty())
+        ended({});
+    else
+        m_dependencies.saver.writeBatch(again, ended);
+}
+
+void OriginalTags::tellMoved(const PutBackStep& step, Direction direction, const TagSaver::Outcome& outcome)
+{
+    const bool isBack = direction == Direction::Back;
+    const StatusIcon icon = isBack ? StatusIcon::Undo : StatusIcon::Redo;
+    StatusLine& status = m_dependencies.status;
+    const QString name = VelmoraLocalization::string(step.name());
+    const auto leftAlone = static_cast<int>(outcome.leftAlone.size());
+    if (leftAlone > 0)
+        status.showCounted(isBack ? QStringLiteral("Отменено: %@ · изменены с тех пор и не тронуты: %d")
+                                  : QStringLiteral("Повторено: %@ · изменены с тех пор и не тронуты: %d"),
+                           {name, leftAlone}, icon, Tone::Warning);
+    else if (!outcome.notWritten.isEmpty())
+        status.showCounted(QStringLiteral("В файлы не записано: %d"), {static_cast<int>(outcome.notWritten.size())},
+                           StatusIcon::Warning, Tone::Warning);
+    else
+        status.showCounted(isBack ? QStringLiteral("Отменено: %@") : QStringLiteral("Повторено: %@"), {name}, icon,
+                           Tone::Success);
 }
 
 void OriginalTags::tell(const QSet<TrackID>& ids)
 {
+    if (ids.isEmpty())
+        return;
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), ids);
     emit m_dependencies.writing.tempoEdited(ids);
+}
+
+void OriginalTags::follow(const FileChange& change)
+{
+    for (const std::weak_ptr<PutBackStep>& each : std::as_const(m_steps)) {
+        if (const StepPtr step = each.lock())
+            step->follow(change);
+    }
 }

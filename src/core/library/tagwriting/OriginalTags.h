@@ -1,21 +1,24 @@
 #pragma once
 
-#include "core/model/Track.h"
+#include "core/library/tagwriting/PutBackStep.h"
 
-#include <QHash>
+#include <QList>
+#include <QObject>
 #include <QSet>
 
 #include <memory>
 
-class History;
+class FileEvents;
 class Notifications;
 class StatusLine;
-class TagSaver;
 class TagWriting;
 class Workspace;
 
-/// Tags put back byte for byte: as they were before the program first changed a file, and by undo. Thread: main.
-class OriginalTags {
+/// Tags put back byte for byte: as they were before the program first changed a file, and by undo. Undo leaves files
+/// alone that others changed since, and says how many. Thread: main.
+class OriginalTags : public QObject {
+    Q_OBJECT
+
 public:
     struct Dependencies {
         Workspace& workspace;
@@ -24,6 +27,7 @@ public:
         TagSaver& saver;
         TagWriting& writing;
         History& history;
+        FileEvents& events;
     };
 
     explicit OriginalTags(const Dependencies& dependencies);
@@ -31,23 +35,29 @@ public:
     /// Puts the original tags back where they are kept, as one step of undo: it brings back what stood before, byte for
     /// byte where that could be kept, else the ten fields. \param ids rows of any list.
     void restore(const QSet<TrackID>& ids);
-    /// Makes pictures that were written already one step of undo, which brings the former pictures back and leaves all
-    /// fields as the rows have them by then. \param former the tags that stood in the files before, by row, as
-    /// TagFiles::present() gave them.
-    void registerPictures(const QString& actionName, const QHash<TrackID, QByteArray>& former);
+    /// Makes pictures that are about to be written one step of undo, which brings the former pictures back and leaves
+    /// all fields as the rows have them by then. Whoever writes them adds the rows, ends early where the undo is wanted
+    /// by then, and calls picturesWritten().
+    std::shared_ptr<PutBackStep> beginPictures(const QString& actionName);
+    void picturesWritten(const std::shared_ptr<PutBackStep>& step);
     /// Whether the original tags of one of the files are kept; true without asking for a large number of files.
     bool canRestore(const QSet<TrackID>& ids) const;
 
 private:
-    struct Step;
+    friend class PutBackStep;
+    using StepPtr = std::shared_ptr<PutBackStep>;
+    using Direction = PutBackStep::Direction;
 
-    void registerStep(const QString& actionName, const std::shared_ptr<Step>& step);
+    StepPtr begin(const QString& actionName, TagSaver::Wanted wanted);
+    void end(const StepPtr& step);
     QList<Track> rowsOf(const QSet<TrackID>& ids) const;
-    void takeBack(const std::shared_ptr<Step>& step);
-    void doAgain(const std::shared_ptr<Step>& step);
-    void putBack(const std::shared_ptr<Step>& step, const QList<Track>& rows);
-    void writeFieldsAgain(const QSet<TrackID>& ids);
+    void restored(const StepPtr& step, const QList<Track>& rows, const TagSaver::Outcome& outcome);
+    void move(const StepPtr& step, Direction direction);
+    void moved(const StepPtr& step, Direction direction, const TagSaver::Outcome& outcome);
+    void tellMoved(const PutBackStep& step, Direction direction, const TagSaver::Outcome& outcome);
     void tell(const QSet<TrackID>& ids);
+    void follow(const FileChange& change);
 
     Dependencies m_dependencies;
+    QList<std::weak_ptr<PutBackStep>> m_steps;
 };

@@ -98,6 +98,7 @@ async::Task<> RowSaver::write(Item item, Artwork artwork, std::shared_ptr<Saved>
     if (written.failure)
         co_return;
     saved->former = written.former;
+    saved->left.stamp = written.rewrite.after;
     tellRewritten(url, written.rewrite);
     noteWritten(*saved, write, turn, artwork.has_value());
 }
@@ -209,8 +210,7 @@ void RowSaver::noteWritten(Saved& saved, const TagWrite& write, const Turn& turn
     saved.row.losesArtwork = decidesPicture && !hasPicture;
 }
 
-async::Task<RowSaver::Saved> RowSaver::restore(Track track, std::optional<QByteArray> tags, Wanted wanted,
-                                               std::stop_token stop)
+async::Task<RowSaver::Saved> RowSaver::restore(Track track, SaveJobs::PutBack what, Wanted wanted, std::stop_token stop)
 {
     Saved saved;
     saved.row.keepsFields = wanted == Wanted::Picture;
@@ -219,15 +219,19 @@ async::Task<RowSaver::Saved> RowSaver::restore(Track track, std::optional<QByteA
     learn();
     saved.row.versionBefore = turnOf({track}).track.metadataVersion();
     auto job = [&files = m_dependencies.files, reader = m_dependencies.readMetadata, url = track.url(),
-                tags](const std::stop_token&) { return SaveJobs::restore(files, reader, url, tags); };
+                what](const std::stop_token&) { return SaveJobs::restore(files, reader, url, what); };
     const SaveJobs::Restored restored = co_await finishedJob(m_dependencies.executor, stop, std::move(job));
-    tellRewritten(track.url(), restored.rewrite);
+    saved.isLeftAlone = restored.isLeftAlone;
     saved.failure = restored.failure;
-    if (!restored.isHeld || saved.failure)
+    if (!restored.isHeld || restored.isLeftAlone)
+        co_return saved;
+    tellRewritten(track.url(), restored.rewrite);
+    if (saved.failure)
         co_return saved;
     m_pictureWrites[track.id()] = ++m_pictureWrite;
     saved.row.restored = restored.tags;
     saved.former = restored.former;
+    saved.left = {restored.rewrite.after, wanted == Wanted::All ? restored.tags : std::nullopt};
     saved.isRestored = true;
     m_learned.append(saved.row);
     learn();

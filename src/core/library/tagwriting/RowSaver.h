@@ -52,7 +52,9 @@ public:
         SavedRow row;
         std::optional<TagFileError> failure = {};
         bool isRestored = false;
-        QByteArray former = {}; ///< the tags that stood before, where they are kept
+        bool isLeftAlone = false; ///< what was to be restored is not what the file holds
+        QByteArray former = {};   ///< the tags that stood before, where they are kept
+        SaveJobs::Left left = {}; ///< of a restore and of a picture
     };
     using Artwork = std::optional<QByteArray>;
 
@@ -64,9 +66,8 @@ public:
     /// Brings a row's edits into its file, if they are not there yet; a picture always. The row learns of it at once
     /// where others could be misled, else with learn(). The caller holds the file's path.
     async::Task<Saved> save(Item item, Artwork artwork, std::stop_token stop);
-    /// Puts tags back and reads them. \param tags as TagFiles::present() gave them; the original ones where there are
-    /// none. The caller holds the file's path.
-    async::Task<Saved> restore(Track track, std::optional<QByteArray> tags, Wanted wanted, std::stop_token stop);
+    /// Puts tags back and reads them. The caller holds the file's path.
+    async::Task<Saved> restore(Track track, SaveJobs::PutBack what, Wanted wanted, std::stop_token stop);
     /// Rows whose files were written learn of it now.
     void learn();
 

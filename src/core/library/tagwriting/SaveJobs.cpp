@@ -56,6 +56,18 @@ QByteArray present(TagFiles& files, const QUrl& url)
     }
 }
 
+/// By the stamp alone where nobody wrote it since; what the program itself wrote may have been taken back.
+bool isAsLeft(const Reader& reader, const QUrl& url, const Left& left)
+{
+    const std::optional<FileStamp> now = FileStamp::of(url);
+    if (now && left.stamp && !now->isSameFile(*left.stamp))
+        return false;
+    if (!left.isRewritten || !left.content)
+        return true;
+    const auto present = read(reader, url, Track::fallbackTags(url));
+    return present && present->tags == left.content->tags && present->artworkData == left.content->artworkData;
+}
+
 template <typename Change>
 Written changed(const QUrl& url, const Change& change)
 {
@@ -96,16 +108,21 @@ Written assignAlbum(TagFiles& files, const QString& album, const QUrl& url)
     return changed(url, [&] { files.clean(CleanerField::Album, std::nullopt, album, url); });
 }
 
-Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const std::optional<QByteArray>& tags)
+Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const PutBack& what)
 {
     Restored result;
-    result.isHeld = tags || files.holdsOriginal(url);
+    result.isHeld = !what.tags.isEmpty() || what.fields || files.holdsOriginal(url);
     if (!result.isHeld)
+        return result;
+    result.isLeftAlone = what.expected && !isAsLeft(reader, url, *what.expected);
+    if (result.isLeftAlone)
         return result;
     result.former = present(files, url);
     const Written written = changed(url, [&] {
-        if (tags)
-            files.putBack(*tags, url);
+        if (!what.tags.isEmpty())
+            files.putBack(what.tags, url);
+        else if (what.fields)
+            files.write({url, *what.fields, TagFieldSet::kAll, true});
         else
             files.restoreOriginal(url);
     });

@@ -41,15 +41,30 @@ Written write(TagFiles& files, const TagWrite& write, const std::optional<QByteA
 /// Writes the album alone; an empty one takes it out.
 Written assignAlbum(TagFiles& files, const QString& album, const QUrl& url);
 
+/// What a change of whole tags left in a file, by which a later change is found.
+struct Left {
+    std::optional<FileStamp> stamp;
+    /// What it said then; nothing where that need not be the same.
+    std::optional<LoadedTrackMetadata> content;
+    bool isRewritten = false; ///< by the program itself since, whose stamp this is
+};
+/// What is put back into one file.
+struct PutBack {
+    QByteArray tags;                 ///< as TagFiles::present() gave them
+    std::optional<AudioTags> fields; ///< where there are none of these; else the tags that the file had at first
+    /// What has to be in the file still; nothing: whatever it holds.
+    std::optional<Left> expected;
+};
 struct Restored {
-    bool isHeld = false; ///< whether there was anything to put back
+    bool isHeld = false;      ///< whether there was anything to put back
+    bool isLeftAlone = false; ///< the file holds something else than expected
     std::optional<TagFileError> failure;
     std::optional<LoadedTrackMetadata> tags;
     Rewrite rewrite;   ///< whatever became of the read
     QByteArray former; ///< the tags that stood before, for TagFiles::putBack(); empty where they could not be kept
 };
-/// Puts tags back and reads them. \param tags as TagFiles::present() gave them; the original ones where there are none.
-Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const std::optional<QByteArray>& tags);
+/// Puts tags back and reads them.
+Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const PutBack& what);
 
 /// That a file's tags could not be read, so that they were left alone.
 TagFileError unreadable(const QUrl& url);

@@ -29,12 +29,12 @@ public:
     {
         const FileLocks::HeldPath untilTheEnd = std::move(held);
         const Item item = m_items.at(file);
+        m_outcome.notWritten.insert(item.track.id()); // until it is, whatever is thrown
         const RowSaver::Saved saved = co_await change(item, stop);
         if (!saved.failure) {
             note(saved);
             co_return std::nullopt;
         }
-        m_outcome.notWritten.insert(saved.row.id);
         FileFailure failure{saved.row.url, saved.failure->message(), saved.failure->isMissing()};
         co_return std::move(failure);
     }
@@ -44,7 +44,8 @@ public:
     void end(const End& end) override
     {
         for (const Item& item : m_items.last(end.left))
-            m_outcome.notWritten.insert(item.track.id());
+            m_outcome.stopped.insert(item.track.id());
+        m_outcome.notWritten.unite(m_outcome.stopped);
         if (m_ended)
             m_ended(m_outcome);
         m_saver.finish(end);
@@ -58,11 +59,14 @@ protected:
 private:
     void note(const RowSaver::Saved& saved)
     {
+        m_outcome.notWritten.remove(saved.row.id);
+        if (saved.isLeftAlone) {
+            m_outcome.leftAlone.insert(saved.row.id);
+            return;
+        }
         ++m_outcome.written;
         if (saved.isRestored)
-            m_outcome.restored.insert(saved.row.id);
-        if (saved.isRestored && !saved.former.isEmpty())
-            m_outcome.former.insert(saved.row.id, saved.former);
+            m_outcome.restored.insert(saved.row.id, {saved.former, saved.left});
     }
 
     QList<Item> m_items;
@@ -83,10 +87,10 @@ private:
 
 class TagSaver::Restores final : public Round {
 public:
-    Restores(TagSaver& saver, QList<Item> items, QHash<TrackID, QByteArray> tags, Wanted wanted,
+    Restores(TagSaver& saver, QList<Item> items, QHash<TrackID, PutBack> what, Wanted wanted,
              std::function<void(const Outcome&)> ended)
         : Round(saver, std::move(items), std::move(ended))
-        , m_tags(std::move(tags))
+        , m_what(std::move(what))
         , m_wanted(wanted)
     {
     }
@@ -94,12 +98,10 @@ public:
 private:
     async::Task<RowSaver::Saved> change(Item item, std::stop_token stop) override
     {
-        const auto tags = m_tags.constFind(item.track.id());
-        return m_saver.m_rows.restore(item.track, tags == m_tags.cend() ? std::nullopt : std::optional(*tags), m_wanted,
-                                      std::move(stop));
+        return m_saver.m_rows.restore(item.track, m_what.value(item.track.id()), m_wanted, std::move(stop));
     }
 
-    QHash<TrackID, QByteArray> m_tags;
+    QHash<TrackID, PutBack> m_what;
     Wanted m_wanted;
 };
 
@@ -132,7 +134,7 @@ void TagSaver::writeBatch(const QList<Item>& items, std::function<void(const Out
         m_line.append(std::make_shared<Saves>(*this, asked, std::move(ended)));
 }
 
-void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags, Wanted wanted,
+void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, PutBack>& what, Wanted wanted,
                             std::function<void(const Outcome&)> ended)
 {
     VELMORA_ASSERT_MAIN_THREAD();
@@ -140,7 +142,7 @@ void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QBy
     for (const Track& track : tracks)
         items.append(Item{track});
     if (!items.isEmpty())
-        m_line.append(std::make_shared<Restores>(*this, items, tags, wanted, std::move(ended)));
+        m_line.append(std::make_shared<Restores>(*this, items, what, wanted, std::move(ended)));
 }
 
 void TagSaver::finish(const FileRound::End& end)

@@ -32,13 +32,20 @@ public:
 
     using Progress = FileLine::Progress;
 
+    using PutBack = SaveJobs::PutBack;
+
+    /// Of a file whose tags were put back.
+    struct Restored {
+        QByteArray former; ///< the tags that stood before; empty where they could not be kept
+        SaveJobs::Left left;
+    };
     /// What became of a batch.
     struct Outcome {
-        int written = 0;          ///< files that hold what their rows said
-        QSet<TrackID> notWritten; ///< rows of the others, because of a failure or a stop
-        /// The tags that stood in the files before, of restores where they are kept.
-        QHash<TrackID, QByteArray> former;
-        QSet<TrackID> restored; ///< of restores: rows whose tags were put back
+        int written = 0;                   ///< files that hold what their rows said
+        QSet<TrackID> notWritten;          ///< rows of the others, because of a failure or a stop
+        QSet<TrackID> stopped;             ///< those of them that a stop left
+        QHash<TrackID, Restored> restored; ///< of restores: the rows whose tags were put back
+        QSet<TrackID> leftAlone;           ///< of restores: rows whose files hold something else than expected
     };
 
     explicit TagSaver(const Dependencies& dependencies);
@@ -47,12 +54,13 @@ public:
     /// Writes one row's file. A row that is gone when its turn comes is not written.
     void write(const TrackID& id);
     /// Writes files one after another. A failed one does not stop the others; the first failure is told at the end.
-    /// \param ended is called then; may be empty.
+    /// \param ended is called then; may be empty; not called where there are no items.
     void writeBatch(const QList<Item>& items, std::function<void(const Outcome&)> ended = {});
-    /// Puts tags back and reads them again. \param tags as Outcome::former gave them; the original ones, where they are
-    /// kept, of a row that is not among them. Where the picture alone is wanted, what rows say stays: fields in which
-    /// they differ from these tags are edits that are not in the file, to be written by the caller.
-    void restoreBatch(const QList<Track>& tracks, const QHash<TrackID, QByteArray>& tags, Wanted wanted,
+    /// Puts tags back and reads them again. \param what for each row; the original tags, where they are kept, of a row
+    /// that is not among them. Where the picture alone is wanted, what rows say stays: fields in which they differ from
+    /// these tags are edits that are not in the file, to be written by the caller. \param ended may be empty; not
+    /// called where there are no tracks.
+    void restoreBatch(const QList<Track>& tracks, const QHash<TrackID, PutBack>& what, Wanted wanted,
                       std::function<void(const Outcome&)> ended = {});
     /// Stops all batches before their next file; what is not done then is told by stopped().
     void cancelBatches();

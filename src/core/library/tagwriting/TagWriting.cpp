@@ -275,13 +275,6 @@ void TagWriting::save(const AudioTags& tags, TrackID id)
     m_dependencies.saver.write(id);
 }
 
-void TagWriting::putFieldsBack(const QHash<TrackID, AudioTags>& tags)
-{
-    UndoStep step{QString(), QString(), TagFieldSet::kAll};
-    step.before = tags;
-    apply(step, Direction::Back);
-}
-
 void TagWriting::saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
 {
     VELMORA_ASSERT_MAIN_THREAD();

@@ -50,8 +50,6 @@ public:
     void save(const AudioTags& tags, TrackID id);
     /// Writes the chosen fields into rows and files, as one step of undo.
     void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
-    /// Brings all ten fields of rows and files back to what they were, without a step of undo.
-    void putFieldsBack(const QHash<TrackID, AudioTags>& tags);
     /// A text per row for one field, and what goes with it.
     struct FieldTexts {
         TagField field;

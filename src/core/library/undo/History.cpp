@@ -23,15 +23,18 @@ public:
         History::Question isSpent;
     };
 
-    EditStep(const QString& name, quint64 turn, Part part)
+    EditStep(const QString& name, const History::Facts& facts, quint64 turn, Part part)
         : Step(History::Kind::Edit)
         , m_name(name)
+        , m_facts(facts)
         , m_turn(turn)
         , m_parts{std::move(part)}
     {
     }
 
     QString name() const override { return m_name; }
+    qint64 byteCount() const override { return m_facts.byteCount; }
+    bool tellsItself() const override { return m_facts.tellsItself; }
     bool isSpent() const override
     {
         return std::ranges::all_of(m_parts, [](const Part& part) { return part.isSpent && part.isSpent(); });
@@ -43,10 +46,11 @@ public:
         return History::Outcome::Done;
     }
     bool canRedo() const override { return true; }
-    void redo() override
+    History::Outcome redo() override
     {
         for (const Part& part : m_parts)
             part.redo();
+        return History::Outcome::Done;
     }
     bool absorb(Step& later) override
     {
@@ -54,11 +58,13 @@ public:
         if (!edit || edit->m_name != m_name || edit->m_turn != m_turn)
             return false;
         std::ranges::move(edit->m_parts, std::back_inserter(m_parts));
+        m_facts.byteCount += edit->m_facts.byteCount;
         return true;
     }
 
 private:
     QString m_name;
+    History::Facts m_facts;
     quint64 m_turn;
     std::vector<Part> m_parts;
 };
@@ -77,6 +83,7 @@ void History::push(std::shared_ptr<Step> step)
 {
     VELMORA_ASSERT_MAIN_THREAD();
     m_undone.clear();
+    m_isSomethingNew = true;
     if (m_done.isEmpty() || m_done.last() == m_underWay || !m_done.last()->absorb(*step))
         m_done.append(std::move(step));
     trim();
@@ -84,6 +91,11 @@ void History::push(std::shared_ptr<Step> step)
 }
 
 void History::registerUndo(const QString& actionName, Action undo, Action redo, Question isSpent)
+{
+    registerUndo(actionName, Facts(), std::move(undo), std::move(redo), std::move(isSpent));
+}
+
+void History::registerUndo(const QString& actionName, const Facts& facts, Action undo, Action redo, Question isSpent)
 {
     if (!m_turnEnds) {
         m_turnEnds = true;
@@ -94,7 +106,7 @@ void History::registerUndo(const QString& actionName, Action undo, Action redo, 
             }
         });
     }
-    push(std::make_shared<EditStep>(actionName, m_turn,
+    push(std::make_shared<EditStep>(actionName, facts, m_turn,
                                     EditStep::Part{std::move(undo), std::move(redo), std::move(isSpent)}));
 }
 
@@ -119,13 +131,16 @@ void History::withdraw(const Step& step)
         emit changed();
 }
 
-void History::ended(const Step& step)
+void History::ended(const Step& step, Outcome outcome)
 {
     if (m_underWay.get() != &step)
         return;
     const std::shared_ptr<Step> taken = std::exchange(m_underWay, nullptr);
-    if (taken->isSpent())
+    const bool isUndone = (outcome == Outcome::Done) != m_isRedoing;
+    if (isUndone || taken->isSpent())
         m_done.removeOne(taken);
+    if (isUndone && taken->canRedo() && !taken->isSpent() && !m_isSomethingNew)
+        m_undone.append(taken);
     emit changed();
 }
 
@@ -172,6 +187,7 @@ void History::undo()
     while (canUndo()) {
         const std::shared_ptr<Step> step = m_done[nextIndex()];
         m_underWay = step;
+        m_isRedoing = m_isSomethingNew = false;
         const Outcome outcome = step->undo();
         if (outcome == Outcome::UnderWay) {
             emit changed();
@@ -182,7 +198,7 @@ void History::undo()
         if (outcome == Outcome::Done && step->canRedo())
             m_undone.append(step);
         emit changed();
-        if (outcome == Outcome::Done && step->kind() == Kind::Edit)
+        if (outcome == Outcome::Done && !step->tellsItself())
             emit undone(localizedName(step));
         if (outcome == Outcome::Done)
             return;
@@ -195,10 +211,16 @@ void History::redo()
     if (!canRedo())
         return;
     const std::shared_ptr<Step> step = m_undone.takeLast();
-    step->redo();
     m_done.append(step);
+    m_underWay = step;
+    m_isRedoing = true;
+    m_isSomethingNew = false;
+    const Outcome outcome = step->redo();
+    if (outcome != Outcome::UnderWay)
+        m_underWay.reset();
     emit changed();
-    emit redone(localizedName(step));
+    if (!step->tellsItself())
+        emit redone(localizedName(step));
 }
 
 void History::clear()

@@ -22,7 +22,12 @@ public:
     enum class Outcome {
         Done,
         Nothing,  ///< there was nothing left to take back: the step before it is tried
-        UnderWay, ///< it goes on in the background until ended(); nothing else is taken back meanwhile
+        UnderWay, ///< it goes on in the background until ended(); nothing else is taken back or done again meanwhile
+    };
+    /// What is known of an edit beside its actions.
+    struct Facts {
+        qint64 byteCount = 0;     ///< what it keeps in memory, about
+        bool tellsItself = false; ///< its actions say what came of them: undone() and redone() are not told
     };
 
     /// One thing that the user did. It registers nothing itself when it is taken back or done again.
@@ -45,7 +50,10 @@ public:
         virtual qint64 byteCount() const { return 0; }
         virtual Outcome undo() = 0;
         virtual bool canRedo() const { return false; }
-        virtual void redo() {}
+        /// \return Done or UnderWay.
+        virtual Outcome redo() { return Outcome::Done; }
+        /// Whether it says itself that it was taken back or done again.
+        virtual bool tellsItself() const { return m_kind != Kind::Edit; }
         /// Takes what a later step of the same moment does. \return whether it did.
         virtual bool absorb(Step& /*later*/) { return false; }
 
@@ -61,10 +69,12 @@ public:
     /// The same by two actions; registrations of one name within one turn of the event loop are one step.
     /// \param actionName localisation key. \param isSpent whether nothing is left to take back; may be empty.
     void registerUndo(const QString& actionName, Action undo, Action redo, Question isSpent = {});
+    void registerUndo(const QString& actionName, const Facts& facts, Action undo, Action redo, Question isSpent = {});
     /// A step came to nothing, or is taken back otherwise.
     void withdraw(const Step& step);
-    /// The undo of a step that was under way is over: the step goes, or stays with what is left of it.
-    void ended(const Step& step);
+    /// The undo or redo of a step that was under way is over. One that is spent goes; else it is where it was before
+    /// with what is left of it, or, by Done, where a step goes that was taken back or done again.
+    void ended(const Step& step, Outcome outcome = Outcome::Nothing);
 
     bool canUndo() const;
     bool canRedo() const;
@@ -80,7 +90,7 @@ public:
 Q_SIGNALS:
     /// What can be undone or redone changed.
     void changed();
-    /// An edit was taken back, or done again; other steps say so themselves. \param actionName localised.
+    /// An edit was taken back, or done again; steps that go on in files say so themselves. \param actionName localised.
     void undone(const QString& actionName);
     void redone(const QString& actionName);
 
@@ -93,6 +103,8 @@ private:
     Steps m_done;   ///< the last one at the end
     Steps m_undone; ///< the one that is done again first at the end
     std::shared_ptr<Step> m_underWay;
-    quint64 m_turn = 0; ///< rises once per turn of the event loop in which something was registered
+    bool m_isRedoing = false;      ///< what is under way is a redo
+    bool m_isSomethingNew = false; ///< something was done since it began
+    quint64 m_turn = 0;            ///< rises once per turn of the event loop in which something was registered
     bool m_turnEnds = false;
 };
