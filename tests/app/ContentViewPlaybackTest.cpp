@@ -3,10 +3,7 @@
 #include "support/FakeAudio.h"
 #include "support/StoreFixture.h"
 
-#include "async/MainQueue.h"
 #include "playback/AudioPlayer.h"
-
-#include <QSignalSpy>
 
 namespace {
 
@@ -19,11 +16,6 @@ protected:
     {
         store->playback().setPlayer(&libraryPlayer);
         fill(rows);
-    }
-    ~ContentViewPlaybackTest() override
-    {
-        settle();
-        clock.advance(async::seconds(60));
     }
 
     void focus(const std::optional<Track>& track)

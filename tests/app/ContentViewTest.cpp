@@ -2,10 +2,7 @@
 #include "support/FakeAudio.h"
 #include "support/StoreFixture.h"
 
-#include "async/MainQueue.h"
 #include "playback/AudioPlayer.h"
-
-#include <QSignalSpy>
 
 class ContentViewTest : public StoreFixture {
 protected:
@@ -13,11 +10,6 @@ protected:
         : audioPlayer({clock, executor, preferences, notifications, audio})
         , view(*store, audioPlayer, surroundings())
     {
-    }
-    ~ContentViewTest() override
-    {
-        settle();
-        clock.advance(async::seconds(60));
     }
 
     ContentView::Surroundings surroundings()
@@ -165,8 +157,7 @@ TEST_F(ContentViewTest, TheTrashTakesTheRowsOfTheSectionShown)
     settle();
     EXPECT_EQ(trashCan.asked, QList<QUrl>{a.url()});
     EXPECT_EQ(store->history().undoActionName(), QStringLiteral("Переместить в Корзину"));
-    store->history().undo();
-    settle();
+    undo();
     EXPECT_EQ(workspace().tracks().size(), 1);
     EXPECT_TRUE(trashCan.held.isEmpty());
 }

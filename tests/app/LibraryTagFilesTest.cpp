@@ -3,11 +3,8 @@
 
 #include "WaveformScrubber/WaveformCache.h"
 #include "app/EnvelopeUpkeep.h"
-#include "async/MainQueue.h"
 #include "async/TaskGroup.h"
 #include "async/ThreadExecutor.h"
-#include "core/library/files/FileEvents.h"
-#include "core/library/removal/Removal.h"
 #include "support/StoreFixture.h"
 #include "tags/AudioMetadataLoader.h"
 

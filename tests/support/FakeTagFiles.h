@@ -29,9 +29,7 @@ public:
     void clean(CleanerFields fields, const std::optional<QString>& title, const std::optional<QString>& album,
                const QUrl& url) override
     {
-        TagWrite place;
-        place.url = url;
-        note({QStringLiteral("clean"), place, {}, fields, title, album});
+        note({QStringLiteral("clean"), {url, {}}, {}, fields, title, album});
     }
     TagInventory inventory(const QUrl&) override
     {
@@ -40,19 +38,29 @@ public:
         return held;
     }
     bool holdsOriginal(const QUrl& url) const override { return originals.contains(url); }
-    void restoreOriginal(const QUrl& url) override
-    {
-        TagWrite place;
-        place.url = url;
-        note({QStringLiteral("restore"), place, {}, {}, {}, {}});
-    }
+    void restoreOriginal(const QUrl& url) override { note({QStringLiteral("restore"), {url, {}}, {}, {}, {}, {}}); }
 
     QByteArray present(const QUrl& url) override { return presentTags.value(url); }
     void putBack(const QByteArray& tags, const QUrl& url) override
     {
-        TagWrite place;
-        place.url = url;
-        note({QStringLiteral("put back"), place, tags, {}, {}, {}});
+        note({QStringLiteral("put back"), {url, {}}, tags, {}, {}, {}});
+    }
+
+    /// Lets the calls for a file fail from now on, or for all.
+    void fail(const char* message = "disk full", const QUrl& url = {})
+    {
+        before = [message, url](const Call& call) {
+            if (url.isEmpty() || call.write.url == url)
+                throw TagFileError(QString::fromUtf8(message), false);
+        };
+    }
+    /// Names of the files, call by call.
+    QString names() const
+    {
+        QStringList names;
+        for (const Call& call : calls)
+            names.append(call.write.url.fileName());
+        return names.join(u' ');
     }
 
     QHash<QUrl, QByteArray> presentTags; ///< what present() gives

@@ -6,7 +6,6 @@
 #include "ui/window/Sections.h"
 
 #include <QAction>
-#include <QTest>
 
 class CommandsTest : public WindowFixture {};
 

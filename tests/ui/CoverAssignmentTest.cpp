@@ -1,7 +1,6 @@
 #include "support/Pictures.h"
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/covers/CoverAssignment.h"
 #include "ui/covers/CoverChoiceCard.h"
 #include "ui/covers/CoverGrid.h"
@@ -9,10 +8,8 @@
 
 #include <QClipboard>
 #include <QDropEvent>
-#include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QTest>
 
 class CoverAssignmentTest : public WindowFixture {
 protected:

@@ -3,7 +3,6 @@
 #include "ui/covers/CoverGrid.h"
 
 #include <QScrollBar>
-#include <QTest>
 
 class CoverGridTest : public WindowFixture {
 protected:

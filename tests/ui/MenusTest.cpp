@@ -2,15 +2,12 @@
 
 #include "ui/context/WindowContext.h"
 #include "ui/player/OutputMenu.h"
-#include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/window/SettingsMenu.h"
 #include "ui/window/TrackMenu.h"
 #include "ui/window/WaveformMenu.h"
 
-#include <QDir>
 #include <QMenu>
-#include <QTest>
 
 class MenusTest : public WindowFixture {
 protected:

@@ -1,12 +1,8 @@
 #include "support/WindowFixture.h"
 
-#include "core/library/removal/Removal.h"
-#include "ui/controls/ThemeButton.h"
 #include "ui/window/Banner.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/StatusStrip.h"
-
-#include <QTest>
 
 /// What the window tells and asks of writes to files.
 class MessagesTest : public WindowFixture {
@@ -142,7 +138,12 @@ TEST_F(MessagesTest, EditsThatAreNotInTheirFilesAreOfferedAndAskedAboutAtTheEnd)
     workspace().setLastError(std::nullopt);
     ThemeButton* again = button(strip(), QStringLiteral("Записать ещё раз: 2"));
     ASSERT_TRUE(again && again->isVisible());
-    EXPECT_EQ(table().model()->index(0, 1).data(Qt::AccessibleTextRole).toString().count(QStringLiteral("Не записано в файл")),
+    EXPECT_EQ(table()
+                  .model()
+                  ->index(0, 1)
+                  .data(Qt::AccessibleTextRole)
+                  .toString()
+                  .count(QStringLiteral("Не записано в файл")),
               1);
     files.before = {};
     QTest::mouseClick(again, Qt::LeftButton);

@@ -1,7 +1,6 @@
 #include "support/PaintMeter.h"
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/NowPlaying.h"
 #include "ui/player/PlayerBar.h"
@@ -11,8 +10,6 @@
 #include "ui/text/Texts.h"
 
 #include <QAccessible>
-#include <QSignalSpy>
-#include <QTest>
 #include <QWheelEvent>
 
 namespace {

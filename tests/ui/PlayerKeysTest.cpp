@@ -1,6 +1,5 @@
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeSlider.h"
@@ -10,7 +9,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSpinBox>
-#include <QTest>
 
 class PlayerKeysTest : public WindowFixture {
 protected:

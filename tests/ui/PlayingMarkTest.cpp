@@ -1,12 +1,9 @@
 #include "support/WindowFixture.h"
 
 #include "ui/covers/CoverGrid.h"
-#include "ui/theme/Theme.h"
 #include "ui/tracks/PlayingMark.h"
 
 #include <QScrollBar>
-#include <QSignalSpy>
-#include <QTest>
 
 namespace {
 

@@ -2,7 +2,6 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QTest>
 
 class RemovalKeysTest : public WindowFixture {
 protected:

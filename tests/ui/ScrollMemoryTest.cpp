@@ -4,7 +4,6 @@
 #include "ui/tracks/ScrollMemory.h"
 
 #include <QScrollBar>
-#include <QTest>
 #include <QWheelEvent>
 
 class ScrollMemoryTest : public WindowFixture {

@@ -1,12 +1,8 @@
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/controls/ThemeLabel.h"
 #include "ui/sections/EmptyState.h"
 #include "ui/sections/SectionHeader.h"
-
-#include <QSignalSpy>
-#include <QTest>
 
 class SectionsTest : public WindowFixture {};
 

@@ -1,7 +1,5 @@
 #include "support/WindowFixture.h"
 
-#include <QTest>
-
 class SelectionSyncTest : public WindowFixture {
 protected:
     SelectionSyncTest()

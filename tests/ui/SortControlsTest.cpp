@@ -1,12 +1,10 @@
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/sections/SectionHeader.h"
 #include "ui/sections/SortControls.h"
 
 #include <QHeaderView>
 #include <QMenu>
-#include <QTest>
 
 class SortControlsTest : public WindowFixture {
 protected:

@@ -1,18 +1,12 @@
 #include "support/WindowFixture.h"
 
-#include "core/library/tempo/Tempo.h"
-#include "core/library/tempo/TempoChoices.h"
 #include "ui/cells/TempoText.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/tempo/TapButton.h"
 #include "ui/tempo/TempoMenu.h"
-#include "ui/theme/Theme.h"
 #include "ui/thumbnails/ThumbnailCache.h"
-#include "ui/tracks/TrackListModel.h"
 
 #include <QMenu>
-#include <QSignalSpy>
-#include <QTest>
 
 namespace {
 

@@ -4,10 +4,7 @@
 #include "ui/theme/Icons.h"
 #include "ui/theme/KeyColours.h"
 #include "ui/theme/Paint.h"
-#include "ui/theme/Theme.h"
 #include "ui/waveform/WaveformColours.h"
-
-#include <QDir>
 
 #include <cmath>
 

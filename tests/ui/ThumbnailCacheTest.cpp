@@ -4,8 +4,6 @@
 #include "ui/thumbnails/ThumbnailCache.h"
 #include "ui/thumbnails/ThumbnailDecoder.h"
 
-#include <QSignalSpy>
-
 class ThumbnailCacheTest : public WindowFixture {
 protected:
     ~ThumbnailCacheTest() override { ArtworkData::setPoolLimit(ArtworkData::kDefaultPoolLimit); }

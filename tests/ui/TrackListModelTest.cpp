@@ -2,7 +2,6 @@
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
-#include <QSignalSpy>
 
 namespace {
 

@@ -2,8 +2,6 @@
 
 #include <QPaintEvent>
 #include <QScrollBar>
-#include <QSignalSpy>
-#include <QTest>
 
 class TrackTableTest : public WindowFixture {
 protected:

@@ -4,12 +4,9 @@
 #include "ui/player/BarWaveform.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/theme/Motion.h"
-#include "ui/theme/Theme.h"
 #include "ui/waveform/RowWaveforms.h"
 
-#include <QDir>
 #include <QScrollBar>
-#include <QTest>
 
 /// The window with rows of real, if empty, files, whose envelopes are made up.
 class WaveformViewsTest : public WindowFixture {

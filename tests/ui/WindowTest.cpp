@@ -1,17 +1,14 @@
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/controls/ThemeLabel.h"
 #include "ui/player/NowPlaying.h"
 #include "ui/player/PlayerBar.h"
-#include "ui/theme/Theme.h"
 #include "ui/window/Banner.h"
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
 #include "ui/window/StatusStrip.h"
 
 #include <QAction>
-#include <QTest>
 
 class WindowTest : public WindowFixture {
 protected:

@@ -1,57 +1,29 @@
-#include "async/MainQueue.h"
+#include "support/Pictures.h"
 #include "support/StoreFixture.h"
 
 #include "core/library/artwork/ArtworkImage.h"
 
-#include <QBuffer>
-#include <QSignalSpy>
-
-namespace {
-
-QByteArray encoded(const QImage& image, const char* format, int quality = -1)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format, quality);
-    return buffer.data();
-}
-
-QImage picture(const QSize& size = {40, 20})
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    return image;
-}
-
-} // namespace
-
 class ArtworkTest : public StoreFixture {
 protected:
-    ~ArtworkTest() override
-    {
-        settle();
-        clock.advance(async::seconds(60));
-    }
-
     static QList<Track> tracks(int count)
     {
         QList<Track> result;
-        for (int number = 1; number <= count; ++number) {
-            Track each = favorite(QStringLiteral("%1.mp3").arg(number));
-            each.setTagSource(Track::TagSource::Read);
-            result.append(each);
-        }
+        for (int number = 1; number <= count; ++number)
+            result.append(read(QStringLiteral("%1.mp3").arg(number)));
         return result;
+    }
+    static QByteArray picture(const char* format, QSize size = {40, 20})
+    {
+        return Pictures::plain(size, 0xFF008080, format);
     }
     Artwork& artwork() { return store->artwork(); }
 
-    const QByteArray png = encoded(picture(), "PNG");
+    const QByteArray png = picture("PNG");
 };
 
 TEST_F(ArtworkTest, NormalizesPictures)
 {
     EXPECT_EQ(ArtworkImage::normalizedArtworkData(png), png) << "byte for byte";
-    const QByteArray jpeg = encoded(picture(), "JPEG", 60);
     struct Case {
         const char* name;
         QByteArray bytes;
@@ -60,12 +32,9 @@ TEST_F(ArtworkTest, NormalizesPictures)
     QByteArray huge = png;
     huge.resize(ArtworkImage::kMaximumBytes + 1);
     const Case cases[] = {
-        {"JPEG", jpeg, true},
-        {"BMP", encoded(picture(), "BMP"), true},
-        {"no picture", "hello", false},
-        {"nothing", QByteArray(), false},
-        {"cut", encoded(picture(), "BMP").first(40), false},
-        {"larger than any cover", huge, false},
+        {"JPEG", picture("JPEG"), true},          {"BMP", picture("BMP"), true},
+        {"no picture", "hello", false},           {"nothing", QByteArray(), false},
+        {"cut", picture("BMP").first(40), false}, {"larger than any cover", huge, false},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
@@ -73,7 +42,7 @@ TEST_F(ArtworkTest, NormalizesPictures)
         ASSERT_EQ(result.has_value(), test.isTaken);
         if (test.isTaken) {
             EXPECT_TRUE(result->startsWith(QByteArrayView("\xff\xd8\xff"))) << "JPEG";
-            EXPECT_EQ(QImage::fromData(*result).size(), picture().size());
+            EXPECT_EQ(QImage::fromData(*result).size(), QSize(40, 20));
         }
     }
 }
@@ -82,13 +51,13 @@ TEST_F(ArtworkTest, NormalizesPictures)
 TEST_F(ArtworkTest, TakesLargePicturesUpToTheLimit)
 {
     ArtworkImage::allowLargePictures();
-    const QByteArray photograph = encoded(picture({7360, 4912}), "JPEG", 60);
+    const QByteArray photograph = picture("JPEG", {7360, 4912});
     const std::optional<QByteArray> taken = ArtworkImage::normalizedArtworkData(photograph);
     ASSERT_TRUE(taken);
     EXPECT_EQ(QImage::fromData(*taken).size(), QSize(7360, 4912));
     QImage tooLarge(10001, 10000, QImage::Format_Mono); // little memory, many pixels
     tooLarge.fill(0);
-    const QByteArray bytes = encoded(tooLarge, "PNG");
+    const QByteArray bytes = Pictures::encoded(tooLarge, "PNG");
     ASSERT_LT(bytes.size(), ArtworkImage::kMaximumBytes);
     EXPECT_FALSE(ArtworkImage::normalizedArtworkData(bytes)) << "a PNG is not decoded, but it is measured";
     EXPECT_TRUE(ArtworkImage::decoded(bytes).isNull());
@@ -96,9 +65,8 @@ TEST_F(ArtworkTest, TakesLargePicturesUpToTheLimit)
 
 TEST_F(ArtworkTest, PutsWhatIsTransparentOnWhite)
 {
-    QImage clear(8, 8, QImage::Format_ARGB32);
-    clear.fill(Qt::transparent);
-    const std::optional<QByteArray> jpeg = ArtworkImage::normalizedArtworkData(encoded(clear, "XPM"));
+    const std::optional<QByteArray> jpeg =
+        ArtworkImage::normalizedArtworkData(Pictures::plain({8, 8}, 0x00000000, "XPM"));
     ASSERT_TRUE(jpeg);
     EXPECT_GT(qGray(QImage::fromData(*jpeg).pixel(4, 4)), 250);
 }
@@ -119,7 +87,7 @@ TEST_F(ArtworkTest, WritesThePictureAndShowsIt)
     EXPECT_EQ(files.calls.first().artwork, png);
     EXPECT_EQ(files.calls.first().write.url, rows.first().url()) << "in the list's order";
     EXPECT_EQ(now(rows.first()).artworkData(), ArtworkData::intern(png));
-    EXPECT_EQ(now(rows.first()).artwork().size(), picture().size());
+    EXPECT_EQ(now(rows.first()).artwork().size(), QSize(40, 20));
     EXPECT_NE(now(rows.first()).metadataVersion().artwork, rows.first().metadataVersion().artwork);
     EXPECT_EQ(changes.size(), 1);
     EXPECT_EQ(told.last().first().toString(), QStringLiteral("artworkBatch"));
@@ -152,17 +120,13 @@ TEST_F(ArtworkTest, UndoBringsTheOldPicturesBack)
     fill(rows);
     files.presentTags = {{rows[0].url(), "former"}, {rows[1].url(), "other"}};
     reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        metadata.artworkData = ArtworkData::intern("old picture");
-        return std::optional(metadata);
+        return TagTexts::read(fallback, ArtworkData::intern("old picture"));
     };
     artwork().assignArtwork(png, ids(rows));
     settle();
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Присвоить обложку"));
     files.calls.clear();
-    history().undo();
-    settle();
+    undo();
     ASSERT_EQ(files.calls.size(), 2);
     EXPECT_EQ(files.calls[0].name + u' ' + QString::fromLatin1(files.calls[0].artwork),
               QStringLiteral("put back former"));
@@ -170,39 +134,29 @@ TEST_F(ArtworkTest, UndoBringsTheOldPicturesBack)
     EXPECT_EQ(now(rows[0]).artworkData(), ArtworkData::intern("old picture"));
     EXPECT_TRUE(now(rows[0]).artwork().isNull());
     files.calls.clear();
-    history().redo();
-    settle();
+    redo();
     EXPECT_EQ(files.calls.size(), 2);
 }
 
 TEST_F(ArtworkTest, UndoOfAPictureLeavesWhatWasWrittenAfterIt)
 {
     QList<Track> rows = tracks(2);
-    for (Track& row : rows)
-        row.setTagSource(Track::TagSource::Read);
     fill(rows);
     files.presentTags = {{rows[0].url(), "former"}, {rows[1].url(), "other"}};
     const AudioTags before = rows[0].tags();
-    reader = [before](const QUrl&, const AudioTags&) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = before;
-        return std::optional(metadata);
-    };
+    reader = [before](const QUrl&, const AudioTags&) { return TagTexts::read(before); };
     artwork().assignArtwork(png, {rows[0].id()});
     settle();
-    AudioTags house = before;
-    house.genre = QStringLiteral("House");
-    store->tagWriting().save(house, rows[0].id()); // no step of undo
+    type(rows[0], {{&AudioTags::genre, "House"}}); // no step of undo
     settle();
     files.calls.clear();
-    history().undo();
-    settle();
+    undo();
     ASSERT_EQ(files.calls.size(), 2);
     EXPECT_EQ(files.calls[0].name, QStringLiteral("put back"));
     EXPECT_EQ(files.calls[1].write.tags.genre, QStringLiteral("House"));
     EXPECT_EQ(files.calls[1].write.fields, TagFields(TagField::Genre));
     EXPECT_TRUE(files.calls[1].write.keepsOthers) << "the picture that came back stays";
-    EXPECT_EQ(now(rows[0]).tags(), house);
+    EXPECT_EQ(now(rows[0]).tags(), TagTexts::of({{&AudioTags::genre, "House"}}, before));
     EXPECT_FALSE(now(rows[0]).editedFields());
 }
 
@@ -247,11 +201,10 @@ TEST_F(ArtworkTest, TriesTwiceAndTellsTheFirstFailure)
             throw TagFileError(QStringLiteral("busy"), false);
     };
     artwork().assignArtwork(png, ids(rows));
-    settle();
-    while (executor.pendingCount() > 0 || !workspace().artworkWritingIDs().isEmpty()) {
-        clock.advance(async::seconds(0.12));
+    do {
         settle();
-    }
+        clock.advance(async::seconds(0.12));
+    } while (executor.pendingCount() > 0 || !workspace().artworkWritingIDs().isEmpty());
     EXPECT_EQ(files.calls.size(), 5) << "one twice and well, one twice in vain, one at once";
     EXPECT_EQ(now(rows.at(0)).artworkData(), ArtworkData::intern(png));
     EXPECT_TRUE(now(rows.at(1)).artworkData().isNull());

@@ -1,8 +1,6 @@
 #include "support/SortRows.h"
 #include "support/StoreFixture.h"
 
-#include <QSignalSpy>
-
 namespace {
 
 Track liked(const SortRow& row, const QString& path = QStringLiteral("/m/x.mp3"))

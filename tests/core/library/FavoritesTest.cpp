@@ -1,12 +1,7 @@
-#include "core/library/removal/Removal.h"
 #include "support/StoreFixture.h"
-
-#include <QSignalSpy>
 
 class FavoritesTest : public StoreFixture {
 protected:
-    ~FavoritesTest() override { clock.advance(async::seconds(60)); }
-
     Favorites& favorites() { return store->favorites(); }
     const Track star = favorite(QStringLiteral("star.mp3"));
     const Track plain = track(QStringLiteral("plain.mp3"));
@@ -119,17 +114,10 @@ TEST_F(FavoritesTest, RowsThatLeaveTheViewLeaveTheSelection)
 
 TEST_F(FavoritesTest, FiltersByGenre)
 {
-    const auto tagged = [](const QString& name, const QString& genre) {
-        Track track = favorite(name);
-        AudioTags tags = track.tags();
-        tags.genre = genre;
-        track.replaceTags(tags);
-        return track;
-    };
-    const Track house = tagged(QStringLiteral("1.mp3"), QStringLiteral("House"));
-    const Track lower = tagged(QStringLiteral("2.mp3"), QStringLiteral("house"));
-    const Track spaced = tagged(QStringLiteral("3.mp3"), QStringLiteral("House "));
-    const Track blank = tagged(QStringLiteral("4.mp3"), QStringLiteral(" \n"));
+    const Track house = TagTexts::on(favorite(QStringLiteral("1.mp3")), {{&AudioTags::genre, "House"}});
+    const Track lower = TagTexts::on(favorite(QStringLiteral("2.mp3")), {{&AudioTags::genre, "house"}});
+    const Track spaced = TagTexts::on(favorite(QStringLiteral("3.mp3")), {{&AudioTags::genre, "House "}});
+    const Track blank = TagTexts::on(favorite(QStringLiteral("4.mp3")), {{&AudioTags::genre, " \n"}});
     fill({house, lower, spaced, blank});
     workspace().setActiveTab(LibraryTab::Favorites);
     workspace().setSelection(ids({house, lower}), lower.id());

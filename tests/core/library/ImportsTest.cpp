@@ -1,21 +1,9 @@
 #include "support/StoreFixture.h"
 
-#include "async/MainQueue.h"
-#include "core/library/removal/Removal.h"
-
-#include <QDir>
-#include <QFile>
-#include <QSignalSpy>
 #include <sys/stat.h>
 
 class ImportsTest : public StoreFixture {
 protected:
-    ~ImportsTest() override
-    {
-        settle();
-        clock.advance(async::seconds(60));
-    }
-
     Imports& imports() { return store->imports(); }
     QUrl root() const { return FileURL::fromPath(folder.path()); }
     QStringList names(const TrackList& list) const
@@ -66,8 +54,7 @@ TEST_F(ImportsTest, AFileThatComesFromElsewhereBetweenTheSlicesGetsNoSecondRow)
     imports().importURLs({root()}, [&](const Imports::Outcome& outcome) { answered = outcome.ids; });
     executor.runOne();
     ASSERT_EQ(workspace().tracks().size(), 200);
-    history().undo();
-    settle();
+    undo();
     EXPECT_EQ(workspace().tracks().size(), 250);
     EXPECT_EQ(answered.size(), 250);
     EXPECT_TRUE(workspace().tracks().contains(late.id()));

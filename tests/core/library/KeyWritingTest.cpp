@@ -1,5 +1,3 @@
-#include "async/MainQueue.h"
-#include "core/library/keys/Keys.h"
 #include "support/StoreFixture.h"
 
 namespace {
@@ -27,12 +25,7 @@ protected:
 
     static Track read(const QString& path)
     {
-        Track row = track(path);
-        AudioTags tags;
-        tags.title = QStringLiteral("Older");
-        row.replaceTags(tags);
-        row.setTagSource(Track::TagSource::Read);
-        return row;
+        return TagTexts::on(StoreFixture::read(path), {{&AudioTags::title, "Older"}});
     }
     void put(List list, const QList<Track>& rows) { workspace().setList(list, rows); }
     Track row(int place) { return workspace().keyAnalysisTracks().at(place); }
@@ -65,10 +58,7 @@ TEST_F(KeyWritingTest, changesTheKeyAloneInEveryRowOfTheFile)
 
 TEST_F(KeyWritingTest, tellsWhatWasLeftOut)
 {
-    files.before = [](const FakeTagFiles::Call& call) {
-        if (call.write.url.path().endsWith(QStringLiteral("a.mp3")))
-            throw TagFileError(QStringLiteral("full"), false);
-    };
+    files.fail("full", row(0).url());
     write();
     EXPECT_EQ(statusText(), QStringLiteral("Тональность сохранена: 1 · пропущено: 1"));
     for (const List list : {List::Library, List::Analysis, List::MusicalKey})
@@ -83,14 +73,9 @@ TEST_F(KeyWritingTest, tellsWhatWasLeftOut)
 
 TEST_F(KeyWritingTest, aKeyTypedInTheMainListStays)
 {
-    const auto type = [this](const QString& key) {
-        const Track row = workspace().tracks().at(0);
-        AudioTags tags = row.tags();
-        tags.musicalKey = key;
-        store->tagWriting().save(tags, row.id());
-    };
-    files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("full"), false); };
-    type(QStringLiteral("1A"));
+    const auto typeKey = [this](const char* key) { type(workspace().tracks().at(0), {{&AudioTags::musicalKey, key}}); };
+    files.fail("full");
+    typeKey("1A");
     settle();
     write();
     EXPECT_EQ(keyIn(List::Library), QStringLiteral("1A"));
@@ -102,7 +87,7 @@ TEST_F(KeyWritingTest, aKeyTypedInTheMainListStays)
     bool isTyped = false;
     files.before = [&](const FakeTagFiles::Call&) {
         if (!std::exchange(isTyped, true))
-            type(QStringLiteral("7B")); // while the first of the two files is written
+            typeKey("7B"); // while the first of the two files is written
     };
     write();
     EXPECT_EQ(keyIn(List::Library), QStringLiteral("7B"));
@@ -120,11 +105,9 @@ TEST_F(KeyWritingTest, saysWhenThereIsNothingToWrite)
 
 TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
 {
-    Track session = track(QStringLiteral("a.mp3"));
-    AudioTags tags;
-    tags.year = QStringLiteral("1999");
-    tags.albumArtist = QStringLiteral("From an earlier run");
-    session.replaceTags(tags);
+    const Track session = TagTexts::on(
+        track(QStringLiteral("a.mp3")),
+        {{&AudioTags::title, ""}, {&AudioTags::year, "1999"}, {&AudioTags::albumArtist, "From an earlier run"}});
     put(List::Library, {session});
     Track unread = row(1);
     unread.setTagSource(Track::TagSource::Guessed);
@@ -142,9 +125,7 @@ TEST_F(KeyWritingTest, rowsThatWereNeverReadLearnTheirOwnTags)
     }
 
     // A later edit of the row is written in full.
-    AudioTags edited = now(session).tags();
-    edited.genre = QStringLiteral("House");
-    store->tagWriting().save(edited, session.id());
+    type(session, {{&AudioTags::genre, "House"}});
     settle();
     ASSERT_EQ(files.calls.size(), 3);
     EXPECT_TRUE(files.calls[2].write.fields.testFlag(TagField::Year));

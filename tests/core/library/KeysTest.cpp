@@ -1,11 +1,4 @@
-#include "core/library/keys/Keys.h"
-
-#include "async/MainQueue.h"
-#include "core/library/files/FileEvents.h"
-#include "core/library/removal/Removal.h"
 #include "support/StoreFixture.h"
-
-#include <QFile>
 
 #include <stdexcept>
 
@@ -126,8 +119,7 @@ TEST_F(KeysTest, rowsThatLeaveTheSectionLeaveTheQueue)
     EXPECT_EQ(keyURLs, QList<QUrl>({a.url(), c.url()}));
 
     store->removal().removeFromMusicalKeyAnalysis(ids({c}));
-    history().undo();
-    settle();
+    undo();
     EXPECT_TRUE(workspace().keyAnalysisTracks().contains(c.id()));
     EXPECT_EQ(states(), QStringLiteral("nnd")) << "comes back with its key";
 }

@@ -2,15 +2,6 @@
 
 #include "core/library/reading/MetadataBatch.h"
 
-TEST_F(StoreFixture, BatchSizesFollowTheNumberOfFiles)
-{
-    for (const auto& [items, first, further] :
-         {std::tuple{1, 50, 50}, {399, 50, 50}, {400, 40, 250}, {9999, 40, 250}}) {
-        EXPECT_EQ(MetadataBatch::sizes(items).first, first) << items;
-        EXPECT_EQ(MetadataBatch::sizes(items).further, further) << items;
-    }
-}
-
 TEST_F(StoreFixture, AppliesABatchByID)
 {
     const Track a = track(QStringLiteral("a.mp3"));

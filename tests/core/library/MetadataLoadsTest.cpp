@@ -1,9 +1,5 @@
 #include "support/StoreFixture.h"
 
-#include "async/MainQueue.h"
-
-#include <QSignalSpy>
-
 class MetadataLoadsTest : public StoreFixture {
 protected:
     MetadataLoadsTest()
@@ -11,24 +7,12 @@ protected:
         reader = [](const QUrl& url, const AudioTags& fallback) -> std::optional<LoadedTrackMetadata> {
             if (url.path().contains(QLatin1StringView("broken")))
                 return std::nullopt;
-            LoadedTrackMetadata read;
-            read.tags = fallback;
-            read.tags.genre = QStringLiteral("House");
+            LoadedTrackMetadata read = TagTexts::read(TagTexts::of({{&AudioTags::genre, "House"}}, fallback));
             read.duration = 60;
             read.format = QStringLiteral("MP3");
             return read;
         };
     }
-    ~MetadataLoadsTest() override { clock.advance(async::seconds(60)); }
-
-    QList<Track> many(int count)
-    {
-        QList<Track> tracks;
-        for (int i = 0; i < count; ++i)
-            tracks.append(track(QStringLiteral("%1.mp3").arg(i)));
-        return tracks;
-    }
-
     /// Sizes of the batches in which the results reach the list.
     QList<int> batches(const QList<Track>& tracks)
     {
@@ -46,15 +30,15 @@ protected:
 
 TEST_F(MetadataLoadsTest, ResultsComeInBatches)
 {
-    EXPECT_EQ(batches(many(120)), QList<int>({50, 50, 20}));
-    EXPECT_EQ(batches(many(399)), QList<int>({50, 50, 50, 50, 50, 50, 50, 49}));
-    EXPECT_EQ(batches(many(400)), QList<int>({40, 250, 110}));
+    EXPECT_EQ(batches(numbered(120)), QList<int>({50, 50, 20}));
+    EXPECT_EQ(batches(numbered(399)), QList<int>({50, 50, 50, 50, 50, 50, 50, 49}));
+    EXPECT_EQ(batches(numbered(400)), QList<int>({40, 250, 110}));
     EXPECT_EQ(store->imports().metadataLoadOperationCount(), 0);
 }
 
 TEST_F(MetadataLoadsTest, ABatchIsOneChangeAndOneRevision)
 {
-    const QList<Track> tracks = many(30);
+    const QList<Track> tracks = numbered(30);
     fill(tracks);
     const int revision = workspace().playlistAnalysisRevision();
     QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
@@ -67,7 +51,7 @@ TEST_F(MetadataLoadsTest, ABatchIsOneChangeAndOneRevision)
 
 TEST_F(MetadataLoadsTest, TheFocusedTrackIsReadFirst)
 {
-    const QList<Track> tracks = many(5);
+    const QList<Track> tracks = numbered(5);
     fill(tracks);
     workspace().setSelection({}, tracks[3].id());
     store->imports().scheduleMetadataLoads(tracks, Track::MetadataDestination::Library);
@@ -78,7 +62,7 @@ TEST_F(MetadataLoadsTest, TheFocusedTrackIsReadFirst)
 
 TEST_F(MetadataLoadsTest, TwoReadsAtOnceOverAllLoads)
 {
-    const QList<Track> tracks = many(100);
+    const QList<Track> tracks = numbered(100);
     fill(tracks);
     workspace().setList(Track::MetadataDestination::Analysis,
                         {track(QStringLiteral("x.mp3")), track(QStringLiteral("y.mp3"))});
@@ -117,7 +101,7 @@ TEST_F(MetadataLoadsTest, AReadThatThrowsStopsNoOther)
             throw std::bad_alloc();
         return good(url, fallback);
     };
-    const QList<Track> tracks = many(70);
+    const QList<Track> tracks = numbered(70);
     EXPECT_EQ(batches(tracks), QList<int>({50, 19}));
     EXPECT_EQ(now(tracks[7]).duration(), 0);
     EXPECT_EQ(store->imports().metadataLoadOperationCount(), 0);
@@ -129,11 +113,7 @@ TEST_F(MetadataLoadsTest, AnEditDuringTheReadStays)
     fill({edited});
     store->imports().scheduleMetadataLoads({edited}, Track::MetadataDestination::Library);
     async::MainQueue::drain();
-    Track typed = edited;
-    AudioTags tags = typed.tags();
-    tags.genre = QStringLiteral("Techno");
-    typed.replaceTags(tags);
-    fill({typed});
+    fill({TagTexts::on(edited, {{&AudioTags::genre, "Techno"}})});
     settle();
     EXPECT_EQ(now(edited).tags().genre, QStringLiteral("Techno"));
     EXPECT_EQ(now(edited).duration(), 60) << "facts still arrive";
@@ -141,7 +121,7 @@ TEST_F(MetadataLoadsTest, AnEditDuringTheReadStays)
 
 TEST_F(MetadataLoadsTest, NothingFillsInWhileTheListScrolls)
 {
-    const QList<Track> tracks = many(600);
+    const QList<Track> tracks = numbered(600);
     fill(tracks);
     QSet<TrackID> withoutTempo = ids(tracks);
     withoutTempo.subtract(ids(tracks.first(20)));
@@ -185,7 +165,7 @@ TEST_F(MetadataLoadsTest, NothingFillsInWhileTheListScrolls)
 
 TEST_F(MetadataLoadsTest, ReadingEndsThoughTheListScrollsAgainBehindTheLastResult)
 {
-    const QList<Track> tracks = many(20);
+    const QList<Track> tracks = numbered(20);
     fill(tracks);
     store->order().setPlaylistScrolling(true);
     store->imports().scheduleMetadataLoads(tracks, Track::MetadataDestination::Library);
@@ -203,7 +183,7 @@ TEST_F(MetadataLoadsTest, ReadingEndsThoughTheListScrollsAgainBehindTheLastResul
 
 TEST_F(MetadataLoadsTest, AStoreThatDiesDuringAReadIsLeftAlone)
 {
-    const QList<Track> tracks = many(60);
+    const QList<Track> tracks = numbered(60);
     fill(tracks);
     store->imports().scheduleMetadataLoads(tracks, Track::MetadataDestination::Library);
     async::MainQueue::drain();

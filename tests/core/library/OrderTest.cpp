@@ -4,7 +4,6 @@
 #include "core/library/order/TrackSorter.h"
 
 #include <QRandomGenerator>
-#include <QSignalSpy>
 
 using Field = TrackSortField;
 using Direction = TrackSortDirection;

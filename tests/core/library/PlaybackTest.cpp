@@ -56,13 +56,3 @@ TEST_F(PlaybackTest, GoesOnBehindWhatIsRemoved)
     playback().continuePlaybackAfterRemoving(ids(rows), rows);
     EXPECT_EQ(player.stops, 0) << "nobody to ask";
 }
-
-TEST_F(PlaybackTest, KeepsWhatThePlayerTells)
-{
-    EXPECT_FALSE(playback().isPlaying());
-    playback().playbackStateDidChange(true, a.id());
-    EXPECT_TRUE(playback().isPlaying());
-    EXPECT_EQ(playback().currentTrackID(), a.id());
-    playback().playbackStateDidChange(false, std::nullopt);
-    EXPECT_FALSE(playback().isPlaying() || playback().currentTrackID());
-}

@@ -1,12 +1,6 @@
-#include "core/library/removal/Removal.h"
-
-#include "async/MainQueue.h"
-#include "core/library/files/FileEvents.h"
 #include "core/library/files/FileLocks.h"
+#include "support/FolderTrashCan.h"
 #include "support/StoreFixture.h"
-
-#include <QDir>
-#include <QSignalSpy>
 
 using List = Track::MetadataDestination;
 using Case = TrashError::Case;
@@ -14,16 +8,13 @@ using Case = TrashError::Case;
 /// Rows whose files go to the Trash.
 class RemovalTrashTest : public StoreFixture {
 protected:
-    ~RemovalTrashTest() override { clock.advance(async::seconds(60)); }
-
     Removal& removal() { return store->removal(); }
+    QStringList listed() { return titles(workspace().tracks().rows()); }
     QString lastError() const { return store->workspace().lastError().value_or(QString()); }
     void undoAll()
     {
-        while (history().canUndo()) {
-            history().undo();
-            settle();
-        }
+        while (history().canUndo())
+            undo();
     }
 
     const Track a = track(QStringLiteral("a.mp3"));
@@ -54,7 +45,7 @@ TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
     EXPECT_EQ(trashCan.asked, (QList<QUrl>{a.url(), star.url()})) << "in list order";
     EXPECT_EQ(steps, (QStringList{QStringLiteral("0/2"), QStringLiteral("1/2"), QStringLiteral("2/2"),
                                   QStringLiteral("0/0")}));
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({b, c}));
+    EXPECT_EQ(listed(), titles({b, c}));
     EXPECT_TRUE(workspace().analysisTracks().isEmpty()) << "a file that is gone has no row anywhere";
     EXPECT_EQ(changes.size(), 1);
     EXPECT_EQ(told.size(), 1);
@@ -62,9 +53,8 @@ TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
     EXPECT_EQ(workspace().selectedIDs(), ids({c}));
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 2"));
 
-    history().undo();
-    settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, star, b, c}));
+    undo();
+    EXPECT_EQ(listed(), titles({a, star, b, c}));
     EXPECT_TRUE(now(star).isFavorite());
     EXPECT_EQ(ids(workspace().analysisTracks().rows()), ids({copy}));
     EXPECT_EQ(trashCan.restored, (QList<QByteArray>{"/music/a.mp3", "/music/star.mp3"})) << "each file once";
@@ -78,7 +68,7 @@ TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
     trashCan.errors = {{a.url(), Case::noPermission}, {c.url(), Case::noSuchFile}};
     removal().trashTracks(ids({a, b, c}));
     settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, c}));
+    EXPECT_EQ(listed(), titles({a, c}));
     EXPECT_EQ(lastError(), QStringLiteral("Нет прав на перемещение файла a.mp3."));
     EXPECT_EQ(workspace().lastErrorTitle(), QStringLiteral("Не удалось переместить в Корзину"));
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 1"));
@@ -86,32 +76,25 @@ TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
     removal().trashTracks(ids({a, c}));
     settle();
     EXPECT_TRUE(statusText().isEmpty());
-    history().undo();
-    settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}))
-        << "a step that came to nothing is not in the way";
+    undo();
+    EXPECT_EQ(listed(), titles({a, b, c})) << "a step that came to nothing is not in the way";
 }
 
 TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
 {
-    const struct {
-        Case reason;
-        QString error;
-    } cases[] = {
-        {Case::fileExists, QStringLiteral("Не удалось восстановить «b.mp3»: На месте файла b.mp3 уже стоит другой "
-                                          "файл.")},
-        {Case::noSuchFile, QStringLiteral("Не удалось восстановить «b.mp3»: Файл b.mp3 не найден.")},
+    const std::pair<Case, QString> cases[] = {
+        {Case::fileExists, QStringLiteral("На месте файла b.mp3 уже стоит другой файл.")},
+        {Case::noSuchFile, QStringLiteral("Файл b.mp3 не найден.")},
     };
-    for (const auto& each : cases) {
+    for (const auto& [reason, error] : cases) {
         fill({a, b, c});
         trashCan.errors.clear();
         removal().trashTracks(ids({a, b, c}));
         settle();
-        trashCan.errors = {{b.url(), each.reason}};
-        history().undo();
-        settle();
-        EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, c}));
-        EXPECT_EQ(lastError(), each.error);
+        trashCan.errors = {{b.url(), reason}};
+        undo();
+        EXPECT_EQ(listed(), titles({a, c}));
+        EXPECT_EQ(lastError(), QStringLiteral("Не удалось восстановить «b.mp3»: ") + error);
         EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2"));
         EXPECT_FALSE(history().canUndo()) << "the step is used up";
     }
@@ -140,9 +123,7 @@ TEST_F(RemovalTrashTest, AFilesPathStaysLockedUntilItsRowIsGone)
 {
     Track edited = a;
     edited.setTagSource(Track::TagSource::Read);
-    AudioTags tags = edited.tags();
-    tags.genre = QStringLiteral("House");
-    edited.edit(tags, TagField::Genre);
+    edited.edit(TagTexts::of({{&AudioTags::genre, "House"}}, a.tags()), TagField::Genre);
     fill({edited, b, c, star});
     removal().trashTracks(ids({a, b, c, star})); // enough for a write that did not wait
     executor.runOne();
@@ -156,7 +137,7 @@ TEST_F(RemovalTrashTest, AFilesPathStaysLockedUntilItsRowIsGone)
     EXPECT_TRUE(lastError().isEmpty());
     files.before = {};
     undoAll();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c, star}));
+    EXPECT_EQ(listed(), titles({a, b, c, star}));
 }
 
 TEST_F(RemovalTrashTest, WhoeverHoldsAFileHearsOfItsMoves)
@@ -185,27 +166,24 @@ TEST_F(RemovalTrashTest, UndoWaitsForTheMoveThatIsUnderWay)
     history().undo();
     EXPECT_FALSE(history().canUndo()) << "what was done before it has to wait";
     settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
+    EXPECT_EQ(listed(), titles({a, b}));
     EXPECT_TRUE(trashCan.held.isEmpty());
     undoAll();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+    EXPECT_EQ(listed(), titles({a, b, c}));
 
     // If nothing of it went, an older step is not taken for it.
     trashCan.errors = {{a.url(), Case::unavailable}};
     removal().removeTracksFromPlaylist(ids({c}));
     removal().trashTracks(ids({a}));
-    history().undo();
-    settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
+    undo();
+    EXPECT_EQ(listed(), titles({a, b}));
     undoAll();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, c}));
+    EXPECT_EQ(listed(), titles({a, b, c}));
 }
 
 TEST_F(RemovalTrashTest, RowsComeBackWithTheirFiles)
 {
-    QList<Track> rows;
-    for (int number = 0; number < 20; ++number)
-        rows.append(track(QStringLiteral("%1.mp3").arg(number)));
+    const QList<Track> rows = numbered(20);
     fill(rows);
     removal().trashTracks(ids(rows));
     settle();
@@ -218,7 +196,7 @@ TEST_F(RemovalTrashTest, RowsComeBackWithTheirFiles)
     }
     EXPECT_FALSE(workspace().tracks().isEmpty());
     settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
+    EXPECT_EQ(listed(), titles(rows));
     EXPECT_TRUE(!history().canUndo());
     EXPECT_FALSE(history().isBusy());
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 20"));
@@ -226,9 +204,7 @@ TEST_F(RemovalTrashTest, RowsComeBackWithTheirFiles)
 
 TEST_F(RemovalTrashTest, ARoundOfMovesCanBeStopped)
 {
-    QList<Track> rows;
-    for (int number = 0; number < 10; ++number)
-        rows.append(track(QStringLiteral("%1.mp3").arg(number)));
+    const QList<Track> rows = numbered(10);
     fill(rows);
     removal().trashTracks(ids(rows));
     for (int file = 0; file < 3; ++file)
@@ -249,14 +225,13 @@ TEST_F(RemovalTrashTest, ARoundOfMovesCanBeStopped)
     EXPECT_FALSE(history().isBusy());
     history().undo(); // and the rest
     settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
+    EXPECT_EQ(listed(), titles(rows));
     EXPECT_TRUE(!history().canUndo());
 }
 
 TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)
 {
-    Track edited = favorite(QStringLiteral("edited.mp3"));
-    edited.setTagSource(Track::TagSource::Read);
+    const Track edited = read(QStringLiteral("edited.mp3"));
     fill({edited});
     store->tagWriting().assignGenre(QStringLiteral("House"), ids({edited}));
     settle();
@@ -282,9 +257,8 @@ TEST_F(RemovalTrashTest, TheTrashGoesBeforeLaterEditsButNotBeforeLaterRemovals)
     removal().removeTracksFromPlaylist(ids({star}));
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Убрать из плейлиста"));
     history().undo();
-    history().undo();
-    settle();
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b, star}));
+    undo();
+    EXPECT_EQ(listed(), titles({a, b, star}));
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить избранное"));
 }
 
@@ -298,11 +272,11 @@ TEST_F(RemovalTrashTest, DuplicatesAreLookedUpInTheirOwnList)
     settle();
     EXPECT_EQ(trashCan.asked, QList<QUrl>{b.url()}) << "not the playlist's row";
     EXPECT_EQ(ids(workspace().duplicateTracks().rows()), ids({c}));
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a}));
+    EXPECT_EQ(listed(), titles({a}));
     EXPECT_EQ(player.current, c.id()) << "on in the duplicates as they were";
     undoAll();
     EXPECT_EQ(ids(workspace().duplicateTracks().rows()), ids({twin, c}));
-    EXPECT_EQ(titles(workspace().tracks().rows()), titles({a, b}));
+    EXPECT_EQ(listed(), titles({a, b}));
 }
 
 TEST_F(RemovalTrashTest, AnEndInTheMiddleMovesNothingMore)
@@ -315,27 +289,9 @@ TEST_F(RemovalTrashTest, AnEndInTheMiddleMovesNothingMore)
     EXPECT_LE(trashCan.asked.size(), 2) << "at most the one that had begun";
 }
 
-namespace {
-
-/// The real Trash below a temporary home.
-class HomeTrashCan final : public TrashCan {
-public:
-    explicit HomeTrashCan(const QString& folder)
-        : m_trash(folder.toUtf8())
-    {
-    }
-    TrashedItem moveToTrash(const QUrl& url) override { return m_trash.moveToTrash(url.toLocalFile()); }
-    void restore(const TrashedItem& item) override { Trash::restore(item); }
-
-private:
-    Trash m_trash;
-};
-
-} // namespace
-
 TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
 {
-    HomeTrashCan can(folder.filePath(QStringLiteral("Trash")));
+    FolderTrashCan can(folder.filePath(QStringLiteral("Trash")));
     useTrashCan(can);
     const auto contents = [](const QUrl& url) {
         QFile read(url.toLocalFile());
@@ -358,17 +314,15 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
         EXPECT_EQ(contents(first.url()), "none");
         EXPECT_EQ(trashed.entryList(QDir::Files).size(), 2);
         EXPECT_TRUE(workspace().tracks().isEmpty());
-        history().undo();
-        settle();
+        undo();
         EXPECT_EQ(contents(first.url()), "first");
-        EXPECT_EQ(titles(workspace().tracks().rows()), titles({first, second}));
+        EXPECT_EQ(listed(), titles({first, second}));
     }
     removal().trashTracks(ids({first, second}));
     settle();
     write(first.url(), "newcomer");
     EXPECT_TRUE(QFile::remove(trashed.filePath(QStringLiteral("two.mp3")))) << "the Trash is emptied of it";
-    history().undo();
-    settle();
+    undo();
     EXPECT_EQ(contents(first.url()), "newcomer");
     EXPECT_EQ(trashed.entryList(QDir::Files), QStringList{QStringLiteral("один.mp3")}) << "left alone";
     EXPECT_TRUE(workspace().tracks().isEmpty());

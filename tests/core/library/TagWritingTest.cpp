@@ -1,22 +1,12 @@
 #include "support/StoreFixture.h"
 
-#include <QSignalSpy>
-
 class TagWritingTest : public StoreFixture {
 protected:
-    ~TagWritingTest() override { clock.advance(async::seconds(60)); }
-
-    static Track read(Track track)
+    static Track plainRow()
     {
-        track.setTagSource(Track::TagSource::Read);
-        return track;
-    }
-    static Track withTag(Track track, QString AudioTags::*field, const QString& value)
-    {
-        AudioTags tags = track.tags();
-        tags.*field = value;
-        track.replaceTags(tags);
-        return track;
+        Track row = track(QStringLiteral("plain.mp3"));
+        row.setTagSource(Track::TagSource::Read);
+        return row;
     }
     TagWriting& writing() { return store->tagWriting(); }
     /// What has been written until now.
@@ -29,9 +19,9 @@ protected:
         return writes;
     }
 
-    const Track one = read(favorite(QStringLiteral("one.mp3")));
-    const Track two = withTag(read(favorite(QStringLiteral("two.mp3"))), &AudioTags::genre, QStringLiteral("House"));
-    const Track plain = read(track(QStringLiteral("plain.mp3")));
+    const Track one = read(QStringLiteral("one.mp3"));
+    const Track two = TagTexts::on(read(QStringLiteral("two.mp3")), {{&AudioTags::genre, "House"}});
+    const Track plain = plainRow();
 };
 
 TEST_F(TagWritingTest, AssignsTheTrimmedValueToFavorites)
@@ -66,72 +56,44 @@ TEST_F(TagWritingTest, AssignsTheTrimmedValueToFavorites)
 
 TEST_F(TagWritingTest, SaysWhatItDid)
 {
-    struct Case {
-        const char* name;
-        std::function<void(TagWriting&, const QSet<TrackID>&)> act;
-        QList<Track> targets;
-        QString status;
-        WorkspaceStatus::Tone tone;
-        QString undoName;
-    };
     using Tone = WorkspaceStatus::Tone;
-    const Case cases[] = {
-        {"comment",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignComment(QStringLiteral("prime"), t); },
-         {one},
-         QStringLiteral("Комментарий «prime» присвоен: 1"),
-         Tone::Success,
-         QStringLiteral("Присвоить комментарий")},
-        {"album",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignAlbum(QStringLiteral("#WARM UP"), t); },
-         {one, two},
-         QStringLiteral("Альбом «#WARM UP» присвоен: 2"),
-         Tone::Success,
-         QStringLiteral("Изменить альбом")},
-        {"album away",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignAlbum(QStringLiteral(" "), t); },
-         {one},
-         QStringLiteral("Альбом очищен: 1"),
-         Tone::Success,
-         QString()},
-        {"no favourite",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.assignGenre(QStringLiteral("Pop"), t); },
-         {plain},
-         QStringLiteral("Выберите трек в «Избранном»"),
-         Tone::Warning,
-         QString()},
-        {"genre away",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearGenres(t); },
-         {one, two},
-         QStringLiteral("Жанр очищен: 1"),
-         Tone::Success,
-         QStringLiteral("Очистить жанр")},
-        {"genre empty",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearGenres(t); },
-         {one},
-         QStringLiteral("У выбранных треков жанр уже пуст"),
-         Tone::Warning,
-         QString()},
-        {"comment empty",
-         [&](TagWriting& w, const QSet<TrackID>& t) { w.clearComments(t); },
-         {one},
-         QStringLiteral("У выбранных треков комментарий уже пуст"),
-         Tone::Warning,
-         QString()},
+    constexpr auto kGenre = &TagWriting::assignGenre;
+    constexpr auto kComment = &TagWriting::assignComment;
+    constexpr auto kAlbum = &TagWriting::assignAlbum;
+    const struct {
+        decltype(kGenre) assign;
+        const char* value; ///< empty: a command of its own clears the field
+        QList<Track> targets;
+        const char* status;
+        Tone tone;
+        const char* undoName;
+    } cases[] = {
+        {kComment, "prime", {one}, "Комментарий «prime» присвоен: 1", Tone::Success, "Присвоить комментарий"},
+        {kAlbum, "#WARM UP", {one, two}, "Альбом «#WARM UP» присвоен: 2", Tone::Success, "Изменить альбом"},
+        {kAlbum, " ", {one}, "Альбом очищен: 1", Tone::Success, ""},
+        {kGenre, "Pop", {plain}, "Выберите трек в «Избранном»", Tone::Warning, ""},
+        {kGenre, "", {one, two}, "Жанр очищен: 1", Tone::Success, "Очистить жанр"},
+        {kGenre, "", {one}, "У выбранных треков жанр уже пуст", Tone::Warning, ""},
+        {kComment, "", {one}, "У выбранных треков комментарий уже пуст", Tone::Warning, ""},
     };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.name);
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.status);
         fill({});
         fill({one, two, plain});
         history().clear();
         files.calls.clear();
-        test.act(writing(), ids(test.targets));
-        const bool isWritten = !test.undoName.isEmpty();
-        EXPECT_EQ(statusText() == test.status, !isWritten) << "no success before the files hold it";
+        if (*test.value)
+            (writing().*test.assign)(QString::fromUtf8(test.value), ids(test.targets));
+        else
+            (writing().*
+             (test.assign == kGenre ? &TagWriting::clearGenres : &TagWriting::clearComments))(ids(test.targets));
+        const QString status = QString::fromUtf8(test.status);
+        const bool isWritten = *test.undoName;
+        EXPECT_EQ(statusText() == status, !isWritten) << "no success before the files hold it";
         EXPECT_EQ(written().isEmpty(), !isWritten) << "nothing changed, nothing written";
-        EXPECT_EQ(statusText(), test.status);
+        EXPECT_EQ(statusText(), status);
         EXPECT_EQ(workspace().workspaceStatus()->tone, test.tone);
-        EXPECT_EQ(history().undoActionName(), test.undoName);
+        EXPECT_EQ(history().undoActionName(), QString::fromUtf8(test.undoName));
     }
 }
 
@@ -139,10 +101,7 @@ TEST_F(TagWritingTest, SaysWhatItDid)
 TEST_F(TagWritingTest, AnEditThatFailedIsWrittenWhenItIsGivenAgain)
 {
     fill({one, two, plain});
-    files.before = [&](const FakeTagFiles::Call& call) {
-        if (call.write.url == one.url())
-            throw TagFileError(QStringLiteral("disk full"), false);
-    };
+    files.fail("disk full", one.url());
     writing().assignGenre(QStringLiteral("Pop"), ids({one, two}));
     EXPECT_EQ(statusText(), QStringLiteral("Записываем жанр «Pop»: 2"));
     EXPECT_EQ(written().size(), 2);
@@ -169,7 +128,7 @@ TEST_F(TagWritingTest, AnEditThatFailedIsWrittenWhenItIsGivenAgain)
 
 TEST_F(TagWritingTest, AStoppedEditIsTakenBackWithoutAWriteWhereNothingWasWritten)
 {
-    const QList<Track> rows{one, two, read(favorite(QStringLiteral("three.mp3")))};
+    const QList<Track> rows{one, two, read(QStringLiteral("three.mp3"))};
     fill(rows);
     files.before = [&](const FakeTagFiles::Call&) { writing().saver().cancelBatches(); };
     writing().assignComment(QStringLiteral("prime"), ids(rows));
@@ -188,19 +147,13 @@ TEST_F(TagWritingTest, AStoppedEditIsTakenBackWithoutAWriteWhereNothingWasWritte
 TEST_F(TagWritingTest, AnAlbumLeavesAllElseInTheFileAlone)
 {
     Track unread = favorite(QStringLiteral("Guess - Name.mp3"));
-    reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        metadata.tags.album = QStringLiteral("Old");
-        return std::optional(metadata);
-    };
+    filesHold({{&AudioTags::album, "Old"}});
     files.held.hasPicture = true;
     fill({one, unread});
     writing().assignAlbum(QStringLiteral("Set"), ids({one, unread}));
     settle();
     EXPECT_FALSE(workspace().isAskingWhatSavesKeep()) << "nothing is taken away";
-    history().undo();
-    settle();
+    undo();
     QStringList albums;
     for (const FakeTagFiles::Call& call : std::as_const(files.calls)) {
         EXPECT_EQ(call.name, QStringLiteral("clean"));
@@ -214,10 +167,7 @@ TEST_F(TagWritingTest, AnAlbumLeavesAllElseInTheFileAlone)
 TEST_F(TagWritingTest, SavesChosenFieldsOfAnySelectionAsOneStep)
 {
     fill({one, two, plain});
-    AudioTags typed;
-    typed.album = QStringLiteral(" Set ");
-    typed.genre = QStringLiteral("House");
-    writing().saveFields(typed, TagField::Album | TagField::Genre, ids({one, two, plain}));
+    typeForAll({one, two, plain}, {{&AudioTags::album, " Set "}, {&AudioTags::genre, "House"}});
     EXPECT_EQ(now(plain).tags().album, QStringLiteral("Set")) << "trimmed, and no favourite is needed";
     EXPECT_EQ(now(plain).tags().title, plain.tags().title) << "not among the fields";
     EXPECT_EQ(written().size(), 3);
@@ -230,10 +180,9 @@ TEST_F(TagWritingTest, SavesChosenFieldsOfAnySelectionAsOneStep)
     history().clear();
     writing().saveFields(two.tags(), TagField::Genre, ids({two}));
     EXPECT_FALSE(history().canUndo()) << "nothing differs";
-    AudioTags none;
     preferences.keepsOtherTagEntriesAsked.set(true);
     files.held.isUnknown = true;
-    writing().saveFields(none, TagField::Year, ids({two}));
+    typeForAll({two}, {{&AudioTags::year, ""}});
     EXPECT_TRUE(history().canUndo()) << "a year that was never read may stand in the file";
     EXPECT_TRUE(written().last().fields.testFlag(TagField::Year));
 }
@@ -241,12 +190,8 @@ TEST_F(TagWritingTest, SavesChosenFieldsOfAnySelectionAsOneStep)
 TEST_F(TagWritingTest, AnUndoLeavesLaterEditsOfOtherFieldsAlone)
 {
     fill({one});
-    AudioTags typed;
-    typed.album = QStringLiteral("Set");
-    writing().saveFields(typed, TagField::Album, ids({one}));
-    AudioTags later = now(one).tags();
-    later.genre = QStringLiteral("Pop");
-    writing().save(later, one.id());
+    typeForAll({one}, {{&AudioTags::album, "Set"}});
+    type(one, {{&AudioTags::genre, "Pop"}});
     history().undo();
     EXPECT_TRUE(now(one).tags().album.isEmpty());
     EXPECT_EQ(now(one).tags().genre, QStringLiteral("Pop"));
@@ -268,16 +213,8 @@ TEST_F(TagWritingTest, PutsOriginalTagsBackWhereTheyAreKept)
     files.originals = {one.url(), plain.url()};
     EXPECT_TRUE(store->originalTags().canRestore(ids({one, two})));
     EXPECT_FALSE(store->originalTags().canRestore(ids({two})));
-    reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        metadata.tags.artist = QStringLiteral("as before");
-        return std::optional(metadata);
-    };
-    files.before = [&](const FakeTagFiles::Call& call) {
-        if (call.write.url == plain.url())
-            throw TagFileError(QStringLiteral("changed by another program"), false);
-    };
+    filesHold({{&AudioTags::artist, "as before"}});
+    files.fail("changed by another program", plain.url());
     store->originalTags().restore(ids({one, two, plain}));
     settle();
     EXPECT_EQ(now(one).tags().artist, QStringLiteral("as before"));
@@ -308,27 +245,19 @@ TEST_F(TagWritingTest, TakesARestoreBack)
         files.originals = {two.url()};
         if (isKept)
             files.presentTags = {{two.url(), "former"}};
-        QString artist = QStringLiteral("original");
-        reader = [&artist](const QUrl&, const AudioTags& fallback) {
-            LoadedTrackMetadata metadata;
-            metadata.tags = fallback;
-            metadata.tags.artist = artist;
-            return std::optional(metadata);
-        };
+        filesHold({{&AudioTags::artist, "original"}});
         store->originalTags().restore({inKeys.id()}); // as the key section offers it
         settle();
         EXPECT_EQ(now(two).tags().artist, QStringLiteral("original"));
         EXPECT_EQ(workspace().keyAnalysisTracks().at(0).tags().artist, QStringLiteral("original"));
         EXPECT_EQ(history().undoActionName(), QStringLiteral("Вернуть исходные теги"));
-        artist.clear();
-        history().undo();
-        settle();
+        reader = [](const QUrl&, const AudioTags&) { return LoadedTrackMetadata(); };
+        undo();
         EXPECT_EQ(files.calls.last().name, isKept ? QStringLiteral("put back") : QStringLiteral("write"));
         EXPECT_EQ(files.calls.last().artwork, isKept ? QByteArray("former") : QByteArray());
         EXPECT_TRUE(now(two).tags().artist.isEmpty());
-        artist = QStringLiteral("original");
-        history().redo();
-        settle();
+        filesHold({{&AudioTags::artist, "original"}});
+        redo();
         EXPECT_EQ(now(two).tags().artist, QStringLiteral("original"));
     }
 }
@@ -407,11 +336,7 @@ TEST_F(TagWritingTest, ARestoreGivesUpAnEditThatNeverCameToTheFile)
     };
     writing().assignGenre(QStringLiteral("Pop"), ids({one}));
     settle();
-    reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        return std::optional(metadata);
-    };
+    filesHold();
     store->originalTags().restore(ids({one}));
     settle();
     EXPECT_TRUE(now(one).tags().genre.isEmpty());
@@ -423,20 +348,10 @@ TEST_F(TagWritingTest, UndoBringsBackWhatTheFileHeld)
 {
     preferences.keepsOtherTagEntries.set(true);
     Track unread = favorite(QStringLiteral("Guess - Name.mp3"));
-    const auto inFile = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        metadata.tags.title = QStringLiteral("Real");
-        metadata.tags.genre = QStringLiteral("Old");
-        return std::optional(metadata);
-    };
+    filesHold({{&AudioTags::title, "Real"}, {&AudioTags::genre, "Old"}});
     files.held.unread.year = QStringLiteral("1999");
-    AudioTags typed;
-    typed.year = QStringLiteral("2020");
-    typed.title = QStringLiteral("Typed");
     for (const bool isWrittenBefore : {true, false}) {
         SCOPED_TRACE(isWrittenBefore);
-        reader = inFile;
         fill({});
         fill({unread});
         files.calls.clear();
@@ -444,12 +359,11 @@ TEST_F(TagWritingTest, UndoBringsBackWhatTheFileHeld)
         writing().assignGenre(QStringLiteral("House"), ids({unread}));
         if (isWrittenBefore)
             settle();
-        writing().saveFields(typed, TagField::Year | TagField::Title, ids({unread}));
+        typeForAll({unread}, {{&AudioTags::year, "2020"}, {&AudioTags::title, "Typed"}});
         if (isWrittenBefore)
             settle();
         history().undo();
-        history().undo();
-        settle();
+        undo();
         const Track after = now(unread);
         EXPECT_EQ(after.tags().genre, QStringLiteral("Old"));
         EXPECT_EQ(after.tags().title, QStringLiteral("Real"));
@@ -467,12 +381,7 @@ TEST_F(TagWritingTest, UndoBringsBackWhatTheFileHeld)
 TEST_F(TagWritingTest, ClearsAGenreThatTheRowDoesNotKnowOf)
 {
     const Track unread = favorite(QStringLiteral("Guess - Name.mp3"));
-    reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        metadata.tags.genre = QStringLiteral("Old");
-        return std::optional(metadata);
-    };
+    filesHold({{&AudioTags::genre, "Old"}});
     fill({unread});
     writing().clearGenres(ids({unread}));
     ASSERT_EQ(written().size(), 1);
@@ -482,29 +391,21 @@ TEST_F(TagWritingTest, ClearsAGenreThatTheRowDoesNotKnowOf)
 TEST_F(TagWritingTest, WritesInTheOrderOfTheList)
 {
     QList<Track> rows;
-    QStringList names;
-    for (int number = 0; number < 30; ++number) {
-        rows.append(read(favorite(QStringLiteral("%1.mp3").arg(number))));
-        names.append(rows.last().url().toString());
-    }
+    for (int number = 0; number < 30; ++number)
+        rows.append(read(QStringLiteral("%1.mp3").arg(number)));
     fill(rows);
     writing().assignGenre(QStringLiteral("House"), ids(rows));
-    QStringList order;
-    for (const TagWrite& write : written())
-        order.append(write.url.toString());
-    EXPECT_EQ(order, names);
+    settle();
+    ASSERT_EQ(files.calls.size(), 30);
+    for (int row = 0; row < 30; ++row)
+        EXPECT_EQ(files.calls[row].write.url, rows[row].url());
 }
 
 TEST_F(TagWritingTest, AnEditDuringARestoreStays)
 {
     fill({one});
     files.originals = {one.url()};
-    reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        metadata.tags.artist = QStringLiteral("original");
-        return std::optional(metadata);
-    };
+    filesHold({{&AudioTags::artist, "original"}});
     files.before = [&](const FakeTagFiles::Call& call) {
         if (call.name == QLatin1StringView("restore"))
             writing().assignGenre(QStringLiteral("Edit"), ids({one}));
@@ -517,21 +418,15 @@ TEST_F(TagWritingTest, AnEditDuringARestoreStays)
 // What stood there before is as it was.
 TEST_F(TagWritingTest, ATextThatFailedLeavesAnEarlierEditMarked)
 {
-    const auto writeTempo = [&](const QString& tempo, const QList<Track>& rows) {
-        TagWriting::FieldTexts edit{TagField::Tempo, QStringLiteral("Записать темп"), {}, {}, {}, {}};
-        edit.ended = [](const QSet<TrackID>&, const QSet<TrackID>&) {};
-        for (const Track& row : rows)
-            edit.texts.insert(row.id(), tempo);
-        writing().saveTexts(edit);
-        settle();
-    };
     fill({two});
-    AudioTags tags = two.tags();
-    files.before = [](const FakeTagFiles::Call&) { throw TagFileError(QStringLiteral("disk full"), false); };
-    tags.bpm = QStringLiteral("120");
-    writing().saveFields(tags, TagField::Tempo, ids({two}));
+    files.fail();
+    typeForAll({two}, {{&AudioTags::bpm, "120"}});
     settle();
-    writeTempo(QStringLiteral("128"), {two});
+    TagWriting::FieldTexts edit{TagField::Tempo, QStringLiteral("Записать темп"), {}, {}, {}, {}};
+    edit.ended = [](const QSet<TrackID>&, const QSet<TrackID>&) {};
+    edit.texts.insert(two.id(), QStringLiteral("128"));
+    writing().saveTexts(edit);
+    settle();
     EXPECT_EQ(now(two).tags().bpm, QStringLiteral("120"));
     EXPECT_EQ(now(two).editedFields(), TagFields(TagField::Tempo)) << "its file does not hold that either";
 }

@@ -1,7 +1,6 @@
 #include "support/StoreFixture.h"
 
 #include "async/Cancelled.h"
-#include "async/MainQueue.h"
 
 namespace {
 

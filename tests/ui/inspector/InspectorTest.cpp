@@ -1,6 +1,5 @@
 #include "support/WindowFixture.h"
 
-#include "ui/controls/ThemeButton.h"
 #include "ui/inspector/CoverWell.h"
 #include "ui/inspector/Inspector.h"
 #include "ui/inspector/InspectorField.h"
@@ -20,7 +19,6 @@
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QTest>
 
 class InspectorTest : public WindowFixture {
 protected:
@@ -265,10 +263,7 @@ TEST_F(InspectorTest, ValuesComeInLiveAroundWhatIsTyped)
     type(TagField::Title, QStringLiteral("Oter"));
     line(TagField::Title).setCursorPosition(1);
     Track read = now(first);
-    AudioTags tags = read.tags();
-    tags.title = QStringLiteral("Read");
-    tags.genre = QStringLiteral("Techno");
-    read.replaceTags(tags);
+    read = TagTexts::on(read, {{&AudioTags::title, "Read"}, {&AudioTags::genre, "Techno"}});
     fill({read, second, other});
     turn();
     EXPECT_EQ(line(TagField::Genre).text(), QStringLiteral("Techno"));

@@ -1,17 +1,13 @@
 #include "support/WindowFixture.h"
 
-#include "core/library/playback/Playback.h"
 #include "ui/cells/KeyTexts.h"
-#include "ui/controls/ThemeButton.h"
 #include "ui/keys/KeySection.h"
 #include "ui/keys/KeyWheel.h"
 #include "ui/sections/SectionBody.h"
 #include "ui/sections/SectionHeader.h"
-#include "ui/theme/Theme.h"
 #include "ui/window/StatusStrip.h"
 
 #include <QMenu>
-#include <QTest>
 
 namespace {
 

@@ -5,10 +5,14 @@
 #include "support/StoreFixture.h"
 
 #include "WaveformScrubber/WaveformCache.h"
+#include "ui/controls/ThemeButton.h"
 #include "ui/sections/SectionView.h"
+#include "ui/theme/Theme.h"
 #include "ui/tracks/TrackListModel.h"
 #include "ui/tracks/TrackTable.h"
 #include "ui/window/MainWindow.h"
+
+#include <QTest>
 
 /// The whole window on a store with made-up rows.
 class WindowFixture : public StoreFixture {

@@ -1,9 +1,5 @@
 #include "support/StoreFixture.h"
 
-#include "async/MainQueue.h"
-
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 StoreFixture::StoreFixture()
@@ -85,6 +81,44 @@ Track StoreFixture::favorite(const QString& path)
     return result;
 }
 
+Track StoreFixture::read(const QString& path)
+{
+    Track result = favorite(path);
+    result.setTagSource(Track::TagSource::Read);
+    return result;
+}
+
+QList<Track> StoreFixture::numbered(int count)
+{
+    QList<Track> tracks;
+    for (int number = 0; number < count; ++number)
+        tracks.append(track(QStringLiteral("%1.mp3").arg(number)));
+    return tracks;
+}
+
+void StoreFixture::filesHold(TagTexts::Texts texts)
+{
+    const AudioTags held = TagTexts::of(texts);
+    reader = [held](const QUrl&, const AudioTags& fallback) {
+        return TagTexts::read(TagFieldSet::merged(fallback, held, TagFieldSet::filled(held)));
+    };
+}
+
+void StoreFixture::type(const Track& track, TagTexts::Texts texts)
+{
+    store->tagWriting().save(TagTexts::of(texts, now(track).tags()), track.id());
+}
+
+void StoreFixture::typeForAll(const QList<Track>& tracks, TagTexts::Texts texts)
+{
+    TagFields fields;
+    for (const auto& told : texts) {
+        for (const TagField field : TagFieldSet::list())
+            fields.setFlag(field, fields.testFlag(field) || TagFieldSet::member(field) == told.first);
+    }
+    store->tagWriting().saveFields(TagTexts::of(texts), fields, ids(tracks));
+}
+
 QSet<TrackID> StoreFixture::ids(const QList<Track>& tracks)
 {
     QSet<TrackID> result;
@@ -113,6 +147,18 @@ void StoreFixture::settle()
         else if (executor.pendingCount() == 0)
             break;
     }
+}
+
+void StoreFixture::undo()
+{
+    history().undo();
+    settle();
+}
+
+void StoreFixture::redo()
+{
+    history().redo();
+    settle();
 }
 
 QString StoreFixture::statusText() const

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "async/MainQueue.h"
 #include "core/library/LibraryServices.h"
 #include "core/library/LibraryStore.h"
 #include "core/library/artwork/Artwork.h"
 #include "core/library/favorites/Favorites.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/keys/Keys.h"
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/quicklists/QuickLists.h"
+#include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/sending/Sending.h"
 #include "core/library/status/StatusLine.h"
@@ -27,9 +30,13 @@
 #include "support/FakeTrashCan.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutor.h"
+#include "support/TagTexts.h"
 #include "work/Scheduler.h"
 #include "work/WorkBoard.h"
 
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -86,15 +93,28 @@ protected:
     /// A track that is in the list already. \param path absolute, or a name that is put into /music.
     static Track track(const QString& path);
     static Track favorite(const QString& path);
+    /// A favourite whose tags have been read.
+    static Track read(const QString& path);
+    /// Tracks "0.mp3", "1.mp3" … that are in the list already.
+    static QList<Track> numbered(int count);
     void fill(const QList<Track>& tracks) { workspace().setTracks(tracks); }
     static QSet<TrackID> ids(const QList<Track>& tracks);
     /// Present value of a track.
     Track now(const Track& track) { return *workspace().tracks().find(track.id()); }
 
+    /// Lets every file be read, with these tags and its row's others.
+    void filesHold(TagTexts::Texts texts = {});
+    /// Edits a row as the inspector does.
+    void type(const Track& track, TagTexts::Texts texts);
+    /// Edits the fields that are told, of several rows, as the inspector does.
+    void typeForAll(const QList<Track>& tracks, TagTexts::Texts texts);
+
     /// Makes an empty file below the temporary folder. \return its URL.
     QUrl file(const QString& relativePath);
     /// Runs all background jobs and pauses until nothing is left.
     void settle();
+    void undo();
+    void redo();
 
     Workspace& workspace() { return store->workspace(); }
     History& history() { return store->history(); }

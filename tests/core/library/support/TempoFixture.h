@@ -2,8 +2,6 @@
 
 #include "support/StoreFixture.h"
 
-#include <QFile>
-
 /// A store whose analyses of tempo end as the test says, file by file.
 class TempoFixture : public StoreFixture {
 protected:
@@ -18,8 +16,6 @@ protected:
             return planned.isEmpty() ? success(124.4, 0.75) : planned.takeFirst();
         };
     }
-    ~TempoFixture() override { clock.advance(async::seconds(60)); }
-
     static BPMAnalysisOutcome success(double bpm, double confidence)
     {
         return {Case::Success, {bpm, confidence, {{bpm * 2, 0.5}}}};
@@ -30,30 +26,41 @@ protected:
     bool isAnalyzing(const Track& track) { return tempo().playlistBPMState(track.id()).isAnalyzing; }
 
     /// Fresh rows of the list, "a.mp3" and so on, whose files exist and of which nothing is known.
-    QList<Track> make(int count)
+    QList<Track> make(int count, Track::TagSource source = Track::TagSource::Guessed)
     {
         QList<Track> tracks;
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             tracks.append(track(file(QStringLiteral("%1.mp3").arg(QChar('a' + i))).toLocalFile()));
+            tracks.last().setTagSource(source);
+        }
         fill(tracks);
         tempo().restoreTempoTables({});
         return tracks;
     }
-    static Track withTempo(Track track, const QString& text)
+    static Track withTempo(const Track& track, const char* text)
     {
-        AudioTags tags = track.tags();
-        tags.bpm = text;
-        track.replaceTags(tags);
-        return track;
+        return TagTexts::on(track, {{&AudioTags::bpm, text}});
     }
-    /// Reads files whose tags are empty.
-    static decltype(reader) readsNothing()
+    /// Puts estimates into the tables, and nothing else.
+    void estimates(const QHash<TrackID, QString>& texts, const QHash<TrackID, double>& confidences = {})
     {
-        return [](const QUrl&, const AudioTags& fallback) {
-            LoadedTrackMetadata read;
-            read.tags = fallback;
-            return read;
-        };
+        TempoTables tables;
+        tables.estimatedBPMByTrackID = texts;
+        tables.estimatedBPMConfidenceByTrackID = confidences;
+        tempo().restoreTempoTables(tables);
+    }
+    /// What is kept for a row's file.
+    CachedBPMEstimate kept(const Track& track)
+    {
+        return tempo().tempoTables().estimatedBPMByFile.value(FileURL::standardizedPath(track.url()));
+    }
+    /// The files that were analysed since the last look, in order, by their first letter.
+    std::string heard()
+    {
+        QString text;
+        for (const QString& name : std::exchange(analysed, {}))
+            text += name.first(1);
+        return text.toStdString();
     }
     static void append(const Track& track, const QByteArray& bytes)
     {
