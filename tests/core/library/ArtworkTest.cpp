@@ -173,11 +173,7 @@ TEST_F(ArtworkTest, AnUndoDuringTheRunTakesBackItsPicturesAlone)
         if (call.write.url == rows[1].url() && call.name == QLatin1StringView("artwork"))
             history().undo();
     };
-    reader = [](const QUrl&, const AudioTags& fallback) {
-        LoadedTrackMetadata metadata;
-        metadata.tags = fallback;
-        return std::optional(metadata);
-    };
+    filesHold();
     artwork().assignArtwork(png, ids(rows));
     settle();
     QStringList calls;

@@ -136,10 +136,7 @@ TEST_F(KeysTest, aFileThatWasHeardAndIsTheSameIsNotDecodedAgain)
     };
     const auto rewrite = [&](const QByteArray& bytes, bool isTold) {
         const auto before = FileStamp::of(url);
-        QFile rewritten(url.toLocalFile());
-        ASSERT_TRUE(rewritten.open(QIODevice::Append));
-        rewritten.write(bytes);
-        rewritten.close();
+        append(url, bytes);
         if (isTold)
             store->fileEvents().tell({FileChange::Kind::Rewritten, url, url, before, FileStamp::of(url), true});
     };

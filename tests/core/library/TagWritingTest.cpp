@@ -265,13 +265,6 @@ TEST_F(TagWritingTest, TakesARestoreBack)
 // What others wrote, and what no undo takes back, is no less the user's than what a restore took away.
 TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
 {
-    const auto append = [](const QUrl& url) {
-        QFile changed(url.toLocalFile());
-        ASSERT_TRUE(changed.open(QIODevice::Append));
-        changed.write("more");
-    };
-    AudioTags house;
-    house.genre = QStringLiteral("House");
     struct Case {
         const char* name;
         std::function<void(const Track&)> change;
@@ -279,11 +272,15 @@ TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
     };
     const Case cases[] = {
         {"nothing", [](const Track&) {}, false},
-        {"by another program", [&](const Track& row) { append(row.url()); }, true},
-        {"no step", [&](const Track& row) { writing().save(house, row.id()); }, true},
+        {"by another program", [&](const Track& row) { append(row.url(), "more"); }, true},
+        {"no step",
+         [&](const Track& row) {
+             type(row, {{&AudioTags::genre, "House"}});
+         },
+         true},
         {"a step that was taken back",
          [&](const Track& row) {
-             writing().saveFields(house, TagField::Genre, {row.id()});
+             typeForAll({row}, {{&AudioTags::genre, "House"}});
              settle();
              history().undo();
          },
@@ -292,7 +289,7 @@ TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
     int number = 0;
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
-        Track row = read(track(file(QStringLiteral("%1.mp3").arg(++number)).toLocalFile()));
+        const Track row = read(file(QStringLiteral("%1.mp3").arg(++number)).toLocalFile());
         fill({row});
         files = {};
         history().clear();
@@ -300,15 +297,11 @@ TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
         files.presentTags = {{row.url(), "former"}};
         AudioTags inFile = row.tags();
         files.before = [&](const FakeTagFiles::Call& call) {
-            append(call.write.url);
+            append(call.write.url, "more");
             if (call.name == QLatin1StringView("write"))
                 inFile = call.write.tags;
         };
-        reader = [&](const QUrl&, const AudioTags&) {
-            LoadedTrackMetadata metadata;
-            metadata.tags = inFile;
-            return std::optional(metadata);
-        };
+        reader = [&](const QUrl&, const AudioTags&) { return TagTexts::read(inFile); };
         store->originalTags().restore({row.id()});
         settle();
         test.change(row);

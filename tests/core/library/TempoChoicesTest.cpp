@@ -158,7 +158,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
 {
     const auto retitle = [this](const Track& row) { type(row, {{&AudioTags::title, "title"}}); };
     const auto restore = [this](const Track& row) { store->originalTags().restore({row.id()}); };
-    const auto change = [](const Track& row) { append(row, "other music"); };
+    const auto change = [](const Track& row) { append(row.url(), "other music"); };
     struct Row {
         const char* name;
         std::function<void(const Track&)> act;
@@ -192,7 +192,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
         settle();
         files.originals = {row.url()};
         files.before = [&](const FakeTagFiles::Call&) {
-            append(row, "tag");
+            append(row.url(), "tag");
             if (test.fails)
                 throw TagFileError(QStringLiteral("no room"), false);
         };
@@ -210,7 +210,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
 
 TEST_F(TempoChoicesTest, TakingAWriteBackBringsTheRecordOfTheFileBack)
 {
-    files.before = [](const FakeTagFiles::Call& call) { append(Track::unread(call.write.url), "tag"); };
+    files.before = [](const FakeTagFiles::Call& call) { append(call.write.url, "tag"); };
     const Track row = make(1, Track::TagSource::Read).first();
     choices().setTempo({row.id()}, 140);
     choices().writeTempo({row.id()}); // at once: nothing was kept for the file yet

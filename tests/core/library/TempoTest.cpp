@@ -61,11 +61,11 @@ TEST_F(TempoTest, OnlyWhoHasNoTempoIsAnalysed)
     TempoTables tables;
     tables.estimatedBPMByTrackID.insert(tracks[2].id(), QStringLiteral("90"));
     for (const int row : {3, 4, 5, 6}) {
-        append(tracks[row], "audio");
+        append(tracks[row].url(), "audio");
         tables.estimatedBPMByFile.insert(FileURL::standardizedPath(tracks[row].url()),
                                          *CachedBPMEstimate::make(tracks[row].url(), QStringLiteral("91"), 0.4));
     }
-    append(tracks[4], "x");
+    append(tracks[4].url(), "x");
     touch(tracks[5], 1);
     QFile::remove(tracks[6].url().toLocalFile());
     tempo().restoreTempoTables(tables);

@@ -326,11 +326,8 @@ TEST_F(UnwrittenEditsTest, AFileThatOthersChangedIsWrittenOnlyAtTheUsersWord)
         files.fail();
         assign("House", {row});
         settle();
-        if (isChanged) {
-            QFile changed(url.toLocalFile());
-            ASSERT_TRUE(changed.open(QIODevice::Append));
-            changed.write("by others");
-        }
+        if (isChanged)
+            append(url, "by others");
         start();
         files = {};
         bringBack({row});

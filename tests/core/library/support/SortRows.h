@@ -2,10 +2,9 @@
 
 #include "core/model/TrackPopularitySortValue.h"
 #include "platform/FileURL.h"
+#include "support/TagTexts.h"
 
 #include <QStringList>
-
-#include <functional>
 
 #include <optional>
 
@@ -22,32 +21,21 @@ namespace SortRows {
 
 inline Track track(const SortRow& row, const QString& path = QStringLiteral("/m/x.mp3"))
 {
-    Track track(freshID(), FileURL::fromPath(path));
-    AudioTags tags;
-    tags.title = QString::fromUtf8(row.title);
-    tags.genre = QString::fromUtf8(row.genre);
-    tags.bpm = QString::fromUtf8(row.bpm);
-    track.replaceTags(tags);
+    Track track =
+        TagTexts::on(Track(freshID(), FileURL::fromPath(path)),
+                     {{&AudioTags::title, row.title}, {&AudioTags::genre, row.genre}, {&AudioTags::bpm, row.bpm}});
     track.setFormat(QString::fromUtf8(row.format));
     track.setIsInPlaylist(true);
     return track;
 }
 
-inline Track retagged(Track track, const std::function<void(AudioTags&)>& change)
-{
-    AudioTags tags = track.tags();
-    change(tags);
-    track.replaceTags(tags);
-    return track;
-}
-
 /// The titles in one text, e.g. "a b c".
-inline QString titles(const QList<Track>& tracks)
+inline std::string titles(const QList<Track>& tracks)
 {
     QStringList result;
     for (const Track& track : tracks)
         result.append(track.displayTitle());
-    return result.join(u' ');
+    return result.join(u' ').toStdString();
 }
 
 } // namespace SortRows

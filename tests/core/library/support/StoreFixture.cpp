@@ -104,6 +104,14 @@ void StoreFixture::filesHold(TagTexts::Texts texts)
     };
 }
 
+void StoreFixture::replace(const Track& track, TagTexts::Texts texts)
+{
+    QList<Track> rows = workspace().tracks().rows();
+    Track& row = rows[*workspace().tracks().indexOf(track.id())];
+    row = TagTexts::on(row, texts);
+    fill(rows);
+}
+
 void StoreFixture::type(const Track& track, TagTexts::Texts texts)
 {
     store->tagWriting().save(TagTexts::of(texts, now(track).tags()), track.id());
@@ -134,6 +142,13 @@ QUrl StoreFixture::file(const QString& relativePath)
     QFile created(path);
     EXPECT_TRUE(created.open(QIODevice::WriteOnly));
     return FileURL::fromPath(path);
+}
+
+void StoreFixture::append(const QUrl& url, const QByteArray& bytes)
+{
+    QFile file(url.toLocalFile());
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write(bytes);
 }
 
 void StoreFixture::settle()

@@ -99,6 +99,8 @@ protected:
     static QList<Track> numbered(int count);
     void fill(const QList<Track>& tracks) { workspace().setTracks(tracks); }
     static QSet<TrackID> ids(const QList<Track>& tracks);
+    /// Gives a row other texts in its tags, all else as it is.
+    void replace(const Track& track, TagTexts::Texts texts);
     /// Present value of a track.
     Track now(const Track& track) { return *workspace().tracks().find(track.id()); }
 
@@ -111,6 +113,8 @@ protected:
 
     /// Makes an empty file below the temporary folder. \return its URL.
     QUrl file(const QString& relativePath);
+    /// Changes a file as another program does.
+    static void append(const QUrl& url, const QByteArray& bytes);
     /// Runs all background jobs and pauses until nothing is left.
     void settle();
     void undo();

@@ -62,12 +62,6 @@ protected:
             text += name.first(1);
         return text.toStdString();
     }
-    static void append(const Track& track, const QByteArray& bytes)
-    {
-        QFile file(track.url().toLocalFile());
-        ASSERT_TRUE(file.open(QIODevice::Append));
-        file.write(bytes);
-    }
 
     QHash<QString, QList<BPMAnalysisOutcome>> outcomes; ///< still to come, by file name; then successes
     QStringList analysed;                               ///< file names
