@@ -167,8 +167,8 @@ Imports::Dependencies LibraryConcerns::importsDependencies()
 
 Keys::Dependencies LibraryConcerns::keysDependencies()
 {
-    return {workspace, status,     services.notifications, scheduler, board, services.executor,
-            tagSaver,  fileEvents, services.analyser};
+    return {workspace, status,     services.notifications, scheduler, board, services.executor, tagSaver,
+            history,   fileEvents, services.analyser};
 }
 
 Session::Dependencies LibraryConcerns::sessionDependencies()

@@ -95,6 +95,47 @@ TEST_F(KeyWritingTest, aKeyTypedInTheMainListStays)
     EXPECT_EQ(files.calls.last().write.tags.musicalKey, QStringLiteral("7B")) << "the older value does not follow";
 }
 
+TEST_F(KeyWritingTest, isOneStepThatLeavesKeysAloneThatWereChangedSince)
+{
+    inFile.musicalKey = QStringLiteral("Am"); // which no row knows of
+    write();
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Записать тональность"));
+    inFile.musicalKey = QStringLiteral("8A"); // of b
+    type(workspace().tracks().at(0), {{&AudioTags::musicalKey, "1A"}});
+    settle();
+    files.calls.clear();
+    history().undo();
+    EXPECT_EQ(statusText(), QStringLiteral("Отменяем: Записать тональность"));
+    settle();
+    EXPECT_EQ(statusText(), QStringLiteral("Отменено: Записать тональность · изменены с тех пор и не тронуты: 1"));
+    ASSERT_EQ(files.calls.size(), 1);
+    EXPECT_EQ(files.calls[0].write.url, row(1).url());
+    EXPECT_EQ(files.calls[0].write.tags.musicalKey, QStringLiteral("Am"));
+    EXPECT_EQ(files.calls[0].write.fields, TagFields(TagField::MusicalKey));
+    EXPECT_EQ(keyIn(List::Library), QStringLiteral("1A"));
+    EXPECT_EQ(keyIn(List::MusicalKey, 1), QStringLiteral("Am"));
+    inFile.musicalKey = QStringLiteral("Am");
+    redo();
+    EXPECT_EQ(files.calls.last().write.tags.musicalKey, QStringLiteral("8A"));
+    EXPECT_EQ(keyIn(List::MusicalKey, 1), QStringLiteral("8A"));
+}
+
+TEST_F(KeyWritingTest, takenBackBeforeItsEndWaitsForThat)
+{
+    store->favorites().removeFromFavorites(ids(workspace().tracks().rows()), false);
+    async::MainQueue::drain();
+    files.before = [&](const FakeTagFiles::Call& call) {
+        inFile.musicalKey = call.write.tags.musicalKey;
+        if (files.calls.size() == 1)
+            history().undo();
+    };
+    write();
+    ASSERT_EQ(files.calls.size(), 4);
+    for (const List list : {List::Library, List::MusicalKey})
+        EXPECT_EQ(keyIn(list), QString());
+    EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить избранное"));
+}
+
 TEST_F(KeyWritingTest, saysWhenThereIsNothingToWrite)
 {
     store->keys().setMusicalKeyAnalyses({});

@@ -45,9 +45,14 @@ Plan make(const TrackList& rows, const TrackList& tracks, const QHash<TrackID, M
             continue;
         const QString code = analysis->key.camelot();
         plan.codes.insert(row.url(), code);
-        plan.items.append({savedThrough(row, tracks, code), TagSaver::Others::Stay});
+        plan.items.append(itemOf(row, tracks, code));
     }
     return plan;
+}
+
+TagSaver::Item itemOf(const Track& row, const TrackList& tracks, const QString& code)
+{
+    return {savedThrough(row, tracks, code), TagSaver::Others::Stay};
 }
 
 std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes, Track::MetadataDestination list)

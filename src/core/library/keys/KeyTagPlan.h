@@ -26,6 +26,9 @@ struct Plan {
 Plan make(const TrackList& rows, const TrackList& tracks, const QHash<TrackID, MusicalKeyAnalysis>& analyses,
           const QSet<TrackID>& ids);
 
+/// One file's save with a key. \param row of the file, as it was. \param tracks the main list, as above.
+TagSaver::Item itemOf(const Track& row, const TrackList& tracks, const QString& code);
+
 /// The rows of a list with the codes of their files; nothing if none changes. Rows of the side lists that were not read
 /// yet are left out: their read brings all tags.
 std::optional<QList<Track>> withCodes(const TrackList& rows, const Codes& codes, Track::MetadataDestination list);

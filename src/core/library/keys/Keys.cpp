@@ -2,19 +2,13 @@
 
 #include "async/MainQueue.h"
 #include "core/library/analysis/AudioAnalyser.h"
-#include "core/library/keys/KeyTagPlan.h"
 #include "core/library/kinds/WorkKinds.h"
-#include "core/library/status/StatusLine.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/FileURL.h"
-#include "platform/Notifications.h"
 
 namespace {
 
 using Destination = Track::MetadataDestination;
-
-constexpr Destination kAllLists[] = {Destination::Library, Destination::Analysis, Destination::MusicalKey,
-                                     Destination::Duplicates};
 
 /// The state of the file is looked at first: one that is rewritten meanwhile does not pass for what was heard.
 KeyFinding listen(AudioAnalyser& analyser, const QUrl& url, const std::optional<KeyOfFile>& known, std::stop_token stop)
@@ -27,15 +21,10 @@ KeyFinding listen(AudioAnalyser& analyser, const QUrl& url, const std::optional<
 
 } // namespace
 
-/// A batch of keys on their way into the files.
-struct Keys::WrittenKeys {
-    KeyTagPlan::Codes codes;
-    QHash<TrackID, QUrl> files; ///< by the row that is saved
-    QHash<Destination, KeyTagPlan::Former> former;
-};
-
 Keys::Keys(const Dependencies& dependencies)
     : m_dependencies(dependencies)
+    , m_writing({dependencies.workspace, dependencies.status, dependencies.notifications, dependencies.saver,
+                 dependencies.history})
     , m_entry(dependencies.board, WorkKinds::kMusicalKey)
     , m_queue(WorkKinds::kMusicalKey, *this, dependencies.scheduler, dependencies.executor)
 {
@@ -143,56 +132,5 @@ void Keys::sectionChanged(Destination list, const ListChange& change)
 
 void Keys::writeAnalyzedMusicalKeys(const QSet<TrackID>& ids)
 {
-    VELMORA_ASSERT_MAIN_THREAD();
-    Workspace& workspace = m_dependencies.workspace;
-    const KeyTagPlan::Plan plan = KeyTagPlan::make(workspace.keyAnalysisTracks(), workspace.tracks(), m_analyses, ids);
-    if (plan.items.isEmpty()) {
-        m_dependencies.status.showStatus(QStringLiteral("Нет результатов для записи"), StatusIcon::Info,
-                                         WorkspaceStatus::Tone::Warning);
-        return;
-    }
-    WrittenKeys keys{plan.codes, {}, {}};
-    for (const TagSaver::Item& item : plan.items)
-        keys.files.insert(item.track.id(), item.track.url());
-    const QSet<TrackID> changed = KeyTagPlan::differing(workspace.tracks(), plan.codes);
-    for (const Destination list : kAllLists) {
-        keys.former.insert(list, KeyTagPlan::present(workspace.list(list), plan.codes));
-        if (auto rows = KeyTagPlan::withCodes(workspace.list(list), plan.codes, list))
-            workspace.setList(list, std::move(*rows));
-    }
-    if (!changed.isEmpty())
-        emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), changed);
-    m_dependencies.saver.writeBatch(
-        plan.items, [this, keys](const TagSaver::Outcome& outcome) { written(keys, outcome.notWritten); });
-}
-
-/// A key that did not come to its file is no key in the tag.
-void Keys::written(const WrittenKeys& keys, const QSet<TrackID>& notWritten)
-{
-    QSet<QUrl> files;
-    QSet<TrackID> changed;
-    Workspace& workspace = m_dependencies.workspace;
-    for (const TrackID& id : notWritten) {
-        files.insert(keys.files.value(id));
-        if (const std::optional<int> place = workspace.tracks().indexOfURL(keys.files.value(id)))
-            changed.insert(workspace.tracks().at(*place).id());
-    }
-    for (const Destination list : kAllLists) {
-        if (auto rows = KeyTagPlan::takenBack(workspace.list(list), keys.codes, keys.former.value(list), files))
-            workspace.setList(list, std::move(*rows));
-    }
-    if (!changed.isEmpty())
-        emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), changed);
-    showWritten(static_cast<int>(keys.files.size() - notWritten.size()), static_cast<int>(notWritten.size()));
-}
-
-void Keys::showWritten(int written, int skipped)
-{
-    const StatusIcon icon = StatusIcon::Key;
-    if (skipped > 0)
-        m_dependencies.status.showCounted(QStringLiteral("Тональность сохранена: %d · пропущено: %d"),
-                                          {written, skipped}, icon, WorkspaceStatus::Tone::Warning);
-    else
-        m_dependencies.status.showCounted(QStringLiteral("Тональность сохранена: %d"), {written}, icon,
-                                          WorkspaceStatus::Tone::Success);
+    m_writing.write(m_analyses, ids);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/library/keys/KeyWriting.h"
 #include "core/library/results/FileResults.h"
-#include "core/library/tagwriting/TagSaver.h"
 #include "core/model/MusicalKey.h"
 #include "core/model/Track.h"
 #include "work/WorkBoard.h"
@@ -15,9 +15,6 @@
 #include <optional>
 
 class AudioAnalyser;
-class Notifications;
-class StatusLine;
-class Workspace;
 struct ListChange;
 
 /// What an analysis found in a file: its key, if it has one, and the state in which the file was.
@@ -50,6 +47,7 @@ public:
         WorkBoard& board;
         async::Executor& executor;
         TagSaver& saver;
+        History& history;
         FileEvents& events;
         AudioAnalyser& analyser;
     };
@@ -63,8 +61,8 @@ public:
     /// Drops the queue, the analysis under way included: the user wants no more of it. Results stay.
     void dropMusicalKeyQueue();
     /// Writes the determined keys of rows as Camelot codes into their files, where nothing else changes, and into every
-    /// row of these files. Rows whose file could not be written have their former key again. The status line tells the
-    /// outcome when the last file is done.
+    /// row of these files, as one step of undo. Rows whose file could not be written have their former key again. The
+    /// status line tells the outcome when the last file is done.
     void writeAnalyzedMusicalKeys(const QSet<TrackID>& ids);
 
     /// Rows that were queued since the queue was last empty, and how many of them are done.
@@ -89,18 +87,15 @@ Q_SIGNALS:
     void resultsChanged();
 
 private:
-    struct WrittenKeys;
-
     WorkJob<KeyFinding> begin(const TrackID& id, const Allowance& allowance) override;
     WorkEnd finished(const TrackID& id, std::optional<KeyFinding> finding) override;
     void statesChanged(const QSet<TrackID>& ids) override;
 
     void sectionChanged(Track::MetadataDestination list, const ListChange& change);
     void showProgress();
-    void written(const WrittenKeys& keys, const QSet<TrackID>& notWritten);
-    void showWritten(int written, int skipped);
 
     Dependencies m_dependencies;
+    KeyWriting m_writing;
     QHash<TrackID, MusicalKeyAnalysis> m_analyses;
     QSet<TrackID> m_undetermined;
     FileResults<KeyOfFile> m_byFile;

@@ -5,7 +5,6 @@
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/workspace/Workspace.h"
-#include "platform/Localization.h"
 #include "platform/Notifications.h"
 
 #include <algorithm>
@@ -125,10 +124,7 @@ void OriginalTags::end(const StepPtr& step)
 
 void OriginalTags::move(const StepPtr& step, Direction direction)
 {
-    const bool isBack = direction == Direction::Back;
-    m_dependencies.status.showCounted(isBack ? QStringLiteral("Отменяем: %@") : QStringLiteral("Повторяем: %@"),
-                                      {VelmoraLocalization::string(step->name())},
-                                      isBack ? StatusIcon::Undo : StatusIcon::Redo, Tone::Neutral);
+    StepAnnouncement{step->name(), direction}.showBegun(m_dependencies.status);
     QList<Track> rows = rowsOf({step->rows().keyBegin(), step->rows().keyEnd()});
     rows.removeIf([&](const Track& row) { return !step->rows().contains(row.id()); });
     if (rows.isEmpty()) {
@@ -153,34 +149,15 @@ void OriginalTags::moved(const StepPtr& step, Direction direction, const TagSave
             again.append({row, TagSaver::Others::Stay});
     }
     const auto ended = [this, step, direction, outcome, whole](const TagSaver::Outcome& written) {
-        TagSaver::Outcome all = outcome;
-        all.notWritten.unite(written.notWritten);
-        tellMoved(*step, direction, all);
+        const QSet<TrackID> notWritten = outcome.notWritten + written.notWritten;
+        StepAnnouncement{step->name(), direction}.showEnded(m_dependencies.status, outcome.leftAlone.size(),
+                                                            notWritten.size());
         m_dependencies.history.ended(*step, whole);
     };
     if (again.isEmpty())
         ended({});
     else
         m_dependencies.saver.writeBatch(again, ended);
-}
-
-void OriginalTags::tellMoved(const PutBackStep& step, Direction direction, const TagSaver::Outcome& outcome)
-{
-    const bool isBack = direction == Direction::Back;
-    const StatusIcon icon = isBack ? StatusIcon::Undo : StatusIcon::Redo;
-    StatusLine& status = m_dependencies.status;
-    const QString name = VelmoraLocalization::string(step.name());
-    const auto leftAlone = static_cast<int>(outcome.leftAlone.size());
-    if (leftAlone > 0)
-        status.showCounted(isBack ? QStringLiteral("Отменено: %@ · изменены с тех пор и не тронуты: %d")
-                                  : QStringLiteral("Повторено: %@ · изменены с тех пор и не тронуты: %d"),
-                           {name, leftAlone}, icon, Tone::Warning);
-    else if (!outcome.notWritten.isEmpty())
-        status.showCounted(QStringLiteral("В файлы не записано: %d"), {static_cast<int>(outcome.notWritten.size())},
-                           StatusIcon::Warning, Tone::Warning);
-    else
-        status.showCounted(isBack ? QStringLiteral("Отменено: %@") : QStringLiteral("Повторено: %@"), {name}, icon,
-                           Tone::Success);
 }
 
 void OriginalTags::tell(const QSet<TrackID>& ids)

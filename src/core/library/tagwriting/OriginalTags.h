@@ -54,7 +54,6 @@ private:
     void restored(const StepPtr& step, const QList<Track>& rows, const TagSaver::Outcome& outcome);
     void move(const StepPtr& step, Direction direction);
     void moved(const StepPtr& step, Direction direction, const TagSaver::Outcome& outcome);
-    void tellMoved(const PutBackStep& step, Direction direction, const TagSaver::Outcome& outcome);
     void tell(const QSet<TrackID>& ids);
     void follow(const FileChange& change);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/library/tagwriting/StepAnnouncement.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/library/undo/History.h"
 #include "core/model/Track.h"
@@ -16,7 +17,7 @@ struct FileChange;
 /// from its beginning: taken back before its end it waits for that. Thread: main.
 class PutBackStep final : public History::Step, public std::enable_shared_from_this<PutBackStep> {
 public:
-    enum class Direction { Back, Forth };
+    using Direction = StepAnnouncement::Direction;
     struct Row {
         QUrl url;
         QByteArray tags;       ///< what stood before this or its undo; empty where that is not kept
