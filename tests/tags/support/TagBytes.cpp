@@ -51,6 +51,11 @@ QByteArray describedFrame(const char* id, const QByteArray& description, const Q
     return frame(id, '\0' + language + description + '\0' + text);
 }
 
+QByteArray shortFrame(const char* id, const QByteArray& body)
+{
+    return id + big(static_cast<quint64>(body.size()), 3) + body;
+}
+
 QByteArray pictureFrame(const QByteArray& picture)
 {
     return frame("APIC", QByteArray("\0image/png\0\3\0", 13) + picture);
@@ -82,6 +87,16 @@ QByteArray ape(const QByteArrayList& items)
                little(static_cast<quint64>(items.size()), 4) + little(flags, 4) + QByteArray(8, '\0');
     };
     return edge(0xA0000000) + body + edge(0x80000000);
+}
+
+QByteArray withSize(QByteArray ape, quint32 size)
+{
+    return ape.replace(ape.size() - 20, 4, little(size, 4));
+}
+
+QByteArray withCount(QByteArray ape, quint32 count)
+{
+    return ape.replace(ape.size() - 16, 4, little(count, 4));
 }
 
 QByteArray mpegFrames(int count)
@@ -132,14 +147,20 @@ QByteArray flacPicture(const QByteArray& picture)
            big(static_cast<quint64>(picture.size()), 4) + picture;
 }
 
-QByteArray flac(quint64 samples, const QByteArrayList& comments, const QByteArray& furtherBlock)
+QByteArray comments(const QByteArray& vendor, const QByteArrayList& list)
+{
+    QByteArray body = little(quint64(vendor.size()), 4) + vendor + little(quint64(list.size()), 4);
+    for (const QByteArray& comment : list)
+        body += little(quint64(comment.size()), 4) + comment;
+    return body;
+}
+
+QByteArray flac(quint64 samples, const QByteArrayList& list, const QByteArray& furtherBlock)
 {
     const QByteArray streamInfo =
         QByteArray(10, '\0') + big(44100ull << 44 | 1ull << 41 | 15ull << 36 | samples, 8) + QByteArray(16, '\0');
-    QByteArray list = little(4, 4) + "test" + little(static_cast<quint64>(comments.size()), 4);
-    for (const QByteArray& comment : comments)
-        list += little(static_cast<quint64>(comment.size()), 4) + comment;
-    return "fLaC" + flacBlock(0, streamInfo) + furtherBlock + flacBlock(4, list, true) + QByteArray(1000, 'x');
+    return "fLaC" + flacBlock(0, streamInfo) + furtherBlock + flacBlock(4, comments("test", list), true) +
+           QByteArray(1000, 'x');
 }
 
 QByteArray atom(const char* type, const QByteArray& body)
@@ -150,6 +171,12 @@ QByteArray atom(const char* type, const QByteArray& body)
 QByteArray itemAtom(const char* type, quint32 dataType, const QByteArray& value)
 {
     return atom(type, atom("data", big(dataType, 4) + big(0, 4) + value));
+}
+
+QByteArray metaAtom(const QByteArray& items, const QByteArray& behind)
+{
+    const QByteArray handler = big(0, 8) + "mdirappl" + QByteArray(9, '\0');
+    return atom("meta", big(0, 4) + atom("hdlr", handler) + atom("ilst", items) + behind);
 }
 
 QByteArray freeformAtom(const char* mean, const char* name, const QByteArray& value)
@@ -167,8 +194,7 @@ QByteArray m4a(const QByteArray& items, const QByteArray& media)
     const QByteArray track =
         atom("trak",
              atom("mdia", atom("mdhd", header) + atom("hdlr", big(0, 8) + "soun" + big(0, 8)) + atom("minf", table)));
-    const QByteArray meta = atom("meta", big(0, 4) + atom("hdlr", big(0, 8) + "mdir") + atom("ilst", items));
-    return atom("ftyp", "M4A ") + atom("moov", track + atom("udta", meta)) + atom("mdat", media);
+    return atom("ftyp", "M4A ") + atom("moov", track + atom("udta", metaAtom(items))) + atom("mdat", media);
 }
 
 } // namespace TagBytes

@@ -23,7 +23,6 @@ AudioTags readableTags();
 
 /// The paths of all files in a folder and below.
 QStringList filesBelow(const QString& folder);
-QByteArray contentOf(const QUrl& url);
 /// What \p change makes of a file of these bytes.
 QByteArray changed(const QString& name, const QByteArray& bytes, const Change& change);
 
@@ -34,15 +33,41 @@ Change keeping(const AudioTags& tags, TagFields fields = TagFieldSet::kAll);
 Change keepingWithPicture(const QByteArray& artwork, const AudioTags& tags, TagFields fields = TagFieldSet::kAll);
 Change cleaning(CleanerFields fields, const QString& title = {}, const QString& album = {});
 
-/// The name of the error that \p change ends with, and what it carries; "none" without an error.
+/// The name of the error that a call throws, and what it carries, e.g. "rewriteFailed wav"; empty if it throws none.
+QString errorOf(const std::function<void()>& call);
 QString failureOf(const Change& change, const QUrl& url);
-/// Whether \p change on a file of these bytes fails with this error, the file stays as it was and nothing is left
-/// beside it.
-void expectRefused(const QString& name, const QByteArray& bytes, const Change& change, const QString& failure,
-                   const char* what);
 
-/// A second of noise, made by the encoder program. \param arguments of the output.
-QUrl makeSound(const FileFolder& folder, const QString& name, const QStringList& arguments = {});
+/// A file before and after a change.
+struct ChangeCase {
+    const char* what;
+    Change change;
+    QByteArray before;
+    QByteArray after;
+};
+/// Each change makes of the file what is said, and nothing more when it comes again.
+void expectChanges(const QString& name, const std::vector<ChangeCase>& cases);
+
+/// A change that a file is not fit for.
+struct Refusal {
+    const char* what;
+    QByteArray bytes;
+    Change change;
+    QString failure;
+    QString name = {}; ///< if it is another one than that of the others
+};
+/// Each change fails with its error, the file stays as it was and nothing is left beside it.
+void expectRefusals(const QString& name, const std::vector<Refusal>& cases);
+
+/// Lets a change of a file fail at each of its steps, and end before each of them. The file must hold the old bytes
+/// after a failure, the old or the new ones after an end, and a failure must leave nothing else in the folder. \param
+/// keepsTemporary whether a failure leaves the new file.
+void expectWholeAtEveryStep(const QString& name, const QByteArray& original, const Change& change,
+                            bool keepsTemporary = false);
+
+/// A second of noise, made by the encoder program. \param arguments of the output, between single blanks.
+QUrl makeSound(const FileFolder& folder, const QString& name, const QString& arguments = {});
+/// What another program says; empty if it cannot be run or fails.
+QByteArray outputOf(const QString& program, const QStringList& arguments);
 /// A digest of all packets of sound as another program reads them; empty if it cannot.
 QByteArray packetDigest(const QUrl& url);
 /// A tag's value as another library reads it. \param key in the library's spelling. Empty without one.

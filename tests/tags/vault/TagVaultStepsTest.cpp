@@ -46,7 +46,7 @@ TEST_F(TagVaultStepsTest, aFailureOfKeepingIsToldAndLeavesNoEntry)
     QByteArrayList steps;
     {
         FailingFileCalls calls;
-        ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+        ASSERT_EQ(failureOfKeeping(m_url), QString());
         steps = calls.names();
     }
     const qsizetype swap = steps.indexOf("rename");
@@ -66,14 +66,14 @@ TEST_F(TagVaultStepsTest, aFailureOfKeepingIsToldAndLeavesNoEntry)
             }
             // Behind the swap only folders are closed, whose names have been synced.
             const bool isNeeded = step <= lastNeeded && (ends || step < swap || steps.at(step) != "close");
-            EXPECT_EQ(failure != QStringLiteral("none"), isNeeded);
+            EXPECT_EQ(failure != QString(), isNeeded);
             if (!ends) {
                 EXPECT_EQ(entries().size(), isNeeded ? 0 : 1) << "an entry or nothing, and no part of one";
             }
             EXPECT_TRUE(contentOf(m_url) == m_original);
             // Whatever stands there now, the next time all is well.
-            EXPECT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
-            EXPECT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+            EXPECT_EQ(failureOfKeeping(m_url), QString());
+            EXPECT_EQ(failureOfRestoring(m_url), QString());
         }
     }
 }
@@ -83,7 +83,7 @@ TEST_F(TagVaultStepsTest, aFolderThatCannotBeSyncedIsNoFailureWhereNoneCanBe)
     int lastSync = 0;
     {
         FailingFileCalls calls;
-        ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+        ASSERT_EQ(failureOfKeeping(m_url), QString());
         lastSync = static_cast<int>(calls.names().lastIndexOf("sync"));
     }
     for (const int error : {EINVAL, ENOTSUP, EIO, ENOSPC}) {
@@ -91,7 +91,7 @@ TEST_F(TagVaultStepsTest, aFolderThatCannotBeSyncedIsNoFailureWhereNoneCanBe)
         FailingFileCalls calls;
         calls.failingStep = lastSync;
         calls.error = error;
-        const bool isKept = failureOfKeeping(m_url) == QStringLiteral("none");
+        const bool isKept = failureOfKeeping(m_url) == QString();
         EXPECT_EQ(isKept, error == EINVAL || error == ENOTSUP) << error;
         EXPECT_EQ(entries().size(), isKept ? 1 : 0);
     }
@@ -99,13 +99,13 @@ TEST_F(TagVaultStepsTest, aFolderThatCannotBeSyncedIsNoFailureWhereNoneCanBe)
 
 TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
 {
-    ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
-    ASSERT_EQ(failureOf(writing(fullTags()), m_url), QStringLiteral("none"));
+    ASSERT_EQ(failureOfKeeping(m_url), QString());
+    ASSERT_EQ(failureOf(writing(fullTags()), m_url), QString());
     const QByteArray present = contentOf(m_url);
     QByteArrayList steps;
     {
         FailingFileCalls calls;
-        ASSERT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+        ASSERT_EQ(failureOfRestoring(m_url), QString());
         steps = calls.names();
     }
     const qsizetype swap = steps.indexOf("rename");
@@ -123,8 +123,8 @@ TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
             }
             // What the kernel does not copy is read and written.
             const bool isNeeded = step <= swap && step != entryClosed && steps.at(step) != "copyRange";
-            EXPECT_EQ(failure != QStringLiteral("none"), isNeeded || (ends && step <= swap));
-            EXPECT_TRUE(contentOf(m_url) == (failure == QStringLiteral("none") ? m_original : present));
+            EXPECT_EQ(failure != QString(), isNeeded || (ends && step <= swap));
+            EXPECT_TRUE(contentOf(m_url) == (failure == QString() ? m_original : present));
             for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden)) {
                 EXPECT_TRUE(name == QStringLiteral("a.mp3") || (ends && TemporaryName::matches(name.toUtf8())));
                 if (name != QStringLiteral("a.mp3"))
@@ -133,25 +133,25 @@ TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
         }
     }
     EXPECT_EQ(entries().size(), 1);
-    EXPECT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+    EXPECT_EQ(failureOfRestoring(m_url), QString());
 }
 
 TEST_F(TagVaultStepsTest, writesAndReadsHoweverLittleACallMoves)
 {
     FailingFileCalls calls;
     calls.transferLimit = 7;
-    EXPECT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
-    EXPECT_EQ(failureOf(writing({}), m_url), QStringLiteral("none"));
-    EXPECT_EQ(failureOfRestoring(m_url), QStringLiteral("none"));
+    EXPECT_EQ(failureOfKeeping(m_url), QString());
+    EXPECT_EQ(failureOf(writing({}), m_url), QString());
+    EXPECT_EQ(failureOfRestoring(m_url), QString());
     EXPECT_TRUE(contentOf(m_url) == m_original);
 }
 
 TEST_F(TagVaultStepsTest, anEntryThatIsThereIsNotWrittenAgain)
 {
-    ASSERT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
-    ASSERT_EQ(failureOf(writing(fullTags()), m_url), QStringLiteral("none"));
+    ASSERT_EQ(failureOfKeeping(m_url), QString());
+    ASSERT_EQ(failureOf(writing(fullTags()), m_url), QString());
     FailingFileCalls calls;
-    EXPECT_EQ(failureOfKeeping(m_url), QStringLiteral("none"));
+    EXPECT_EQ(failureOfKeeping(m_url), QString());
     EXPECT_FALSE(calls.names().contains("write"));
     EXPECT_FALSE(calls.names().contains("sync"));
 }

@@ -30,65 +30,43 @@ QByteArray id3(const QByteArray& frames, const char* id = "ID3 ")
 
 TEST(AiffWriterTest, replacesTextsAndID3Alone)
 {
-    const AudioTags tags = fullTags();
-    const QByteArray own = aiffChunk("ID3 ", MetadataWriter::id3Tag(tags, std::nullopt));
+    const Change write = writing(fullTags());
+    const QByteArray own = aiffChunk("ID3 ", MetadataWriter::id3Tag(fullTags(), std::nullopt));
+    const QByteArray pictured = aiffChunk("ID3 ", MetadataWriter::id3Tag(fullTags(), kPng));
     const QByteArray old = id3(textFrame("TIT2", "Old"));
-    const struct {
-        const char* what;
-        AudioTags tags;
-        QByteArray before;
-        QByteArray after;
-    } cases[] = {
-        {"sound alone", tags, file(kSound), file(kSound + own)},
-        {"compressed kind", tags, file(kSound, "AIFC"), file(kSound + own, "AIFC")},
-        {"all kinds", tags, file(kTexts + kMarkers + old + kSound + kTexts + kCopyright),
-         file(kMarkers + kSound + kCopyright + own)},
-        {"ID3v2 in small letters", tags, file(kSound + id3(textFrame("TIT2", "Old"), "id3 ")), file(kSound + own)},
-        {"nothing to write", {}, file(kTexts + kSound + old), file(kSound)},
-        {"trailing bytes", tags, file(kSound, "AIFF", "7 bytes"), file(kSound + own)},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(changed(kName, c.before, writing(c.tags)), c.after) << c.what;
-    EXPECT_EQ(changed(QStringLiteral("SOUND.AIF"), file(kSound + old), assigning(kPng, tags)),
-              file(kSound + aiffChunk("ID3 ", MetadataWriter::id3Tag(tags, kPng))));
+    expectChanges(kName, {{"sound alone", write, file(kSound), file(kSound + own)},
+                          {"compressed kind", write, file(kSound, "AIFC"), file(kSound + own, "AIFC")},
+                          {"all kinds", write, file(kTexts + kMarkers + old + kSound + kTexts + kCopyright),
+                           file(kMarkers + kSound + kCopyright + own)},
+                          {"ID3v2 in small letters", write, file(kSound + id3(textFrame("TIT2", "Old"), "id3 ")),
+                           file(kSound + own)},
+                          {"nothing to write", writing({}), file(kTexts + kSound + old), file(kSound)},
+                          {"trailing bytes", write, file(kSound, "AIFF", "7 bytes"), file(kSound + own)},
+                          {"picture", assigning(kPng, fullTags()), file(kSound + old), file(kSound + pictured)}});
 }
 
 TEST(AiffWriterTest, cleansInPlace)
 {
+    using enum CleanerField;
+    const Change rename = cleaning(Title, QStringLiteral("N"));
     const QByteArray artist = textFrame("TPE1", "a");
     const QByteArray tag = id3(textFrame("TIT2", "t") + artist);
+    const QByteArray notes = aiffChunk("ANNO", "x") + aiffChunk("COMT", "0123456789");
+    const QByteArray untitled = aiffChunk("AUTH", "a") + notes;
     const QByteArray ownTag =
         MetadataWriter::id3Tag(tagsWith({{&AudioTags::title, QStringLiteral("N")}}), std::nullopt);
-    const struct {
-        const char* what;
-        CleanerFields fields;
-        QString title;
-        QByteArray before;
-        QByteArray after;
-    } cases[] = {
-        {"title",
-         CleanerField::Title,
-         {},
-         file(kTexts + tag + kSound + kMarkers, "AIFC", "rest"),
-         file(aiffChunk("AUTH", "a") + aiffChunk("ANNO", "x") + aiffChunk("COMT", "0123456789") + id3(artist) + kSound +
-                  kMarkers,
-              "AIFC", "rest")},
-        {"comment",
-         CleanerField::Comment,
-         {},
-         file(kTexts + kSound + tag),
-         file(aiffChunk("NAME", "n") + aiffChunk("AUTH", "a") + kSound + tag)},
-        {"new title", CleanerField::Title, QStringLiteral("N"), file(tag + kSound + tag),
-         file(aiffChunk("ID3 ", id3v2(artist + ownTag.mid(10))) + kSound + id3(artist))},
-        {"new title, no ID3v2", CleanerField::Title, QStringLiteral("N"), file(kTexts + kSound, "AIFF", "rest"),
-         file(aiffChunk("AUTH", "a") + aiffChunk("ANNO", "x") + aiffChunk("COMT", "0123456789") + kSound +
-              aiffChunk("ID3 ", ownTag))},
-        {"new title, an empty ID3v2 chunk", CleanerField::Title, QStringLiteral("N"),
-         file(aiffChunk("ID3 ", {}) + kSound), file(aiffChunk("ID3 ", {}) + kSound + aiffChunk("ID3 ", ownTag))},
-        {"nothing of it there", CleanerField::Genre, {}, file(kTexts + tag + kSound), file(kTexts + tag + kSound)},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(changed(kName, c.before, cleaning(c.fields, c.title)), c.after) << c.what;
+    const QByteArray own = aiffChunk("ID3 ", ownTag);
+    const QByteArray empty = aiffChunk("ID3 ", {});
+    expectChanges(
+        kName, {{"title", cleaning(Title), file(kTexts + tag + kSound + kMarkers, "AIFC", "rest"),
+                 file(untitled + id3(artist) + kSound + kMarkers, "AIFC", "rest")},
+                {"comment", cleaning(Comment), file(kTexts + kSound + tag),
+                 file(aiffChunk("NAME", "n") + aiffChunk("AUTH", "a") + kSound + tag)},
+                {"new title", rename, file(tag + kSound + tag),
+                 file(aiffChunk("ID3 ", id3v2(artist + ownTag.mid(10))) + kSound + id3(artist))},
+                {"new title, no ID3v2", rename, file(kTexts + kSound, "AIFF", "rest"), file(untitled + kSound + own)},
+                {"new title, an empty ID3v2 chunk", rename, file(empty + kSound), file(empty + kSound + own)},
+                {"nothing of it there", cleaning(Genre), file(kTexts + tag + kSound), file(kTexts + tag + kSound)}});
 }
 
 TEST(AiffWriterTest, refusesWhatItCannotRewrite)
@@ -98,26 +76,15 @@ TEST(AiffWriterTest, refusesWhatItCannotRewrite)
     const QString unsupported = QStringLiteral("unsupportedFormat aiff");
     const Change write = writing(fullTags());
     const Change clean = cleaning(CleanerField::Title);
-    const QString compressed = QStringLiteral("sound.aifc");
-    const struct {
-        const char* what;
-        QString name;
-        QByteArray bytes;
-        Change change;
-        QString failure;
-    } cases[] = {
-        {"empty", kName, {}, write, unsupported},
-        {"other kind of FORM", kName, "FORM" + good.mid(4, 4) + "8SVX" + good.mid(12), write, unsupported},
-        {"WAV by another name", kName, wave(10), clean, unsupported},
-        {"extension of the compressed kind", compressed, good, write, QStringLiteral("unsupportedFormat aifc")},
-        {"cut in the sound", kName, good.left(500), write, corrupt},
-        {"chunk beyond the end", kName, file(kSound + "ANNO" + big(0xFFFFFFFF, 4)), clean, corrupt},
-        {"ID3v2 beyond its chunk", kName, file(kSound + aiffChunk("ID3 ", id3v2("x").chopped(1))), clean, corrupt},
-        {"no ID3v2 in its chunk", kName, file(kSound + aiffChunk("ID3 ", "something else")), clean,
-         QStringLiteral("rewriteFailed ID3")},
-    };
-    for (const auto& c : cases)
-        expectRefused(c.name, c.bytes, c.change, c.failure, c.what);
+    expectRefusals(kName,
+                   {{"empty", {}, write, unsupported},
+                    {"other kind of FORM", "FORM" + good.mid(4, 4) + "8SVX" + good.mid(12), write, unsupported},
+                    {"WAV by another name", wave(10), clean, unsupported},
+                    {"cut in the sound", good.left(500), write, corrupt},
+                    {"chunk beyond the end", file(kSound + "ANNO" + big(0xFFFFFFFF, 4)), clean, corrupt},
+                    {"ID3v2 beyond its chunk", file(kSound + aiffChunk("ID3 ", id3v2("x").chopped(1))), clean, corrupt},
+                    {"no ID3v2 in its chunk", file(kSound + aiffChunk("ID3 ", "something else")), clean,
+                     QStringLiteral("rewriteFailed ID3")}});
 }
 
 } // namespace

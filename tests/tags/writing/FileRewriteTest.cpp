@@ -2,7 +2,8 @@
 
 #include "platform/TemporaryName.h"
 #include "support/FailingFileCalls.h"
-#include "support/WriterFolder.h"
+#include "support/WrittenFiles.h"
+#include "tags/writing/WriteErrors.h"
 
 #include <QFileInfo>
 
@@ -71,53 +72,76 @@ bool setAttribute(const QString& path, const char* name, const QByteArray& value
     return setxattr(QFile::encodeName(path).constData(), name, value.constData(), size_t(value.size()), 0) == 0;
 }
 
-TEST(FileRewrite, LeavesAloneWhatSomebodyElseChangedMeanwhile)
+/// An access list of version 2. Source: linux/posix_acl_xattr.h. \param rights of the owner, user 1234, the group, the
+/// mask and the others, as digits.
+QByteArray accessList(const char* rights)
 {
-    struct Case {
+    const char* const entries[] = {"01000%100ffffffff", "02000%100d2040000", "04000%100ffffffff", "10000%100ffffffff",
+                                   "20000%100ffffffff"};
+    QByteArray hex = "02000000";
+    for (const char* entry : entries)
+        hex += QByteArray(entry).replace("%1", QByteArray(1, *rights++));
+    return QByteArray::fromHex(hex);
+}
+
+class FileRewriteTest : public testing::Test {
+protected:
+    struct stat status() const { return statusOf(path); }
+    /// The file holds these bytes and nothing is beside it.
+    void expectAlone(const QByteArray& bytes) const
+    {
+        EXPECT_TRUE(folder.read(kName) == bytes);
+        EXPECT_EQ(folder.names(), QStringList{kName});
+    }
+    QString errorOfReplacing() const
+    {
+        return errorOf([this] { replaceHead(path); });
+    }
+
+    const FileFolder folder;
+    const QByteArray bytes = noise(100);
+    const QString path = folder.write(kName, bytes).toLocalFile();
+    const QByteArray nativePath = QFile::encodeName(path);
+};
+
+TEST_F(FileRewriteTest, leavesAloneWhatSomebodyElseChangedMeanwhile)
+{
+    const struct {
         const char* name;
-        std::function<void(const WriterFolder&)> meanwhile;
+        std::function<void()> meanwhile;
         const char* error;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"written into",
-         [](const WriterFolder& folder) {
-             QFile file(folder.path(kName));
+         [&] {
+             QFile file(path);
              ASSERT_TRUE(file.open(QIODevice::Append));
              file.write("more");
          },
          "rewriteFailed bin"},
         {"replaced",
-         [](const WriterFolder& folder) {
+         [&] {
              folder.write(QStringLiteral("other"), "another file");
-             ASSERT_TRUE(QFile::remove(folder.path(kName)));
-             ASSERT_TRUE(QFile::rename(folder.path(QStringLiteral("other")), folder.path(kName)));
+             ASSERT_TRUE(QFile::remove(path) && QFile::rename(folder.path(QStringLiteral("other")), path));
          },
          "rewriteFailed bin"},
-        {"removed", [](const WriterFolder& folder) { ASSERT_TRUE(QFile::remove(folder.path(kName))); },
-         "fileNoSuchFile"},
+        {"removed", [&] { ASSERT_TRUE(QFile::remove(path)); }, "fileNoSuchFile"},
     };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.name);
-        const WriterFolder folder;
-        const QString path = folder.write(kName, noise(5000));
-        QStringList present;
-        EXPECT_EQ(errorOf([&] {
-                      FileRewrite rewrite(path, kFormat);
-                      rewrite.copy(0, rewrite.sourceSize());
-                      test.meanwhile(folder);
-                      present = folder.names();
-                      rewrite.commit({}, kFormat);
-                  }),
-                  QLatin1StringView(test.error));
-        present.removeIf([](const QString& name) { return name != kName; });
-        EXPECT_EQ(folder.names(), present) << "neither a new file nor a lost one";
-        if (present.contains(kName)) {
-            EXPECT_NE(folder.read(kName), noise(5000)) << "what the other one wrote stands";
-        }
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        folder.write(kName, bytes);
+        const auto change = [&] {
+            FileRewrite rewrite(path, kFormat);
+            rewrite.copy(0, rewrite.sourceSize());
+            c.meanwhile();
+            rewrite.commit({}, kFormat);
+        };
+        EXPECT_EQ(errorOf(change), QLatin1StringView(c.error));
+        EXPECT_EQ(folder.names(), QFile::exists(path) ? QStringList{kName} : QStringList()) << "and no new file";
+        EXPECT_NE(folder.read(kName), bytes) << "what the other one wrote stands";
     }
 }
 
-TEST(FileRewriteTest, writesEverySizeWholeHoweverLittleACallMoves)
+TEST_F(FileRewriteTest, writesEverySizeWholeHoweverLittleACallMoves)
 {
     constexpr qsizetype kBlock = 1024 * 1024;
     const struct {
@@ -135,23 +159,19 @@ TEST(FileRewriteTest, writesEverySizeWholeHoweverLittleACallMoves)
         {2 * kBlock + 9, 300000, "copyRange", EINVAL},
     };
     for (const auto& c : cases) {
-        const WriterFolder folder;
-        const QByteArray bytes = noise(c.size);
-        const QString path = folder.write(kName, bytes);
+        SCOPED_TRACE(c.size);
+        folder.write(kName, noise(c.size));
         FailingFileCalls calls;
         calls.transferLimit = c.transferLimit;
         calls.failingName = c.failingName;
         calls.error = c.error;
         replaceHead(path);
-        EXPECT_TRUE(folder.read(kName) == withNewHead(bytes)) << c.size;
-        EXPECT_EQ(folder.names(), QStringList{kName});
+        expectAlone(withNewHead(noise(c.size)));
     }
 }
 
-TEST(FileRewriteTest, isDurableBeforeTheSwapAndAfterIt)
+TEST_F(FileRewriteTest, isDurableBeforeTheSwapAndAfterIt)
 {
-    const WriterFolder folder;
-    const QString path = folder.write(kName, noise(100));
     FailingFileCalls calls;
     replaceHead(path);
     const QByteArrayList steps = calls.names();
@@ -165,14 +185,14 @@ TEST(FileRewriteTest, isDurableBeforeTheSwapAndAfterIt)
     EXPECT_LT(steps.indexOf("close"), swap);
 }
 
-TEST(FileRewriteTest, leavesTheOldOrTheNewFileAtEveryStep)
+TEST_F(FileRewriteTest, leavesTheOldOrTheNewFileAtEveryStep)
 {
-    expectWholeAtEveryStep(kName, noise(3000), &replaceHead);
+    expectWholeAtEveryStep(kName, noise(3000), [](const QUrl& url) { replaceHead(url.toLocalFile()); });
 }
 
-TEST(FileRewriteTest, refusesSoundThatDiffers)
+TEST_F(FileRewriteTest, refusesSoundThatDiffers)
 {
-    const QByteArray bytes = noise(3'000'000);
+    const QByteArray large = noise(3'000'000);
     const struct {
         const char* what;
         qint64 patchAt;
@@ -188,79 +208,61 @@ TEST(FileRewriteTest, refusesSoundThatDiffers)
         {"longer than the new file", 0, {100, 100, 2'999'901}, true},
     };
     for (const auto& c : cases) {
-        const WriterFolder folder;
-        const QString path = folder.write(kName, bytes);
+        folder.write(kName, large);
+        QByteArray patched = large;
+        patched[c.patchAt] = static_cast<char>(~large.at(c.patchAt));
         const QString error = errorOf([&] {
             FileRewrite rewrite(path, kFormat);
-            rewrite.copy(0, bytes.size());
-            const char other = static_cast<char>(~bytes.at(c.patchAt));
-            rewrite.patch(c.patchAt, QByteArrayView(&other, 1));
+            rewrite.copy(0, large.size());
+            rewrite.patch(c.patchAt, patched.sliced(c.patchAt, 1));
             rewrite.commit({{0, 0, 0}, c.span}, kFormat);
         });
         EXPECT_EQ(error, c.isRefused ? QStringLiteral("rewriteFailed bin") : QString()) << c.what;
-        EXPECT_EQ(folder.read(kName) == bytes, c.isRefused) << c.what;
-        EXPECT_EQ(folder.names(), QStringList{kName}) << c.what;
+        expectAlone(c.isRefused ? large : patched);
     }
 }
 
-TEST(FileRewriteTest, saysWhyASourceCannotBeRead)
+TEST_F(FileRewriteTest, saysWhyASourceCannotBeRead)
 {
-    const WriterFolder folder;
-    const QString path = folder.write(kName, "0123456789");
     ASSERT_EQ(mkfifo(QFile::encodeName(folder.path(QStringLiteral("fifo"))).constData(), 0600), 0);
     ASSERT_EQ(symlink("nowhere", QFile::encodeName(folder.path(QStringLiteral("broken"))).constData()), 0);
     const auto open = [&](const QString& name) { return errorOf([&] { FileRewrite(folder.path(name), kFormat); }); };
-    EXPECT_EQ(open(QStringLiteral("none.bin")), QStringLiteral("fileNoSuchFile"));
-    EXPECT_EQ(open(QStringLiteral("broken")), QStringLiteral("fileNoSuchFile"));
-    EXPECT_EQ(open(QStringLiteral("a.bin/b")), QStringLiteral("fileNoSuchFile"));
-    EXPECT_EQ(open(QStringLiteral(".")), QStringLiteral("fileReadCorruptFile"));
-    EXPECT_EQ(open(QStringLiteral("fifo")), QStringLiteral("fileReadCorruptFile"));
+    const QString corrupt = QStringLiteral("fileReadCorruptFile");
+    for (const QString& name : {QStringLiteral("none.bin"), QStringLiteral("broken"), QStringLiteral("a.bin/b")})
+        EXPECT_EQ(open(name), QStringLiteral("fileNoSuchFile")) << name.toStdString();
+    EXPECT_EQ(open(QStringLiteral(".")), corrupt);
+    EXPECT_EQ(open(QStringLiteral("fifo")), corrupt);
 
     constexpr qint64 kHuge = std::numeric_limits<qint64>::max();
     for (const auto& [offset, count] :
-         {std::pair<qint64, qint64>{0, 11}, {10, 1}, {11, 0}, {-1, 2}, {5, kHuge}, {0, -1}}) {
+         {std::pair<qint64, qint64>{0, 101}, {100, 1}, {101, 0}, {-1, 2}, {5, kHuge}, {0, -1}}) {
         FileRewrite rewrite(path, kFormat);
-        EXPECT_EQ(errorOf([&] { rewrite.read(offset, count); }), QStringLiteral("fileReadCorruptFile")) << offset;
-        EXPECT_EQ(errorOf([&] { rewrite.copy(offset, count); }), QStringLiteral("fileReadCorruptFile")) << offset;
+        EXPECT_EQ(errorOf([&] { rewrite.read(offset, count); }), corrupt) << offset;
+        EXPECT_EQ(errorOf([&] { rewrite.copy(offset, count); }), corrupt) << offset;
     }
-}
-
-TEST(FileRewriteTest, noticesASourceThatShrinksMeanwhile)
-{
-    const WriterFolder folder;
-    const QString path = folder.write(kName, noise(5000));
     FileRewrite rewrite(path, kFormat);
-    ASSERT_EQ(truncate(QFile::encodeName(path).constData(), 3000), 0);
-    EXPECT_EQ(errorOf([&] { rewrite.copy(0, 5000); }), QStringLiteral("fileReadCorruptFile"));
+    ASSERT_EQ(truncate(nativePath.constData(), 30), 0);
+    EXPECT_EQ(errorOf([&] { rewrite.copy(0, bytes.size()); }), corrupt) << "it shrinks meanwhile";
 }
 
-TEST(FileRewriteTest, namesTheFailuresOfWriting)
+TEST_F(FileRewriteTest, namesTheFailuresOfWriting)
 {
     const std::pair<int, const char*> cases[] = {
         {EACCES, "fileWriteNoPermission"}, {EPERM, "fileWriteNoPermission"}, {EROFS, "fileWriteVolumeReadOnly"},
         {ENOSPC, "fileWriteOutOfSpace"},   {EDQUOT, "fileWriteOutOfSpace"},  {EMFILE, "fileWriteUnknown"},
     };
     for (const auto& [error, name] : cases) {
-        const WriterFolder folder;
-        const QByteArray bytes = noise(100);
-        const QString path = folder.write(kName, bytes);
         FailingFileCalls calls;
         calls.error = error;
         calls.failingStep = 3; // the source's open and status, the new file's open, then its first bytes
-        EXPECT_EQ(errorOf([&] { replaceHead(path); }), QLatin1StringView(name));
-        EXPECT_EQ(folder.names(), QStringList{kName});
+        EXPECT_EQ(errorOfReplacing(), QLatin1StringView(name));
         EXPECT_EQ(calls.names().at(3), "write");
+        expectAlone(bytes);
     }
-}
-
-TEST(FileRewriteTest, saysWhyANewFileCannotBeMade)
-{
     for (const int error : {EACCES, EROFS, ENOSPC, EMFILE}) {
-        const WriterFolder folder;
-        const QString path = folder.write(kName, noise(100));
         FailingFileCalls calls;
         calls.error = error;
-        calls.failingStep = 2;
+        calls.failingStep = 2; // the new file cannot be made
         try {
             replaceHead(path);
             ADD_FAILURE() << "nothing thrown";
@@ -271,17 +273,15 @@ TEST(FileRewriteTest, saysWhyANewFileCannotBeMade)
     }
 }
 
-TEST(FileRewriteTest, keepsModeAndAttributesAndMakesTheFileWritable)
+TEST_F(FileRewriteTest, keepsModeAndAttributesAndMakesTheFileWritable)
 {
     const std::pair<mode_t, mode_t> modes[] = {{0640, 0640}, {0444, 0644}, {0400, 0600}, {0755, 0755}};
+    const bool hasAttributes = setAttribute(path, "user.label", "red") && setAttribute(path, "user.empty", "");
     for (const auto& [before, after] : modes) {
-        const WriterFolder folder;
-        const QByteArray bytes = noise(100);
-        const QString path = folder.write(kName, bytes);
-        const bool hasAttributes = setAttribute(path, "user.label", "red") && setAttribute(path, "user.empty", "");
-        ASSERT_EQ(chmod(QFile::encodeName(path).constData(), before), 0);
+        folder.write(kName, bytes);
+        ASSERT_EQ(chmod(nativePath.constData(), before), 0);
         replaceHead(path);
-        EXPECT_EQ(statusOf(path).st_mode & 07777, after);
+        EXPECT_EQ(status().st_mode & 07777, after);
         EXPECT_EQ(folder.read(kName), withNewHead(bytes));
         if (hasAttributes) {
             EXPECT_EQ(attribute(path, "user.label"), "red");
@@ -290,52 +290,31 @@ TEST(FileRewriteTest, keepsModeAndAttributesAndMakesTheFileWritable)
     }
 }
 
-TEST(FileRewriteTest, keepsAccessLists)
+TEST_F(FileRewriteTest, keepsAccessLists)
 {
-    // Version 2; owner rw, user 1234 r, group -, mask r, others -. Source: linux/posix_acl_xattr.h.
-    const QByteArray list = QByteArray::fromHex("02000000"
-                                                "01000600ffffffff"
-                                                "02000400d2040000"
-                                                "04000000ffffffff"
-                                                "10000400ffffffff"
-                                                "20000000ffffffff");
-    const WriterFolder folder;
-    const QString path = folder.write(kName, noise(100));
-    if (!setAttribute(path, "system.posix_acl_access", list))
+    if (!setAttribute(path, "system.posix_acl_access", accessList("64040")))
         GTEST_SKIP() << "no access lists here";
     replaceHead(path);
-    EXPECT_EQ(attribute(path, "system.posix_acl_access").toHex(), list.toHex());
-    EXPECT_EQ(statusOf(path).st_mode & 07777, 0640u);
+    EXPECT_EQ(attribute(path, "system.posix_acl_access").toHex(), accessList("64040").toHex());
+    EXPECT_EQ(status().st_mode & 07777, 0640u);
 }
 
-TEST(FileRewriteTest, takesNoAccessListFromTheFolder)
+TEST_F(FileRewriteTest, takesNoAccessListFromTheFolder)
 {
+    ASSERT_EQ(chmod(nativePath.constData(), 0640), 0);
     // Everybody may do everything with what is made here.
-    const QByteArray list = QByteArray::fromHex("02000000"
-                                                "01000700ffffffff"
-                                                "02000700d2040000"
-                                                "04000700ffffffff"
-                                                "10000700ffffffff"
-                                                "20000700ffffffff");
-    const WriterFolder folder;
-    const QString path = folder.write(kName, noise(100));
-    ASSERT_EQ(chmod(QFile::encodeName(path).constData(), 0640), 0);
-    if (!setAttribute(QFileInfo(path).path(), "system.posix_acl_default", list))
+    if (!setAttribute(QFileInfo(path).path(), "system.posix_acl_default", accessList("77777")))
         GTEST_SKIP() << "no access lists here";
     replaceHead(path);
     EXPECT_EQ(attribute(path, "system.posix_acl_access").toHex(), "");
-    EXPECT_EQ(statusOf(path).st_mode & 07777, 0640u);
+    EXPECT_EQ(status().st_mode & 07777, 0640u);
 }
 
-TEST(FileRewriteTest, keepsTheOwnerAndTakesTheImmutableFlagOff)
+TEST_F(FileRewriteTest, keepsTheOwnerAndTakesTheImmutableFlagOff)
 {
-    const WriterFolder folder;
-    const QByteArray bytes = noise(100);
-    const QString path = folder.write(kName, bytes);
-    const QByteArray name = QFile::encodeName(path);
-    if (chown(name.constData(), 1234, 2345) != 0)
+    if (chown(nativePath.constData(), 1234, 2345) != 0)
         GTEST_SKIP() << "needs the rights of root";
-    const int file = open(name.constData(), O_RDONLY);
+    const int file = open(nativePath.constData(), O_RDONLY);
     int flags = 0;
     if (ioctl(file, FS_IOC_GETFLAGS, &flags) == 0) {
         flags |= FS_IMMUTABLE_FL;
@@ -343,19 +322,17 @@ TEST(FileRewriteTest, keepsTheOwnerAndTakesTheImmutableFlagOff)
     }
     close(file);
     replaceHead(path);
-    EXPECT_EQ(statusOf(path).st_uid, 1234u);
-    EXPECT_EQ(statusOf(path).st_gid, 2345u);
+    EXPECT_EQ(status().st_uid, 1234u);
+    EXPECT_EQ(status().st_gid, 2345u);
     EXPECT_EQ(folder.read(kName), withNewHead(bytes));
 }
 
-TEST(FileRewriteTest, goesOnWhereTheOwnerOrAnAttributeIsNotAllowed)
+TEST_F(FileRewriteTest, goesOnWhereTheOwnerOrAnAttributeIsNotAllowed)
 {
     const std::pair<const char*, int> cases[] = {
         {"changeOwner", EPERM}, {"listAttributes", ENOTSUP}, {"writeAttribute", ENOTSUP}, {"inodeFlags", ENOTTY}};
     for (const auto& [name, error] : cases) {
-        const WriterFolder folder;
-        const QByteArray bytes = noise(100);
-        const QString path = folder.write(kName, bytes);
+        folder.write(kName, bytes);
         setAttribute(path, "user.label", "red");
         FailingFileCalls calls;
         calls.failingName = name;
@@ -365,45 +342,38 @@ TEST(FileRewriteTest, goesOnWhereTheOwnerOrAnAttributeIsNotAllowed)
     }
 }
 
-TEST(FileRewriteTest, changesWhatALinkLeadsToAndSplitsHardLinks)
+TEST_F(FileRewriteTest, changesWhatALinkLeadsToAndSplitsHardLinks)
 {
-    const WriterFolder target;
-    const WriterFolder folder;
-    const QByteArray bytes = noise(100);
-    const QByteArray path = QFile::encodeName(target.write(kName, bytes));
-    const QString link = folder.path(QStringLiteral("link.bin"));
-    const QString twin = target.path(QStringLiteral("twin.bin"));
-    ASSERT_EQ(symlink(path.constData(), QFile::encodeName(link).constData()), 0);
-    ASSERT_EQ(::link(path.constData(), QFile::encodeName(twin).constData()), 0);
+    const FileFolder elsewhere;
+    const QString link = elsewhere.path(QStringLiteral("link.bin"));
+    const QString twin = folder.path(QStringLiteral("twin.bin"));
+    ASSERT_EQ(symlink(nativePath.constData(), QFile::encodeName(link).constData()), 0);
+    ASSERT_EQ(::link(nativePath.constData(), QFile::encodeName(twin).constData()), 0);
     {
         FileRewrite rewrite(link, kFormat);
         rewrite.write("x");
-        EXPECT_EQ(target.names().size(), 3) << "the new file stands beside the target";
+        EXPECT_EQ(folder.names().size(), 3) << "the new file stands beside the target";
     }
-    EXPECT_EQ(target.names().size(), 2);
+    EXPECT_EQ(folder.names().size(), 2);
     replaceHead(link);
     EXPECT_TRUE(S_ISLNK(statusOf(link).st_mode));
-    EXPECT_EQ(target.read(kName), withNewHead(bytes));
-    EXPECT_EQ(target.read(QStringLiteral("twin.bin")), bytes);
+    EXPECT_EQ(folder.read(kName), withNewHead(bytes));
+    EXPECT_EQ(folder.read(QStringLiteral("twin.bin")), bytes);
 }
 
-TEST(FileRewriteTest, takesNamesOfAllKinds)
+TEST_F(FileRewriteTest, takesNamesOfAllKinds)
 {
     // The last is a name in decomposed form.
     for (const QStringView name : {u"\U0001F3A7 mix.bin", u"\nнота'\"%20#?.bin", u"e\u0301.bin"}) {
-        const WriterFolder folder;
-        const QByteArray bytes = noise(100);
-        const QString path = folder.write(name.toString(), bytes);
-        replaceHead(path);
-        EXPECT_EQ(folder.names(), QStringList{name.toString()});
-        EXPECT_EQ(folder.read(name.toString()), withNewHead(bytes));
+        const FileFolder own;
+        replaceHead(own.write(name.toString(), bytes).toLocalFile());
+        EXPECT_EQ(own.names(), QStringList{name.toString()});
+        EXPECT_EQ(own.read(name.toString()), withNewHead(bytes));
     }
 }
 
-TEST(FileRewriteTest, namesTheNewFileSoThatItIsKnownAndHidden)
+TEST_F(FileRewriteTest, namesTheNewFileSoThatItIsKnownAndHidden)
 {
-    const WriterFolder folder;
-    const QString path = folder.write(kName, "0123456789");
     {
         FileRewrite rewrite(path, QStringLiteral("Mp3"), FileRewrite::OnFailure::Keep);
         EXPECT_EQ(folder.names(), QStringList{kName}) << "nothing is made before the first write";
@@ -415,51 +385,42 @@ TEST(FileRewriteTest, namesTheNewFileSoThatItIsKnownAndHidden)
     EXPECT_TRUE(name.endsWith(QStringLiteral(".Mp3")));
     EXPECT_EQ(name.sliced(9, 36), name.sliced(9, 36).toUpper());
     EXPECT_EQ(statusOf(folder.path(name)).st_mode & 07777, 0600u);
-    EXPECT_EQ(folder.read(kName), "0123456789");
+    EXPECT_EQ(folder.read(kName), bytes);
 }
 
-TEST(FileRewriteTest, survivesALimitOfTheFilesSize)
+TEST_F(FileRewriteTest, survivesALimitOfTheFilesSize)
 {
-    const WriterFolder folder;
-    const QByteArray bytes = noise(300'000);
-    const QString path = folder.write(kName, bytes);
+    folder.write(kName, noise(300'000));
     rlimit before = {};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit limit{200'000, before.rlim_max};
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    const QString error = errorOf([&] { replaceHead(path); });
+    const QString error = errorOfReplacing();
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(error, QStringLiteral("fileWriteOutOfSpace"));
-    EXPECT_TRUE(folder.read(kName) == bytes);
-    EXPECT_EQ(folder.names(), QStringList{kName});
+    expectAlone(noise(300'000));
 }
 
-TEST(FileRewriteTest, survivesAFullDisk)
+TEST_F(FileRewriteTest, survivesAFullDisk)
 {
-    const WriterFolder folder;
-    const QByteArray mountPoint = QFile::encodeName(QFileInfo(folder.path(kName)).path());
+    const QByteArray mountPoint = QFile::encodeName(QFileInfo(path).path());
     if (mount("none", mountPoint.constData(), "tmpfs", 0, "size=512k") != 0)
         GTEST_SKIP() << "needs the rights of root";
-    const QByteArray bytes = noise(300'000);
-    const QString path = folder.write(kName, bytes);
-    EXPECT_EQ(errorOf([&] { replaceHead(path); }), QStringLiteral("fileWriteOutOfSpace"));
-    EXPECT_TRUE(folder.read(kName) == bytes);
-    EXPECT_EQ(folder.names(), QStringList{kName});
+    folder.write(kName, noise(300'000));
+    EXPECT_EQ(errorOfReplacing(), QStringLiteral("fileWriteOutOfSpace"));
+    expectAlone(noise(300'000));
     EXPECT_EQ(umount(mountPoint.constData()), 0);
 }
 
-TEST(FileRewriteTest, leavesAFolderWithoutRightsAsItWas)
+TEST_F(FileRewriteTest, leavesAFolderWithoutRightsAsItWas)
 {
     if (geteuid() == 0)
         GTEST_SKIP() << "root may write everywhere";
-    const WriterFolder folder;
-    const QByteArray bytes = noise(100);
-    const QString path = folder.write(kName, bytes);
     const QByteArray parent = QFile::encodeName(QFileInfo(path).path());
     ASSERT_EQ(chmod(parent.constData(), 0500), 0);
-    EXPECT_EQ(errorOf([&] { replaceHead(path); }), QStringLiteral("fileWriteUnknown"));
+    EXPECT_EQ(errorOfReplacing(), QStringLiteral("fileWriteUnknown"));
     EXPECT_EQ(folder.read(kName), bytes);
     ASSERT_EQ(chmod(parent.constData(), 0700), 0);
 }

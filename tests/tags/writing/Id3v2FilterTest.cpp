@@ -1,7 +1,7 @@
 #include "tags/writing/Id3v2Filter.h"
 
 #include "support/TagBytes.h"
-#include "support/WriterFolder.h"
+#include "support/WrittenFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -18,12 +18,6 @@ QByteArray filtered(const QByteArray& tag, CleanerFields fields, const std::opti
                     const std::optional<QString>& album = {})
 {
     return Id3v2Filter::filtered(tag, fields, title, album, QStringLiteral("a.mp3"));
-}
-
-/// A frame of ID3v2.2.
-QByteArray shortFrame(const char* id, const QByteArray& body)
-{
-    return id + big(static_cast<quint64>(body.size()), 3) + body;
 }
 
 TEST(Id3v2FilterTest, takesTheFieldsFramesAlone)

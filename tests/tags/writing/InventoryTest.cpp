@@ -39,8 +39,6 @@ TEST(InventoryTest, countsWhatAPlainSaveDrops)
     const QByteArray oldTag = id3v1({.title = "x", .genre = 3});
     QByteArray numberedTag = id3v1({.title = "x"});
     numberedTag.replace(93, 4, "1999").replace(125, 2, QByteArray("\0\7", 2));
-    QByteArray brokenApe = ape({"Mood=x"});
-    brokenApe.replace(brokenApe.size() - 16, 4, little(9, 4)); // more items than there are
     const QByteArray atoms = itemAtom("aART", 1, "V") +
                              itemAtom("\251"
                                       "day",
@@ -76,7 +74,7 @@ TEST(InventoryTest, countsWhatAPlainSaveDrops)
          "a.mp3",
          id3v2(textFrame("TIT2", "T"), 3, 0x08) + mpegFrames(3) + ape({"Mood=x"}),
          {false, 1, {}, {}, true}},
-        {"fewer items than counted", "a.mp3", mpegFrames(3) + brokenApe, {false, 1, {}, {}, true}},
+        {"fewer items than counted", "a.mp3", mpegFrames(3) + withCount(ape({"Mood=x"}), 9), {false, 1, {}, {}, true}},
         {"old tag's year and track",
          "a.mp3",
          mpegFrames(3) + numberedTag,
@@ -151,9 +149,9 @@ TEST(InventoryTest, ownFilesHaveNothingToLose)
         SCOPED_TRACE(name);
         const QUrl url = makeSound(folder, QLatin1StringView(name));
         EXPECT_FALSE(TagInventoryReader::read(url).losesAnything({}, false));
-        ASSERT_EQ(failureOf(writing(fullTags()), url), QStringLiteral("none"));
+        ASSERT_EQ(failureOf(writing(fullTags()), url), QString());
         EXPECT_FALSE(TagInventoryReader::read(url).losesAnything(fullTags(), false));
-        ASSERT_EQ(failureOf(keeping(fullTags()), url), QStringLiteral("none"));
+        ASSERT_EQ(failureOf(keeping(fullTags()), url), QString());
         const TagInventory kept = TagInventoryReader::read(url);
         EXPECT_EQ(kept.otherEntries, 0);
         EXPECT_EQ(kept.unread, tagsWith({{&AudioTags::albumArtist, fullTags().albumArtist},

@@ -1,5 +1,5 @@
 #include "platform/files/FileCalls.h"
-#include "support/WriterFolder.h"
+#include "support/TagsOf.h"
 #include "tags/writing/FileRewrite.h"
 
 #include <gtest/gtest.h>
@@ -31,9 +31,9 @@ const QString kName = QStringLiteral("a.mp3");
 
 TEST(KilledRewriteTest, leavesOneOfTheTwoFilesWhole)
 {
-    const WriterFolder folder;
+    const FileFolder folder;
     const QByteArray rest(kSize - 1, 'x');
-    const QString path = folder.write(kName, 'a' + rest);
+    const QString path = folder.write(kName, 'a' + rest).toLocalFile();
     std::minstd_rand random(1);
     int interrupted = 0;
     QByteArray seen;

@@ -1,7 +1,7 @@
 #include "tags/writing/Mp3Trailer.h"
 
 #include "support/TagBytes.h"
-#include "support/WriterFolder.h"
+#include "support/WrittenFiles.h"
 #include "tags/writing/ApeFilter.h"
 
 #include <gtest/gtest.h>
@@ -16,17 +16,6 @@ const QString kCorrupt = QStringLiteral("fileReadCorruptFile");
 QByteArray withoutHeader(const QByteArray& ape)
 {
     return ape.sliced(ApeFilter::kBlockSize);
-}
-
-/// A tag with another size in its footer, or another number of items.
-QByteArray withSize(QByteArray ape, quint32 size)
-{
-    return ape.replace(ape.size() - 20, 4, little(size, 4));
-}
-
-QByteArray withCount(QByteArray ape, quint32 count)
-{
-    return ape.replace(ape.size() - 16, 4, little(count, 4));
 }
 
 qint64 audioEnd(const QByteArray& bytes, qint64 lowerBound = 0)
