@@ -1,13 +1,8 @@
-#include "FuzzSources.h"
+#include "FuzzWriters.h"
 
-#include "core/model/AudioTags.h"
 #include "tags/bytes/ByteReader.h"
 #include "tags/vault/FileAnatomy.h"
 #include "tags/vault/VaultEntry.h"
-#include "tags/writing/AiffWriter.h"
-#include "tags/writing/FlacWriter.h"
-#include "tags/writing/M4aWriter.h"
-#include "tags/writing/WavWriter.h"
 #include "tags/writing/WriteErrors.h"
 
 #include <optional>
@@ -38,35 +33,25 @@ QString extensionOf(const QByteArray& bytes)
     return bytes.mid(4, 4) == "ftyp" ? QStringLiteral("m4a") : QStringLiteral("mp3");
 }
 
-RewritePlan planWrite(const RewriteSource& source, const QString& extension)
+RewritePlan planWrite(const RewriteSource& source, const Writer& writer)
 {
     AudioTags tags;
     tags.title = QStringLiteral("Title");
-    if (extension == QStringLiteral("flac"))
-        return FlacWriter::planWrite(source, tags, QByteArray("picture"));
-    if (extension == QStringLiteral("wav"))
-        return WavWriter::planWrite(source, tags, QByteArray("picture"));
-    return extension == QStringLiteral("aiff") ? AiffWriter::planWrite(source, tags, std::nullopt)
-                                               : M4aWriter::planWrite(source, tags);
+    return writer.write(source, tags);
 }
 
-RewritePlan planClean(const RewriteSource& source, const QString& extension)
+RewritePlan planClean(const RewriteSource& source, const Writer& writer)
 {
-    const TagEdits edits{CleanerFields::fromInt(1023), QStringLiteral("New"), QStringLiteral("Album")};
-    if (extension == QStringLiteral("flac"))
-        return FlacWriter::planClean(source, edits);
-    if (extension == QStringLiteral("wav"))
-        return WavWriter::planClean(source, edits);
-    return extension == QStringLiteral("aiff") ? AiffWriter::planClean(source, edits)
-                                               : M4aWriter::planClean(source, edits);
+    return writer.clean(source, {CleanerFields::fromInt(1023), QStringLiteral("New"), QStringLiteral("Album")});
 }
 
 /// \return the file as a writer leaves it; nothing where it refuses.
 template <typename Plan>
-std::optional<QByteArray> changed(const QByteArray& file, const QString& extension, const Plan& plan)
+std::optional<QByteArray> changed(const QByteArray& file, const Plan& plan)
 {
     try {
-        return withSource(file, [&](const RewriteSource& source) { return plan(source, extension).toBytes(source); });
+        return withSource(file,
+                          [&](const RewriteSource& source) { return plan(source, writerOf(file)).toBytes(source); });
     } catch (const FileError&) {
     } catch (const WriteError&) {
     }
@@ -77,7 +62,7 @@ std::optional<QByteArray> changed(const QByteArray& file, const QString& extensi
 template <typename Plan>
 void checkFile(const QByteArray& file, const QString& extension, const Plan& plan)
 {
-    const std::optional<QByteArray> present = changed(file, extension, plan);
+    const std::optional<QByteArray> present = changed(file, plan);
     if (!present)
         return;
     const std::optional<VaultEntry> entry = VaultEntry::fromBytes(entryOf(file, extension).toBytes());

@@ -4,6 +4,7 @@
 #include "async/Cancelled.h"
 #include "platform/audio/AudioFileError.h"
 #include "support/DecoderFixture.h"
+#include "support/Machine.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -96,10 +97,7 @@ TEST_F(AudioProcessorTest, ShortAndSilentFilesHaveTheirValues)
 TEST_F(AudioProcessorTest, WhatTheProgramCannotDoIsLeftToTheReader)
 {
     const QUrl good = sound("good.wav", kSteps);
-    QFile broken(path(QStringLiteral("broken.mp3")));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write(QByteArray(5000, 'x'));
-    broken.close();
+    writeFile(path(QStringLiteral("broken.mp3")), QByteArray(5000, 'x'));
     const struct {
         const char* name;
         std::optional<QString> body;

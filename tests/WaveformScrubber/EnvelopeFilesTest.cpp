@@ -2,6 +2,7 @@
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
 #include "WaveformScrubber/cache/EnvelopeKey.h"
 #include "WaveformScrubber/shape/Envelope.h"
+#include "support/Machine.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,12 +21,7 @@ class EnvelopeFilesTest : public testing::Test {
 protected:
     QString path(const QString& name) const { return m_folder.filePath(name); }
 
-    void put(const QString& name, const QByteArray& bytes) const
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
+    void put(const QString& name, const QByteArray& bytes) const { writeFile(path(name), bytes); }
 
     /// Makes a file look as if nobody had used it for some days.
     void age(const QString& name, int readDays, int writtenDays) const
@@ -78,10 +74,8 @@ TEST_F(EnvelopeFilesTest, AnEntryIsFloatsOfTheSmallerEndAndNothingElse)
     samples.front() = 1;
     const QString entry = path(QStringLiteral("new/folders/") + kName);
     EXPECT_TRUE(EnvelopeFile::write(entry, samples));
-    QFile file(entry);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.size(), 16384);
-    EXPECT_EQ(file.read(8), QByteArray::fromHex("0000803f0000803e"));
+    EXPECT_EQ(readFile(entry).size(), 16384);
+    EXPECT_EQ(readFile(entry).first(8), QByteArray::fromHex("0000803f0000803e"));
     EXPECT_EQ(EnvelopeFile::read(entry), samples);
 
     samples.pop_back();

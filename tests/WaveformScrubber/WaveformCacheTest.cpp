@@ -7,6 +7,7 @@
 #include "async/TaskGroup.h"
 #include "async/ThreadExecutor.h"
 #include "platform/Localization.h"
+#include "support/Machine.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -52,12 +53,8 @@ TEST_F(WaveformCacheTest, IsComputedOnceThenComesFromMemoryThenFromDisk)
 TEST_F(WaveformCacheTest, AnEntryOfAnotherLengthIsComputedAnewAndOverwritten)
 {
     const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    ASSERT_TRUE(QDir().mkpath(folder()));
     for (const int size : {0, 16383, 16385}) {
-        QFile entry(entryPath(url));
-        ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
-        entry.write(QByteArray(size, '\0'));
-        entry.close();
+        writeFile(entryPath(url), QByteArray(size, '\0'));
         restart();
         EXPECT_EQ(answerFor(url), kHalf) << size;
         EXPECT_EQ(EnvelopeFile::read(entryPath(url)), std::vector<float>(4096, 0.5F)) << size;
@@ -278,8 +275,7 @@ TEST_F(WaveformCacheTest, TheEndOfTheCacheEndsWhoWaits)
 TEST_F(WaveformCacheTest, WhatCannotBeSavedIsComputedAllTheSame)
 {
     const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    QFile inTheWay(folder());
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    writeFile(folder()); // in the way
     EXPECT_EQ(answerFor(url), kHalf);
     EXPECT_EQ(answerFor(url), kHalf);
     EXPECT_EQ(m_computed.size(), 1);

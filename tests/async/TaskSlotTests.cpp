@@ -36,6 +36,33 @@ struct World {
     }
 };
 
+struct Wait {
+    const char* name;
+    Task<> (*begin)(World& world, std::stop_token stop);
+};
+
+Task<> job(World& world, std::stop_token stop)
+{
+    const auto work = [&world](std::stop_token) {
+        if (world.duringJob)
+            world.duringJob();
+    };
+    return world.executor.run(Priority::Background, std::move(stop), work);
+}
+
+const Wait kWaits[] = {
+    {"sleep", [](World& world, std::stop_token stop) { return world.clock.sleep(1s, std::move(stop)); }},
+    {"job", &job},
+    {"lane",
+     [](World& world, std::stop_token stop) { return world.lane.run(std::move(stop), [](std::stop_token) {}); }},
+    {"permit", [](World& world, std::stop_token stop) { return world.permits.acquire(std::move(stop)); }},
+    {"gate", [](World& world, std::stop_token stop) { return world.gate.wait(std::move(stop)); }},
+    {"signal",
+     [](World& world, std::stop_token stop) {
+         return signalOnce(&world.sender, &QObject::objectNameChanged, std::move(stop));
+     }},
+};
+
 // Writes into itself after the wait: a fault of memory if it is gone by then.
 class Owner {
 public:
@@ -44,57 +71,17 @@ public:
     {
     }
 
-    Task<> sleep(std::stop_token stop)
+    void start(const Wait& wait)
     {
-        co_await m_world.clock.sleep(1s, stop);
-        proceed();
-    }
-
-    Task<> work(std::stop_token stop)
-    {
-        const auto job = [&world = m_world](std::stop_token) {
-            if (world.duringJob)
-                world.duringJob();
-            return 5;
-        };
-        m_progress = co_await m_world.executor.run(Priority::Background, stop, job);
-        proceed();
-    }
-
-    Task<> workInLane(std::stop_token stop)
-    {
-        m_progress = co_await m_world.lane.run(stop, [](std::stop_token) { return 6; });
-        proceed();
-    }
-
-    Task<> waitForPermit(std::stop_token stop)
-    {
-        co_await m_world.permits.acquire(stop);
-        proceed();
-    }
-
-    Task<> waitForGate(std::stop_token stop)
-    {
-        co_await m_world.gate.wait(stop);
-        proceed();
-    }
-
-    Task<> waitForSignal(std::stop_token stop)
-    {
-        co_await signalOnce(&m_world.sender, &QObject::objectNameChanged, stop);
-        proceed();
-    }
-
-    void start(Task<> (Owner::*wait)(std::stop_token))
-    {
-        m_slot.start([this, wait](std::stop_token stop) { return (this->*wait)(stop); });
+        m_slot.start([this, begin = wait.begin](std::stop_token stop) { return proceedAfter(begin(m_world, stop)); });
     }
 
     bool isActive() const { return m_slot.isActive(); }
 
 private:
-    void proceed()
+    Task<> proceedAfter(Task<> wait)
     {
+        co_await wait;
         ++m_progress;
         m_world.log.push_back("reached");
     }
@@ -102,11 +89,6 @@ private:
     World& m_world;
     int m_progress = 0;
     TaskSlot m_slot;
-};
-
-struct Wait {
-    const char* name;
-    Task<> (Owner::*wait)(std::stop_token);
 };
 
 class EveryWait : public testing::TestWithParam<Wait> {
@@ -125,7 +107,7 @@ protected:
 TEST_P(EveryWait, ResumesItsOwnerOnceTheEventHasCome)
 {
     Owner owner(m_world);
-    owner.start(GetParam().wait);
+    owner.start(GetParam());
     EXPECT_TRUE(owner.isActive());
     m_world.letEverythingHappen();
     EXPECT_EQ(m_world.log, Log{"reached"});
@@ -135,7 +117,7 @@ TEST_P(EveryWait, ResumesItsOwnerOnceTheEventHasCome)
 TEST_P(EveryWait, NeverReachesAnOwnerThatDiedMeanwhile)
 {
     auto owner = std::make_unique<Owner>(m_world);
-    owner->start(GetParam().wait);
+    owner->start(GetParam());
     owner.reset();
     EXPECT_EQ(m_world.clock.pendingCount(), 0);
     EXPECT_EQ(m_world.permits.waiting(), 0);
@@ -148,18 +130,14 @@ TEST_P(EveryWait, NeverReachesAnOwnerThatDiedMeanwhile)
 TEST_P(EveryWait, IsSupersededByANewStart)
 {
     Owner owner(m_world);
-    owner.start(GetParam().wait);
-    owner.start(GetParam().wait);
+    owner.start(GetParam());
+    owner.start(GetParam());
     EXPECT_EQ(liveTaskCount(), 2);
     m_world.letEverythingHappen();
     EXPECT_EQ(m_world.log, Log{"reached"});
 }
 
-INSTANTIATE_TEST_SUITE_P(Waits, EveryWait,
-                         testing::Values(Wait{"sleep", &Owner::sleep}, Wait{"job", &Owner::work},
-                                         Wait{"lane", &Owner::workInLane}, Wait{"permit", &Owner::waitForPermit},
-                                         Wait{"gate", &Owner::waitForGate}, Wait{"signal", &Owner::waitForSignal}),
-                         [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Waits, EveryWait, testing::ValuesIn(kWaits), [](const auto& info) { return info.param.name; });
 
 TEST(TaskSlot, AnOwnerMayDieWhileItsJobRunsOrBeforeItsResumption)
 {
@@ -173,7 +151,7 @@ TEST(TaskSlot, AnOwnerMayDieWhileItsJobRunsOrBeforeItsResumption)
             else
                 owner.reset();
         };
-        owner->start(&Owner::work);
+        owner->start(Wait{"job", &job});
         world.executor.runAll();
         EXPECT_FALSE(owner);
         EXPECT_TRUE(world.log.empty());

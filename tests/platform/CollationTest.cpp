@@ -1,10 +1,10 @@
 #include "platform/Collation.h"
 
 #include "platform/Localization.h"
+#include "support/LanguageSwitching.h"
 
 #include <QSet>
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace {
 
@@ -110,21 +110,9 @@ TEST(CollationThreads, ManyThreadsMayCompareWhileTheLanguageSwitches)
         keys.insert(Collation::standardSortKey(left));
     }
     std::atomic<int> wrong = 0;
-    std::atomic<int> running = 3;
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < 3; ++i) {
-            threads.emplace_back([&] {
-                for (int round = 0; round < 2000; ++round) {
-                    wrong += Collation::standardCompare(left, right) >= 0;
-                    wrong += !keys.contains(Collation::standardSortKey(left));
-                }
-                --running;
-            });
-        }
-        for (int i = 0; running > 0; ++i)
-            VelmoraLocalization::setLanguage(i % 2 ? AppLanguage::Russian : AppLanguage::English);
-    }
+    LanguageSwitching::whileOthersSwitch([&] {
+        wrong += Collation::standardCompare(left, right) >= 0;
+        wrong += !keys.contains(Collation::standardSortKey(left));
+    });
     EXPECT_EQ(wrong, 0);
-    VelmoraLocalization::setLanguage(AppLanguage::Russian);
 }

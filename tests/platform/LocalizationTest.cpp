@@ -1,7 +1,7 @@
 #include "platform/Localization.h"
+#include "support/LanguageSwitching.h"
 
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace {
 
@@ -123,20 +123,9 @@ TEST_F(LocalizationTest, NamesTheSystemThatRuns)
 TEST_F(LocalizationTest, ManyThreadsReadWhileTheLanguageSwitches)
 {
     std::atomic<int> wrong = 0;
-    std::atomic<int> running = 3;
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < 3; ++i) {
-            threads.emplace_back([&wrong, &running] {
-                for (int round = 0; round < 2000; ++round) {
-                    const QString found = VelmoraLocalization::string(text("Обложки"));
-                    wrong += found != text("Обложки") && found != QStringLiteral("Covers");
-                }
-                --running;
-            });
-        }
-        for (int i = 0; running > 0; ++i)
-            VelmoraLocalization::setLanguage(i % 2 ? AppLanguage::Russian : AppLanguage::English);
-    }
+    LanguageSwitching::whileOthersSwitch([&wrong] {
+        const QString found = VelmoraLocalization::string(text("Обложки"));
+        wrong += found != text("Обложки") && found != QStringLiteral("Covers");
+    });
     EXPECT_EQ(wrong, 0);
 }

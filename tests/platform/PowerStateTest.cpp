@@ -2,12 +2,10 @@
 #include "platform/power/ResourceWatch.h"
 
 #include "async/MainQueue.h"
+#include "support/Machine.h"
 #include "support/ManualClock.h"
 #include "support/ManualExecutor.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -19,13 +17,8 @@ using Tree = QHash<QString, QByteArray>;
 
 void build(const QString& root, const Tree& tree)
 {
-    for (auto entry = tree.cbegin(); entry != tree.cend(); ++entry) {
-        const QString path = root + u'/' + entry.key();
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(*entry);
-    }
+    for (auto entry = tree.cbegin(); entry != tree.cend(); ++entry)
+        writeFile(root + u'/' + entry.key(), *entry);
 }
 
 Tree battery(const QByteArray& status, const QByteArray& capacity)

@@ -1,8 +1,8 @@
 #include "platform/Preferences.h"
 
-#include <QDir>
+#include "support/Machine.h"
+
 #include <QFile>
-#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <cmath>
@@ -29,14 +29,13 @@ protected:
 TEST_F(PreferencesTest, WhatTheDiskRefusesIsToldAndWrittenWithTheNextChange)
 {
     const QString file = folder.filePath(text("no folder"));
-    QFile blocking(file);
-    ASSERT_TRUE(blocking.open(QIODevice::WriteOnly));
+    writeFile(file);
     Preferences refused(std::make_unique<SettingsFile>(file + text("/settings.ini")));
     QSignalSpy told(&refused, &Preferences::saved);
     refused.genreList.set(text("House"));
     ASSERT_TRUE(told.wait());
     EXPECT_EQ(told.takeFirst().first(), false);
-    ASSERT_TRUE(blocking.remove());
+    ASSERT_TRUE(QFile::remove(file));
     refused.seekStep.set(0.5);
     ASSERT_TRUE(told.wait());
     EXPECT_EQ(told.takeFirst().first(), true);
@@ -118,13 +117,9 @@ TEST_F(PreferencesTest, AnEmptyTextIsAValue)
 
 TEST_F(PreferencesTest, UnreadableValuesAreTheDefaults)
 {
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[General]\nseekStep=soon\nwaveformHeight=nan\nconverterBitrate=many\nsidebarCollapsed=perhaps\n"
-               "compactSidebarCollapsed=\ncleanerAskBeforeApplying=0\ndashboardPlayerOnTop=1\ntableDensity=1,5\n"
-               "analysisDFTWindow=8192\n");
-    file.close();
+    writeFile(path, "[General]\nseekStep=soon\nwaveformHeight=nan\nconverterBitrate=many\nsidebarCollapsed=perhaps\n"
+                    "compactSidebarCollapsed=\ncleanerAskBeforeApplying=0\ndashboardPlayerOnTop=1\ntableDensity=1,5\n"
+                    "analysisDFTWindow=8192\n");
     const Preferences p = onDisk();
     EXPECT_EQ(p.seekStep.get(), 15.0);
     EXPECT_EQ(p.waveformHeight.get(), 42.0);

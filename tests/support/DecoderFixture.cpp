@@ -1,11 +1,11 @@
 #include "support/DecoderFixture.h"
 
 #include "platform/process/FFmpegExecutable.h"
+#include "support/Machine.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 
 const QString DecoderFixture::kHanging = QStringLiteral(": > ready; printf 12345678 > \"$out\"; exec sleep 60");
 const QString DecoderFixture::kStubborn = QStringLiteral("trap '' TERM; : > ready; while :; do sleep 0.02; done");
@@ -45,18 +45,16 @@ void DecoderFixture::TearDown()
 
 QByteArray DecoderFixture::contents(const QString& name) const
 {
-    QFile file(path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(path(name));
 }
 
 QUrl DecoderFixture::script(const QString& body) const
 {
-    QFile file(path(QStringLiteral("decoder")));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("#!/bin/sh\nfor out; do :; done\ncd '" + QFile::encodeName(m_folder.path()) + "'\n");
-    file.write("echo $$ > pid.new && mv pid.new pid\n" + body.toUtf8() + '\n');
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    return QUrl::fromLocalFile(file.fileName());
+    const QByteArray begin = "#!/bin/sh\nfor out; do :; done\ncd '" + QFile::encodeName(m_folder.path()) + "'\n";
+    const QString program = path(QStringLiteral("decoder"));
+    writeFile(program, begin + "echo $$ > pid.new && mv pid.new pid\n" + body.toUtf8() + '\n');
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return QUrl::fromLocalFile(program);
 }
 
 QUrl DecoderFixture::encoded(const QString& name, const QStringList& arguments) const
@@ -64,7 +62,7 @@ QUrl DecoderFixture::encoded(const QString& name, const QStringList& arguments) 
     const QString output = path(name);
     const QStringList all =
         QStringList{QStringLiteral("-v"), QStringLiteral("error")} + arguments + QStringList{output};
-    EXPECT_EQ(QProcess::execute(realDecoder().toLocalFile(), all), 0) << qPrintable(all.join(u' '));
+    EXPECT_TRUE(runProgram(realDecoder().toLocalFile(), all)) << qPrintable(all.join(u' '));
     return QUrl::fromLocalFile(output);
 }
 

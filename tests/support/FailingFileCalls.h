@@ -4,8 +4,9 @@
 
 #include <QByteArrayList>
 
+#include <algorithm>
+#include <cerrno>
 #include <limits>
-#include <optional>
 
 /// The system's file calls, counted and recorded; one can fail, or the process can "end" before one: then no later call
 /// does anything, as if nobody was there to make it. Installed while it lives.
@@ -31,29 +32,95 @@ public:
     /// The names of the calls made, in order.
     const QByteArrayList& names() const { return m_names; }
 
-    int open(const QByteArray& path, int flags, mode_t mode = 0) override;
-    int close(int file) override;
-    ssize_t read(int file, void* target, size_t count, off_t offset) override;
-    ssize_t write(int file, const void* source, size_t count, off_t offset) override;
-    ssize_t copyRange(int from, off_t fromOffset, int to, off_t toOffset, size_t count) override;
-    int status(int file, struct stat* target) override;
-    int changeMode(int file, mode_t mode) override;
-    int changeOwner(int file, uid_t user, gid_t group) override;
-    ssize_t listAttributes(int file, char* names, size_t size) override;
-    ssize_t readAttribute(int file, const char* name, void* value, size_t size) override;
-    int writeAttribute(int file, const char* name, const void* value, size_t size) override;
-    int removeAttribute(int file, const char* name) override;
-    int inodeFlags(int file, int* flags) override;
-    int setInodeFlags(int file, int flags) override;
-    int sync(int file) override;
-    int rename(const QByteArray& from, const QByteArray& to) override;
-    int renameToFree(const QByteArray& from, const QByteArray& to) override;
-    int facts(const QByteArray& path, int flags, struct statx* target) override;
-    int makeFolder(const QByteArray& path, mode_t mode) override;
-    int remove(const QByteArray& path) override;
+    int open(const QByteArray& path, int flags, mode_t mode = 0) override
+    {
+        return passes("open") ? Base::open(path, flags, mode) : -1;
+    }
+    int close(int file) override
+    {
+        // The descriptor goes in any case: it does so at the end of a process and after a failure as well.
+        const bool isPassed = passes("close");
+        const int failure = errno;
+        const int result = Base::close(file);
+        errno = failure;
+        return isPassed ? result : -1;
+    }
+    ssize_t read(int file, void* target, size_t count, off_t offset) override
+    {
+        return passes("read") ? Base::read(file, target, std::min(count, transferLimit), offset) : -1;
+    }
+    ssize_t write(int file, const void* source, size_t count, off_t offset) override
+    {
+        return passes("write") ? Base::write(file, source, std::min(count, transferLimit), offset) : -1;
+    }
+    ssize_t copyRange(int from, off_t fromOffset, int to, off_t toOffset, size_t count) override
+    {
+        const size_t limited = std::min(count, transferLimit);
+        return passes("copyRange") ? Base::copyRange(from, fromOffset, to, toOffset, limited) : -1;
+    }
+    int status(int file, struct stat* target) override { return passes("status") ? Base::status(file, target) : -1; }
+    int changeMode(int file, mode_t mode) override { return passes("changeMode") ? Base::changeMode(file, mode) : -1; }
+    int changeOwner(int file, uid_t user, gid_t group) override
+    {
+        return passes("changeOwner") ? Base::changeOwner(file, user, group) : -1;
+    }
+    ssize_t listAttributes(int file, char* names, size_t size) override
+    {
+        return passes("listAttributes") ? Base::listAttributes(file, names, size) : -1;
+    }
+    ssize_t readAttribute(int file, const char* name, void* value, size_t size) override
+    {
+        return passes("readAttribute") ? Base::readAttribute(file, name, value, size) : -1;
+    }
+    int writeAttribute(int file, const char* name, const void* value, size_t size) override
+    {
+        return passes("writeAttribute") ? Base::writeAttribute(file, name, value, size) : -1;
+    }
+    int removeAttribute(int file, const char* name) override
+    {
+        return passes("removeAttribute") ? Base::removeAttribute(file, name) : -1;
+    }
+    int inodeFlags(int file, int* flags) override { return passes("inodeFlags") ? Base::inodeFlags(file, flags) : -1; }
+    int setInodeFlags(int file, int flags) override
+    {
+        return passes("setInodeFlags") ? Base::setInodeFlags(file, flags) : -1;
+    }
+    int sync(int file) override { return passes("sync") ? Base::sync(file) : -1; }
+    int rename(const QByteArray& from, const QByteArray& to) override
+    {
+        return passes("rename") ? Base::rename(from, to) : -1;
+    }
+    int renameToFree(const QByteArray& from, const QByteArray& to) override
+    {
+        return passes("renameToFree") ? Base::renameToFree(from, to) : -1;
+    }
+    int facts(const QByteArray& path, int flags, struct statx* target) override
+    {
+        if (!passes("facts") || Base::facts(path, flags, target) != 0)
+            return -1;
+        if (!otherVolume.isEmpty() && (path + '/').startsWith(otherVolume + '/'))
+            ++target->stx_dev_minor;
+        return 0;
+    }
+    int makeFolder(const QByteArray& path, mode_t mode) override
+    {
+        return passes("makeFolder") ? Base::makeFolder(path, mode) : -1;
+    }
+    int remove(const QByteArray& path) override { return passes("remove") ? Base::remove(path) : -1; }
 
 private:
-    bool passes(const char* name);
+    using Base = SystemFileCalls;
+
+    bool passes(const char* name)
+    {
+        const int step = stepCount();
+        m_names.append(name);
+        const bool hasEnded = stopStep != kNever && step >= stopStep;
+        if (!hasEnded && step != failingStep && failingName != name)
+            return true;
+        errno = error;
+        return false;
+    }
 
     QByteArrayList m_names;
 };

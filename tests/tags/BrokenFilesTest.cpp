@@ -4,7 +4,6 @@
 
 #include <QDirIterator>
 #include <QElapsedTimer>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -14,12 +13,6 @@
 namespace {
 
 using namespace TagBytes;
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// A small healthy file of every kind, with every kind of tag.
 QList<QByteArray> healthyFiles()
@@ -31,7 +24,7 @@ QList<QByteArray> healthyFiles()
             wave(100, info(riffChunk("INAM", "T")) + riffChunk("id3 ", tag)),
             aiff(100, aiffChunk("NAME", "T") + aiffChunk("ID3 ", tag)),
             m4a(itemAtom("\xA9nam", 1, "T") + freeformAtom("com.apple.iTunes", "initialkey", "8A")),
-            contentOf(QStringLiteral(VELMORA_FUZZ_SEEDS "/adts.aac"))};
+            readFile(QStringLiteral(VELMORA_FUZZ_SEEDS "/adts.aac"))};
 }
 
 /// No item may hold more than the file does.
@@ -157,7 +150,7 @@ TEST(BrokenFilesTest, survivesWhatTheFuzzerFound)
     for (const char* folder : {VELMORA_FUZZ_SEEDS, VELMORA_TEST_DATA "/tags"}) {
         for (QDirIterator files(QString::fromUtf8(folder), QDir::Files); files.hasNext(); ++count) {
             const QString path = files.next();
-            const QByteArray bytes = contentOf(path);
+            const QByteArray bytes = readFile(path);
             SCOPED_TRACE(path.toStdString());
             for (QStringView extension : {u"mp3", u"aac", u""})
                 expectBounded(assetOf(bytes, extension.toString()), bytes);

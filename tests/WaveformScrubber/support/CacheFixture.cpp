@@ -5,6 +5,7 @@
 #include "async/Cancelled.h"
 #include "async/MainQueue.h"
 #include "platform/FileURL.h"
+#include "support/Machine.h"
 
 #include <QFile>
 
@@ -73,12 +74,9 @@ QUrl CacheFixture::put(const QString& name, int byteCount) const
 {
     static int number = 0;
     const QUrl url = file(name);
-    QFile file(url.toLocalFile());
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(byteCount, 'x'));
-    file.close();
+    const QByteArray path = QFile::encodeName(writeFile(url.toLocalFile(), QByteArray(byteCount, 'x')));
     const timespec times[2] = {{0, UTIME_OMIT}, {1700000000 + ++number, 0}};
-    EXPECT_EQ(utimensat(AT_FDCWD, QFile::encodeName(file.fileName()).constData(), times, 0), 0);
+    EXPECT_EQ(utimensat(AT_FDCWD, path.constData(), times, 0), 0);
     return url;
 }
 

@@ -3,6 +3,7 @@
 #include "analysis/decoding/TemporarySweep.h"
 #include "platform/Localization.h"
 #include "support/DecoderFixture.h"
+#include "support/Machine.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -63,8 +64,7 @@ TEST_F(AudioPCMDecoderTest, WhatAKilledProgramLeftIsSweptButNoRunningDecode)
     clock.wait = [&](async::Duration, int) {
         if (QFile::exists(path(QStringLiteral("written"))) && !QFile::exists(path(QStringLiteral("go on")))) {
             swept += TemporarySweep::removeStale();
-            QFile goOn(path(QStringLiteral("go on")));
-            EXPECT_TRUE(goOn.open(QIODevice::WriteOnly));
+            writeFile(path(QStringLiteral("go on")));
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     };

@@ -2,6 +2,7 @@
 
 #include "platform/audio/output/AudioEngine.h"
 #include "platform/audio/AudioFileError.h"
+#include "support/Machine.h"
 #include "support/ManualOutput.h"
 #include "support/SoundFiles.h"
 #include "support/TestTones.h"
@@ -16,14 +17,6 @@
 namespace {
 
 constexpr int kRate = 44100;
-
-bool waitFor(const std::function<bool()>& isDone)
-{
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!isDone() && std::chrono::steady_clock::now() < limit)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return isDone();
-}
 
 std::vector<float> span(const std::vector<float>& samples, size_t begin, size_t count)
 {
@@ -109,7 +102,7 @@ TEST_F(AudioEngineTest, TheEndIsToldAfterItWasHeardAndOnce)
     EXPECT_TRUE(player->isPlaying());
     output.pull(2048);
     const auto ended = std::chrono::steady_clock::now();
-    ASSERT_TRUE(waitFor([&] { return finished > 0; }));
+    ASSERT_TRUE(comesTrue([&] { return finished > 0; }));
     EXPECT_GE(std::chrono::steady_clock::now() - ended, std::chrono::milliseconds(30));
     EXPECT_FALSE(player->isPlaying());
     EXPECT_DOUBLE_EQ(player->currentTime(), 0.5);
@@ -121,7 +114,7 @@ TEST_F(AudioEngineTest, TheEndIsToldAfterItWasHeardAndOnce)
     output.pullSound(1000);
     EXPECT_LT(player->currentTime(), 0.1) << "starts over";
     output.pull(kRate);
-    EXPECT_TRUE(waitFor([&] { return finished == 2; }));
+    EXPECT_TRUE(comesTrue([&] { return finished == 2; }));
 }
 
 TEST_F(AudioEngineTest, TheNextFileTakesOverTheOpenDevice)
@@ -162,8 +155,8 @@ TEST_F(AudioEngineTest, ALostDevicePausesAndTheNextPlayFindsAnother)
     player->play();
     const size_t heard = output.pullSound(10'000).size();
     output.isAlive = false;
-    ASSERT_TRUE(waitFor([&] { return !player->isPlaying(); }));
-    ASSERT_TRUE(waitFor([&] { return count(AudioOutputEvent::Lost) == 1; }));
+    ASSERT_TRUE(comesTrue([&] { return !player->isPlaying(); }));
+    ASSERT_TRUE(comesTrue([&] { return count(AudioOutputEvent::Lost) == 1; }));
     EXPECT_NEAR(player->currentTime(), static_cast<double>(heard) / kRate, 1e-9);
     EXPECT_TRUE(output.pull(100).empty());
     player->play();
@@ -183,7 +176,7 @@ TEST_F(AudioEngineTest, WithoutADeviceTimeGoesOnInSilence)
     player->setFinishHandler([&](bool) { hasFinished = true; });
     const auto started = std::chrono::steady_clock::now();
     player->play();
-    ASSERT_TRUE(waitFor([&] { return hasFinished.load(); }));
+    ASSERT_TRUE(comesTrue([&] { return hasFinished.load(); }));
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - started;
     EXPECT_GT(took.count(), 0.35);
     EXPECT_EQ(count(AudioOutputEvent::Silent), 1);
@@ -198,7 +191,7 @@ TEST_F(AudioEngineTest, AnotherDeviceIsTakenInTheMiddle)
     player->play();
     const size_t heard = output.pullSound(5000).size();
     engine.setDevice(QStringLiteral("test/two"));
-    ASSERT_TRUE(waitFor([&] { return output.opened == 2; }));
+    ASSERT_TRUE(comesTrue([&] { return output.opened == 2; }));
     EXPECT_EQ(output.lastDevice(), QStringLiteral("test/two"));
     const std::vector<float> after = output.pullSound(2000);
     ASSERT_GE(after.size(), 2000U);

@@ -1,6 +1,7 @@
 #include "platform/audio/FileImage.h"
 
 #include "platform/audio/AudioFileError.h"
+#include "support/Machine.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -25,13 +26,7 @@ QByteArray pattern(qint64 count)
 
 class FileImageTest : public testing::Test {
 protected:
-    QString write(const QByteArray& bytes, const char* name = "file")
-    {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-        return file.fileName();
-    }
+    QString write(const QByteArray& bytes, const char* name = "file") { return writeFile(path(name), bytes); }
 
     QString path(const char* name) const { return m_folder.filePath(QString::fromLatin1(name)); }
 

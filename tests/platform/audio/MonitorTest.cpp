@@ -2,6 +2,7 @@
 // recorded and compared, sample by sample, with what a decoder makes of the file.
 
 #include "platform/audio/AudioFilePlayer.h"
+#include "support/Machine.h"
 #include "support/Recordings.h"
 #include "support/SoundFiles.h"
 #include "support/SoundServer.h"
@@ -21,14 +22,6 @@ constexpr int kRate = 44100;
 constexpr double kSeekLimitSeconds = 0.1;
 
 using Seconds = std::chrono::duration<double>;
-
-bool waitFor(const std::function<bool()>& isDone, double limit)
-{
-    const auto end = std::chrono::steady_clock::now() + Seconds(limit);
-    while (!isDone() && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    return isDone();
-}
 
 struct Format {
     const char* name;
@@ -81,7 +74,7 @@ TEST_P(MonitoredFormat, WhatIsHeardEqualsTheDecodedFile)
     std::atomic<bool> hasFinished = false;
     player->setFinishHandler([&](bool) { hasFinished = true; });
     player->play();
-    ASSERT_TRUE(waitFor([&] { return hasFinished.load(); }, 10));
+    ASSERT_TRUE(comesTrue([&] { return hasFinished.load(); }, Seconds(10)));
     std::this_thread::sleep_for(Seconds(0.3));
     std::vector<float> heard = server->stopRecording();
     const std::vector<float> sound = Recordings::withoutSilenceInFront(expected);
@@ -138,15 +131,15 @@ TEST_F(MonitorTest, AServerThatDiesPausesThePlayer)
 {
     auto player = system->open(makeFile("tone.wav", 30), {});
     player->play();
-    ASSERT_TRUE(waitFor([&] { return player->currentTime() > 0.5; }, 5));
+    ASSERT_TRUE(comesTrue([&] { return player->currentTime() > 0.5; }, Seconds(5)));
     server->kill();
-    ASSERT_TRUE(waitFor([&] { return isLost.load(); }, 10));
+    ASSERT_TRUE(comesTrue([&] { return isLost.load(); }, Seconds(10)));
     EXPECT_FALSE(player->isPlaying());
     const double position = player->currentTime();
     server = std::make_unique<SoundServer>(kRate);
     server->startRecording();
     player->play();
-    EXPECT_TRUE(waitFor([&] { return server->recorded().size() > kRate / 4; }, 10));
+    EXPECT_TRUE(comesTrue([&] { return server->recorded().size() > kRate / 4; }, Seconds(10)));
     EXPECT_GT(player->currentTime(), position);
 }
 

@@ -1,5 +1,7 @@
 #include "platform/files/FileStamp.h"
 
+#include "support/Machine.h"
+
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -13,10 +15,7 @@ TEST(FileStamp, TellsSizeAndDateOfAFile)
     const QTemporaryDir folder;
     const QUrl url = QUrl::fromLocalFile(folder.filePath(QStringLiteral("Ночь.mp3")));
     EXPECT_FALSE(FileStamp::of(url));
-    QFile file(url.toLocalFile());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("123");
-    file.close();
+    writeFile(url.toLocalFile(), "123");
     const timespec times[2] = {{0, UTIME_OMIT}, {978'307'200 + 100, 250'000'000}};
     ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(url.toLocalFile()).constData(), times, 0), 0);
 

@@ -1,9 +1,8 @@
 #include "platform/process/ChildProcess.h"
 #include "platform/process/Descriptor.h"
+#include "support/Machine.h"
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -16,24 +15,9 @@
 
 namespace {
 
-/// Far beyond what anything here takes.
-constexpr int kPatienceMilliseconds = 10'000;
-
 ChildProcess::Launch shell(const QString& script)
 {
     return {.executable = QStringLiteral("/bin/sh"), .arguments = {QStringLiteral("-c"), script}};
-}
-
-bool comesTrue(const std::function<bool()>& condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > kPatienceMilliseconds)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
 }
 
 int statusOf(ChildProcess& child)
@@ -44,11 +28,8 @@ int statusOf(ChildProcess& child)
 /// Fields of /proc/PID/stat behind the program's name; empty when there is no such process, not even a zombie.
 QList<QByteArray> processFields(qint64 id)
 {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(id));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray text = file.readAll();
-    return text.mid(text.lastIndexOf(')') + 2).split(' ');
+    const QByteArray text = readFile(QStringLiteral("/proc/%1/stat").arg(id));
+    return text.isEmpty() ? QList<QByteArray>() : text.mid(text.lastIndexOf(')') + 2).split(' ');
 }
 
 /// Zombies count as gone: whose parent is gone too, waits for the system to collect it.
@@ -113,9 +94,7 @@ TEST(ChildProcess, TellsHowItEnded)
 TEST(ChildProcess, SaysWhyItCannotStart)
 {
     QTemporaryDir folder;
-    const QString plain = folder.filePath(QStringLiteral("plain"));
-    QFile file(plain);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QString plain = writeFile(folder.filePath(QStringLiteral("plain")));
     const std::pair<QString, int> cases[] = {
         {folder.filePath(QStringLiteral("missing")), ENOENT}, {plain, EACCES}, {folder.path(), EACCES}};
     for (const auto& [path, code] : cases) {

@@ -1,5 +1,7 @@
 #include "platform/process/FFmpegExecutable.h"
 
+#include "support/Machine.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -48,8 +50,7 @@ TEST(FFmpegExecutable, OnlyFilesThatMayBeExecutedCount)
     ASSERT_TRUE(QDir().mkdir(path));
     EXPECT_FALSE(FFmpegExecutable::isExecutableFile(path)) << "a folder";
     ASSERT_TRUE(QDir().rmdir(path));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    QFile file(writeFile(path));
     EXPECT_FALSE(FFmpegExecutable::isExecutableFile(path));
     ASSERT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
     EXPECT_TRUE(FFmpegExecutable::isExecutableFile(path));

@@ -1,5 +1,7 @@
 #include "platform/process/OwnedTemporaryFile.h"
 
+#include "support/Machine.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,14 +26,6 @@ void makeOld(const QString& path)
 {
     const utimbuf times{.actime = 1'000'000'000, .modtime = 1'000'000'000};
     EXPECT_EQ(utime(QFile::encodeName(path).constData(), &times), 0);
-}
-
-QString write(const QString& path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("data");
-    return path;
 }
 
 } // namespace
@@ -74,14 +68,14 @@ TEST(OwnedTemporaryFile, KnowsItsNames)
 TEST(OwnedTemporaryFile, OnlyOrphansAreSwept)
 {
     QTemporaryDir folder;
-    const QString orphan = write(folder.filePath(kName));
+    const QString orphan = writeFile(folder.filePath(kName));
     makeOld(orphan);
     const OwnedTemporaryFile owned(folder.path(), kNaming);
     makeOld(owned.path());
-    const QString young = write(folder.filePath(QString(kName).replace(u'0', u'1')));
-    const QString foreign = write(folder.filePath(QStringLiteral("velmora-bpm-mix.pcm")));
+    const QString young = writeFile(folder.filePath(QString(kName).replace(u'0', u'1')));
+    const QString foreign = writeFile(folder.filePath(QStringLiteral("velmora-bpm-mix.pcm")));
     makeOld(foreign);
-    const QString precious = write(folder.filePath(QStringLiteral("precious")));
+    const QString precious = writeFile(folder.filePath(QStringLiteral("precious")));
     makeOld(precious);
     const QString link = folder.filePath(QString(kName).replace(u'0', u'2'));
     ASSERT_TRUE(QFile::link(precious, link));

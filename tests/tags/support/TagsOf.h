@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/model/LoadedTrackMetadata.h"
+#include "support/Machine.h"
 #include "tags/AssetReader.h"
 
 #include <QTemporaryDir>
@@ -14,10 +15,13 @@ Asset assetOf(const QByteArray& bytes, const QString& extension = {}, bool reads
 /// A folder with files that are gone at its end.
 class FileFolder {
 public:
-    QUrl write(const QString& name, const QByteArray& bytes) const;
+    QUrl write(const QString& name, const QByteArray& bytes) const
+    {
+        return QUrl::fromLocalFile(writeFile(path(name), bytes));
+    }
     /// What the loader makes of a file of these bytes.
     LoadedTrackMetadata load(const QString& name, const QByteArray& bytes, const AudioTags& fallbackTags = {}) const;
-    QByteArray read(const QString& name) const;
+    QByteArray read(const QString& name) const { return readFile(path(name)); }
     QString path(const QString& name) const { return m_folder.filePath(name); }
     /// The names of all files, hidden ones too, sorted.
     QStringList names() const;
@@ -28,10 +32,10 @@ private:
     QTemporaryDir m_folder;
 };
 
-QByteArray contentOf(const QUrl& url);
-
-/// Runs a program to its end. \return whether it could be run and succeeded.
-bool runProgram(const QString& program, const QStringList& arguments);
+inline QByteArray contentOf(const QUrl& url)
+{
+    return readFile(url.toLocalFile());
+}
 
 /// Lets messages of failed tests show texts.
 inline void PrintTo(const QString& text, std::ostream* stream)

@@ -8,17 +8,8 @@
 #include "tags/writing/WriteErrors.h"
 
 #include <QDirIterator>
-#include <QProcess>
 
 #include <gtest/gtest.h>
-
-QByteArray outputOf(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    const bool isDone = process.waitForStarted() && process.waitForFinished() && process.exitCode() == 0;
-    return isDone ? process.readAllStandardOutput() : QByteArray();
-}
 
 AudioTags tagsWith(const TagTexts& texts)
 {

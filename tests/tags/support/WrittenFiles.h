@@ -66,8 +66,6 @@ void expectWholeAtEveryStep(const QString& name, const QByteArray& original, con
 
 /// A second of noise, made by the encoder program. \param arguments of the output, between single blanks.
 QUrl makeSound(const FileFolder& folder, const QString& name, const QString& arguments = {});
-/// What another program says; empty if it cannot be run or fails.
-QByteArray outputOf(const QString& program, const QStringList& arguments);
 /// A digest of all packets of sound as another program reads them; empty if it cannot.
 QByteArray packetDigest(const QUrl& url);
 /// A tag's value as another library reads it. \param key in the library's spelling. Empty without one.

@@ -1,7 +1,8 @@
 #include "support/SoundFiles.h"
 
+#include "support/Machine.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -18,10 +19,7 @@ QString pathOf(const QString& name)
 
 QByteArray runEncoder(const QStringList& arguments)
 {
-    QProcess process;
-    process.start(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-v"), QStringLiteral("error")} + arguments);
-    EXPECT_TRUE(process.waitForFinished(60000)) << "ffmpeg did not run";
-    return process.readAllStandardOutput();
+    return outputOf(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-v"), QStringLiteral("error")} + arguments);
 }
 
 } // namespace
@@ -50,17 +48,14 @@ QString SoundFiles::make(const Kind& kind)
 
 QString SoundFiles::write(const QString& name, const QByteArray& bytes)
 {
-    QFile file(pathOf(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    EXPECT_EQ(file.write(bytes), bytes.size());
-    return file.fileName();
+    return writeFile(pathOf(name), bytes);
 }
 
 QByteArray SoundFiles::bytesOf(const QString& path)
 {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
+    const QByteArray bytes = readFile(path);
+    EXPECT_FALSE(bytes.isEmpty()) << path.toStdString();
+    return bytes;
 }
 
 std::vector<float> SoundFiles::decoded(const QString& path)

@@ -1,5 +1,6 @@
 #include "support/SoundServer.h"
 
+#include "support/Machine.h"
 #include "support/TestTones.h"
 
 #include <QFile>
@@ -10,13 +11,6 @@
 namespace {
 constexpr int kStartMilliseconds = 10'000;
 constexpr auto kSink = "velmora_test";
-
-void write(const QString& path, const QByteArray& text)
-{
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(text);
-}
 } // namespace
 
 QString SoundServer::whyNot()
@@ -32,7 +26,7 @@ SoundServer::SoundServer(int sampleRate)
 {
     const QString socket = m_folder.filePath(QStringLiteral("socket"));
     const QString alsa = m_folder.filePath(QStringLiteral("asound.conf"));
-    write(alsa, "</usr/share/alsa/alsa.conf>\npcm.!default { type pulse }\nctl.!default { type pulse }\n");
+    writeFile(alsa, "</usr/share/alsa/alsa.conf>\npcm.!default { type pulse }\nctl.!default { type pulse }\n");
     qputenv("PULSE_SERVER", "unix:" + socket.toUtf8());
     qputenv("ALSA_CONFIG_PATH", alsa.toUtf8());
     qputenv("PULSE_RUNTIME_PATH", m_folder.path().toUtf8());

@@ -1,6 +1,6 @@
 #include "support/TestTones.h"
 
-#include <QProcess>
+#include "support/Machine.h"
 
 namespace TestTones {
 
@@ -13,16 +13,9 @@ bool make(const QString& path, double seconds, int sampleRate, const QStringList
                      .join(u'|'))
             .arg(sampleRate)
             .arg(seconds);
-    QStringList all{QStringLiteral("-v"),
-                    QStringLiteral("error"),
-                    QStringLiteral("-y"),
-                    QStringLiteral("-f"),
-                    QStringLiteral("lavfi"),
-                    QStringLiteral("-i"),
-                    source};
-    all += arguments;
-    all += QStringLiteral("file:") + path;
-    return QProcess::execute(QStringLiteral("ffmpeg"), all) == 0;
+    const QStringList all = QStringLiteral("-v error -y -f lavfi -i").split(u' ') + QStringList{source} + arguments +
+                            QStringList{QStringLiteral("file:") + path};
+    return runProgram(QStringLiteral("ffmpeg"), all);
 }
 
 std::vector<float> left(const std::vector<float>& stereo)
