@@ -54,10 +54,7 @@ void expectSteps(const Samples& values, double tolerance, const char* name)
 {
     ASSERT_EQ(values.size(), 4096U) << name;
     // The level of each second, bent by the curve: (0.88 r + 0.12 p) to the power of 0.78 with r = p.
-    const struct {
-        std::size_t at;
-        double level;
-    } places[] = {{512, 1}, {1536, 0}, {2560, 0.25}, {3584, 0.5}};
+    const std::pair<std::size_t, double> places[] = {{512, 1}, {1536, 0}, {2560, 0.25}, {3584, 0.5}};
     for (const auto& [at, level] : places)
         EXPECT_NEAR(values[at], std::pow(level, 0.78), tolerance) << name << " at " << at;
 }
@@ -98,10 +95,7 @@ TEST_F(AudioProcessorTest, WhatTheProgramCannotDoIsLeftToTheReader)
 {
     const QUrl good = sound("good.wav", kSteps);
     writeFile(path(QStringLiteral("broken.mp3")), QByteArray(5000, 'x'));
-    const struct {
-        const char* name;
-        std::optional<QString> body;
-    } cases[] = {
+    const std::pair<const char*, std::optional<QString>> cases[] = {
         {"no decoder", std::nullopt},
         {"fails", QStringLiteral("printf 1234 > \"$out\"; exit 1")},
         {"killed from outside", QStringLiteral("printf 1234 > \"$out\"; kill -KILL $$")},

@@ -44,10 +44,7 @@ TEST(Resampling, StrategiesDifferBetweenKnownValuesOnly)
 {
     // Places 0, 1/4, 1/2, 3/4, 1, ... between 0, 1 and 3.
     const float quarter = float((1 - M_SQRT1_2) / 2);
-    const struct {
-        const char* name;
-        Values expected;
-    } cases[] = {
+    const std::pair<const char*, Values> cases[] = {
         {"smooth", {0, 0.15625F, 0.5F, 0.84375F, 1, 1.3125F, 2, 2.6875F, 3}},
         {"cosine", {0, quarter, 0.5F, 1 - quarter, 1, 1 + 2 * quarter, 2, 3 - 2 * quarter, 3}},
         {"linear", {0, 0.25F, 0.5F, 0.75F, 1, 1.5F, 2, 2.5F, 3}},

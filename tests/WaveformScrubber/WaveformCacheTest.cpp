@@ -50,17 +50,6 @@ TEST_F(WaveformCacheTest, IsComputedOnceThenComesFromMemoryThenFromDisk)
     EXPECT_EQ(m_computed, QStringList{QStringLiteral("a.mp3")});
 }
 
-TEST_F(WaveformCacheTest, AnEntryOfAnotherLengthIsComputedAnewAndOverwritten)
-{
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    for (const int size : {0, 16383, 16385}) {
-        writeFile(entryPath(url), QByteArray(size, '\0'));
-        restart();
-        EXPECT_EQ(answerFor(url), kHalf) << size;
-        EXPECT_EQ(EnvelopeFile::read(entryPath(url)), std::vector<float>(4096, 0.5F)) << size;
-    }
-}
-
 TEST_F(WaveformCacheTest, AnEnvelopeGoesAlongWithItsFile)
 {
     const struct {

@@ -12,10 +12,7 @@ TEST(WaveformScrollSeekStepper, TurnsMovementsIntoSteps)
         Source source;
         double seconds; ///< 0: nothing
     };
-    const struct {
-        const char* name;
-        std::vector<Event> events;
-    } cases[] = {
+    const std::pair<const char*, std::vector<Event>> cases[] = {
         {"each click", {{0.1, Source::Wheel, 3}, {-120, Source::Wheel, -3}, {0, Source::Wheel, 0}}},
         {"small movements add up", {{3, Source::Precise, 0}, {4.9, Source::Precise, 0}, {0.1, Source::Precise, 3}}},
         {"the rest is kept", {{15, Source::Precise, 3}, {1, Source::Precise, 3}, {7, Source::Precise, 0}}},

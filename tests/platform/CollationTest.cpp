@@ -28,13 +28,12 @@ protected:
 
 TEST_P(CollationTest, OrdersPairs)
 {
-    struct Row {
+    const struct {
         const char* left;
         const char* right;
         int standard;
         int withoutNumbers;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"a 2", "a 10", -1, 1},
         {"Track 9.mp3", "track 10.mp3", -1, 1},
         {"a 007", "a 7", 0, -1},
@@ -52,7 +51,7 @@ TEST_P(CollationTest, OrdersPairs)
         {"", "", 0, 0},
         {"/music/a/z.mp3", "/music/a b/a.mp3", 1, 1}, // whole paths: a blank goes before a slash
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.left) + " | " + row.right);
         const QString left = text(row.left);
         const QString right = text(row.right);

@@ -213,14 +213,13 @@ TEST_F(DeepWalkTest, LeavesCompanionFilesOut)
 
 TEST_F(DeepWalkTest, SetsStrayTemporariesApart)
 {
-    struct Row {
+    const std::string uuid(kUUID);
+    const struct {
         std::string name;
         int ageInMinutes;
         bool isFile;
         bool isStray;
-    };
-    const std::string uuid(kUUID);
-    const Row rows[] = {
+    } rows[] = {
         {".velmora-" + uuid + ".mp3", 61, false, true},
         {"old/.velmora-" + uuid + ".flac", 600, false, true},
         {"young/.velmora-" + uuid + ".mp3", 59, false, false},
@@ -234,7 +233,7 @@ TEST_F(DeepWalkTest, SetsStrayTemporariesApart)
     Paths files;
     Paths strays;
     QList<QUrl> given;
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const fs::path path = make(row.name);
         fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::minutes(row.ageInMinutes));
         given.append(url(path));

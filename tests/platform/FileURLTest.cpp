@@ -14,14 +14,13 @@ QString text(const char* utf8)
 
 TEST(FileURL, CutsAndStandardizesPaths)
 {
-    struct Row {
+    const struct {
         const char* path;
         const char* standardized;
         const char* folder;
         const char* name;
         const char* extension;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"/music/a.mp3", "/music/a.mp3", "/music", "a.mp3", "mp3"},
         {"/music/./x/..//a.MP3", "/music/a.MP3", "/music", "a.MP3", "MP3"},
         {"//music//a.b.flac", "/music/a.b.flac", "/music", "a.b.flac", "flac"},
@@ -41,7 +40,7 @@ TEST(FileURL, CutsAndStandardizesPaths)
          "\xEF\xBF\xBF.mp3", "mp3"},
         {":/i18n/a.mp3", nullptr, nullptr, "a.mp3", "mp3"}, // a relative path, not one of the program's resources
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.path);
         const QUrl url = FileURL::fromPath(text(row.path));
         EXPECT_TRUE(url.isValid());

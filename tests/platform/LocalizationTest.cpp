@@ -28,19 +28,18 @@ TEST_F(LocalizationTest, LanguagesHaveStableRawValues)
 
 TEST_F(LocalizationTest, TextsFollowTheLanguageAtOnce)
 {
-    struct Row {
+    const struct {
         const char* key;
         const char* russian;
         const char* english;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"Плейлист", "Плейлист", "Playlist"},
         {"По BPM", "По BPM", "By BPM"},
         {"нет такого ключа", "нет такого ключа", "нет такого ключа"},
         {"", "", ""},
     };
     for (int round = 0; round < 2; ++round) {
-        for (const Row& row : rows) {
+        for (const auto& row : rows) {
             VelmoraLocalization::setLanguage(AppLanguage::English);
             EXPECT_EQ(VelmoraLocalization::string(text(row.key)), text(row.english));
             EXPECT_EQ(VelmoraLocalization::locale().language(), QLocale::English);
@@ -53,13 +52,12 @@ TEST_F(LocalizationTest, TextsFollowTheLanguageAtOnce)
 
 TEST_F(LocalizationTest, FillsPlaceholdersInOrder)
 {
-    struct Row {
+    const struct {
         const char* key;
         std::initializer_list<QVariant> arguments;
         const char* russian;
         const char* english;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"Добавлено в плейлист: %d", {1234567}, "Добавлено в плейлист: 1 234 567", "Added to playlist: 1,234,567"},
         {"Добавлено в плейлист: %d", {-5LL}, "Добавлено в плейлист: -5", "Added to playlist: -5"},
         {"Добавлено в плейлист: %d", {}, "Добавлено в плейлист: %d", "Added to playlist: %d"},
@@ -67,7 +65,7 @@ TEST_F(LocalizationTest, FillsPlaceholdersInOrder)
         {"Жанр «%@» присвоен: %d", {text("Pop")}, "Жанр «Pop» присвоен: %d", "Genre “Pop” assigned: %d"},
         {"%%@ 100% %", {text("x"), 1}, "%x 100% %", "%x 100% %"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.key);
         VelmoraLocalization::setLanguage(AppLanguage::Russian);
         // Groups are parted by a blank that does not break.
@@ -80,12 +78,11 @@ TEST_F(LocalizationTest, FillsPlaceholdersInOrder)
 
 TEST_F(LocalizationTest, CountsByTheRuleOfTheLanguage)
 {
-    struct Row {
+    const struct {
         qint64 count;
         const char* russian;
         const char* english;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {0, "0 треков", "0 tracks"},
         {1, "1 трек", "1 track"},
         {2, "2 трека", "2 tracks"},
@@ -98,7 +95,7 @@ TEST_F(LocalizationTest, CountsByTheRuleOfTheLanguage)
         {5'000'000'002, "5 000 000 002 трека", "5,000,000,002 tracks"},
         {-1, "-1 трек", "-1 track"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.count);
         VelmoraLocalization::setLanguage(AppLanguage::Russian);
         EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), row.count).replace(QChar::Nbsp, u' '),

@@ -50,14 +50,13 @@ Tree with(Tree tree, const QString& path, const QByteArray& content)
 
 TEST(PowerStateTest, SeesLowBatteriesSavingAndHeat)
 {
-    struct Case {
+    const QString scope = QStringLiteral("class/power_supply/BAT0/scope");
+    const QString profile = QStringLiteral("firmware/acpi/platform_profile");
+    const struct {
         const char* name;
         Tree tree;
         bool isConstrained;
-    };
-    const QString scope = QStringLiteral("class/power_supply/BAT0/scope");
-    const QString profile = QStringLiteral("firmware/acpi/platform_profile");
-    const Case cases[] = {
+    } cases[] = {
         {"a machine that tells nothing", {}, false},
         {"low", battery("Discharging\n", "19\n"), true},
         {"a fifth", battery("Discharging\n", "20\n"), false},
@@ -76,7 +75,7 @@ TEST(PowerStateTest, SeesLowBatteriesSavingAndHeat)
         {"below zero", zone("-1000\n", "critical\n", "-274000\n"), false},
         {"garbage", zone(QByteArray(100'000, '9'), "critical\n", "100000\n"), false},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         QTemporaryDir root;
         build(root.path(), test.tree);
         EXPECT_EQ(PowerState::areResourcesConstrained(root.path()), test.isConstrained) << test.name;

@@ -149,17 +149,13 @@ TEST_F(AudioPlayerOpeningTest, TheLastRequestWins)
 
 TEST_F(AudioPlayerOpeningTest, AFileThatDoesNotOpen)
 {
-    struct Case {
-        const char* name;
-        std::exception_ptr error;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::exception_ptr> cases[] = {
         {"not readable", std::make_exception_ptr(AudioFileError(AudioFileError::Case::CannotOpen))},
         {"no sound", std::make_exception_ptr(AudioFileError(AudioFileError::Case::NoAudio))},
         {"short memory", std::make_exception_ptr(std::bad_alloc())},
     };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.name);
+    for (const auto& [name, error] : cases) {
+        SCOPED_TRACE(name);
         open(a);
         advance(5);
         player->play(b);
@@ -167,7 +163,7 @@ TEST_F(AudioPlayerOpeningTest, AFileThatDoesNotOpen)
         player->seek(10);
         player->setScrubbing(true);
         events.clear();
-        executor.failOne(test.error);
+        executor.failOne(error);
         const QStringList expected = {QStringLiteral("fail Не удалось открыть аудиофайл."),
                                       QStringLiteral("store idle -"), QStringLiteral("changed"),
                                       QStringLiteral("waveform idle -")};

@@ -27,22 +27,18 @@ TEST_F(AudioPlayerOutputTest, ALostDeviceIsAPause)
 
 TEST_F(AudioPlayerOutputTest, TellsOfTheOutput)
 {
-    struct Case {
-        AudioOutputEvent event;
-        QStringList told;
-    };
-    const Case cases[] = {
+    const std::pair<AudioOutputEvent, QStringList> cases[] = {
         {AudioOutputEvent::Silent, {QStringLiteral("warning Звуковое устройство не найдено: звук не слышен.")}},
         {AudioOutputEvent::Sounding, {QStringLiteral("report Звук снова слышен.")}},
         {AudioOutputEvent::DevicesChanged, {}},
         {AudioOutputEvent::Lost, {}}, // too late: it plays again by now
     };
     open(a);
-    for (const Case& test : cases) {
+    for (const auto& [event, told] : cases) {
         events.clear();
-        audio.tell(test.event);
+        audio.tell(event);
         async::MainQueue::drain();
-        EXPECT_EQ(events, test.told);
+        EXPECT_EQ(events, told);
         EXPECT_TRUE(player->isPlaying()) << "what plays by now is left alone";
     }
     audio.tell(AudioOutputEvent::Silent);

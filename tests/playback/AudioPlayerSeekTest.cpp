@@ -53,22 +53,19 @@ TEST_F(AudioPlayerSeekTest, ABurstIsOneJump)
 
 TEST_F(AudioPlayerSeekTest, WhatStandsStillJumpsAtOnce)
 {
-    struct Case {
-        double target;
-        double reached;
-    };
-    const Case cases[] = {{60, 60}, {0, 0}, {-5, 0}, {1e9, 200}, {std::numeric_limits<double>::infinity(), 200}};
-    for (const Case& test : cases) {
+    const std::pair<double, double> cases[] = {
+        {60, 60}, {0, 0}, {-5, 0}, {1e9, 200}, {std::numeric_limits<double>::infinity(), 200}};
+    for (const auto& [target, reached] : cases) {
         for (const bool reportsAtEnd : {false, true}) {
-            SCOPED_TRACE(test.target);
+            SCOPED_TRACE(target);
             player->stopAndClear();
             open(a);
             player->toggle();
             file().takeCalls();
-            player->scheduleSeek(test.target, reportsAtEnd);
+            player->scheduleSeek(target, reportsAtEnd);
             EXPECT_EQ(file().takeCalls().size(), 1) << "no fade";
-            EXPECT_EQ(file().currentTime(), test.reached);
-            EXPECT_EQ(time(), test.reached);
+            EXPECT_EQ(file().currentTime(), reached);
+            EXPECT_EQ(time(), reached);
             EXPECT_FALSE(player->isPlaying());
             EXPECT_EQ(clock.pendingCount(), 0);
         }
@@ -81,14 +78,13 @@ TEST_F(AudioPlayerSeekTest, WhatStandsStillJumpsAtOnce)
 
 TEST_F(AudioPlayerSeekTest, AStepToTheEndCompletes)
 {
-    struct Case {
+    const struct {
         double from;
         double by;
         bool completes;
-    };
-    const Case cases[] = {{190, 15, true},      {185, 15, true},   {185, 14.991, true}, {185, 14.98, false},
-                          {199.99, -15, false}, {50, -100, false}, {50, 15, false}};
-    for (const Case& test : cases) {
+    } cases[] = {{190, 15, true},      {185, 15, true},   {185, 14.991, true}, {185, 14.98, false},
+                 {199.99, -15, false}, {50, -100, false}, {50, 15, false}};
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.from + test.by);
         player->stopAndClear();
         open(a);
@@ -110,7 +106,7 @@ TEST_F(AudioPlayerSeekTest, AStepToTheEndCompletes)
 
 TEST_F(AudioPlayerSeekTest, WhateverComesMeanwhileLeavesNothingMuted)
 {
-    struct Case {
+    const struct {
         const char* name;
         double target;
         std::function<void()> meanwhile;
@@ -118,8 +114,7 @@ TEST_F(AudioPlayerSeekTest, WhateverComesMeanwhileLeavesNothingMuted)
         bool isPlayingAfter;
         double timeAfter; ///< 14 ms after the request
         int completions;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"pause", 60, [&] { player->toggle(); }, false, false, 10.005, 0},
         {"same track", 60, [&] { player->play(a); }, false, false, 10.005, 0},
         {"other track", 60, [&] { open(b); }, false, true, 0, 0},
@@ -130,7 +125,7 @@ TEST_F(AudioPlayerSeekTest, WhateverComesMeanwhileLeavesNothingMuted)
         {"device lost", 60, [&] { audio.loseDevice(), async::MainQueue::drain(); }, false, false, 60, 0},
         {"volume", 60, [&] { player->setVolume(0.5); }, true, true, 60, 0},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         player->stopAndClear();
         player->setVolume(0.8);

@@ -76,12 +76,11 @@ TEST_F(AudioPlayerTest, TicksFollowTheDeviceClock)
 
 TEST_F(AudioPlayerTest, ACompletionIsToldOnce)
 {
-    struct Case {
+    const struct {
         const char* name;
         std::function<void()> act;
         int completions;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"the end by itself", [&] { advance(201); }, 1},
         {"told twice", [&] { finish(), finish(); }, 1},
         {"decoder gives up", [&] { file().finish(false), async::MainQueue::drain(); }, 0},
@@ -104,7 +103,7 @@ TEST_F(AudioPlayerTest, ACompletionIsToldOnce)
         {"moved back, resumed and ended again",
          [&] { finish(), player->scheduleSeek(100, false), player->toggle(), advance(101); }, 2},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         player->stopAndClear();
         open(a);
@@ -138,21 +137,17 @@ TEST_F(AudioPlayerTest, ADamagedFileIsShorterThanItSaid)
 
 TEST_F(AudioPlayerTest, TheVolumeIsReadTamed)
 {
-    struct Case {
-        QVariant stored;
-        float volume;
-    };
-    const Case cases[] = {{{}, 0.8F},
-                          {QStringLiteral("loud"), 0.8F},
-                          {QStringLiteral("0.25"), 0.25F},
-                          {7, 1},
-                          {-1, 0},
-                          {std::numeric_limits<double>::quiet_NaN(), 0.8F}};
-    for (const Case& test : cases) {
-        SCOPED_TRACE(qPrintable(test.stored.toString()));
-        preferences.store().set(QStringLiteral("velmora.playerVolume"), test.stored);
+    const std::pair<QVariant, float> cases[] = {{{}, 0.8F},
+                                                {QStringLiteral("loud"), 0.8F},
+                                                {QStringLiteral("0.25"), 0.25F},
+                                                {7, 1},
+                                                {-1, 0},
+                                                {std::numeric_limits<double>::quiet_NaN(), 0.8F}};
+    for (const auto& [stored, volume] : cases) {
+        SCOPED_TRACE(qPrintable(stored.toString()));
+        preferences.store().set(QStringLiteral("velmora.playerVolume"), stored);
         makePlayer();
-        EXPECT_EQ(player->volumeState().value(), test.volume);
+        EXPECT_EQ(player->volumeState().value(), volume);
     }
 }
 
@@ -187,41 +182,34 @@ TEST_F(AudioPlayerTest, KnowsItsTrackByIdOrPlace)
     EXPECT_TRUE(player->matchesCurrentTrack(noFile)) << "two absent places are equal";
     EXPECT_FALSE(player->matchesCurrentTrack(a));
     open(a);
-    struct Case {
-        Track track;
-        bool matches;
-    };
-    const Case cases[] = {{a, true},
-                          {b, false},
-                          {track("a.mp3"), true},
-                          {track("x/../a.mp3"), true},
-                          {track("A.mp3"), false},
-                          {Track(a.id(), b.url()), true},
-                          {noFile, false}};
-    for (const Case& test : cases)
-        EXPECT_EQ(player->matchesCurrentTrack(test.track), test.matches) << qPrintable(test.track.url().toString());
+    const std::pair<Track, bool> cases[] = {{a, true},
+                                            {b, false},
+                                            {track("a.mp3"), true},
+                                            {track("x/../a.mp3"), true},
+                                            {track("A.mp3"), false},
+                                            {Track(a.id(), b.url()), true},
+                                            {noFile, false}};
+    for (const auto& [track, matches] : cases)
+        EXPECT_EQ(player->matchesCurrentTrack(track), matches) << qPrintable(track.url().toString());
 }
 
 TEST_F(AudioPlayerTest, TheWaveformShowsWhatIsHeard)
 {
-    struct Case {
-        double latency;
-        double heardLate;
-    };
-    const Case cases[] = {{0, 0}, {0.1, 0.1}, {0.7, 0.25}, {-1, 0}, {std::numeric_limits<double>::quiet_NaN(), 0}};
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.latency);
+    const std::pair<double, double> cases[] = {
+        {0, 0}, {0.1, 0.1}, {0.7, 0.25}, {-1, 0}, {std::numeric_limits<double>::quiet_NaN(), 0}};
+    for (const auto& [latency, heardLate] : cases) {
+        SCOPED_TRACE(latency);
         player->stopAndClear();
         EXPECT_EQ(player->synchronizedWaveformProgress(), 0);
-        audio.latency = test.latency;
+        audio.latency = latency;
         open(a);
         EXPECT_EQ(player->synchronizedWaveformProgress(), 0) << "never before the beginning";
         advance(50.04);
-        EXPECT_NEAR(player->synchronizedWaveformProgress() * 200, 50.04 - test.heardLate, 1e-6) << "between ticks too";
+        EXPECT_NEAR(player->synchronizedWaveformProgress() * 200, 50.04 - heardLate, 1e-6) << "between ticks too";
         player->scheduleSeek(100, false);
         EXPECT_EQ(player->synchronizedWaveformProgress(), 0.5) << "a place asked for is shown at once";
         advance(0.014);
-        EXPECT_NEAR(player->synchronizedWaveformProgress() * 200, 100 - test.heardLate, 1e-6);
+        EXPECT_NEAR(player->synchronizedWaveformProgress() * 200, 100 - heardLate, 1e-6);
         player->toggle();
         EXPECT_NEAR(player->synchronizedWaveformProgress() * 200, 100, 1e-6) << "nothing is on its way in a pause";
     }

@@ -13,13 +13,6 @@ QString number(double value)
 
 } // namespace
 
-FakeFilePlayer::FakeFilePlayer(FakeAudioSystem& system, const QString& path, double duration)
-    : m_system(system)
-    , m_path(path)
-    , m_duration(duration)
-{
-}
-
 FakeFilePlayer::~FakeFilePlayer()
 {
     const std::lock_guard lock(m_system.m_mutex);
@@ -62,30 +55,11 @@ void FakeFilePlayer::play()
     m_isPlaying = true;
 }
 
-void FakeFilePlayer::pause()
+void FakeFilePlayer::halt(const QString& call)
 {
     advance();
-    note(QStringLiteral("pause"));
+    note(call);
     m_isPlaying = false;
-}
-
-void FakeFilePlayer::stop()
-{
-    advance();
-    note(QStringLiteral("stop"));
-    m_isPlaying = false;
-}
-
-bool FakeFilePlayer::isPlaying() const
-{
-    advance();
-    return m_isPlaying;
-}
-
-double FakeFilePlayer::currentTime() const
-{
-    advance();
-    return m_position;
 }
 
 void FakeFilePlayer::setCurrentTime(double seconds)
@@ -93,12 +67,6 @@ void FakeFilePlayer::setCurrentTime(double seconds)
     advance();
     note(QStringLiteral("seek ") + number(seconds));
     m_position = std::clamp(seconds, 0.0, m_duration);
-}
-
-double FakeFilePlayer::deviceCurrentTime() const
-{
-    advance();
-    return m_deviceTime - m_deviceBack;
 }
 
 double FakeFilePlayer::outputLatency() const
@@ -122,16 +90,6 @@ void FakeFilePlayer::finish(bool successfully)
     tellEnd(successfully);
 }
 
-FakeAudioSystem::FakeAudioSystem(const async::Clock& clock)
-    : m_clock(clock)
-{
-}
-
-FakeAudioSystem::~FakeAudioSystem()
-{
-    Q_ASSERT(m_players.isEmpty());
-}
-
 std::unique_ptr<AudioFilePlayer> FakeAudioSystem::open(const QString& path, std::stop_token stop)
 {
     const std::lock_guard lock(m_mutex);
@@ -143,11 +101,6 @@ std::unique_ptr<AudioFilePlayer> FakeAudioSystem::open(const QString& path, std:
     auto player = std::make_unique<FakeFilePlayer>(*this, path, m_durations.value(path, kUsualDuration));
     m_players.append(player.get());
     return player;
-}
-
-void FakeAudioSystem::setEventHandler(std::function<void(AudioOutputEvent)> handler)
-{
-    m_eventHandler = std::move(handler);
 }
 
 void FakeAudioSystem::setDuration(const QString& path, double seconds)
@@ -163,12 +116,6 @@ void FakeAudioSystem::setFailure(const QString& path, std::optional<AudioFileErr
         m_failures.insert(path, *failure);
     else
         m_failures.remove(path);
-}
-
-void FakeAudioSystem::setDevices(const QList<AudioDevice>& devices)
-{
-    m_devices = devices;
-    tell(AudioOutputEvent::DevicesChanged);
 }
 
 void FakeAudioSystem::tell(AudioOutputEvent event) const

@@ -17,17 +17,22 @@ class FakeAudioSystem;
 /// noticed when somebody looks. Writes down what it is told, e.g. "play", "seek 12.5", "volume 0 in 0.012".
 class FakeFilePlayer final : public AudioFilePlayer {
 public:
-    FakeFilePlayer(FakeAudioSystem& system, const QString& path, double duration);
+    FakeFilePlayer(FakeAudioSystem& system, const QString& path, double duration)
+        : m_system(system)
+        , m_path(path)
+        , m_duration(duration)
+    {
+    }
     ~FakeFilePlayer() override;
 
     void play() override;
-    void pause() override;
-    void stop() override;
-    bool isPlaying() const override;
-    double currentTime() const override;
+    void pause() override { halt(QStringLiteral("pause")); }
+    void stop() override { halt(QStringLiteral("stop")); }
+    bool isPlaying() const override { return advance(), m_isPlaying; }
+    double currentTime() const override { return advance(), m_position; }
     void setCurrentTime(double seconds) override;
     double duration() const override { return m_duration; }
-    double deviceCurrentTime() const override;
+    double deviceCurrentTime() const override { return advance(), m_deviceTime - m_deviceBack; }
     double outputLatency() const override;
     void setVolume(float gain, double fadeDuration) override;
     void setFinishHandler(std::function<void(bool)> handler) override { m_finishHandler = std::move(handler); }
@@ -50,6 +55,7 @@ public:
 private:
     friend class FakeAudioSystem;
     void advance() const;
+    void halt(const QString& call);
     void tellEnd(bool successfully) const;
     void note(const QString& call) { m_calls.append(call); }
 
@@ -71,21 +77,31 @@ private:
 class FakeAudioSystem final : public AudioSystem {
 public:
     /// \param clock what playing files follow; outlives the system.
-    explicit FakeAudioSystem(const async::Clock& clock);
-    ~FakeAudioSystem() override;
+    explicit FakeAudioSystem(const async::Clock& clock)
+        : m_clock(clock)
+    {
+    }
+    ~FakeAudioSystem() override { Q_ASSERT(m_players.isEmpty()); }
 
     std::unique_ptr<AudioFilePlayer> open(const QString& path, std::stop_token stop) override;
     QList<AudioDevice> devices() const override { return m_devices; }
     void refreshDevices() override { ++refreshes; }
     void setDevice(const QString& id) override { m_device = id; }
     QString device() const override { return m_device; }
-    void setEventHandler(std::function<void(AudioOutputEvent)> handler) override;
+    void setEventHandler(std::function<void(AudioOutputEvent)> handler) override
+    {
+        m_eventHandler = std::move(handler);
+    }
 
     /// Seconds of a file; 200 if not set.
     void setDuration(const QString& path, double seconds);
     /// Openings of the file fail; with nothing they succeed again.
     void setFailure(const QString& path, std::optional<AudioFileError::Case> failure);
-    void setDevices(const QList<AudioDevice>& devices);
+    void setDevices(const QList<AudioDevice>& devices)
+    {
+        m_devices = devices;
+        tell(AudioOutputEvent::DevicesChanged);
+    }
     /// The output tells something.
     void tell(AudioOutputEvent event) const;
     /// The device goes away: what plays stops, and Lost is told.

@@ -5,8 +5,6 @@
 #include <QFileInfo>
 #include <QProcess>
 
-#include <gtest/gtest.h>
-
 #include <thread>
 
 namespace {
@@ -24,7 +22,8 @@ QString writeFile(const QString& path, const QByteArray& bytes)
 {
     QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size()) << qPrintable(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
     return path;
 }
 

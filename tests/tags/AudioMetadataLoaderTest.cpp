@@ -123,13 +123,12 @@ TEST(AudioMetadataLoaderTest, readsWhatRealEncodersWrite)
     const FileFolder folder;
     if (!runProgram(QStringLiteral("ffmpeg"), {QStringLiteral("-version")}))
         GTEST_SKIP() << "ffmpeg is not installed";
-    struct Case {
+    const struct {
         QStringView name;
         QStringList options;
         double bitRate; ///< 0: not checked
         int bitDepth;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {u"cbr.mp3",
          {QStringLiteral("-b:a"), QStringLiteral("192k"), QStringLiteral("-write_id3v1"), QStringLiteral("1")},
          192000,
@@ -147,7 +146,7 @@ TEST(AudioMetadataLoaderTest, readsWhatRealEncodersWrite)
         {u"alac.m4a", {QStringLiteral("-c:a"), QStringLiteral("alac")}, 0, 16},
         {u"a.aac", {QStringLiteral("-write_id3v2"), QStringLiteral("1")}, 0, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const QString path = folder.path(c.name.toString());
         const QStringList arguments =
             QStringList{QStringLiteral("-v"),        QStringLiteral("error"),

@@ -68,10 +68,7 @@ TEST(BrokenFilesTest, comesToAnEndWithFilesMadeToHoldIt)
     for (int depth = 0; depth < 2000; ++depth)
         chapters = frame("CHAP", QByteArray("x\0", 2) + QByteArray(16, '\0') + chapters);
     constexpr int kMany = 300'000;
-    const struct {
-        const char* what;
-        QByteArray bytes;
-    } cases[] = {
+    const std::pair<const char*, QByteArray> cases[] = {
         {"nested atoms", atom("ftyp", "M4A ") + nested},
         {"nested chapters", id3v2(chapters)},
         {"tiny frames", id3v2(textFrame("TIT2", "").repeated(kMany)) + mpegFrames(3)},
@@ -83,12 +80,12 @@ TEST(BrokenFilesTest, comesToAnEndWithFilesMadeToHoldIt)
         {"syncs without frames", QByteArray(kMany, '\xFF')},
         {"false frames", QByteArray("\xFF\xFB\x90\x64", 4).repeated(kMany)},
     };
-    for (const auto& c : cases) {
+    for (const auto& [what, bytes] : cases) {
         QElapsedTimer timer;
         timer.start();
-        const Asset asset = assetOf(c.bytes, QStringLiteral("mp3"));
-        EXPECT_LE(timer.elapsed(), ByteSource::kDefaultTimeLimit.count() + 1000) << c.what;
-        EXPECT_LE(asset.items.size(), 4096u) << c.what;
+        const Asset asset = assetOf(bytes, QStringLiteral("mp3"));
+        EXPECT_LE(timer.elapsed(), ByteSource::kDefaultTimeLimit.count() + 1000) << what;
+        EXPECT_LE(asset.items.size(), 4096u) << what;
     }
 }
 

@@ -28,12 +28,11 @@ QByteArray withUnsynchronisation(const QByteArray& bytes)
 
 TEST(Id3v2Test, decodesTextInAllEncodings)
 {
-    struct Case {
+    const struct {
         const char* what;
         QByteArray body;
         QString text;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"Latin-1", QByteArray("\0Crue", 5), QStringLiteral("Crue")},
         {"terminated", QByteArray("\0Crue\0", 6), QStringLiteral("Crue")},
         {"UTF-16", '\1' + utf16(QStringLiteral("Мир")), QStringLiteral("Мир")},
@@ -51,7 +50,7 @@ TEST(Id3v2Test, decodesTextInAllEncodings)
         {"several Latin-1 values", QByteArray("\0A\0B", 4), QStringLiteral("A / B")},
         {"no text", QByteArray(1, '\0'), QString()},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(textOf(frame("TIT2", c.body)), c.text) << c.what;
 }
 
@@ -85,15 +84,14 @@ TEST(Id3v2Test, unpacksFrames)
                static_cast<uLong>(text.size()));
     packed.truncate(static_cast<qsizetype>(packedSize));
     const auto size = static_cast<quint32>(text.size());
-    struct Case {
+    const QString expected = QStringLiteral("ÿÿ");
+    const struct {
         const char* what;
         QByteArray frames;
         int version;
         quint8 tagFlags;
         QString text;
-    };
-    const QString expected = QStringLiteral("ÿÿ");
-    const Case cases[] = {
+    } cases[] = {
         {"tag unsynchronised", withUnsynchronisation(frame("TIT2", text)), 3, 0x80, expected},
         {"frame unsynchronised", frame("TIT2", withUnsynchronisation(text), 4, 2), 4, 0, expected},
         {"with data length", frame("TIT2", syncsafe(size) + withUnsynchronisation(text), 4, 3), 4, 0x80, expected},
@@ -105,25 +103,22 @@ TEST(Id3v2Test, unpacksFrames)
         {"lies about its size", frame("TIT2", big(2, 4) + packed, 3, 0x80), 3, 0, QStringLiteral("-")},
         {"encrypted", frame("TIT2", text, 3, 0x40), 3, 0, QStringLiteral("-")},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(textOf(c.frames, c.version, c.tagFlags), c.text) << c.what;
 }
 
 TEST(Id3v2Test, tellsCommentsFromPrivateFigures)
 {
-    struct Case {
-        const char* description;
-        bool isComment;
-    };
-    const Case cases[] = {{"", true},          {"ID3v1 Comment", true},         {"description", true},
-                          {"iTunNORM", false}, {"iTunes_CDDB_IDs", false},      {"Songs-DB_Custom1", false},
-                          {"iTunSMPB", false}, {"MusicMatch_Situation", false}, {"c0", true}};
-    for (const Case& c : cases) {
-        const std::vector<MetadataItem> items = itemsOf(describedFrame("COMM", c.description, "text"));
+    const std::pair<const char*, bool> cases[] = {
+        {"", true},          {"ID3v1 Comment", true},         {"description", true},
+        {"iTunNORM", false}, {"iTunes_CDDB_IDs", false},      {"Songs-DB_Custom1", false},
+        {"iTunSMPB", false}, {"MusicMatch_Situation", false}, {"c0", true}};
+    for (const auto& [description, isComment] : cases) {
+        const std::vector<MetadataItem> items = itemsOf(describedFrame("COMM", description, "text"));
         ASSERT_EQ(items.size(), 1u);
-        EXPECT_EQ(items[0].commonKey == CommonKey::Description, c.isComment) << c.description;
+        EXPECT_EQ(items[0].commonKey == CommonKey::Description, isComment) << description;
         EXPECT_EQ(items[0].stringValue, QStringLiteral("text"));
-        EXPECT_EQ(items[0].extraDescription, QString::fromLatin1(c.description));
+        EXPECT_EQ(items[0].extraDescription, QString::fromLatin1(description));
     }
     // The form that this program writes: an empty wide description without mark.
     EXPECT_EQ(textOf(frame("COMM", QByteArray("\1eng\0\0", 6) + utf16(QStringLiteral("Мир")))), QStringLiteral("Мир"));

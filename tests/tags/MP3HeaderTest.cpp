@@ -11,11 +11,7 @@ using std::nullopt;
 
 TEST(MP3HeaderTest, readsTheTablesOfAllVersionsAndLayers)
 {
-    struct Case {
-        const char* hex;
-        std::optional<double> bitRate;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, std::optional<double>> cases[] = {
         {"fffb9000", 128000},                        // MPEG-1 layer III
         {"fffbe000", 320000},  {"fffd9000", 160000}, // layer II
         {"ffff9000", 288000},                        // layer I
@@ -32,8 +28,8 @@ TEST(MP3HeaderTest, readsTheTablesOfAllVersionsAndLayers)
         {"fffb9c00", 128000},                        // an impossible sample rate is not looked at
         {"fffb90", nullopt},                         // too short
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(MP3Header::bitRate(QByteArray::fromHex(c.hex)), c.bitRate) << c.hex;
+    for (const auto& [hex, bitRate] : cases)
+        EXPECT_EQ(MP3Header::bitRate(QByteArray::fromHex(hex)), bitRate) << hex;
 }
 
 TEST(MP3HeaderTest, startsBehindTheTagAndStopsThreeBytesBeforeTheEnd)

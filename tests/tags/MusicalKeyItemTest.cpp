@@ -8,14 +8,13 @@ namespace {
 
 TEST(MusicalKeyItemTest, goesByTheNamesOfTheItem)
 {
-    struct Case {
+    const struct {
         QStringView identifier;
         QStringView key;
         QStringView description; ///< null without one
         QStringView value;
         QStringView musicalKey; ///< null if the item is none
-    };
-    const Case cases[] = {
+    } cases[] = {
         {u"id3/TKEY", u"TKEY", nullptr, u" 8A \n", u"8A"},
         {u"id3/TKEY", u"TKEY", nullptr, u" \t", nullptr},
         {u"vorbis/INITIALKEY", u"INITIALKEY", nullptr, u"Am", u"Am"},
@@ -32,7 +31,7 @@ TEST(MusicalKeyItemTest, goesByTheNamesOfTheItem)
         {u"id3/TXXX", u"TXXX", nullptr, u"Am", nullptr},
         {u"id3/COMM", u"COMM", u"initialkey", u"Am", nullptr},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         MetadataItem item;
         item.identifier = c.identifier.toString();
         item.key = c.key.toString();

@@ -65,21 +65,18 @@ TEST(SoundTest, countsFramesOverWhatStandsBetweenThem)
 {
     const QByteArray tag = id3v2(pictureFrame(QByteArray("\xFF\xFB\x90\x64").repeated(500)));
     const QByteArray small = QByteArray("\xFF\xFB\x50\x64", 4) + QByteArray(204, '\0');
-    const struct {
-        const char* what;
-        QByteArray between;
-    } cases[] = {
+    const std::pair<const char*, QByteArray> cases[] = {
         {"nothing", {}},
         {"tags of joined files", id3v1({.title = "T"}) + tag},
         {"hole", QByteArray(50'000, '\0')},
         {"damaged frame", QByteArray("\xFF\xFB\x90\x64\xFF\xF1\x50\x80\x0c\x9f\xfc") + QByteArray(80, 'y')},
     };
-    for (const auto& c : cases) {
-        const Asset aac = assetOf(adtsFrames(100) + c.between + adtsFrames(50));
-        EXPECT_NEAR(aac.sound->seconds.value_or(0), 150 * 1024.0 / 44100, 0.1) << c.what;
-        EXPECT_NEAR(aac.sound->details.bitRate, 100 * 8 * 44100 / 1024.0, 200) << c.what;
-        const Asset mpeg = assetOf(mixedFrames(500) + c.between + mixedFrames(200));
-        EXPECT_NEAR(mpeg.sound->seconds.value_or(0), 1400 * 1152.0 / 44100, 0.1) << c.what;
+    for (const auto& [what, between] : cases) {
+        const Asset aac = assetOf(adtsFrames(100) + between + adtsFrames(50));
+        EXPECT_NEAR(aac.sound->seconds.value_or(0), 150 * 1024.0 / 44100, 0.1) << what;
+        EXPECT_NEAR(aac.sound->details.bitRate, 100 * 8 * 44100 / 1024.0, 200) << what;
+        const Asset mpeg = assetOf(mixedFrames(500) + between + mixedFrames(200));
+        EXPECT_NEAR(mpeg.sound->seconds.value_or(0), 1400 * 1152.0 / 44100, 0.1) << what;
     }
     // Silence in front has a rate of its own.
     const Asset silent = assetOf(small.repeated(400) + mpegFrames(600));

@@ -10,30 +10,28 @@ namespace {
 
 TEST(TagTextTest, decodesFieldsWithoutStatedEncoding)
 {
-    struct Case {
+    const struct {
         QByteArray bytes;
         bool isCyrillic;
         QString text;
-    };
-    const Case cases[] = {{"Beyonc\xE9", false, QStringLiteral("Beyoncé")},
-                          {"Beyonc\xC3\xA9", false, QStringLiteral("Beyoncé")},      // UTF-8 by mistake
-                          {"\xD0\x9C\xD0\xB8\xD1\x80", true, QStringLiteral("Мир")}, // UTF-8 goes before Windows-1251
-                          {"\xCC\xE8\xF0", true, QStringLiteral("Мир")},
-                          {"Don\x92t \x96 go\x85", false, QStringLiteral("Don’t – go…")}, // Windows-1252
-                          {" kept ", false, QStringLiteral(" kept ")}};
-    for (const Case& c : cases)
+    } cases[] = {{"Beyonc\xE9", false, QStringLiteral("Beyoncé")},
+                 {"Beyonc\xC3\xA9", false, QStringLiteral("Beyoncé")},      // UTF-8 by mistake
+                 {"\xD0\x9C\xD0\xB8\xD1\x80", true, QStringLiteral("Мир")}, // UTF-8 goes before Windows-1251
+                 {"\xCC\xE8\xF0", true, QStringLiteral("Мир")},
+                 {"Don\x92t \x96 go\x85", false, QStringLiteral("Don’t – go…")}, // Windows-1252
+                 {" kept ", false, QStringLiteral(" kept ")}};
+    for (const auto& c : cases)
         EXPECT_EQ(TagText::fromLegacy(c.bytes, c.isCyrillic), c.text);
 }
 
 TEST(TagTextTest, decodesUtf16WithAndWithoutMark)
 {
     using enum TagText::ByteOrder;
-    struct Case {
+    const struct {
         QByteArray bytes;
         TagText::ByteOrder assumed;
         QString text;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {QByteArray("\xFF\xFE\x41\0", 4), BigEndian, QStringLiteral("A")},
         {QByteArray("\xFE\xFF\0\x41", 4), LittleEndian, QStringLiteral("A")},
         {QByteArray("\xFF\xFE\xFF\xFE\x41\0", 6), LittleEndian, QStringLiteral("A")}, // the mark twice
@@ -41,7 +39,7 @@ TEST(TagTextTest, decodesUtf16WithAndWithoutMark)
         {QByteArray("\x41\0\x42", 3), LittleEndian, QStringLiteral("A")},                  // half a letter at the end
         {QByteArray("\x41\0\x00\xD8\x42\0", 6), LittleEndian, QStringLiteral("A\uFFFDB")}, // half a surrogate pair
         {QByteArray("\x3C\xD8\xB5\xDF", 4), LittleEndian, QStringLiteral("🎵")}};
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(TagText::fromUtf16(c.bytes, c.assumed), c.text);
     EXPECT_EQ(TagText::guessByteOrder("\4\x1A\4\x38\4\x3D\4\x3E", LittleEndian), BigEndian);           // Кино
     EXPECT_EQ(TagText::guessByteOrder("\x1A\4\x38\4\x3D\4\x3E\4", BigEndian), LittleEndian);           // Кино

@@ -30,10 +30,7 @@ TEST_F(AudioPCMDecoderTest, GivesAllSamplesOrItsOwnError)
                async::seconds(60)),
         std::vector<float>{1.0F});
     EXPECT_TRUE(told("velmora-bpm-").ends_with("-dn\n-t\n133\n-ac\n1\n-ar\n22050\n-f\nf32le\n"));
-    const struct {
-        QString body;
-        const char* error;
-    } cases[] = {
+    const std::pair<QString, const char*> cases[] = {
         {QStringLiteral("exit 1"), "decodingFailed"},
         {QStringLiteral("printf 123 > \"$out\""), "emptyAudio"},
         {kHanging, "timedOut"},

@@ -145,17 +145,15 @@ TEST(BPMAnalyzer, WhereverItIsStoppedItEndsAsCancelled)
 
 TEST(CooperativeDSPBudget, RestsOneMillisecondAfterThree)
 {
-    struct Row {
+    const struct {
         bool enabled;
         int index;
         int interval;
         double worked; ///< seconds
         std::size_t rests;
-    };
-    const Row rows[] = {{true, 16, 16, 0.003, 1},  {true, 0, 16, 0.003, 1}, {true, 17, 16, 0.003, 0},
-                        {true, 16, 16, 0.0029, 0}, {true, 16, 0, 1, 0},     {true, 16, -1, 1, 0},
-                        {false, 16, 16, 1, 0}};
-    for (const Row& row : rows) {
+    } rows[] = {{true, 16, 16, 0.003, 1}, {true, 0, 16, 0.003, 1}, {true, 17, 16, 0.003, 0}, {true, 16, 16, 0.0029, 0},
+                {true, 16, 0, 1, 0},      {true, 16, -1, 1, 0},    {false, 16, 16, 1, 0}};
+    for (const auto& row : rows) {
         TempoSignals::CountedClock time;
         CooperativeDSPBudget budget(row.enabled, time.clock());
         time.now += async::seconds(row.worked);

@@ -61,16 +61,15 @@ TEST(FoldedTempo, IsAWholeNumberUpTo140)
 
 TEST(AmbiguityRule, Table)
 {
-    struct Row {
+    const struct {
         double tempo;
         double other;
         float score;
         double tolerance;
-    };
-    const Row rows[] = {{70, 105, 0.70F, 5},    {92, 138, 0.70F, 5},    {93, 0, 0, 0},          {107, 0, 0, 0},
-                        {108, 81, 0.72F, 3},    {118, 88.5, 0.72F, 3},  {119, 89.25, 0.85F, 5}, {128, 96, 0.85F, 5},
-                        {129, 96.75, 0.72F, 3}, {131, 98.25, 0.72F, 3}, {132, 99, 0.64F, 5},    {140, 105, 0.64F, 5}};
-    for (const Row& row : rows) {
+    } rows[] = {{70, 105, 0.70F, 5},    {92, 138, 0.70F, 5},    {93, 0, 0, 0},          {107, 0, 0, 0},
+                {108, 81, 0.72F, 3},    {118, 88.5, 0.72F, 3},  {119, 89.25, 0.85F, 5}, {128, 96, 0.85F, 5},
+                {129, 96.75, 0.72F, 3}, {131, 98.25, 0.72F, 3}, {132, 99, 0.64F, 5},    {140, 105, 0.64F, 5}};
+    for (const auto& row : rows) {
         const std::optional<AmbiguityRule> rule = ambiguityRule(row.tempo);
         EXPECT_EQ(rule.has_value(), row.other > 0) << row.tempo;
         if (!rule)
@@ -105,16 +104,15 @@ TEST(RefinedPeakLag, TopOfTheParabola)
 
 TEST(LiftedTempo, SlowOnesBecome140)
 {
-    struct Row {
+    // Lag 19 is 136 BPM, lag 20 is 129.
+    const struct {
         double bpm;
         int lag; ///< of the second candidate
         float score;
         double lifted;
-    };
-    // Lag 19 is 136 BPM, lag 20 is 129.
-    const Row rows[] = {{70, 19, 0.60F, 140}, {70, 19, 0.59F, 70}, {71, 19, 0.74F, 71}, {72, 19, 0.60F, 72},
-                        {72, 19, 0.75F, 140}, {73, 19, 0.99F, 73}, {70, 20, 0.99F, 70}};
-    for (const Row& row : rows)
+    } rows[] = {{70, 19, 0.60F, 140}, {70, 19, 0.59F, 70}, {71, 19, 0.74F, 71}, {72, 19, 0.60F, 72},
+                {72, 19, 0.75F, 140}, {73, 19, 0.99F, 73}, {70, 20, 0.99F, 70}};
+    for (const auto& row : rows)
         EXPECT_EQ(liftedTempo(row.bpm, ranking({{36, 1.0F}, {row.lag, row.score}})), row.lifted)
             << row.bpm << ' ' << row.score;
 }

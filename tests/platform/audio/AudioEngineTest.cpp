@@ -41,6 +41,24 @@ protected:
         return path;
     }
 
+    /// Opens a file whose sound is remembered, and plays it.
+    std::unique_ptr<AudioFilePlayer> play(const char* name, double seconds)
+    {
+        path = makeFile(name, seconds);
+        sound = TestTones::left(SoundFiles::decoded(path));
+        auto player = engine.open(path, {});
+        player->play();
+        return player;
+    }
+
+    /// What is heard next is that sound from one of its frames on. \param skipped frames that may be faded.
+    void expectHeard(size_t from, size_t count, size_t skipped = 0)
+    {
+        const std::vector<float> heard = output.pullSound(static_cast<int>(count + skipped));
+        ASSERT_GE(heard.size(), count + skipped);
+        EXPECT_EQ(span(heard, skipped, count), span(sound, from + skipped, count));
+    }
+
     int count(AudioOutputEvent event)
     {
         const std::lock_guard lock(mutex);
@@ -48,6 +66,8 @@ protected:
     }
 
     QTemporaryDir folder;
+    QString path;
+    std::vector<float> sound;
     ManualOutput output;
     std::mutex mutex;
     std::vector<AudioOutputEvent> events;
@@ -56,25 +76,19 @@ protected:
 
 TEST_F(AudioEngineTest, WhatIsHeardIsWhatIsInTheFile)
 {
-    const QString path = makeFile("tone.flac", 4);
-    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
-    auto player = engine.open(path, {});
+    const auto player = play("tone.flac", 4);
     EXPECT_DOUBLE_EQ(player->duration(), 4.0);
-    EXPECT_FALSE(player->isPlaying());
-    player->play();
+    EXPECT_FALSE(engine.open(path, {})->isPlaying());
     EXPECT_TRUE(player->isPlaying());
     const std::vector<float> heard = output.pullSound(3 * kRate);
     ASSERT_GE(heard.size(), size_t(3 * kRate));
-    EXPECT_EQ(heard, span(expected, 0, heard.size()));
+    EXPECT_EQ(heard, span(sound, 0, heard.size()));
     EXPECT_NEAR(player->currentTime(), static_cast<double>(heard.size()) / kRate, 1e-9);
 }
 
 TEST_F(AudioEngineTest, ASeekLandsOnItsFrame)
 {
-    const QString path = makeFile("tone.wav", 6);
-    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
-    auto player = engine.open(path, {});
-    player->play();
+    const auto player = play("tone.wav", 6);
     output.pullSound(1000);
     for (const double target : {5.0, 0.0, 2.5, 2.5 + 1.0 / kRate}) {
         player->setVolume(0, 0.012);
@@ -82,12 +96,9 @@ TEST_F(AudioEngineTest, ASeekLandsOnItsFrame)
         player->setCurrentTime(target);
         EXPECT_EQ(player->currentTime(), target);
         player->setVolume(1, 0.018);
-        std::vector<float> heard = output.pullSound(4000);
+        SCOPED_TRACE(target);
         // The fade back takes 793.8 frames; from there on the samples are the file's own.
-        const auto frame = static_cast<size_t>(std::llround(target * kRate));
-        size_t begin = 800;
-        ASSERT_GE(heard.size(), 4000U);
-        EXPECT_EQ(span(heard, begin, 3000), span(expected, frame + begin, 3000)) << target;
+        expectHeard(static_cast<size_t>(std::llround(target * kRate)), 3000, 800);
     }
 }
 
@@ -119,20 +130,12 @@ TEST_F(AudioEngineTest, TheEndIsToldAfterItWasHeardAndOnce)
 
 TEST_F(AudioEngineTest, TheNextFileTakesOverTheOpenDevice)
 {
-    const QString first = makeFile("first.wav", 2);
-    const QString second = makeFile("second.flac", 2);
-    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(second));
-    auto player = engine.open(first, {});
-    player->play();
+    auto player = play("first.wav", 2);
     output.pullSound(1000);
     player->stop();
-    output.pull(512); // its last moments
-    auto next = engine.open(second, {});
-    player.reset();
-    next->play();
-    const std::vector<float> heard = output.pullSound(5000);
-    ASSERT_GE(heard.size(), 5000U);
-    EXPECT_EQ(span(heard, 0, 5000), span(expected, 0, 5000));
+    output.pull(512);                // its last moments
+    player = play("second.flac", 2); // the one before goes when this one plays
+    expectHeard(0, 5000);
     EXPECT_EQ(output.opened, 1);
 }
 
@@ -149,10 +152,7 @@ TEST_F(AudioEngineTest, ADeviceThatDoesNotDoTheRateGetsTheFileResampled)
 
 TEST_F(AudioEngineTest, ALostDevicePausesAndTheNextPlayFindsAnother)
 {
-    const QString path = makeFile("tone.wav", 5);
-    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
-    auto player = engine.open(path, {});
-    player->play();
+    const auto player = play("tone.wav", 5);
     const size_t heard = output.pullSound(10'000).size();
     output.isAlive = false;
     ASSERT_TRUE(comesTrue([&] { return !player->isPlaying(); }));
@@ -161,9 +161,7 @@ TEST_F(AudioEngineTest, ALostDevicePausesAndTheNextPlayFindsAnother)
     EXPECT_TRUE(output.pull(100).empty());
     player->play();
     EXPECT_TRUE(player->isPlaying());
-    const std::vector<float> again = output.pullSound(2000);
-    ASSERT_GE(again.size(), 2000U);
-    EXPECT_EQ(span(again, 0, 2000), span(expected, heard, 2000));
+    expectHeard(heard, 2000);
     EXPECT_EQ(output.scans, 1);
     EXPECT_EQ(count(AudioOutputEvent::Lost), 1);
 }
@@ -185,17 +183,12 @@ TEST_F(AudioEngineTest, WithoutADeviceTimeGoesOnInSilence)
 
 TEST_F(AudioEngineTest, AnotherDeviceIsTakenInTheMiddle)
 {
-    const QString path = makeFile("tone.wav", 5);
-    const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
-    auto player = engine.open(path, {});
-    player->play();
+    const auto player = play("tone.wav", 5);
     const size_t heard = output.pullSound(5000).size();
     engine.setDevice(QStringLiteral("test/two"));
     ASSERT_TRUE(comesTrue([&] { return output.opened == 2; }));
     EXPECT_EQ(output.lastDevice(), QStringLiteral("test/two"));
-    const std::vector<float> after = output.pullSound(2000);
-    ASSERT_GE(after.size(), 2000U);
-    EXPECT_EQ(span(after, 0, 2000), span(expected, heard, 2000));
+    expectHeard(heard, 2000);
     EXPECT_TRUE(player->isPlaying());
 }
 
@@ -223,11 +216,8 @@ TEST_F(AudioEngineTest, AFileThatIsReplacedCutShortOrRemovedPlaysOn)
 {
     for (const char* how : {"removed", "cut", "overwritten"}) {
         SCOPED_TRACE(how);
-        const QString path = makeFile("tone.wav", 8);
-        const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
-        auto player = engine.open(path, {});
-        player->play();
-        const std::vector<float> before = output.pullSound(2000);
+        const auto player = play("tone.wav", 8);
+        const size_t heard = output.pullSound(2000).size();
         std::this_thread::sleep_for(std::chrono::milliseconds(50)); // the file is in memory by then
         QFile file(path);
         if (how == std::string("removed")) {
@@ -235,13 +225,11 @@ TEST_F(AudioEngineTest, AFileThatIsReplacedCutShortOrRemovedPlaysOn)
         } else if (how == std::string("cut")) {
             EXPECT_TRUE(file.resize(100));
         } else {
-            EXPECT_TRUE(file.open(QIODevice::ReadWrite));
-            file.write(QByteArray(static_cast<int>(file.size()), 'x'));
+            EXPECT_TRUE(file.open(QIODevice::ReadWrite)); // in place
+            file.write(QByteArray(file.size(), 'x'));
             file.close();
         }
-        const std::vector<float> after = output.pullSound(6 * kRate);
-        ASSERT_GE(after.size(), size_t(6 * kRate));
-        EXPECT_EQ(span(after, 0, 6 * kRate), span(expected, before.size(), 6 * kRate));
+        expectHeard(heard, 6 * kRate);
     }
 }
 

@@ -114,18 +114,15 @@ TEST(AudioFileReaderTest, mixesChannelsDownWithoutClipping)
 
 TEST(AudioFileReaderTest, convertsTheRateWithTheSamePlaces)
 {
-    const struct {
-        Kind kind;
-        int rate;
-    } cases[] = {{{"44.flac", ""}, 48000},
-                 {{"96.flac", "", 96000}, 44100},
-                 {{"22.mp3", "", 22050, 1}, 44100},
-                 {{"44.mp3", ""}, 8000}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.kind.name);
-        const auto reader = AudioFileReader::open(SoundFiles::make(c.kind), {.sampleRate = c.rate});
+    const std::pair<Kind, int> cases[] = {{{"44.flac", ""}, 48000},
+                                          {{"96.flac", "", 96000}, 44100},
+                                          {{"22.mp3", "", 22050, 1}, 44100},
+                                          {{"44.mp3", ""}, 8000}};
+    for (const auto& [kind, rate] : cases) {
+        SCOPED_TRACE(kind.name);
+        const auto reader = AudioFileReader::open(SoundFiles::make(kind), {.sampleRate = rate});
         const qint64 told = reader->frameCount();
-        EXPECT_NEAR(static_cast<double>(told), 5.0 * c.rate, 1.0);
+        EXPECT_NEAR(static_cast<double>(told), 5.0 * rate, 1.0);
         const int channels = reader->channelCount();
         const std::vector<float> all = SoundFiles::rest(*reader);
         EXPECT_NEAR(static_cast<double>(all.size()) / channels, static_cast<double>(told), 1.0);

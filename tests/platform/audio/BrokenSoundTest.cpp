@@ -137,10 +137,7 @@ TEST(BrokenSoundTest, endsWhenTheFileIsEmptiedWhileItIsRead)
 TEST(BrokenSoundTest, refusesWhatIsNoSound)
 {
     const QString wave = SoundFiles::make({"16.wav", "-bitexact"});
-    const struct {
-        QString name;
-        QByteArray bytes;
-    } cases[] = {
+    const std::pair<QString, QByteArray> cases[] = {
         {QStringLiteral("empty.wav"), {}},
         {QStringLiteral("text.mp3"), QByteArray("This is a text and no music.\n").repeated(400)},
         {QStringLiteral("zeros.flac"), QByteArray(100'000, '\0')},
@@ -150,12 +147,12 @@ TEST(BrokenSoundTest, refusesWhatIsNoSound)
         {QStringLiteral("list.m4a"),
          "#EXTM3U\n#EXT-X-TARGETDURATION:5\n#EXTINF:5,\n" + wave.toUtf8() + "\n#EXT-X-ENDLIST\n"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, bytes] : cases) {
         try {
-            AudioFileReader::open(SoundFiles::write(c.name, c.bytes), {});
-            ADD_FAILURE() << c.name.toStdString() << " was opened";
+            AudioFileReader::open(SoundFiles::write(name, bytes), {});
+            ADD_FAILURE() << name.toStdString() << " was opened";
         } catch (const AudioFileError& error) {
-            EXPECT_EQ(error.which(), AudioFileError::Case::NoAudio) << c.name.toStdString();
+            EXPECT_EQ(error.which(), AudioFileError::Case::NoAudio) << name.toStdString();
         }
     }
 }

@@ -31,14 +31,10 @@ TEST(FileStamp, TellsSizeAndDateOfAFile)
 TEST(FileStamp, IsTheSameFileWithTheSameSizeAndAlmostTheSameDate)
 {
     const FileStamp stamp{123, 100.5};
-    const struct {
-        FileStamp other;
-        bool isSame;
-    } cases[] = {
+    const std::pair<FileStamp, bool> cases[] = {
         {{123, 100.5}, true},    {{123, 100.5009}, true}, {{123, 100.4991}, true},
         {{123, 100.502}, false}, {{123, 100.498}, false}, {{124, 100.5}, false},
     };
-    for (const auto& test : cases)
-        EXPECT_EQ(stamp.isSameFile(test.other), test.isSame)
-            << test.other.byteCount << ' ' << test.other.modificationDate;
+    for (const auto& [other, isSame] : cases)
+        EXPECT_EQ(stamp.isSameFile(other), isSame) << other.byteCount << ' ' << other.modificationDate;
 }

@@ -72,18 +72,15 @@ TEST_F(TrashTest, TheHomeTrashIsFoundThroughTheEnvironment)
     const QByteArray data = qgetenv("XDG_DATA_HOME");
     const bool hadData = qEnvironmentVariableIsSet("XDG_DATA_HOME");
     qputenv("HOME", "/somebody");
-    const struct {
-        const char* data;
-        const char* trash;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"/data", "/data/Trash"},
         {"/data//", "/data/Trash"},
         {"", "/somebody/.local/share/Trash"},
         {"relative", "/somebody/.local/share/Trash"},
     };
-    for (const auto& row : rows) {
-        qputenv("XDG_DATA_HOME", row.data);
-        EXPECT_EQ(TrashFolder::homeTrash(), row.trash) << row.data;
+    for (const auto& [data, trash] : rows) {
+        qputenv("XDG_DATA_HOME", data);
+        EXPECT_EQ(TrashFolder::homeTrash(), trash) << data;
     }
     qunsetenv("XDG_DATA_HOME");
     EXPECT_EQ(TrashFolder::homeTrash(), "/somebody/.local/share/Trash");

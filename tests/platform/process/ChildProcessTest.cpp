@@ -74,10 +74,7 @@ QByteArray outputOf(ChildProcess::Launch launch)
 
 TEST(ChildProcess, TellsHowItEnded)
 {
-    const struct {
-        const char* script;
-        int status;
-    } cases[] = {
+    const std::pair<const char*, int> cases[] = {
         {"exit 0", 0},
         {"exit 3", 3},
         {"kill -KILL $$", 128 + SIGKILL},

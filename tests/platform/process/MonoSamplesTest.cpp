@@ -74,10 +74,8 @@ protected:
 TEST_F(MonoSamplesTest, RealFilesOfEveryFormatGiveTheirSound)
 {
     // Both channels carry the same, which adds up to the square root of two.
-    const struct {
-        const char* name;
-        const char* codec;
-    } cases[] = {{"a.wav", "pcm_s16le"}, {"b %d.flac", "flac"}, {"c д:' #1.mp3", "libmp3lame"}, {"d.m4a", "aac"}};
+    const std::pair<const char*, const char*> cases[] = {
+        {"a.wav", "pcm_s16le"}, {"b %d.flac", "flac"}, {"c д:' #1.mp3", "libmp3lame"}, {"d.m4a", "aac"}};
     for (const auto& [name, codec] : cases) {
         const QUrl url = encoded(
             QString::fromUtf8(name),
@@ -113,13 +111,10 @@ TEST_F(MonoSamplesTest, BrokenFilesGiveWhatTheyCanOrTheirError)
 TEST_F(MonoSamplesTest, TheDecoderIsToldExactlyThis)
 {
     const double infinite = std::numeric_limits<double>::infinity();
-    const struct {
-        std::optional<double> maximumDuration;
-        const char* limit;
-    } cases[] = {{std::nullopt, ""},   {0.0, ""},
-                 {-3.0, ""},           {infinite, ""},
-                 {132.0, "-t\n132\n"}, {132.5, "-t\n133\n"},
-                 {0.001, "-t\n1\n"},   {1e6, "-t\n1000000\n"}};
+    const std::pair<std::optional<double>, const char*> cases[] = {{std::nullopt, ""},   {0.0, ""},
+                                                                   {-3.0, ""},           {infinite, ""},
+                                                                   {132.0, "-t\n132\n"}, {132.5, "-t\n133\n"},
+                                                                   {0.001, "-t\n1\n"},   {1e6, "-t\n1000000\n"}};
     MonoDecoding decoding =
         by(script(QStringLiteral("printf '%s\\n' \"$@\" > told; printf 1234 > \"$out\"")), anyFile, 22050);
     for (const auto& [maximumDuration, limit] : cases) {
@@ -149,10 +144,7 @@ TEST_F(MonoSamplesTest, LowImpactGivesWay)
 
 TEST_F(MonoSamplesTest, TheOutputDecidesWhatComesBack)
 {
-    const struct {
-        const char* body;
-        const char* result;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"exit 0", "noSamples"},
         {": > \"$out\"", "noSamples"},
         {"printf 123 > \"$out\"", "noSamples"},
@@ -206,10 +198,8 @@ TEST_F(MonoSamplesTest, ADecoderThatHangsIsStoppedAtTheDeadline)
 
 TEST_F(MonoSamplesTest, AStopFromAnotherThreadEndsIt)
 {
-    const struct {
-        QString body;
-        qint64 atLeast; // milliseconds
-    } cases[] = {{kHanging, 0}, {kStubborn, 250}};
+    // atLeast: milliseconds
+    const std::pair<QString, qint64> cases[] = {{kHanging, 0}, {kStubborn, 250}};
     for (const auto& [body, atLeast] : cases) {
         QFile::remove(path(QStringLiteral("ready")));
         std::stop_source source;

@@ -9,6 +9,16 @@ namespace {
 
 using namespace TagBytes;
 
+TagInventory holding(bool hasPicture, int otherEntries, const AudioTags& unread = {}, TagFields unwritable = {})
+{
+    return {hasPicture, otherEntries, unread, unwritable};
+}
+
+TagInventory unknown(int otherEntries)
+{
+    return {false, otherEntries, {}, {}, true};
+}
+
 TagInventory inventoryOf(const QString& name, const QByteArray& bytes)
 {
     const FileFolder folder;
@@ -16,16 +26,10 @@ TagInventory inventoryOf(const QString& name, const QByteArray& bytes)
 }
 
 /// The four texts that no read supplies.
-AudioTags unreadTags(const QString& artist, const QString& year, const QString& track, const QString& tempo)
-{
-    return tagsWith({{&AudioTags::albumArtist, artist},
-                     {&AudioTags::year, year},
-                     {&AudioTags::track, track},
-                     {&AudioTags::bpm, tempo}});
-}
-
-const AudioTags kUnread =
-    unreadTags(QStringLiteral("V"), QStringLiteral("1999"), QStringLiteral("3/9"), QStringLiteral("124"));
+const AudioTags kUnread = tagsWith({{&AudioTags::albumArtist, QStringLiteral("V")},
+                                    {&AudioTags::year, QStringLiteral("1999")},
+                                    {&AudioTags::track, QStringLiteral("3/9")},
+                                    {&AudioTags::bpm, QStringLiteral("124")}});
 const TagFields kArtist = TagField::AlbumArtist;
 
 TEST(InventoryTest, countsWhatAPlainSaveDrops)
@@ -45,6 +49,11 @@ TEST(InventoryTest, countsWhatAPlainSaveDrops)
                                       1, "1999") +
                              itemAtom("trkn", 0, QByteArray("\0\0\0\3\0\x09\0\0", 8)) +
                              itemAtom("tmpo", 21, QByteArray("\0\x7c", 2));
+    AudioTags otherTempo = kUnread;
+    otherTempo.bpm = QStringLiteral("1");
+    const AudioTags dated = tagsWith({{&AudioTags::year, QStringLiteral("1999")}});
+    AudioTags numbered = dated;
+    numbered.track = QStringLiteral("7");
     const TagFields notInM4A = TagFieldSet::kNeverRead | TagField::MusicalKey;
     const struct {
         const char* what;
@@ -54,91 +63,68 @@ TEST(InventoryTest, countsWhatAPlainSaveDrops)
     } cases[] = {
         {"no tags", "a.mp3", mpegFrames(3), {}},
         {"what is read, and ID3v1", "a.mp3", id3v2(read + QByteArray(9, '\0')) + mpegFrames(3) + oldTag, {}},
-        {"frames", "a.mp3", id3v2(read + others + unread + pictureFrame("p")) + mpegFrames(3), {true, 3, kUnread, {}}},
-        {"the first of several tags counts",
-         "a.mp3",
-         id3v2(textFrame("TBPM", "1")) + id3v2(unread + others) + mpegFrames(3),
-         {false,
-          3,
-          unreadTags(QStringLiteral("V"), QStringLiteral("1999"), QStringLiteral("3/9"), QStringLiteral("1")),
-          {}}},
-        {"items",
-         "a.mp3",
+        {"frames", "a.mp3", id3v2(read + others + unread + pictureFrame("p")) + mpegFrames(3),
+         holding(true, 3, kUnread)},
+        {"the first of several tags counts", "a.mp3",
+         id3v2(textFrame("TBPM", "1")) + id3v2(unread + others) + mpegFrames(3), holding(false, 3, otherTempo)},
+        {"items", "a.mp3",
          mpegFrames(3) + ape({"Title=T", "Year=1999", "Mood=x", "Key=8A", "Cover Art (Back)=p"}) + oldTag,
-         {true, 2, unreadTags({}, QStringLiteral("1999"), {}, {}), {}}},
-        {"broken behind the first frames",
-         "a.mp3",
-         id3v2(others + "tit2" + QByteArray(20, 'x')) + mpegFrames(3),
-         {false, 3, {}, {}, true}},
-        {"tag that is not understood, which a save drops",
-         "a.mp3",
-         id3v2(textFrame("TIT2", "T"), 3, 0x08) + mpegFrames(3) + ape({"Mood=x"}),
-         {false, 1, {}, {}, true}},
-        {"fewer items than counted", "a.mp3", mpegFrames(3) + withCount(ape({"Mood=x"}), 9), {false, 1, {}, {}, true}},
-        {"old tag's year and track",
-         "a.mp3",
-         mpegFrames(3) + numberedTag,
-         {false, 0, unreadTags({}, QStringLiteral("1999"), QStringLiteral("7"), {}), {}}},
-        {"the same in both tags",
-         "a.mp3",
+         holding(true, 2, dated)},
+        {"broken behind the first frames", "a.mp3", id3v2(others + "tit2" + QByteArray(20, 'x')) + mpegFrames(3),
+         unknown(3)},
+        {"tag that is not understood, which a save drops", "a.mp3",
+         id3v2(textFrame("TIT2", "T"), 3, 0x08) + mpegFrames(3) + ape({"Mood=x"}), unknown(1)},
+        {"fewer items than counted", "a.mp3", mpegFrames(3) + withCount(ape({"Mood=x"}), 9), unknown(1)},
+        {"old tag's year and track", "a.mp3", mpegFrames(3) + numberedTag, holding(false, 0, numbered)},
+        {"the same in both tags", "a.mp3",
          id3v2(textFrame("TIT2", "x") + textFrame("TYER", "1999") + textFrame("TYER", "1999")) + mpegFrames(3) +
              numberedTag,
-         {false, 0, unreadTags({}, QStringLiteral("1999"), QStringLiteral("7"), {}), {}}},
-        {"further frames and values",
-         "a.mp3",
+         holding(false, 0, numbered)},
+        {"further frames and values", "a.mp3",
          id3v2(textFrame("TPE1", "A", 4) + textFrame("TPE1", "B", 4) + textFrame("TPE1", "A", 4) +
                    textFrame("TIT2", QByteArray("T\0U\0", 4), 4),
                4) +
              mpegFrames(3),
-         {false, 2, {}, {}}},
-        {"further comments",
-         "a.flac",
-         flac(100, {"ARTIST=A", "ARTIST=B", "artist=C", "TITLE=T", "TITLE=T"}),
-         {false, 2, {}, {}}},
-        {"broken comments", "a.flac", flac(100, {}, flacBlock(4, "broken")), {false, 0, {}, {}, true}},
-        {"comments",
-         "a.flac",
+         holding(false, 2)},
+        {"further comments", "a.flac", flac(100, {"ARTIST=A", "ARTIST=B", "artist=C", "TITLE=T", "TITLE=T"}),
+         holding(false, 2)},
+        {"broken comments", "a.flac", flac(100, {}, flacBlock(4, "broken")), unknown(0)},
+        {"comments", "a.flac",
          flac(100, {"TITLE=T", "DESCRIPTION=d", "encoder=Lavf", "ALBUM ARTIST=V", "date=1999", "TRACK=3/9", "TEMPO=124",
                     "MOOD=x", "REPLAYGAIN_TRACK_GAIN=1"}),
-         {false, 2, kUnread, {}}},
-        {"picture block, other blocks",
-         "a.flac",
-         flac(100, {}, flacBlock(6, flacPicture("p")) + flacBlock(2, "appldata")),
-         {true, 0, {}, {}}},
+         holding(false, 2, kUnread)},
+        {"picture block, other blocks", "a.flac",
+         flac(100, {}, flacBlock(6, flacPicture("p")) + flacBlock(2, "appldata")), holding(true, 0)},
         {"tags behind the sound, which a save leaves", "a.flac", flac(100, {}) + ape({"Mood=x"}) + oldTag, {}},
-        {"list",
-         "a.wav",
+        {"list", "a.wav",
          wave(3, info(riffChunk("INAM", "T") + riffChunk("ICRD", "1999") + riffChunk("ISFT", "Lavf") +
                       riffChunk("ICOP", "me")) +
                      riffChunk("bext", "x")),
-         {false, 1, unreadTags({}, QStringLiteral("1999"), {}, {}), {}}},
-        {"tag in a chunk",
-         "a.wav",
-         wave(3, riffChunk("id3 ", id3v2(unread + others + pictureFrame("p")))),
-         {true, 3, kUnread, kArtist}},
-        {"chunks",
-         "a.aiff",
+         holding(false, 1, dated)},
+        {"tag in a chunk", "a.wav", wave(3, riffChunk("id3 ", id3v2(unread + others + pictureFrame("p")))),
+         holding(true, 3, kUnread, kArtist)},
+        {"chunks", "a.aiff",
          aiff(3, aiffChunk("NAME", "T") + aiffChunk("COMT", "x") + aiffChunk("(c) ", "me") +
                      aiffChunk("id3 ", id3v2(unread + others))),
-         {false, 4, kUnread, {}}},
-        {"items",
-         "a.m4a",
+         holding(false, 4, kUnread)},
+        {"items", "a.m4a",
          m4a(atoms + itemAtom("\251nam", 1, "T") + itemAtom("\251too", 1, "Lavf") + itemAtom("covr", 14, "p") +
              itemAtom("cpil", 21, "\1") + freeformAtom("com.apple.iTunes", "initialkey", "8A")),
-         {true, 1, kUnread, notInM4A}},
+         holding(true, 1, kUnread, notInM4A)},
         {"nothing of the kind", "a.m4a", m4a(itemAtom("\251nam", 1, "T")), {}},
         {"not written", "a.ogg", "OggS", {}},
         {"another file", "a.flac", wave(3), {}},
-        {"cut", "a.wav", wave(3, info(riffChunk("ICOP", "me"))) + "LIST" + little(99, 4), {false, 1, {}, {}}},
+        {"cut", "a.wav", wave(3, info(riffChunk("ICOP", "me"))) + "LIST" + little(99, 4), holding(false, 1)},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + ", " + c.what);
         const TagInventory found = inventoryOf(QLatin1StringView(c.name), c.bytes);
-        EXPECT_EQ(found.hasPicture, c.expected.hasPicture) << c.name << ", " << c.what;
-        EXPECT_EQ(found.otherEntries, c.expected.otherEntries) << c.name << ", " << c.what;
-        EXPECT_EQ(found.unread, c.expected.unread) << c.name << ", " << c.what;
-        EXPECT_EQ(found.unwritable, c.expected.unwritable) << c.name << ", " << c.what;
-        EXPECT_EQ(found.isUnknown, c.expected.isUnknown) << c.name << ", " << c.what;
-        EXPECT_TRUE(!found.isUnknown || found.losesAnything(fullTags(), true)) << c.name << ", " << c.what;
+        EXPECT_EQ(found.hasPicture, c.expected.hasPicture);
+        EXPECT_EQ(found.otherEntries, c.expected.otherEntries);
+        EXPECT_EQ(found.unread, c.expected.unread);
+        EXPECT_EQ(found.unwritable, c.expected.unwritable);
+        EXPECT_EQ(found.isUnknown, c.expected.isUnknown);
+        EXPECT_TRUE(!found.isUnknown || found.losesAnything(fullTags(), true));
     }
 }
 

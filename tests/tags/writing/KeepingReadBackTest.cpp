@@ -53,6 +53,7 @@ QByteArray runPython(const QString& script, const QStringList& arguments)
 struct Spelling {
     QString AudioTags::*field;
     const char* key;
+    bool operator==(const Spelling&) const = default;
 };
 const std::vector<Spelling> kId3{{&AudioTags::title, "TIT2"},       {&AudioTags::artist, "TPE1"},
                                  {&AudioTags::album, "TALB"},       {&AudioTags::genre, "TCON"},
@@ -64,17 +65,10 @@ const std::vector<Spelling> kVorbis{
     {&AudioTags::genre, "genre"},          {&AudioTags::albumArtist, "albumartist"}, {&AudioTags::year, "date"},
     {&AudioTags::track, "tracknumber"},    {&AudioTags::comment, "comment"},         {&AudioTags::bpm, "bpm"},
     {&AudioTags::musicalKey, "initialkey"}};
-const std::vector<Spelling> kMp4{{&AudioTags::title, "\xC2\xA9nam"},
-                                 {&AudioTags::artist, "\xC2\xA9"
-                                                      "ART"},
-                                 {&AudioTags::album, "\xC2\xA9"
-                                                     "alb"},
-                                 {&AudioTags::genre, "\xC2\xA9gen"},
-                                 {&AudioTags::albumArtist, "aART"},
-                                 {&AudioTags::year, "\xC2\xA9"
-                                                    "day"},
-                                 {&AudioTags::comment, "\xC2\xA9"
-                                                       "cmt"}};
+const std::vector<Spelling> kMp4{{&AudioTags::title, "©nam"},       {&AudioTags::artist, "©ART"},
+                                 {&AudioTags::album, "©alb"},       {&AudioTags::genre, "©gen"},
+                                 {&AudioTags::albumArtist, "aART"}, {&AudioTags::year, "©day"},
+                                 {&AudioTags::comment, "©cmt"}};
 
 class KeepingReadBackTest : public testing::Test {
 protected:
@@ -132,6 +126,15 @@ TEST_F(KeepingReadBackTest, realFilesShowWhatWasWrittenAndKeepTheRest)
         EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, AudioTags());
         EXPECT_EQ(runPython(kOthers, {url.toLocalFile()}), others);
         EXPECT_EQ(packetDigest(url), sound);
+        if (c.spellings == kMp4)
+            continue; // takes no pictures
+        for (const QByteArray& cover : {QByteArray("\x89PNG first"), QByteArray("\x89PNG second")}) {
+            ASSERT_EQ(failureOf(keepingWithPicture(cover, fullTags()), url), QString());
+            EXPECT_EQ(AudioMetadataLoader::artwork(url), cover);
+        }
+        EXPECT_EQ(packetDigest(url), sound);
+        EXPECT_FALSE(contentOf(url).contains("\x89PNG first"));
+        EXPECT_TRUE(contentOf(url).contains("\x89PNG\r\n\x1a\n other")) << "a picture of another kind stays";
     }
 }
 
@@ -151,29 +154,6 @@ TEST_F(KeepingReadBackTest, theEncoderReadsTheTextsToo)
     }
 }
 
-TEST_F(KeepingReadBackTest, aNewCoverIsShownAndOtherPicturesStay)
-{
-    using namespace TagBytes;
-    const QByteArray cover = QByteArray("\x89PNG\r\n\x1a\n") + QByteArray(3000, '\xFF');
-    const struct {
-        const char* name;
-        QStringList dress;
-    } cases[] = {{"a.mp3", {QStringLiteral("4")}}, {"a.flac", {}}, {"a.wav", {}}, {"a.aiff", {}}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const QUrl url = dressed(QLatin1StringView(c.name), {}, c.dress);
-        const QByteArray sound = packetDigest(url);
-        ASSERT_EQ(failureOf(keepingWithPicture("\x89PNG first", fullTags()), url), QString());
-        ASSERT_EQ(failureOf(keepingWithPicture(cover, fullTags()), url), QString());
-        EXPECT_EQ(AudioMetadataLoader::artwork(url), cover);
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, readableTags());
-        EXPECT_EQ(packetDigest(url), sound);
-        const QByteArray bytes = contentOf(url);
-        EXPECT_FALSE(bytes.contains("\x89PNG first"));
-        EXPECT_TRUE(bytes.contains("\x89PNG\r\n\x1a\n other"));
-    }
-}
-
 TEST_F(KeepingReadBackTest, textsThatReadersMightTakeForSomethingElse)
 {
     const QString texts[] = {QStringLiteral("(17)"),      QStringLiteral("((17)Rock"), QStringLiteral("(4)Eurodisco"),
@@ -184,19 +164,17 @@ TEST_F(KeepingReadBackTest, textsThatReadersMightTakeForSomethingElse)
         SCOPED_TRACE(text.toStdString());
         const AudioTags tags =
             tagsWith({{&AudioTags::title, text}, {&AudioTags::genre, text}, {&AudioTags::comment, text}});
-        const struct {
-            const char* name;
-            QByteArray bytes;
-        } files[] = {{"a.mp3", mpegFrames(3) + id3v1({.title = "\xCF\xF0\xE8\xE2\xE5\xF2"})},
-                     {"b.mp3", id3v2({}, 2) + mpegFrames(3)},
-                     {"a.flac", flac(100, {})},
-                     {"a.wav", wave(10)},
-                     {"a.aiff", aiff(10)},
-                     {"a.m4a", m4a({})}};
-        for (const auto& file : files) {
-            const QUrl url = folder.write(QLatin1StringView(file.name), file.bytes);
+        const std::pair<const char*, QByteArray> files[] = {
+            {"a.mp3", mpegFrames(3) + id3v1({.title = "\xCF\xF0\xE8\xE2\xE5\xF2"})},
+            {"b.mp3", id3v2({}, 2) + mpegFrames(3)},
+            {"a.flac", flac(100, {})},
+            {"a.wav", wave(10)},
+            {"a.aiff", aiff(10)},
+            {"a.m4a", m4a({})}};
+        for (const auto& [name, bytes] : files) {
+            const QUrl url = folder.write(QLatin1StringView(name), bytes);
             ASSERT_EQ(failureOf(keeping(tags), url), QString());
-            EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, tags) << file.name;
+            EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, tags) << name;
         }
     }
 }

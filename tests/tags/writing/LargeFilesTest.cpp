@@ -31,27 +31,24 @@ TEST(LargeFilesTest, keepSoundBeyondFourGigabytes)
     const QByteArray places = atom("co64", big(0, 4) + big(1, 4) + big(quint64(kSoundSize), 8));
     const QByteArray movie = atom("moov", atom("trak", atom("mdia", atom("minf", atom("stbl", places)))));
     const QByteArray sound = big(1, 4) + "mdat" + big(quint64(kSoundSize) + 16, 8);
-    const struct {
-        const char* name;
-        QByteArray begin;
-    } cases[] = {
+    const std::pair<const char*, QByteArray> cases[] = {
         {"sound.flac", flacBegin},
         {"sound.m4a", atom("ftyp", "M4A ") + movie + sound},
     };
-    for (const auto& c : cases) {
+    for (const auto& [name, begin] : cases) {
         const FileFolder folder;
-        const QUrl url = makeLarge(folder, QLatin1StringView(c.name), c.begin);
+        const QUrl url = makeLarge(folder, QLatin1StringView(name), begin);
         AudioTags tags;
         tags.title = QStringLiteral("T");
         MetadataWriter::write(tags, false, url);
         QFile file(url.toLocalFile());
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << c.name;
-        const qint64 growth = file.size() - c.begin.size() - kSoundSize;
-        EXPECT_GT(growth, 0) << c.name;
-        EXPECT_LT(growth, 200) << c.name;
-        EXPECT_TRUE(file.seek(file.size() - 3) && file.readAll() == "end") << c.name;
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.title, tags.title) << c.name;
-        if (c.begin.contains("co64")) {
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        const qint64 growth = file.size() - begin.size() - kSoundSize;
+        EXPECT_GT(growth, 0) << name;
+        EXPECT_LT(growth, 200) << name;
+        EXPECT_TRUE(file.seek(file.size() - 3) && file.readAll() == "end") << name;
+        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.title, tags.title) << name;
+        if (begin.contains("co64")) {
             file.seek(0);
             EXPECT_TRUE(
                 file.read(1000).contains("co64" + big(0, 4) + big(1, 4) + big(quint64(kSoundSize + growth), 8)));
