@@ -185,5 +185,6 @@ Session::Dependencies LibraryConcerns::sessionDependencies()
             services.executor,
             services.sessionStorage.isOff() ? nullptr : &services.sessionStorage,
             playback,
-            waveforms};
+            waveforms,
+            removal};
 }

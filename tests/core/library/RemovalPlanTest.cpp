@@ -120,7 +120,7 @@ TEST(RemovalPlanTest, EveryRowOfATrashedFileGoes)
     const Track b = row(QStringLiteral("b"), "pf");
     const Track copy(QUuid::createUuid(), b.url());
     const TrashedItem item{"/music/b", "/trash/b", "/trash/b.trashinfo"};
-    const auto cut = RemovalPlan::withoutFiles(RemovalPlan::List::Analysis, listOf({a, b, copy}), {{b.url(), item}});
+    const auto cut = RemovalPlan::withoutFiles(RemovalPlan::List::Analysis, listOf({a, b, copy}), {{b.url(), {item}}});
     EXPECT_EQ(shown(cut.rows), QStringLiteral("A"));
     ASSERT_EQ(cut.removed.size(), 2);
     EXPECT_EQ(cut.removed[1].track.id(), copy.id());

@@ -1,3 +1,4 @@
+#include "support/FolderTrashCan.h"
 #include "support/StoreFixture.h"
 
 using List = Track::MetadataDestination;
@@ -116,6 +117,31 @@ TEST_F(RemovalTest, ARowThatLeftUnreadIsReadWhenItComesBack)
     undo();
     EXPECT_EQ(readURLs, QList<QUrl>{a.url()});
     EXPECT_EQ(now(a).tags().title, QStringLiteral("read"));
+}
+
+// What another section or another program wrote meanwhile is in the file alone.
+TEST_F(RemovalTest, OnlyRowsWhoseFilesChangedWhileTheyWereAwayAreReadAgain)
+{
+    FolderTrashCan can(folder.filePath(QStringLiteral("Trash")));
+    useTrashCan(can);
+    const Track same = read(file(QStringLiteral("same.mp3")).toLocalFile());
+    const Track other = read(file(QStringLiteral("other.mp3")).toLocalFile());
+    const QUrl trashed = QUrl::fromLocalFile(folder.filePath(QStringLiteral("Trash/files/other.mp3")));
+    filesHold({{&AudioTags::title, "read"}});
+    for (const bool isTrashed : {false, true}) {
+        SCOPED_TRACE(isTrashed);
+        readURLs.clear();
+        workspace().setList(List::Analysis, {same, other});
+        if (isTrashed)
+            removal().trashTracks(ids({same, other}));
+        else
+            removal().removeFromAnalysis(ids({same, other}));
+        settle();
+        append(isTrashed ? trashed : other.url(), "more");
+        undo();
+        EXPECT_EQ(readURLs, QList<QUrl>{other.url()});
+        EXPECT_EQ(workspace().analysisTracks().find(other.id())->tags().title, QStringLiteral("read"));
+    }
 }
 
 TEST_F(RemovalTest, UndoTakesBackWhatHappenedLast)

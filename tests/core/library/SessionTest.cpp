@@ -179,6 +179,19 @@ TEST_F(SessionTest, TheNextStartShowsWhatWasThere)
     EXPECT_EQ(store->order().playlistTracks().size(), 6);
 }
 
+TEST_F(SessionTest, AnEndWhileFilesComeBackFromTheTrashCostsNoRow)
+{
+    const QList<Track> rows = realRows(6);
+    fill(rows);
+    store->removal().trashTracks(ids(rows));
+    settle();
+    history().undo();
+    for (int file = 0; file < 3; ++file)
+        executor.runOne();
+    session().saveWorkspaceSessionSynchronouslyForTermination();
+    EXPECT_EQ(rowsStored(), trashCan.restored.size() + 1) << "the file in hand may come yet";
+}
+
 TEST_F(SessionTest, MissingFilesAreSaidAndStayInACheckpoint)
 {
     const QList<Track> rows = realRows(4, 1);

@@ -4,15 +4,13 @@
 #include "core/library/files/FileEvents.h"
 #include "core/library/files/FinishedJob.h"
 #include "core/library/removal/RemovalStep.h"
-#include "core/library/removal/TrashCan.h"
+#include "core/library/removal/TrashMove.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/workspace/Workspace.h"
-#include "core/model/LibrarySection.h"
 #include "platform/FileURL.h"
 #include "platform/Localization.h"
 #include "platform/Notifications.h"
-#include "platform/files/TrashError.h"
 
 namespace {
 
@@ -20,40 +18,6 @@ using List = Track::MetadataDestination;
 using Tone = WorkspaceStatus::Tone;
 
 constexpr List kAllLists[] = {List::Library, List::Analysis, List::MusicalKey, List::Duplicates};
-
-/// What became of one file.
-struct Move {
-    std::optional<TrashedItem> item; ///< set if it went
-    QString error;                   ///< empty if nothing went wrong
-    std::optional<FileStamp> before;
-    std::optional<FileStamp> after;
-};
-
-Move moveToTrash(TrashCan& can, const QUrl& url)
-{
-    Move move;
-    move.before = FileStamp::of(url);
-    try {
-        move.item = can.moveToTrash(url);
-        move.after = FileStamp::of(move.item->trashedURL());
-    } catch (const TrashError& error) {
-        move.error = error.message();
-    }
-    return move;
-}
-
-Move moveBack(TrashCan& can, const TrashedItem& item, const QUrl& url)
-{
-    Move move;
-    move.before = FileStamp::of(item.trashedURL());
-    try {
-        can.restore(item);
-        move.after = FileStamp::of(url);
-    } catch (const TrashError& error) {
-        move.error = error.message();
-    }
-    return move;
-}
 
 } // namespace
 
@@ -81,12 +45,12 @@ public:
         m_held.append(std::move(held));
         const QUrl url = m_files.at(file);
         auto job = [can = m_removal.m_dependencies.trashCan, url](const std::stop_token&) {
-            return moveToTrash(*can, url);
+            return TrashMove::away(*can, url);
         };
-        const Move move = co_await finishedJob(m_removal.m_dependencies.executor, stop, std::move(job));
+        const TrashMove move = co_await finishedJob(m_removal.m_dependencies.executor, stop, std::move(job));
         if (!move.item)
             co_return FileFailure{url, move.error};
-        trashed.insert(url, *move.item);
+        trashed.insert(url, {*move.item, move.before});
         m_removal.m_dependencies.events.tell({FileChange::Kind::Trashed, url, url, move.before, move.after});
         co_return std::nullopt;
     }
@@ -103,7 +67,7 @@ public:
 
     const std::shared_ptr<RemovalStep> step;
     const LibraryTab tab; ///< whose rows playback goes on with
-    QHash<QUrl, TrashedItem> trashed;
+    QHash<QUrl, RemovalPlan::TrashedFile> trashed;
 
 private:
     Removal& m_removal;
@@ -124,6 +88,7 @@ public:
     QList<QUrl> begin() override
     {
         m_removal.m_isRestoring = true;
+        m_removal.m_restoring = this;
         m_files = RemovalPlan::byFile(m_step->entries());
         QList<QUrl> urls;
         for (const QList<RemovedTrack>& entries : std::as_const(m_files))
@@ -134,13 +99,14 @@ public:
     async::Task<std::optional<FileFailure>> work(qsizetype file, FileLocks::HeldPath /*held*/,
                                                  std::stop_token stop) override
     {
-        const QList<RemovedTrack> entries = m_files.at(file);
+        const QList<RemovedTrack> entries = m_inHand = m_files.at(file);
         const QUrl url = entries.first().track.url();
         auto job = [can = m_removal.m_dependencies.trashCan, item = *entries.first().trashed,
-                    url](const std::stop_token&) { return moveBack(*can, item, url); };
-        const Move move = co_await finishedJob(m_removal.m_dependencies.executor, stop, std::move(job));
+                    url](const std::stop_token&) { return TrashMove::back(*can, item, url); };
+        const TrashMove move = co_await finishedJob(m_removal.m_dependencies.executor, stop, std::move(job));
+        m_inHand.clear();
         if (move.error.isEmpty()) {
-            m_waiting.append(entries);
+            m_waiting.append(RemovalPlan::asOf(entries, move.after));
             m_removal.m_dependencies.events.tell({FileChange::Kind::CameBack, url, url, move.before, move.after});
             co_return std::nullopt;
         }
@@ -152,7 +118,14 @@ public:
     {
         const QList<RemovedTrack> entries = std::exchange(m_waiting, {});
         m_step->forget(RemovalPlan::idsOf(entries));
-        m_removal.putBack(entries, m_restored);
+        m_removal.m_returns.putBack(entries, m_restored);
+    }
+
+    void settleForTheEnd()
+    {
+        update();
+        RowReturns::Restored last;
+        m_removal.m_returns.putBack(m_inHand, last);
     }
 
     void end(const End& end) override
@@ -164,8 +137,9 @@ public:
                     {FileURL::lastPathComponent(end.firstFailure->url), end.firstFailure->message}),
                 VelmoraLocalization::string(QStringLiteral("Не удалось вернуть из Корзины")));
         m_restored.left = end.left;
+        m_removal.m_restoring = nullptr;
         m_removal.m_dependencies.history.ended(*m_step);
-        m_removal.announceRestored(m_restored);
+        m_removal.m_returns.announce(m_restored);
     }
 
 private:
@@ -173,13 +147,17 @@ private:
     std::shared_ptr<RemovalStep> m_step;
     QList<QList<RemovedTrack>> m_files;
     QList<RemovedTrack> m_waiting; ///< their files are there, the rows not yet
-    Restored m_restored;
+    QList<RemovedTrack> m_inHand;  ///< of the file that is on its way
+    RowReturns::Restored m_restored;
 };
 
 Removal::Removal(const Dependencies& dependencies)
     : m_dependencies(dependencies)
+    , m_returns({dependencies.workspace, dependencies.selection, dependencies.status, dependencies.notifications,
+                 dependencies.executor})
     , m_line(dependencies.locks)
 {
+    connect(&m_returns, &RowReturns::rowsCameBack, this, &Removal::rowsCameBack);
     connect(&m_line, &FileLine::progressChanged, this, &Removal::progressChanged);
 }
 
@@ -232,7 +210,9 @@ void Removal::remove(RemovalPlan::Cut cut, const QList<Track>& rows, const QStri
     if (cut.removed.isEmpty())
         return;
     const QSet<TrackID> removed = RemovalPlan::idsOf(cut.removed);
-    m_dependencies.history.push(std::make_shared<RemovalStep>(*this, History::Kind::Removal, actionName, cut.removed));
+    const auto step = std::make_shared<RemovalStep>(*this, History::Kind::Removal, actionName, cut.removed);
+    m_dependencies.history.push(step);
+    m_returns.noteFiles(step);
     m_dependencies.workspace.setList(cut.removed.first().list, std::move(cut.rows));
     dropSelected(removed);
     if (!rows.isEmpty())
@@ -318,74 +298,27 @@ void Removal::restore(std::shared_ptr<RemovalStep> step)
 /// \return whether anything was not there as it had been.
 bool Removal::putBack(const QList<RemovedTrack>& entries)
 {
-    Restored restored;
-    putBack(entries, restored);
-    if (restored.isChanged)
-        announceRestored(restored);
+    RowReturns::Restored restored;
+    m_returns.putBack(entries, restored);
+    if (restored.isChanged) {
+        m_returns.announce(restored);
+        m_returns.lookForChanges(entries);
+    }
     return restored.isChanged;
 }
 
-/// \param entries what comes back into the lists; its files are there.
-void Removal::putBack(QList<RemovedTrack> entries, Restored& restored)
+void Removal::settle()
 {
-    std::ranges::stable_sort(entries, {}, &RemovedTrack::originalIndex);
-    for (const List list : kAllLists) {
-        QList<RemovedTrack> ofList;
-        std::ranges::copy_if(entries, std::back_inserter(ofList), [&](const auto& e) { return e.list == list; });
-        if (!ofList.isEmpty())
-            putBackInto(list, ofList, restored);
-    }
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (m_restoring)
+        m_restoring->update();
 }
 
-/// \param entries of one list, ascending.
-void Removal::putBackInto(List list, const QList<RemovedTrack>& entries, Restored& restored)
+void Removal::settleForTheEnd()
 {
-    Workspace& workspace = m_dependencies.workspace;
-    RemovalPlan::Back back = RemovalPlan::putBack(workspace.list(list), entries);
-    restored.ids[list].append(back.ids);
-    for (const RemovedTrack& entry : entries)
-        restored.files.insert(entry.track.url());
-    if (!back.isChanged)
-        return;
-    restored.isChanged = true;
-    workspace.setList(list, std::move(back.rows));
-    QList<Track> unread; // what was read of them in the meantime found no row
-    QSet<TrackID> read;
-    for (const TrackID& id : std::as_const(back.ids)) {
-        const Track* const track = workspace.list(list).find(id);
-        if (track && !track->isRead())
-            unread.append(*track);
-        else if (track)
-            read.insert(id);
-    }
-    emit rowsCameBack(list, read, unread);
-}
-
-void Removal::announceRestored(const Restored& restored)
-{
-    if (restored.files.isEmpty())
-        return;
-    selectRestored(restored);
-    const StatusIcon icon = StatusIcon::Undo;
-    if (restored.left > 0)
-        m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d · остановлено, осталось: %d"),
-                                          {restored.files.size(), restored.left}, icon, Tone::Warning);
-    else
-        m_dependencies.status.showCounted(QStringLiteral("Восстановлено: %d"), {restored.files.size()}, icon,
-                                          Tone::Success);
-}
-
-/// What the section shows of them becomes its selection; where it shows none, the selection stays as it is.
-void Removal::selectRestored(const Restored& restored)
-{
-    const LibraryTab tab = m_dependencies.workspace.activeTab();
-    QList<TrackID> ids = restored.ids.value(LibrarySection::of(tab).list);
-    ids.removeIf([&](const TrackID& id) { return !m_dependencies.selection.isSelectable(tab, id); });
-    if (!ids.isEmpty())
-        m_dependencies.selection.select(QSet<TrackID>(ids.cbegin(), ids.cend()), ids.last());
-    emit m_dependencies.notifications.velmoraFavoriteMembershipDidChange();
-    if (!ids.isEmpty() && tab == LibraryTab::Favorites)
-        emit m_dependencies.notifications.velmoraFocusFavoriteTrack(ids.last());
+    VELMORA_ASSERT_MAIN_THREAD();
+    if (m_restoring)
+        m_restoring->settleForTheEnd();
 }
 
 void Removal::dropSelected(const QSet<TrackID>& ids)

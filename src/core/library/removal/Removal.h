@@ -2,6 +2,7 @@
 
 #include "core/library/files/FileLine.h"
 #include "core/library/removal/RemovalPlan.h"
+#include "core/library/removal/RowReturns.h"
 #include "core/model/LibraryTab.h"
 
 #include <QObject>
@@ -64,38 +65,32 @@ public:
     /// restore keeps what is left in the history.
     void stopMoving();
     Progress progress() const;
+    /// Puts the rows of all files into their lists that are back by now: what is saved next may be the last.
+    void settle();
+    /// The program ends: the row of the file in hand comes too, for the file may come yet.
+    void settleForTheEnd();
 
 Q_SIGNALS:
     void progressChanged();
     /// Rows have left a list. \param rows of the section as they stood before, in display order.
     void rowsLeft(const QSet<TrackID>& ids, const QList<Track>& rows);
-    /// Rows are back in a list. \param ids those that have been read. \param unread those that have not.
+    /// Rows are back in a list. \param ids those that have been read. \param unread those that have to be, again too.
     void rowsCameBack(Track::MetadataDestination list, const QSet<TrackID>& ids, const QList<Track>& unread);
 
 private:
     friend class RemovalStep;
     class TrashRound;
     class RestoreRound;
-    /// What came back into the lists so far.
-    struct Restored {
-        QSet<QUrl> files;
-        QHash<Track::MetadataDestination, QList<TrackID>> ids;
-        bool isChanged = false;
-        int left = 0; ///< files that a stop left in the Trash
-    };
-
     void remove(RemovalPlan::Cut cut, const QList<Track>& rows, const QString& actionName, const QString& message);
     void trash(LibraryTab tab, const QList<QUrl>& files);
     void finishTrash(TrashRound& round, int left);
     void restore(std::shared_ptr<RemovalStep> step);
     bool putBack(const QList<RemovedTrack>& entries);
-    void putBack(QList<RemovedTrack> entries, Restored& restored);
-    void putBackInto(Track::MetadataDestination list, const QList<RemovedTrack>& entries, Restored& restored);
-    void announceRestored(const Restored& restored);
-    void selectRestored(const Restored& restored);
     void dropSelected(const QSet<TrackID>& ids);
 
     Dependencies m_dependencies;
+    RowReturns m_returns;
     bool m_isRestoring = false;
+    RestoreRound* m_restoring = nullptr; ///< the round under way
     FileLine m_line;
 };

@@ -87,7 +87,7 @@ Cut outOfList(List list, const TrackList& tracks, const QSet<TrackID>& ids)
     });
 }
 
-Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedItem>& trashed)
+Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedFile>& trashed)
 {
     QSet<quint64> hashes; // the rows know theirs: no URL is hashed per row
     for (auto file = trashed.keyBegin(); file != trashed.keyEnd(); ++file)
@@ -100,9 +100,19 @@ Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedIt
             return std::nullopt;
         RemovedTrack entry;
         entry.list = list;
-        entry.trashed = *item;
+        entry.trashed = item->item;
+        entry.stamp = item->stamp;
         return entry;
     });
+}
+
+QList<RemovedTrack> asOf(QList<RemovedTrack> entries, const std::optional<FileStamp>& now)
+{
+    for (RemovedTrack& entry : entries) {
+        if (now && !entry.isSameFile(*now) && entry.track.isRead())
+            entry.track.setTagSource(Track::TagSource::Remembered);
+    }
+    return entries;
 }
 
 Back putBack(const TrackList& tracks, const QList<RemovedTrack>& entries)

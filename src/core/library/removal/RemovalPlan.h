@@ -24,8 +24,15 @@ Cut outOfPlaylist(const TrackList& tracks, const QSet<TrackID>& ids);
 Cut outOfCovers(const TrackList& tracks, const QSet<TrackID>& ids);
 /// Takes rows out of a list.
 Cut outOfList(List list, const TrackList& tracks, const QSet<TrackID>& ids);
+/// A file in the Trash.
+struct TrashedFile {
+    TrashedItem item;
+    std::optional<FileStamp> stamp = std::nullopt; ///< before it went
+};
 /// Takes all rows of the files out of a list. \param trashed where the files are now, by the row's URL.
-Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedItem>& trashed);
+Cut withoutFiles(List list, const TrackList& tracks, const QHash<QUrl, TrashedFile>& trashed);
+/// The entries of a file that has come back: its rows are to be read again where it is not what it was.
+QList<RemovedTrack> asOf(QList<RemovedTrack> entries, const std::optional<FileStamp>& now);
 
 /// A list with rows that came back.
 struct Back {

@@ -34,6 +34,15 @@ void RemovalStep::moved(QList<RemovedTrack> entries)
     m_entries = std::move(entries);
 }
 
+void RemovalStep::setStamps(const QHash<QUrl, FileStamp>& stamps)
+{
+    for (RemovedTrack& entry : m_entries) {
+        const auto stamp = stamps.constFind(entry.track.url());
+        if (stamp != stamps.cend())
+            entry.stamp = *stamp;
+    }
+}
+
 void RemovalStep::forget(const QSet<TrackID>& ids)
 {
     m_entries.removeIf([&](const RemovedTrack& entry) { return ids.contains(entry.track.id()); });

@@ -3,6 +3,7 @@
 #include "core/library/removal/RemovedTrack.h"
 #include "core/library/undo/History.h"
 
+#include <QHash>
 #include <QList>
 #include <QSet>
 
@@ -23,6 +24,8 @@ public:
     const QList<RemovedTrack>& entries() const { return m_entries; }
     /// The move is over. \param entries of the files that went.
     void moved(QList<RemovedTrack> entries);
+    /// The files as they were when their rows left.
+    void setStamps(const QHash<QUrl, FileStamp>& stamps);
     /// These are back, or never can be.
     void forget(const QSet<TrackID>& ids);
 

@@ -5,6 +5,7 @@
 #include "core/library/order/Order.h"
 #include "core/library/playback/Playback.h"
 #include "core/library/reading/MetadataLoads.h"
+#include "core/library/removal/Removal.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/session/SessionCoding.h"
 #include "core/library/session/WorkspaceSessionStorage.h"
@@ -209,6 +210,7 @@ void Session::saveWorkspaceSessionSynchronouslyForTermination()
     m_writeTask.cancel();
     if (!m_dependencies.storage || m_dependencies.workspace.isRestoringWorkspaceSession())
         return;
+    m_dependencies.removal.settleForTheEnd();
     const qint64 revision = ++m_saveRevision;
     try {
         m_dependencies.storage->write(SessionCoding::encode(makeWorkspaceSession()), revision);
@@ -219,6 +221,7 @@ void Session::saveWorkspaceSessionSynchronouslyForTermination()
 
 SessionRecord Session::makeWorkspaceSession()
 {
+    m_dependencies.removal.settle();
     Workspace& workspace = m_dependencies.workspace;
     Selection& selection = m_dependencies.selection;
     selection.rememberSelection(workspace.activeTab());

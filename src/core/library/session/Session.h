@@ -15,6 +15,7 @@ class MetadataLoads;
 class Order;
 class Playback;
 class Preferences;
+class Removal;
 class Selection;
 class StatusLine;
 class Tempo;
@@ -43,6 +44,7 @@ public:
         WorkspaceSessionStorage* storage; ///< may be null; outlives the executor's jobs
         Playback& playback;
         Waveforms& waveforms;
+        Removal& removal;
     };
     /// A copy of an earlier session, as it is offered.
     struct Checkpoint {
