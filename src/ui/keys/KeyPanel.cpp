@@ -53,5 +53,6 @@ void KeyPanel::retranslate()
     if (m_track && m_state.step == KeyState::Step::New)
         words = Texts::localized(QStringLiteral("ещё не определена"));
     m_wheel->setKey(m_state.analysis ? std::optional(m_state.analysis->key) : std::nullopt, words);
+    m_wheel->retranslate(); // a wheel whose key stays speaks the new language too
     m_facts->setState(m_state);
 }
