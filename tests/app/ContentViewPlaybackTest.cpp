@@ -23,15 +23,17 @@ protected:
         view.select(track ? ids({*track}) : QSet<TrackID>(), track ? std::optional(track->id()) : std::nullopt);
     }
     void perform(CommandID id, const QSet<TrackID>& rows = {}) { view.commands().perform(id, {.ids = rows}); }
-    void play(const Track& track)
+    enum class Player { Idle, Opening, Playing, Paused };
+    /// Brings the player into a state.
+    void bring(Player state, const Track& track)
     {
-        audioPlayer.play(track);
-        executor.runAll();
-    }
-    void finishCurrent()
-    {
-        audio.last()->finish();
-        executor.runAll();
+        audioPlayer.stopAndClear();
+        if (state != Player::Idle)
+            audioPlayer.play(track);
+        if (state != Player::Opening)
+            executor.runAll();
+        if (state == Player::Paused)
+            audioPlayer.toggle();
     }
     /// Name of the current track, "‖" in front when it does not play; empty without one.
     QString playing() const
@@ -48,7 +50,6 @@ protected:
     }
 
     const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     const Track c = favorite(QStringLiteral("c.mp3"));
     const QList<Track> rows = {a, b, c};
     FakeAudioSystem audio{clock};
@@ -61,27 +62,26 @@ protected:
 
 TEST_F(ContentViewPlaybackTest, TheNextRowFollowsACompletion)
 {
-    struct Case {
+    const struct {
         LibraryTab tab;
         Track finished;
         const char* playing;
         const char* focused; ///< b before
         int shown;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {LibraryTab::Playlist, a, "b", "b", 0},   {LibraryTab::Playlist, c, "‖c", "b", 0},
         {LibraryTab::Favorites, a, "c", "c", 1},  {LibraryTab::Favorites, b, "‖b", "b", 0},
         {LibraryTab::Covers, a, "c", "c", 0},     {LibraryTab::Analysis, a, "‖a", "b", 0},
         {LibraryTab::Converter, a, "‖a", "b", 0}, {LibraryTab::Duplicates, a, "‖a", "b", 0},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(qPrintable(rawValue(test.tab) + u' ' + test.finished.displayTitle()));
-        audioPlayer.stopAndClear();
         workspace().setActiveTab(test.tab);
         workspace().setSelection(ids({a, b}), b.id());
-        play(test.finished);
+        bring(Player::Playing, test.finished);
         QSignalSpy shown(&notifications, &Notifications::velmoraFocusFavoriteTrack);
-        finishCurrent();
+        audio.last()->finish();
+        executor.runAll();
         EXPECT_EQ(playing(), QString::fromUtf8(test.playing));
         EXPECT_EQ(focused(), QString::fromUtf8(test.focused));
         EXPECT_EQ(shown.size(), test.shown);
@@ -92,30 +92,25 @@ TEST_F(ContentViewPlaybackTest, TheNextRowFollowsACompletion)
 
 TEST_F(ContentViewPlaybackTest, ThePlayKey)
 {
-    struct Case {
+    const struct {
         const char* name;
-        std::optional<Track> played;
-        bool isOpen; ///< or still being opened
+        Player state;
+        Track played;
         std::optional<Track> focusedTrack;
         const char* playing;
+    } cases[] = {
+        {"nothing at all", Player::Idle, a, {}, ""},
+        {"a row", Player::Idle, a, b, "b"},
+        {"the current row", Player::Playing, b, b, "‖b"},
+        {"another row", Player::Playing, a, b, "b"},
+        {"no row", Player::Playing, a, {}, "‖a"},
+        {"the row being opened", Player::Opening, b, b, "‖b"},
+        {"another while opening", Player::Opening, a, b, "b"},
+        {"no row while opening", Player::Opening, a, {}, "‖a"},
     };
-    const Case cases[] = {
-        {"nothing at all", {}, true, {}, ""},
-        {"a row", {}, true, b, "b"},
-        {"the current row", b, true, b, "‖b"},
-        {"another row", a, true, b, "b"},
-        {"no row", a, true, {}, "‖a"},
-        {"the row being opened", b, false, b, "‖b"},
-        {"another while opening", a, false, b, "b"},
-        {"no row while opening", a, false, {}, "‖a"},
-    };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
-        audioPlayer.stopAndClear();
-        if (test.played)
-            audioPlayer.play(*test.played);
-        if (test.isOpen)
-            executor.runAll();
+        bring(test.state, test.played);
         focus(test.focusedTrack);
         perform(CommandID::PlayPause);
         executor.runAll();
@@ -125,7 +120,6 @@ TEST_F(ContentViewPlaybackTest, ThePlayKey)
 
 TEST_F(ContentViewPlaybackTest, StepsThroughTheRows)
 {
-    enum class Player { Idle, Opening, Playing, Paused };
     struct Case {
         const char* name;
         LibraryTab tab;
@@ -154,15 +148,9 @@ TEST_F(ContentViewPlaybackTest, StepsThroughTheRows)
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
-        audioPlayer.stopAndClear();
         workspace().setActiveTab(test.tab);
         focus(test.from);
-        if (test.state != Player::Idle)
-            audioPlayer.play(test.track);
-        if (test.state != Player::Opening)
-            executor.runAll();
-        if (test.state == Player::Paused)
-            audioPlayer.toggle();
+        bring(test.state, test.track);
         QSignalSpy shown(&notifications, &Notifications::velmoraFocusFavoriteTrack);
         perform(test.offset < 0 ? CommandID::PreviousTrack : CommandID::NextTrack);
         executor.runAll();
@@ -176,7 +164,7 @@ TEST_F(ContentViewPlaybackTest, StepsThroughTheRows)
 TEST_F(ContentViewPlaybackTest, SectionsWithListsOfTheirOwnStepThemselves)
 {
     focus(b);
-    play(b);
+    bring(Player::Playing, b);
     QSignalSpy inConverter(&notifications, &Notifications::velmoraNavigateConversionItems);
     QSignalSpy inDuplicates(&notifications, &Notifications::velmoraNavigateDuplicateItems);
     workspace().setActiveTab(LibraryTab::Converter);
@@ -193,7 +181,7 @@ TEST_F(ContentViewPlaybackTest, SectionsWithListsOfTheirOwnStepThemselves)
 
 TEST_F(ContentViewPlaybackTest, SeeksByTheStepOfThePreferences)
 {
-    play(a);
+    bring(Player::Playing, a);
     audioPlayer.toggle();
     preferences.seekStep.set(5);
     perform(CommandID::SeekForward);
@@ -205,32 +193,24 @@ TEST_F(ContentViewPlaybackTest, SeeksByTheStepOfThePreferences)
 
 TEST_F(ContentViewPlaybackTest, ThePlaylistIsEnteredWhereItPlays)
 {
-    enum class Player { Idle, Opening, Playing, Paused };
     const Track copy = Track(freshID(), b.url()); // as another section lists the file
     Track coverOnly = favorite(QStringLiteral("cover.mp3"));
     coverOnly.setIsInPlaylist(false);
     fill({a, b, c, coverOnly});
-    struct Case {
+    const struct {
         const char* name;
         Player state;
         Track played;
         std::optional<TrackID> expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"a row", Player::Playing, b, b.id()},        {"a copy of a row", Player::Playing, copy, b.id()},
         {"being opened", Player::Opening, b, b.id()}, {"paused", Player::Paused, b, {}},
         {"no row", Player::Playing, coverOnly, {}},   {"nothing", Player::Idle, b, {}},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
-        audioPlayer.stopAndClear();
         view.activateTab(LibraryTab::Covers);
-        if (test.state != Player::Idle)
-            audioPlayer.play(test.played);
-        if (test.state != Player::Opening)
-            executor.runAll();
-        if (test.state == Player::Paused)
-            audioPlayer.toggle();
+        bring(test.state, test.played);
         view.activateTab(LibraryTab::Playlist);
         EXPECT_EQ(view.playlistReturnPlaybackID(), test.expected);
         executor.runAll();

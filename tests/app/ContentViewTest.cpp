@@ -36,7 +36,6 @@ protected:
 TEST_F(ContentViewTest, ASectionSwitchKeepsEachSelection)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     fill({a, b});
     view.select(ids({a, b}), b.id());
     workspace().setEditingMetadata(true);
@@ -75,11 +74,10 @@ TEST_F(ContentViewTest, TheActiveSectionAgainDoesNothing)
 TEST_F(ContentViewTest, DropsGoToTheirSection)
 {
     const QUrl url = file(QStringLiteral("a.mp3"));
-    struct Case {
+    const struct {
         LibraryTab tab;
         std::function<qsizetype()> count;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {LibraryTab::Favorites, [&] { return store->order().favoriteTracks().size(); }},
         {LibraryTab::Covers, [&] { return store->order().coverTracks().size(); }},
         {LibraryTab::Converter, [&] { return workspace().conversionItems().size(); }},
@@ -88,7 +86,7 @@ TEST_F(ContentViewTest, DropsGoToTheirSection)
         {LibraryTab::Duplicates, [&] { return qsizetype(workspace().duplicateTracks().size()); }},
         {LibraryTab::Playlist, [&] { return store->order().playlistTracks().size(); }},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(qPrintable(rawValue(test.tab)));
         fill({});
         view.receiveDroppedTracks({url}, test.tab);
@@ -109,7 +107,6 @@ TEST_F(ContentViewTest, DropsGoToTheirSection)
 TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     using List = Track::MetadataDestination;
     const struct {
         LibraryTab tab;
@@ -145,7 +142,6 @@ TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
 
 TEST_F(ContentViewTest, TheTrashTakesTheRowsOfTheSectionShown)
 {
-    const Track a = track(QStringLiteral("a.mp3"));
     const Track twin = a.withID(freshID());
     fill({a});
     workspace().setList(Track::MetadataDestination::Duplicates, {twin});
@@ -156,10 +152,6 @@ TEST_F(ContentViewTest, TheTrashTakesTheRowsOfTheSectionShown)
     EXPECT_TRUE(perform(CommandID::Trash, ids({twin})));
     settle();
     EXPECT_EQ(trashCan.asked, QList<QUrl>{a.url()});
-    EXPECT_EQ(store->history().undoActionName(), QStringLiteral("Переместить в Корзину"));
-    undo();
-    EXPECT_EQ(workspace().tracks().size(), 1);
-    EXPECT_TRUE(trashCan.held.isEmpty());
 }
 
 TEST_F(ContentViewTest, ThePanelFillsTheSectionShown)
@@ -218,8 +210,6 @@ TEST_F(ContentViewTest, AStartWithoutRatingsIsNotSortedByThem)
 TEST_F(ContentViewTest, WithoutRatingsNothingStaysSortedByThem)
 {
     Order& order = store->order();
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     fill({a, b});
     preferences.playlistPopularityEnabled.set(true);
     order.setTrackSortField(TrackSortField::Rating, LibraryTab::Playlist);

@@ -1,9 +1,9 @@
 #include "app/LibraryAnalyzers.h"
 
 #include "platform/FileURL.h"
+#include "support/Encoder.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
@@ -17,10 +17,7 @@ QUrl encoded(const QTemporaryDir& folder, const QString& name, const QString& so
 {
     const QString path = folder.filePath(name);
     const QString source = QStringLiteral("aevalsrc=exprs='%1':s=44100:d=%2").arg(sound).arg(seconds);
-    const int status = QProcess::execute(QStringLiteral("ffmpeg"),
-                                         {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"),
-                                          QStringLiteral("lavfi"), QStringLiteral("-i"), source, path});
-    EXPECT_EQ(status, 0) << "the encoder is needed";
+    EXPECT_TRUE(Encoder::encode(source, path)) << "the encoder is needed";
     return FileURL::fromPath(path);
 }
 

@@ -5,30 +5,15 @@
 #include "app/EnvelopeUpkeep.h"
 #include "async/TaskGroup.h"
 #include "async/ThreadExecutor.h"
+#include "support/Encoder.h"
+#include "support/FolderTrashCan.h"
+#include "support/Pictures.h"
 #include "support/StoreFixture.h"
 #include "tags/AudioMetadataLoader.h"
-
-#include <QBuffer>
-#include <QImage>
-#include <QProcess>
 
 #include <future>
 
 namespace {
-
-/// The real Trash below a folder.
-class FolderTrashCan final : public TrashCan {
-public:
-    explicit FolderTrashCan(const QString& folder)
-        : m_trash(folder.toUtf8())
-    {
-    }
-    TrashedItem moveToTrash(const QUrl& url) override { return m_trash.moveToTrash(url.toLocalFile()); }
-    void restore(const TrashedItem& item) override { Trash::restore(item); }
-
-private:
-    Trash m_trash;
-};
 
 /// Hears the same tempo everywhere.
 class CountingAnalyser final : public AudioAnalyser {
@@ -50,11 +35,10 @@ async::Task<> askFor(WaveformCache& cache, QUrl url, std::stop_token stop)
 } // namespace
 
 /// The store on files of the disk: what is edited stands in them.
-class LibraryTagFilesTest : public testing::Test {
+class LibraryTagFilesTest : public StoreFixture {
 protected:
     LibraryTagFilesTest()
     {
-        VelmoraLocalization::setLanguage(AppLanguage::Russian);
         preferences.keepsOtherTagEntriesAsked.set(true);
         store = std::make_unique<LibraryStore>(LibraryServices{.clock = clock,
                                                                .executor = executor,
@@ -65,34 +49,30 @@ protected:
                                                                .analyser = analyser,
                                                                .trashCan = trashCan});
     }
-    ~LibraryTagFilesTest() override
-    {
-        settle();
-        store.reset();
-        executor.dropAll();
-        async::MainQueue::drain();
-    }
+    ~LibraryTagFilesTest() override { store.reset(); }
 
     /// A file with a title and a cover. \return its row, which has not been read.
     Track add(const QString& name)
     {
         const QString path = folder.filePath(name);
-        const QString command = QStringLiteral(
-            "-v error -f lavfi -i sine=duration=1 -f lavfi -i color=size=64x64:duration=0.04 -map 0 -map 1 -frames:v 1 "
-            "-c:v mjpeg -disposition:v attached_pic -metadata title=Настоящее -metadata composer=Kept");
-        const int status = QProcess::execute(QStringLiteral("ffmpeg"), command.split(u' ') + QStringList{path});
-        EXPECT_EQ(status, 0) << "the encoder is needed";
-        Track track = Track::unread(FileURL::fromPath(path));
-        track.setIsFavorite(true);
-        track.setIsInCoverWorkspace(true);
-        store->workspace().setTracks(store->workspace().tracks().rows() + QList<Track>{track});
-        return track;
+        const QString arguments =
+            QStringLiteral("sine=duration=1 -f lavfi -i color=size=64x64:duration=0.04 -map 0 -map 1 -frames:v 1 "
+                           "-c:v mjpeg -disposition:v attached_pic -metadata title=Настоящее -metadata composer=Kept");
+        EXPECT_TRUE(Encoder::encode(arguments, path)) << "the encoder is needed";
+        const Track added = favorite(path);
+        fill(workspace().tracks().rows() + QList<Track>{added});
+        return added;
     }
     void settle()
     {
         executor.runAll();
         clock.advance(async::seconds(10));
         executor.runAll();
+    }
+    void undo()
+    {
+        history().undo();
+        settle();
     }
     static LoadedTrackMetadata onDisk(const Track& track)
     {
@@ -105,16 +85,10 @@ protected:
         return file.readAll();
     }
 
-    QTemporaryDir folder;
-    ManualClock clock;
-    ManualExecutor executor;
-    Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
-    Notifications notifications;
     LibraryTagFiles files{folder.filePath(QStringLiteral("vault"))};
     LibraryTagReader reader{preferences};
     CountingAnalyser analyser;
     FolderTrashCan trashCan{folder.filePath(QStringLiteral("Trash"))};
-    std::unique_ptr<LibraryStore> store;
 };
 
 TEST_F(LibraryTagFilesTest, AnEditReachesTheFileAndUndoTakesItBack)
@@ -126,11 +100,10 @@ TEST_F(LibraryTagFilesTest, AnEditReachesTheFileAndUndoTakesItBack)
         settle();
         EXPECT_EQ(onDisk(track).tags.genre, QStringLiteral("Deep House"));
         EXPECT_EQ(onDisk(track).tags.title, QStringLiteral("Настоящее")) << "not what the name suggests";
-        store->history().undo();
-        settle();
+        undo();
         EXPECT_TRUE(onDisk(track).tags.genre.isEmpty());
-        EXPECT_FALSE(store->workspace().lastError());
-        store->history().clear();
+        EXPECT_FALSE(workspace().lastError());
+        history().clear();
     }
 }
 
@@ -142,13 +115,11 @@ TEST_F(LibraryTagFilesTest, WhatSavesKeepAndTheOriginalComesBack)
         const Track track = add(keeps ? QStringLiteral("kept.mp3") : QStringLiteral("plain.mp3"));
         const QByteArray original = bytesOf(track);
         EXPECT_FALSE(store->originalTags().canRestore({track.id()}));
-        AudioTags typed;
-        typed.artist = QStringLiteral("Artist");
-        store->tagWriting().saveFields(typed, TagField::Artist, {track.id()});
+        typeForAll({track}, {{&AudioTags::artist, "Artist"}});
         settle();
         EXPECT_EQ(onDisk(track).tags.artist, QStringLiteral("Artist"));
         EXPECT_EQ(!onDisk(track).artworkData.isNull(), keeps);
-        EXPECT_EQ(!store->workspace().tracks().find(track.id())->artworkData().isNull(), keeps)
+        EXPECT_EQ(!workspace().tracks().find(track.id())->artworkData().isNull(), keeps)
             << "the row shows what the file has";
         EXPECT_EQ(bytesOf(track).contains("TCOM"), keeps);
 
@@ -157,26 +128,21 @@ TEST_F(LibraryTagFilesTest, WhatSavesKeepAndTheOriginalComesBack)
         store->originalTags().restore({track.id()});
         settle();
         EXPECT_TRUE(bytesOf(track) == original);
-        store->history().undo();
-        settle();
+        undo();
         EXPECT_TRUE(bytesOf(track) == edited);
-        store->history().redo();
+        history().redo();
         settle();
         EXPECT_TRUE(bytesOf(track) == original);
-        store->history().clear();
-        EXPECT_TRUE(store->workspace().tracks().find(track.id())->tags().artist != QStringLiteral("Artist"));
-        EXPECT_FALSE(store->workspace().tracks().find(track.id())->artworkData().isNull());
+        history().clear();
+        EXPECT_TRUE(workspace().tracks().find(track.id())->tags().artist != QStringLiteral("Artist"));
+        EXPECT_FALSE(workspace().tracks().find(track.id())->artworkData().isNull());
     }
 }
 
 // Whatever changes a file first: what it was is kept before.
 TEST_F(LibraryTagFilesTest, EveryChangeCanBeTakenBackByteForByte)
 {
-    QImage image(8, 8, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    ASSERT_TRUE(image.save(&buffer, "PNG"));
+    const QByteArray png = Pictures::plain({8, 8}, 0xFFFF0000, "PNG");
     const std::pair<const char*, std::function<void(const TagWrite&)>> changes[] = {
         {"save", [&](const TagWrite& write) { files.write(write); }},
         {"cover", [&](const TagWrite& write) { files.assignArtwork(png, write); }},
@@ -204,72 +170,50 @@ TEST_F(LibraryTagFilesTest, EveryChangeCanBeTakenBackByteForByte)
     }
 }
 
+// A vault that fails must not be told as a file that has gone.
 TEST_F(LibraryTagFilesTest, FailuresSpeakToTheUser)
 {
-    struct Case {
-        const char* name;
-        QByteArray bytes; ///< null: no such file
-        bool isMissing;
-        QString word;
+    const auto put = [&](const char* name, const QByteArray& bytes) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        return TagWrite{FileURL::fromPath(file.fileName()), AudioTags(), TagFieldSet::kAll, false};
     };
-    const Case cases[] = {{"gone.mp3", QByteArray(), true, QStringLiteral("gone.mp3")},
-                          {"broken.flac", "fLaC\x84\xff\xff\xff", false, QStringLiteral("broken.flac")},
-                          {"no writer.ogg", "OggS", false, QStringLiteral("ogg")}};
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.name);
-        const QString path = folder.filePath(QString::fromLatin1(test.name));
-        if (!test.bytes.isNull()) {
-            QFile file(path);
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(test.bytes) == test.bytes.size());
-        }
+    const TagWrite broken = put("broken.flac", "fLaC\x84\xff\xff\xff");
+    const TagWrite unknown = put("no writer.ogg", "OggS");
+    const TagWrite gone{FileURL::fromPath(folder.filePath(QStringLiteral("gone.mp3"))), AudioTags(), TagFieldSet::kAll,
+                        false};
+    files.write(put("a.mp3", "sound"));
+    const TagWrite other = put("a.mp3", "other sound");
+    LibraryTagFiles unwritable(folder.filePath(QStringLiteral("a.mp3/vault")));
+    const struct {
+        std::function<void()> call;
+        bool isMissing;
+        const char* words;
+    } cases[] = {
+        {[&] { files.write(gone); }, true, "gone.mp3"},
+        {[&] { files.write(broken); }, false, "broken.flac"},
+        {[&] { files.write(unknown); }, false, "ogg"},
+        {[&] { files.restoreOriginal(other.url); }, false,
+         "Исходные теги не подходят к файлу a.mp3: его звук с тех пор изменился."},
+        {[&] { unwritable.write(other); }, false,
+         "Исходные теги файла a.mp3 не удалось сохранить в копию, поэтому файл не изменён."},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.words);
         try {
-            files.write({FileURL::fromPath(path), AudioTags(), TagFieldSet::kAll, false});
+            test.call();
             ADD_FAILURE() << "nothing thrown";
         } catch (const TagFileError& error) {
             EXPECT_EQ(error.isMissing(), test.isMissing);
-            EXPECT_TRUE(error.message().contains(test.word)) << qPrintable(error.message());
-        }
-    }
-}
-
-// A vault that fails must not be told as a file that has gone.
-TEST_F(LibraryTagFilesTest, TheVaultSpeaksForItself)
-{
-    const QString path = folder.filePath(QStringLiteral("a.mp3"));
-    const auto put = [&](const QByteArray& bytes) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    };
-    put("sound");
-    const TagWrite write{FileURL::fromPath(path), AudioTags(), TagFieldSet::kAll, false};
-    files.write(write);
-    put("other sound");
-    LibraryTagFiles unwritable(path + QStringLiteral("/vault"));
-    const std::pair<std::function<void()>, const char*> cases[] = {
-        {[&] { files.restoreOriginal(write.url); },
-         "Исходные теги не подходят к файлу a.mp3: его звук с тех пор изменился."},
-        {[&] { unwritable.write(write); },
-         "Исходные теги файла a.mp3 не удалось сохранить в копию, поэтому файл не изменён."},
-    };
-    for (const auto& [call, message] : cases) {
-        try {
-            call();
-            ADD_FAILURE() << "nothing thrown";
-        } catch (const TagFileError& error) {
-            EXPECT_FALSE(error.isMissing());
-            EXPECT_EQ(error.message(), QString::fromUtf8(message));
+            EXPECT_TRUE(error.message().contains(QString::fromUtf8(test.words))) << qPrintable(error.message());
         }
     }
 }
 
 // The end of the program waits for the file that is being written, and for no other.
-TEST(TerminationTest, FinishesTheFileInProgress)
+TEST_F(StoreFixture, TheEndFinishesTheFileInProgress)
 {
-    Preferences preferences(std::make_unique<MemoryPreferenceStore>());
     preferences.keepsOtherTagEntriesAsked.set(true);
-    Notifications notifications;
-    ManualClock clock;
-    FakeTagFiles files;
     std::promise<void> begun;
     std::promise<void> mayEnd;
     std::atomic<int> finished = 0;
@@ -279,24 +223,18 @@ TEST(TerminationTest, FinishesTheFileInProgress)
         ++finished;
     };
     {
-        auto executor = std::make_unique<async::ThreadExecutor>();
-        auto store =
-            std::make_unique<LibraryStore>(LibraryServices{clock, *executor, preferences, notifications, files});
-        QList<Track> rows;
-        for (int number = 0; number < 3; ++number) {
-            rows.append(Track::unread(FileURL::fromPath(QStringLiteral("/music/%1.mp3").arg(number))));
-            rows.last().setIsFavorite(true);
-            rows.last().setIsInCoverWorkspace(true);
-            rows.last().setTagSource(Track::TagSource::Read);
-        }
-        store->workspace().setTracks(rows);
-        store->tagWriting().assignGenre(QStringLiteral("House"), {rows[0].id(), rows[1].id(), rows[2].id()});
+        auto threads = std::make_unique<async::ThreadExecutor>();
+        store = std::make_unique<LibraryStore>(LibraryServices{clock, *threads, preferences, notifications, files});
+        const QList<Track> rows{read(QStringLiteral("a.mp3")), read(QStringLiteral("b.mp3")),
+                                read(QStringLiteral("c.mp3"))};
+        fill(rows);
+        store->tagWriting().assignGenre(QStringLiteral("House"), ids(rows));
         begun.get_future().wait();
         store.reset();
         async::MainQueue::drain();
         EXPECT_EQ(finished, 0) << "closing the library does not wait";
         mayEnd.set_value();
-        executor.reset();
+        threads.reset();
         async::MainQueue::drain();
     }
     EXPECT_EQ(finished, 1);
@@ -333,19 +271,13 @@ TEST_F(LibraryTagFilesTest, WhatIsKnownOfTheSoundStandsWhenTheFileIsWrittenOrCom
     store->tagWriting().assignGenre(QStringLiteral("House"), {track.id()});
     settle();
     EXPECT_EQ(onDisk(track).tags.genre, QStringLiteral("House"));
-    QImage image(32, 32, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    image.save(&buffer, "PNG");
-    store->artwork().assignArtwork(png, {track.id()});
+    store->artwork().assignArtwork(Pictures::plain({32, 32}, 0xFFFF0000, "PNG"), {track.id()});
     settle();
     store->removal().trashTracks({track.id()});
     settle();
-    EXPECT_TRUE(store->workspace().tracks().isEmpty());
-    store->history().undo();
-    settle();
-    ASSERT_EQ(store->workspace().tracks().size(), 1);
+    EXPECT_TRUE(workspace().tracks().isEmpty());
+    undo();
+    ASSERT_EQ(workspace().tracks().size(), 1);
 
     EXPECT_TRUE(cache->cached(track.url()));
     ask();

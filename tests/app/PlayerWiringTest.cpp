@@ -1,39 +1,19 @@
 // How the program connects its player: to the library, the alert, the status line and the preferences.
 
-#include "app/VelmoraApp.h"
-#include "async/TaskSlot.h"
-#include "core/library/LibraryStore.h"
-#include "core/library/favorites/Favorites.h"
-#include "core/library/playback/Playback.h"
-#include "core/library/workspace/Workspace.h"
-#include "platform/FileURL.h"
-#include "platform/Preferences.h"
-#include "playback/AudioPlayer.h"
-#include "support/FakeAudio.h"
-#include "support/ManualClock.h"
+#include "support/AppFixture.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <gtest/gtest.h>
+#include "core/library/playback/Playback.h"
 
 namespace {
 
-class PlayerWiringTest : public testing::Test {
+class PlayerWiringTest : public AppFixture {
 protected:
     PlayerWiringTest()
     {
-        auto preferences = std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>());
-        preferences->defaultsMigrated.set(true);
+        auto preferences = newPreferences();
         preferences->audioOutputDevice.set(QStringLiteral("mixer"));
-        auto system = std::make_unique<FakeAudioSystem>(audioClock);
-        audio = system.get();
-        app = std::make_unique<VelmoraApp>(std::move(preferences), std::move(system));
+        start(std::move(preferences));
         app->open({});
-    }
-    ~PlayerWiringTest() override
-    {
-        app.reset();
-        EXPECT_EQ(async::liveTaskCount(), 0);
     }
 
     static Track track(const char* name)
@@ -42,15 +22,6 @@ protected:
         track.setIsInPlaylist(true);
         return track;
     }
-    Workspace& workspace() { return app->store().workspace(); }
-    static bool waitFor(const std::function<bool()>& isDone)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (!isDone() && timer.elapsed() < 30'000)
-            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-        return isDone();
-    }
     bool waitForStatus(StatusIcon icon, WorkspaceStatus::Tone tone)
     {
         return waitFor([&] {
@@ -58,10 +29,6 @@ protected:
             return status && status->icon == icon && status->tone == tone;
         });
     }
-
-    ManualClock audioClock;
-    FakeAudioSystem* audio = nullptr;
-    std::unique_ptr<VelmoraApp> app;
 };
 
 } // namespace

@@ -1,17 +1,13 @@
 // The real program from end to end: a folder of real files is dropped on the window and worked with by mouse and keys.
 
+#include "support/AppFixture.h"
+
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
-#include "app/VelmoraApp.h"
-#include "async/TaskSlot.h"
-#include "core/library/LibraryStore.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
-#include "core/library/workspace/Workspace.h"
-#include "platform/Preferences.h"
-#include "support/FakeAudio.h"
-#include "support/ManualClock.h"
+#include "support/Encoder.h"
 #include "ui/sections/SectionView.h"
 #include "ui/theme/Theme.h"
 #include "ui/tracks/TrackDelegate.h"
@@ -22,53 +18,23 @@
 
 #include <QAbstractItemModelTester>
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QDragEnterEvent>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QMimeData>
-#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
-#include <gtest/gtest.h>
-
-extern std::unique_ptr<QCoreApplication> (*makeTestApplication)(int&, char**);
 
 namespace {
 
-constexpr int kLimitMilliseconds = 30'000;
-
-[[maybe_unused]] const bool kUsesWidgets = [] {
-    makeTestApplication = [](int& argc, char** argv) -> std::unique_ptr<QCoreApplication> {
-        static const QTemporaryDir caches; // nothing is put among the user's
-        qputenv("XDG_CACHE_HOME", QFile::encodeName(caches.path()));
-        return std::make_unique<QApplication>(argc, argv);
-    };
-    return true;
-}();
-
-bool waitFor(const std::function<bool()>& isDone)
+/// A second of tone with tags.
+bool encode(const QString& path, const char* title, const char* artist, const char* genre)
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (!isDone() && timer.elapsed() < kLimitMilliseconds)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-    return isDone();
-}
-
-/// A second of tone with tags, made by a real encoder.
-bool encode(const QString& path, const QString& title, const QString& artist, const QString& genre)
-{
-    const auto tag = [](const char* name, const QString& value) { return QLatin1StringView(name) + u'=' + value; };
-    return QProcess::execute(QStringLiteral("ffmpeg"),
-                             {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-f"),
-                              QStringLiteral("lavfi"), QStringLiteral("-i"), QStringLiteral("sine=440:d=1"),
-                              QStringLiteral("-metadata"), tag("title", title), QStringLiteral("-metadata"),
-                              tag("artist", artist), QStringLiteral("-metadata"), tag("genre", genre), path}) == 0;
+    return Encoder::encode(QStringLiteral("sine=440:d=1 -metadata title=%1 -metadata artist=%2 -metadata genre=%3")
+                               .arg(QString::fromUtf8(title), QString::fromUtf8(artist), QString::fromUtf8(genre)),
+                           path);
 }
 
 void drop(QWidget& target, const QList<QUrl>& urls)
@@ -83,32 +49,17 @@ void drop(QWidget& target, const QList<QUrl>& urls)
     QApplication::sendEvent(&target, &dropped);
 }
 
-class ProgramTest : public testing::Test {
+class ProgramTest : public AppFixture {
 protected:
-    ProgramTest()
-    {
-        auto preferences = std::make_unique<Preferences>(std::make_unique<MemoryPreferenceStore>());
-        preferences->defaultsMigrated.set(true);
-        app = std::make_unique<VelmoraApp>(std::move(preferences), std::make_unique<FakeAudioSystem>(audioClock));
-    }
-    ~ProgramTest() override
-    {
-        app.reset();
-        EXPECT_EQ(async::liveTaskCount(), 0) << "the program ends all its tasks by itself";
-    }
+    ProgramTest() { start(newPreferences()); }
 
     bool makeFiles()
     {
-        const QString root = folder.path();
-        QDir(root).mkpath(QStringLiteral("Сеты/глубже"));
-        QFile text(root + QStringLiteral("/broken.mp3"));
-        return encode(root + QStringLiteral("/2.mp3"), QStringLiteral("Два"), QStringLiteral("Ночь"),
-                      QStringLiteral("House")) &&
-               encode(root + QStringLiteral("/10.flac"), QStringLiteral("Ten"), QStringLiteral("Duo"),
-                      QStringLiteral("Techno")) &&
-               encode(root + QStringLiteral("/Сеты/глубже/🎛 mix.wav"), QStringLiteral("Mix"),
-                      QStringLiteral("Дом"), QString()) &&
-               text.open(QIODevice::WriteOnly) && text.write("no music") > 0;
+        QDir(folder.path()).mkpath(QStringLiteral("Сеты/глубже"));
+        (void)file(QStringLiteral("broken.mp3"), "no music");
+        return encode(folder.filePath(QStringLiteral("2.mp3")), "Два", "Ночь", "House") &&
+               encode(folder.filePath(QStringLiteral("10.flac")), "Ten", "Duo", "Techno") &&
+               encode(folder.filePath(QStringLiteral("Сеты/глубже/🎛 mix.wav")), "Mix", "Дом", "");
     }
     QStringList shownTitles(LibraryTab tab) const
     {
@@ -122,10 +73,6 @@ protected:
     {
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(row, 1)).center());
     }
-
-    QTemporaryDir folder;
-    ManualClock audioClock; // of what plays: nothing gets on by itself
-    std::unique_ptr<VelmoraApp> app;
 };
 
 } // namespace
@@ -181,8 +128,7 @@ TEST_F(ProgramTest, AFolderIsDroppedReadStarredAndUndone)
 TEST_F(ProgramTest, TheDialogTakesFoldersToo)
 {
     QDir(folder.path()).mkpath(QStringLiteral("Папка"));
-    QFile file(folder.path() + QStringLiteral("/Папка/Artist - Title.mp3"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    (void)file(QStringLiteral("Папка/Artist - Title.mp3"));
     app->open({});
     app->contentView().commands().perform(CommandID::AddFiles);
     auto* dialog = app->window().findChild<QFileDialog*>();
@@ -203,15 +149,10 @@ TEST_F(ProgramTest, TheDialogTakesFoldersToo)
 
 TEST_F(ProgramTest, TheListKeepsItsPlaceWhileRowsAndTagsStreamIn)
 {
-    QDir(folder.path()).mkpath(QStringLiteral("b"));
-    for (int i = 0; i < 600; ++i) {
-        QFile file(folder.path() + QStringLiteral("/b/Artist - Title %1.mp3").arg(i));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
-    QDir(folder.path()).mkpath(QStringLiteral("a"));
-    for (int i = 0; i < 300; ++i) {
-        QFile file(folder.path() + QStringLiteral("/a/Artist - Title %1.mp3").arg(i));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (const auto& [name, count] : {std::pair(QStringLiteral("b"), 600), {QStringLiteral("a"), 300}}) {
+        QDir(folder.path()).mkpath(name);
+        for (int i = 0; i < count; ++i)
+            (void)file(QStringLiteral("%1/Artist - Title %2.mp3").arg(name).arg(i));
     }
     app->open({QUrl::fromLocalFile(folder.path() + QStringLiteral("/b"))});
     LibraryStore& library = app->store();

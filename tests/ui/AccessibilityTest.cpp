@@ -4,28 +4,11 @@
 
 namespace {
 
-bool needsName(QAccessible::Role role)
-{
-    switch (role) {
-    case QAccessible::Button:
-    case QAccessible::ButtonMenu:
-    case QAccessible::CheckBox:
-    case QAccessible::RadioButton:
-    case QAccessible::ComboBox:
-    case QAccessible::EditableText:
-    case QAccessible::List:
-    case QAccessible::Table:
-    case QAccessible::Tree:
-    case QAccessible::Cell:
-    case QAccessible::ListItem:
-    case QAccessible::ColumnHeader:
-    case QAccessible::RowHeader:
-    case QAccessible::MenuItem:
-        return true;
-    default:
-        return false;
-    }
-}
+constexpr QAccessible::Role kNamedRoles[]{QAccessible::Button,      QAccessible::ButtonMenu, QAccessible::CheckBox,
+                                          QAccessible::RadioButton, QAccessible::ComboBox,   QAccessible::EditableText,
+                                          QAccessible::List,        QAccessible::Table,      QAccessible::Tree,
+                                          QAccessible::Cell,        QAccessible::ListItem,   QAccessible::ColumnHeader,
+                                          QAccessible::RowHeader,   QAccessible::MenuItem};
 
 /// Walks the tree and counts the controls that have names, noting those that have none.
 int walk(QAccessibleInterface* node, const QString& path, QStringList& unnamed)
@@ -36,7 +19,7 @@ int walk(QAccessibleInterface* node, const QString& path, QStringList& unnamed)
                          (node->object() ? QString::fromLatin1(node->object()->metaObject()->className())
                                          : QString::number(node->role()));
     int named = 0;
-    if (needsName(node->role()) && !node->state().invisible) {
+    if (std::ranges::count(kNamedRoles, node->role()) > 0 && !node->state().invisible) {
         if (node->text(QAccessible::Name).isEmpty())
             unnamed.append(here);
         else
@@ -65,8 +48,7 @@ TEST_F(AccessibilityTest, EveryControlHasANameInBothLanguages)
         VelmoraLocalization::setLanguage(language);
         emit notifications.velmoraLanguageDidChange();
         for (LibraryTab tab : kAllLibraryTabs) {
-            dashboard.activateTab(tab);
-            turn();
+            open(tab);
             QStringList unnamed;
             const int named = walk(QAccessible::queryAccessibleInterface(window.get()), {}, unnamed);
             EXPECT_TRUE(unnamed.isEmpty()) << qPrintable(unnamed.join(u'\n'));
@@ -82,13 +64,10 @@ TEST_F(AccessibilityTest, CellsSpeakWords)
     loved.setIsInCoverWorkspace(true);
     fill({loved, rows(1).first()});
     show();
-    TrackListModel& model = table().tracks();
     const auto spoken = [&](int row, TrackColumn column) {
-        const auto& columns = model.columns();
-        const auto place = std::find(columns.begin(), columns.end(), column) - columns.begin();
-        return model.index(row, static_cast<int>(place)).data(Qt::AccessibleTextRole).toString();
+        return cell(row, column).data(Qt::AccessibleTextRole).toString();
     };
-    const int full = *model.rowOf(loved.id());
+    const int full = *table().tracks().rowOf(loved.id());
     const int bare = 1 - full;
     EXPECT_EQ(spoken(full, TrackColumn::Heart), QStringLiteral("В избранном"));
     EXPECT_EQ(spoken(bare, TrackColumn::Heart), QStringLiteral("Не в избранном"));

@@ -3,7 +3,6 @@
 #include "ui/inspector/Inspector.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/text/Texts.h"
-#include "ui/window/Sections.h"
 
 #include <QAction>
 
@@ -53,28 +52,4 @@ TEST_F(CommandsTest, NoRowIsTouchedThatTheSectionDoesNotShow)
     }
     EXPECT_TRUE(commands.perform(CommandID::Favorite, {.ids = ids({plain}), .of = CommandTarget::Of::Player}))
         << "what plays need not stand in the section";
-}
-
-TEST_F(CommandsTest, SectionsHaveTheirOwn)
-{
-    const auto offered = [&](CommandID id, LibraryTab tab) {
-        return Commands::of(id).isIn(Sections::of(tab).section());
-    };
-    const struct {
-        CommandID id;
-        QList<LibraryTab> tabs;
-    } kCases[]{
-        {CommandID::Favorite, {LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers}},
-        {CommandID::AnalyzeKeys, {LibraryTab::MusicalKey}},
-        {CommandID::ClearFavoriteFilter, {LibraryTab::Favorites}},
-        {CommandID::Trash,
-         {LibraryTab::Playlist, LibraryTab::Favorites, LibraryTab::Covers, LibraryTab::Analysis, LibraryTab::MusicalKey,
-          LibraryTab::Duplicates}},
-    };
-    for (const auto& each : kCases) {
-        for (LibraryTab tab : kAllLibraryTabs)
-            EXPECT_EQ(offered(each.id, tab), each.tabs.contains(tab)) << qPrintable(rawValue(tab));
-    }
-    for (LibraryTab tab : kAllLibraryTabs)
-        EXPECT_EQ(Sections::of(tab).tab, tab);
 }

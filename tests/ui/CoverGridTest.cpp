@@ -13,8 +13,7 @@ protected:
             each.setIsInCoverWorkspace(true);
         fill(tracks);
         show();
-        dashboard.activateTab(LibraryTab::Covers);
-        turn();
+        open(LibraryTab::Covers);
     }
     CoverGrid& grid() { return static_cast<CoverGrid&>(window->section(LibraryTab::Covers).list()); }
     QRect place(int row) { return grid().visualRect(grid().model()->index(row, 0)); }

@@ -6,9 +6,6 @@
 #include "ui/window/Sidebar.h"
 #include "ui/window/SidebarRow.h"
 
-#include <QDropEvent>
-#include <QMimeData>
-
 class DropTest : public WindowFixture {
 protected:
     static std::unique_ptr<QMimeData> mime(const QList<QUrl>& urls)
@@ -17,21 +14,6 @@ protected:
         data->setUrls(urls);
         return data;
     }
-    /// Drags onto a widget. \return whether the drag was accepted.
-    static bool enter(QWidget& widget, const QMimeData& data)
-    {
-        QDragEnterEvent event(widget.rect().center(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&widget, &event);
-        return event.isAccepted();
-    }
-    static bool drop(QWidget& widget, const QMimeData& data)
-    {
-        QDropEvent event(QPointF(widget.rect().center()), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        event.ignore();
-        QCoreApplication::sendEvent(&widget, &event);
-        return event.isAccepted();
-    }
-
     QUrl song = FileURL::fromPath(QStringLiteral("/music/song.flac"));
 };
 

@@ -11,25 +11,12 @@
 
 class MenusTest : public WindowFixture {
 protected:
-    static QAction* action(const QMenu& menu, const QString& text)
-    {
-        for (QAction* each : menu.actions()) {
-            if (each->text().section(u'\t', 0, 0) == text)
-                return each;
-        }
-        return nullptr;
-    }
     void build(QMenu& menu, LibraryTab tab, const QSet<TrackID>& ids, const std::optional<Track>& focused = {})
     {
         if (workspace().activeTab() != tab)
             dashboard.activateTab(tab);
-        TrackMenu::build(menu, context, window->section(tab).descriptor(), ids, focused);
+        TrackMenu::build(menu, context(), window->section(tab).descriptor(), ids, focused);
     }
-
-    ThumbnailCache thumbnails{executor, {}};
-    WindowContext context{*store,          dashboard,  player,    audio,
-                          window->theme(), thumbnails, waveforms, window->rowWaveforms(),
-                          clock,           executor};
 };
 
 TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
@@ -60,10 +47,10 @@ TEST_F(MenusTest, ATrackMenuOffersWhatWorks)
         EXPECT_EQ(action(menu, add) != nullptr, each.adds);
         EXPECT_EQ(action(menu, remove) != nullptr, each.removes);
         EXPECT_EQ(action(menu, uncover) != nullptr, each.uncovers);
-        const QAction* tagging = action(menu, genre);
-        EXPECT_EQ(tagging && tagging->isEnabled(), each.tags);
+        EXPECT_EQ(action(menu, genre) && action(menu, genre)->isEnabled(), each.tags);
         EXPECT_TRUE(action(menu, VelmoraLocalization::string(QStringLiteral("Открыть в Finder"))));
         EXPECT_TRUE(action(menu, QStringLiteral("Переместить в Корзину")));
+        EXPECT_FALSE(action(menu, QStringLiteral("Определить выбранные"))) << "another section's";
     }
 }
 
@@ -95,6 +82,7 @@ TEST_F(MenusTest, FilesOfLibraryRowsGetCoversAndTheirFirstTagsBack)
         QAction* restores = action(menu, restore);
         EXPECT_EQ(covers && covers->isEnabled(), each.covers);
         EXPECT_EQ(restores && restores->isEnabled(), each.restores);
+        EXPECT_EQ(action(menu, QStringLiteral("Переместить в Корзину")) != nullptr, each.tab != LibraryTab::Converter);
         if (!each.restores)
             continue;
         covers->trigger();
@@ -110,7 +98,7 @@ TEST_F(MenusTest, WhatSavesKeepIsASetting)
 {
     for (const bool isOn : {true, false}) {
         QMenu menu;
-        SettingsMenu::build(menu, context);
+        SettingsMenu::build(menu, context());
         QAction* keep = action(menu, QStringLiteral("Сохранять обложку и прочие поля файла"));
         EXPECT_EQ(keep->isChecked(), !isOn);
         preferences.keepsOtherTagEntriesAsked.set(false);
@@ -173,7 +161,7 @@ TEST_F(MenusTest, TheOutputIsChosenFromTheDevicesThereAre)
         }
         return result;
     };
-    OutputMenu menu(context, nullptr);
+    OutputMenu menu(context(), nullptr);
     EXPECT_EQ(audio.refreshes, 1);
     EXPECT_EQ(texts(menu), (QStringList{QStringLiteral("*Системное устройство"), QStringLiteral("Deck && Booth"),
                                         QStringLiteral("Phones")}))
@@ -189,7 +177,7 @@ TEST_F(MenusTest, TheOutputIsChosenFromTheDevicesThereAre)
 TEST_F(MenusTest, SettingsAreWrittenAndTakeEffect)
 {
     QMenu menu;
-    SettingsMenu::build(menu, context);
+    SettingsMenu::build(menu, context());
     const auto choose = [&](const QString& submenu, const QString& choice) {
         action(*action(menu, submenu)->menu(), choice)->trigger();
     };
@@ -206,7 +194,7 @@ TEST_F(MenusTest, SettingsAreWrittenAndTakeEffect)
 TEST_F(MenusTest, TheWaveformsHaveAMenuOfTheirOwn)
 {
     QMenu menu;
-    SettingsMenu::build(menu, context);
+    SettingsMenu::build(menu, context());
     QMenu* waveform = action(menu, QStringLiteral("Волна"))->menu();
     const struct {
         const char* submenu;
@@ -236,7 +224,7 @@ TEST_F(MenusTest, TheWaveformCacheIsMeasuredAndEmptied)
     entry.write(QByteArray(16384, '\0'));
     entry.close();
     {
-        WaveformMenu menu(context, nullptr);
+        WaveformMenu menu(context(), nullptr);
         QAction* size = menu.actions()[menu.actions().size() - 2];
         EXPECT_EQ(size->text(), WaveformMenu::cacheText(std::nullopt));
         turn();
@@ -245,7 +233,7 @@ TEST_F(MenusTest, TheWaveformCacheIsMeasuredAndEmptied)
     }
     turn(); // the menu is gone by now
     EXPECT_FALSE(QFile::exists(entry.fileName()));
-    WaveformMenu menu(context, nullptr);
+    WaveformMenu menu(context(), nullptr);
     turn();
     EXPECT_FALSE(menu.actions().last()->isEnabled()) << "nothing to empty";
 }

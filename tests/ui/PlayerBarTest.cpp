@@ -10,19 +10,6 @@
 #include "ui/text/Texts.h"
 
 #include <QAccessible>
-#include <QWheelEvent>
-
-namespace {
-
-void wheel(QWidget& widget, QPoint pixels, QPoint angle, bool inverted = false)
-{
-    const QPointF place = widget.rect().center();
-    QWheelEvent event(place, widget.mapToGlobal(place), pixels, angle, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                      inverted);
-    QApplication::sendEvent(&widget, &event);
-}
-
-} // namespace
 
 class PlayerBarTest : public WindowFixture {
 protected:
@@ -39,14 +26,8 @@ protected:
     PositionBar& position() { return *window->findChild<PositionBar*>(); }
     VolumeControl& volume() { return *window->findChild<VolumeControl*>(); }
     VolumeSlider& slider() { return *volume().findChild<VolumeSlider*>(); }
-    ThemeButton* button(const QString& name)
-    {
-        for (ThemeButton* each : window->findChild<PlayerBar*>()->findChildren<ThemeButton*>()) {
-            if (each->accessibleName() == name)
-                return each;
-        }
-        return nullptr;
-    }
+    PlayerBar& bar() { return *window->findChild<PlayerBar*>(); }
+    ThemeButton* button(const QString& name) { return WindowFixture::button(bar(), name); }
     /// The place of a fraction of the track.
     QPoint at(double fraction)
     {
@@ -199,7 +180,7 @@ TEST_F(PlayerBarTest, TheCursorRepaintsItsStripAlone)
     start();
     EXPECT_TRUE(envelope().isAnimating());
     turn();
-    PaintMeter bar(*window->findChild<PlayerBar*>());
+    PaintMeter background(bar());
     PaintMeter area(envelope());
     clock.advance(async::seconds(10.05)); // half a column of pixels would not do
     turn();
@@ -207,7 +188,7 @@ TEST_F(PlayerBarTest, TheCursorRepaintsItsStripAlone)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_GT(area.count, 0) << "the cursor moved";
     EXPECT_LT(area.region.boundingRect().width(), envelope().width() / 6);
-    EXPECT_EQ(bar.count, 0) << "what lies behind stays";
+    EXPECT_EQ(background.count, 0) << "what lies behind stays";
     player.toggle();
     EXPECT_FALSE(envelope().isAnimating()) << "nothing moves while it is paused";
     player.toggle();
@@ -221,29 +202,36 @@ TEST_F(PlayerBarTest, ItShowsTheFocusedTrackUntilOneIsPlayed)
     tracks = {fullTrack(QStringLiteral("first")), fullTrack(QStringLiteral("second"))};
     fill(tracks);
     show();
-    auto* bar = window->findChild<PlayerBar*>();
+    ThemeButton& heart = bar().findChild<NowPlaying*>()->heart();
     ThemeButton* playButton = button(QStringLiteral("Воспроизвести"));
     ASSERT_TRUE(playButton);
     EXPECT_FALSE(playButton->isEnabled()) << "nothing to play";
-    EXPECT_FALSE(envelope().isEnabled());
+    EXPECT_FALSE(envelope().isEnabled() || heart.isVisible());
     EXPECT_EQ(position().remainingText(), QStringLiteral("—"));
     workspace().setSelection(ids({tracks[1]}), tracks[1].id());
-    EXPECT_TRUE(playButton->isEnabled());
+    EXPECT_TRUE(playButton->isEnabled() && heart.isVisible());
+    EXPECT_EQ(bar().accessibleName(), Texts::spoken(tracks[1]));
     EXPECT_EQ(position().remainingText().mid(1), QStringLiteral("1:02:07")) << "the length that would be played";
     const QRect area = envelope().geometry();
     playButton->click();
     EXPECT_EQ(dashboard.count("playPause"), 1);
 
     play(tracks[0]);
-    EXPECT_EQ(bar->accessibleName(), Texts::spoken(tracks[0]));
+    EXPECT_EQ(bar().accessibleName(), Texts::spoken(tracks[0]));
     EXPECT_EQ(playButton->accessibleName(), QStringLiteral("Пауза"));
     EXPECT_EQ(position().remainingText().mid(1), QStringLiteral("3:20"));
     EXPECT_EQ(envelope().geometry(), area) << "nothing jumps";
     playButton->click();
     EXPECT_FALSE(player.isPlaying()) << "the button belongs to the track of the bar, whatever is focused";
-    dashboard.commands().perform(CommandID::Favorite, {.ids = ids({tracks[0]})});
-    EXPECT_EQ(window->findChild<NowPlaying*>()->heart().accessibleName(), QStringLiteral("Убрать из избранного"))
+    EXPECT_EQ(heart.accessibleName(), QStringLiteral("Добавить в избранное"));
+    QTest::mouseClick(&heart, Qt::LeftButton);
+    EXPECT_EQ(heart.accessibleName(), QStringLiteral("Убрать из избранного"))
         << "the list knows more than the player's copy";
+    EXPECT_TRUE(now(tracks[0]).isFavorite());
+    const int below = bar().y();
+    preferences.dashboardPlayerOnTop.set(true);
+    turn();
+    EXPECT_LT(bar().y(), below);
 }
 
 TEST_F(PlayerBarTest, NarrowWindowsLoseTheOutputFirstAndThenTheSlider)
@@ -264,7 +252,7 @@ TEST_F(PlayerBarTest, NarrowWindowsLoseTheOutputFirstAndThenTheSlider)
         hadSlider = slider().isVisible();
         EXPECT_TRUE(hadSlider || !hadOutput) << width;
         EXPECT_GE(envelope().width(), 200) << width;
-        EXPECT_LE(volume().geometry().right(), window->findChild<PlayerBar*>()->width()) << width;
+        EXPECT_LE(volume().geometry().right(), bar().width()) << width;
     }
     EXPECT_FALSE(hadSlider);
     ThemeButton* speaker = button(QStringLiteral("Выключить звук"));
@@ -293,7 +281,7 @@ TEST_F(PlayerBarTest, AssistiveTechnologyReadsAndMovesTheSliders)
     EXPECT_EQ(of(slider())->text(QAccessible::Value), QStringLiteral("80 %"));
     of(slider())->valueInterface()->setCurrentValue(35);
     EXPECT_NEAR(player.volumeState().value(), 0.35, 1e-4);
-    for (QWidget* each : window->findChild<PlayerBar*>()->findChildren<QWidget*>()) {
+    for (QWidget* each : bar().findChildren<QWidget*>()) {
         if (each->focusPolicy() != Qt::NoFocus) {
             EXPECT_TRUE(each->focusPolicy() & Qt::TabFocus) << qPrintable(each->accessibleName());
             EXPECT_FALSE(each->accessibleName().isEmpty());

@@ -16,7 +16,7 @@ protected:
     QStringList asked()
     {
         QStringList names;
-        for (const FakeDashboard::Call& call : std::exchange(dashboard.calls, {})) {
+        for (const FakeDashboard::Call& call : std::as_const(dashboard.calls)) {
             if (call.name != QLatin1StringView("select"))
                 names += call.text.isEmpty() ? call.name : call.name + u' ' + call.text;
         }
@@ -32,16 +32,27 @@ protected:
     }
 };
 
-TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
+TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayerAndToTheRows)
 {
-    const QList<Track> tracks = rows(4);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(4);
+    EXPECT_EQ(press(table(), Qt::Key_Delete), QStringList()) << "nothing is selected";
+    const QSet<TrackID> chosen = ids({tracks[0], tracks[2]});
+    dashboard.select(chosen, tracks[2].id());
     const struct {
         int key;
         Qt::KeyboardModifiers modifiers;
         const char* asked;
+        bool isForRows = false;
     } kCases[]{
+        {Qt::Key_F, {}, "favorite", true},
+        {Qt::Key_Z, Qt::ControlModifier, "undo"},
+        {Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier, "redo"},
+        {Qt::Key_O, Qt::ControlModifier, "addFiles"},
+        {Qt::Key_Delete, {}, "remove", true},
+        {Qt::Key_Backspace, {}, "remove", true},
+        {Qt::Key_Delete, Qt::ShiftModifier, "trash", true},
+        {Qt::Key_Backspace, Qt::ControlModifier, "trash", true},
+        {Qt::Key_Delete, Qt::AltModifier, nullptr},
         {Qt::Key_Space, {}, "playPause"},
         {Qt::Key_M, {}, "toggleMute"},
         {Qt::Key_T, {}, "tapTempo"},
@@ -54,14 +65,16 @@ TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
         {Qt::Key_Space, Qt::ShiftModifier, nullptr},
         {Qt::Key_Down, Qt::ShiftModifier, nullptr},
         {Qt::Key_Left, Qt::AltModifier, nullptr},
+        {Qt::Key_3, Qt::ControlModifier, "showCovers"},
     };
     for (const auto& each : kCases) {
         const QStringList expected = each.asked ? QStringList{QString::fromLatin1(each.asked)} : QStringList();
         EXPECT_EQ(press(table(), each.key, each.modifiers), expected) << each.key;
+        EXPECT_TRUE(!each.isForRows || dashboard.calls.last().ids == chosen) << each.key;
     }
+    EXPECT_TRUE(now(tracks[2]).isFavorite()) << "starred, taken back and done again";
     for (LibraryTab tab : {LibraryTab::Covers, LibraryTab::Analysis}) {
-        dashboard.activateTab(tab);
-        turn();
+        open(tab);
         QWidget& list = window->section(tab).list();
         EXPECT_EQ(press(tab == LibraryTab::Covers ? list : *window, Qt::Key_Left),
                   QStringList{QStringLiteral("seekBack")});
@@ -70,20 +83,28 @@ TEST_F(PlayerKeysTest, InAListTheyBelongToThePlayer)
 
 TEST_F(PlayerKeysTest, TheFocusKeepsWhatItNeeds)
 {
-    const QList<Track> tracks = rows(3);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(3);
     dashboard.select(ids({tracks[0]}), tracks[0].id()); // there is something to tap to, and to double the tempo of
-    QLineEdit line(window.get());
-    QPlainTextEdit text(window.get());
+    QLineEdit line(QStringLiteral("abc"), window.get());
+    QLineEdit readOnly(QStringLiteral("abc"), window.get());
+    readOnly.setReadOnly(true);
+    QPlainTextEdit text(QStringLiteral("abc"), window.get());
     QSpinBox number(window.get());
     QComboBox choice(window.get());
     choice.addItems({QStringLiteral("a"), QStringLiteral("b")});
-    for (QWidget* each : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&text), static_cast<QWidget*>(&number),
-                          static_cast<QWidget*>(&choice)})
+    const std::pair<int, Qt::KeyboardModifiers> removals[]{{Qt::Key_Delete, {}},
+                                                           {Qt::Key_Backspace, {}},
+                                                           {Qt::Key_Delete, Qt::ShiftModifier},
+                                                           {Qt::Key_Backspace, Qt::ControlModifier},
+                                                           {Qt::Key_Delete, Qt::AltModifier}};
+    for (QWidget* each : std::initializer_list<QWidget*>{&line, &readOnly, &text}) {
         each->show();
-    for (QWidget* each : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&text), static_cast<QWidget*>(&number),
-                          static_cast<QWidget*>(&choice)}) {
+        for (const auto& [key, modifiers] : removals)
+            EXPECT_EQ(press(*each, key, modifiers), QStringList()) << each->metaObject()->className() << " " << key;
+    }
+    line.clear();
+    for (QWidget* each : std::initializer_list<QWidget*>{&line, &text, &number, &choice}) {
+        each->show();
         for (int key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_M, Qt::Key_T, Qt::Key_F})
             EXPECT_EQ(press(*each, key), QStringList()) << each->metaObject()->className() << " " << key;
         if (each != &choice) { // which they open
@@ -108,9 +129,7 @@ TEST_F(PlayerKeysTest, TheFocusKeepsWhatItNeeds)
 
 TEST_F(PlayerKeysTest, SpaceOnAButtonPressesItOnce)
 {
-    const QList<Track> tracks = rows(3);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(3);
     play(tracks[0]);
     auto* bar = window->findChild<PlayerBar*>();
     int clicked = 0;
@@ -126,9 +145,7 @@ TEST_F(PlayerKeysTest, SpaceOnAButtonPressesItOnce)
 
 TEST_F(PlayerKeysTest, ARowThatTheKeysReachedIsSeenAndExtendsFromThere)
 {
-    const QList<Track> tracks = rows(200);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(200);
     const QList<Track>& shown = table().tracks().rows();
     for (int row : {150, 3, 199}) {
         const TrackID id = shown[row].id();
@@ -154,8 +171,7 @@ TEST_F(PlayerKeysTest, SectionsWithAnOwnSelectionFollowTheProgramsEvents)
         jobs.append(ConversionItem{QUuid::createUuid(), rows(3)[i].url(), {}, {}});
     workspace().setConversionItems(jobs);
     show();
-    dashboard.activateTab(LibraryTab::Converter);
-    turn();
+    open(LibraryTab::Converter);
     const auto row = [&] { return table(LibraryTab::Converter).currentIndex().row(); };
     for (const auto& [direction, expected] :
          {std::pair{Direction::Down, 0}, {Direction::Down, 1}, {Direction::Up, 0}, {Direction::Up, 0}}) {

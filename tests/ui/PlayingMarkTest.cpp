@@ -1,29 +1,10 @@
+#include "support/PaintMeter.h"
 #include "support/WindowFixture.h"
 
 #include "ui/covers/CoverGrid.h"
 #include "ui/tracks/PlayingMark.h"
 
 #include <QScrollBar>
-
-namespace {
-
-/// What a list repaints until it is asked.
-class RepaintedArea : public QObject {
-public:
-    explicit RepaintedArea(QWidget& viewport) { viewport.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            m_region += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-    QRegion take() { return std::exchange(m_region, QRegion()); }
-
-private:
-    QRegion m_region;
-};
-
-} // namespace
 
 class PlayingMarkTest : public WindowFixture {
 protected:
@@ -96,7 +77,7 @@ TEST_F(PlayingMarkTest, OnlyTheRowsConcernedAreRepaintedAndTheModelStays)
     const auto wide = [&](int number) {
         return QRect(0, row(number).top(), table().viewport()->width(), row(number).height());
     };
-    RepaintedArea area(*table().viewport());
+    PaintMeter area(*table().viewport());
     play(shown[first]);
     EXPECT_EQ(area.take(), QRegion(wide(first)));
     play(shown[first + 3]);
@@ -130,8 +111,7 @@ TEST_F(PlayingMarkTest, RowsArePlayedByDoubleClickReturnAndTheirCover)
 TEST_F(PlayingMarkTest, CoversArePlayedTheSameWay)
 {
     start(8);
-    dashboard.activateTab(LibraryTab::Covers);
-    turn();
+    open(LibraryTab::Covers);
     auto& grid = static_cast<CoverGrid&>(window->section(LibraryTab::Covers).list());
     const auto cell = [&](int number) { return grid.visualRect(grid.model()->index(number, 0)); };
     const auto middle = [&](int number) {
@@ -139,7 +119,7 @@ TEST_F(PlayingMarkTest, CoversArePlayedTheSameWay)
     };
     const QList<Track>& shown = window->section(LibraryTab::Covers).model().rows();
     const auto plays = [&] { return dashboard.count("playRow"); };
-    RepaintedArea area(*grid.viewport());
+    PaintMeter area(*grid.viewport());
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, cell(1).topLeft() + QPoint(6, 6));
     EXPECT_EQ(plays(), 0) << "beside the button a click selects";
     turn();
@@ -162,8 +142,7 @@ TEST_F(PlayingMarkTest, ComingBackToThePlaylistShowsTheRowThatPlays)
     const TrackID far = table().tracks().rows()[250].id();
     dashboard.returnID = far;
     dashboard.activateTab(LibraryTab::Favorites);
-    dashboard.activateTab(LibraryTab::Playlist);
-    turn();
+    open(LibraryTab::Playlist);
     EXPECT_TRUE(table().viewport()->rect().contains(row(250)));
     dashboard.returnID = std::nullopt;
     table().verticalScrollBar()->setValue(0);

@@ -4,7 +4,6 @@
 #include "ui/tracks/ScrollMemory.h"
 
 #include <QScrollBar>
-#include <QWheelEvent>
 
 class ScrollMemoryTest : public WindowFixture {
 protected:
@@ -21,8 +20,7 @@ protected:
 
 TEST_F(ScrollMemoryTest, ThePlaceIsWrittenOnceTheListRests)
 {
-    fill(rows(90));
-    show();
+    showRows(90);
     int writes = 0;
     QObject::connect(&preferences, &Preferences::changed, window.get(),
                      [&](const QString& key) { writes += key == preferences.playlistScrollOffset.key() ? 1 : 0; });
@@ -47,14 +45,13 @@ TEST_F(ScrollMemoryTest, RowsThatComeAreScrolledToThePlace)
     const QList<Track> all = rows(90);
     QList<Track> later = all;
     later.prepend(fullTrack(QStringLiteral("00-new")));
-    struct Case {
+    const struct {
         const char* name;
         double offset;
         QString anchor;
         QList<Track> rows;
         int expected; ///< offset; -1 where the anchor has to be the first row
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"as it was", 1003, text(all[19].id()), all, 1003},
         {"a row came before it", 1003, text(all[19].id()), later, -1},
         {"the row is gone", 1003, text(QUuid::createUuid()), all, 1003},
@@ -62,7 +59,7 @@ TEST_F(ScrollMemoryTest, RowsThatComeAreScrolledToThePlace)
         {"nonsense", -5, QStringLiteral("x"), all, 0},
     };
     show();
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         fill({});
         turn();
@@ -91,18 +88,14 @@ TEST_F(ScrollMemoryTest, TheProgramStartsWhereItEnded)
 
 TEST_F(ScrollMemoryTest, ASectionSwitchKeepsThePixel)
 {
-    const QList<Track> all = rows(90);
-    fill(all);
-    show();
+    const QList<Track> all = showRows(90);
     dashboard.select({all[3].id()}, all[3].id());
     turn();
     bar().setValue(1717);
     turn();
-    dashboard.activateTab(LibraryTab::Covers);
-    turn();
+    open(LibraryTab::Covers);
     EXPECT_EQ(preferences.playlistScrollOffset.get(), 1717);
-    dashboard.activateTab(LibraryTab::Playlist);
-    turn();
+    open(LibraryTab::Playlist);
     EXPECT_EQ(bar().value(), 1717);
 }
 
@@ -125,17 +118,11 @@ TEST_F(ScrollMemoryTest, AWorkspaceOfAnEarlierRunIsShownWhereItWasLeft)
 
 TEST_F(ScrollMemoryTest, EveryWayToScrollIsReported)
 {
-    fill(rows(90));
-    show();
-    const auto wheel = [&](Qt::ScrollPhase phase) {
-        const QPointF place(100, 100);
-        QWheelEvent event(place, table().viewport()->mapToGlobal(place), {0, -40}, {0, -40}, Qt::NoButton,
-                          Qt::NoModifier, phase, false);
-        QCoreApplication::sendEvent(table().viewport(), &event);
-    };
+    showRows(90);
+    const auto turnWheel = [&](Qt::ScrollPhase phase) { wheel(*table().viewport(), {0, -40}, {0, -40}, false, phase); };
     const std::pair<const char*, std::function<void()>> ways[] = {
-        {"wheel", [&] { wheel(Qt::NoScrollPhase); }},
-        {"momentum", [&] { wheel(Qt::ScrollMomentum); }},
+        {"wheel", [&] { turnWheel(Qt::NoScrollPhase); }},
+        {"momentum", [&] { turnWheel(Qt::ScrollMomentum); }},
         {"page down",
          [&] {
              for (int pages = 0; pages < 4; ++pages)

@@ -3,6 +3,8 @@
 #include "ui/controls/ThemeLabel.h"
 #include "ui/sections/EmptyState.h"
 #include "ui/sections/SectionHeader.h"
+#include "ui/window/Sidebar.h"
+#include "ui/window/SidebarRow.h"
 
 class SectionsTest : public WindowFixture {};
 
@@ -10,11 +12,11 @@ TEST_F(SectionsTest, AnEmptySectionSaysWhatToDo)
 {
     show();
     for (LibraryTab tab : kAllLibraryTabs) {
-        dashboard.activateTab(tab);
-        turn();
+        open(tab);
         auto* empty = window->section(tab).findChild<EmptyState*>();
         ASSERT_TRUE(empty && empty->isVisible()) << qPrintable(rawValue(tab));
         EXPECT_FALSE(window->section(tab).list().isVisible());
+        EXPECT_TRUE(window->sidebar().row(tab).isChecked());
         for (const ThemeLabel* label : empty->findChildren<ThemeLabel*>())
             EXPECT_FALSE(label->text().isEmpty());
         const int before = dashboard.count("addFilesHere");
@@ -28,8 +30,7 @@ TEST_F(SectionsTest, AFilterThatHidesFavoritesSaysSoAndCanBeCleared)
     preferences.favoriteGenreFilter.set(QStringLiteral("Dub"));
     fill({favorite(QStringLiteral("a.mp3")), favorite(QStringLiteral("b.mp3"))});
     show();
-    dashboard.activateTab(LibraryTab::Favorites);
-    turn();
+    open(LibraryTab::Favorites);
     SectionView& favorites = window->section(LibraryTab::Favorites);
     auto* empty = favorites.findChild<EmptyState*>();
     ASSERT_TRUE(empty->isVisible());
@@ -42,11 +43,7 @@ TEST_F(SectionsTest, AFilterThatHidesFavoritesSaysSoAndCanBeCleared)
     EXPECT_TRUE(favorites.list().isVisible());
     EXPECT_EQ(favorites.model().rowCount(), 2);
     store->favorites().setFavoriteOnlyUntagged(true);
-    ThemeButton* link = nullptr;
-    for (ThemeButton* each : favorites.header().findChildren<ThemeButton*>()) {
-        if (each->text() == QStringLiteral("Сбросить фильтр"))
-            link = each;
-    }
+    ThemeButton* link = WindowFixture::button(favorites.header(), QStringLiteral("Сбросить фильтр"));
     ASSERT_TRUE(link && link->isVisible()) << "rows or none, a filter is seen";
     QTest::mouseClick(link, Qt::LeftButton);
     EXPECT_FALSE(store->favorites().favoriteOnlyUntagged() || link->isVisible());

@@ -78,12 +78,10 @@ TEST_F(SelectionSyncTest, EachSectionHasItsOwn)
     }
     fill(favorites);
     click(1);
-    dashboard.activateTab(LibraryTab::Favorites);
-    turn();
+    open(LibraryTab::Favorites);
     EXPECT_TRUE(window->section(LibraryTab::Favorites).selectedIDs().isEmpty());
     workspace().setSelection(ids({tracks[6]}), tracks[6].id());
-    dashboard.activateTab(LibraryTab::Playlist);
-    turn();
+    open(LibraryTab::Playlist);
     EXPECT_EQ(shown(), ids({tracks[1]}));
     dashboard.activateTab(LibraryTab::Favorites);
     EXPECT_EQ(window->section(LibraryTab::Favorites).selectedIDs(), ids({tracks[6]}));

@@ -4,31 +4,23 @@
 #include "ui/player/PlayerBar.h"
 #include "ui/tempo/TapButton.h"
 #include "ui/tempo/TempoMenu.h"
-#include "ui/thumbnails/ThumbnailCache.h"
-
-#include <QMenu>
 
 namespace {
 
-Track withTag(const QString& bpm)
+Track withTag(const char* bpm)
 {
-    Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3")));
-    AudioTags tags;
-    tags.bpm = bpm;
-    track.replaceTags(tags);
-    return track;
+    return TagTexts::on(Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3"))), {{&AudioTags::bpm, bpm}});
 }
 
 } // namespace
 
 TEST(TapTempo, FollowsTheLineThroughTheTaps)
 {
-    struct Case {
+    const struct {
         const char* what;
         std::vector<double> seconds;
         std::optional<int> bpm;
-    };
-    const Case kCases[] = {
+    } kCases[] = {
         {"three say nothing", {0, 0.5, 1}, std::nullopt},
         {"even", {10, 10.5, 11, 11.5}, 120},
         {"one late finger", {0, 0.5, 1.02, 1.5, 2, 2.5, 3, 3.5}, 120},
@@ -37,7 +29,7 @@ TEST(TapTempo, FollowsTheLineThroughTheTaps)
         {"nobody mixes that fast", {0, 0.1, 0.2, 0.3}, std::nullopt},
         {"all at once", {1, 1, 1, 1}, std::nullopt},
     };
-    for (const Case& each : kCases) {
+    for (const auto& each : kCases) {
         TapTempo taps;
         for (const double second : each.seconds)
             taps.tap(async::seconds(second));
@@ -52,19 +44,18 @@ TEST(TapTempo, FollowsTheLineThroughTheTaps)
 
 TEST(TempoText, AnalysisComesFirstThenTheEstimateThenTheTag)
 {
-    struct Case {
-        QString tag;
+    const struct {
+        const char* tag;
         PlaylistBPMState state;
         QString shown;
+    } kCases[] = {
+        {"128", {true, QStringLiteral("64")}, QStringLiteral("…")},
+        {"128", {false, QStringLiteral(" 64 ")}, QStringLiteral("≈ 64")},
+        {" 127.98 ", {false, QStringLiteral("  ")}, QStringLiteral("127.98")},
+        {" 127.98 ", {}, QStringLiteral("127.98")},
+        {" ", {}, QStringLiteral("—")},
     };
-    const Case kCases[] = {
-        {QStringLiteral("128"), {true, QStringLiteral("64")}, QStringLiteral("…")},
-        {QStringLiteral("128"), {false, QStringLiteral(" 64 ")}, QStringLiteral("≈ 64")},
-        {QStringLiteral(" 127.98 "), {false, QStringLiteral("  ")}, QStringLiteral("127.98")},
-        {QStringLiteral(" 127.98 "), {}, QStringLiteral("127.98")},
-        {QStringLiteral(" "), {}, QStringLiteral("—")},
-    };
-    for (const Case& each : kCases)
+    for (const auto& each : kCases)
         EXPECT_EQ(TempoText::bpmDisplayText(withTag(each.tag), each.state), each.shown);
 }
 
@@ -73,20 +64,7 @@ class TempoTest : public WindowFixture {
 protected:
     Tempo& tempo() { return store->tempo(); }
     TapButton& tapButton() { return window->findChild<PlayerBar*>()->tapButton(); }
-    QString cell(int row)
-    {
-        const QAbstractItemModel& model = *window->activeSection().list().model();
-        const auto& tracks = static_cast<const TrackListModel&>(model);
-        return model.index(row, *tracks.columnOf(TrackColumn::BPM)).data().toString();
-    }
-    static QAction* action(const QMenu& menu, const QString& text)
-    {
-        for (QAction* each : menu.actions()) {
-            if (each->text().section(u'\t', 0, 0) == text)
-                return each;
-        }
-        return nullptr;
-    }
+    QString shown(int row) { return cell(row, TrackColumn::BPM).data().toString(); }
     void tapAt(std::initializer_list<double> pauses)
     {
         for (const double pause : pauses) {
@@ -95,23 +73,16 @@ protected:
             QTest::mouseRelease(&tapButton(), Qt::LeftButton);
         }
     }
-
-    ThumbnailCache thumbnails{executor, {}};
-    WindowContext context{*store,          dashboard,  player,    audio,
-                          window->theme(), thumbnails, waveforms, window->rowWaveforms(),
-                          clock,           executor};
 };
 
 TEST_F(TempoTest, RowsFollowTheEstimates)
 {
-    const QList<Track> tracks = rows(3);
-    fill(tracks);
-    show();
-    EXPECT_EQ(cell(1), QStringLiteral("—"));
+    const QList<Track> tracks = showRows(3);
+    EXPECT_EQ(shown(1), QStringLiteral("—"));
     const QAbstractItemModel& model = *table().model();
     QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
     store->tempoChoices().setTempo({tracks[1].id()}, 126);
-    EXPECT_EQ(cell(1), QStringLiteral("≈ 126"));
+    EXPECT_EQ(shown(1), QStringLiteral("≈ 126"));
     settle();
     ASSERT_EQ(changes.count(), 1) << "views and assistive tools are told by the model alone";
     EXPECT_EQ(changes[0][0].toModelIndex().data().toString(), QStringLiteral("≈ 126"));
@@ -123,28 +94,24 @@ TEST_F(TempoTest, RowsFollowTheEstimates)
 TEST_F(TempoTest, TheMenuOffersWhatTheRowsAllow)
 {
     QList<Track> tracks = rows(4);
-    AudioTags tags = tracks[2].tags();
-    tags.bpm = QStringLiteral("100");
-    tracks[2].replaceTags(tags);
-    tags.bpm = QStringLiteral("~");
-    tracks[3].replaceTags(tags);
+    tracks[2] = TagTexts::on(tracks[2], {{&AudioTags::bpm, "100"}});
+    tracks[3] = TagTexts::on(tracks[3], {{&AudioTags::bpm, "~"}});
     fill(tracks);
     show();
     store->tempoChoices().setTempo({tracks[1].id()}, 126);
-    struct Case {
+    const struct {
         QSet<TrackID> ids;
         bool scales, writes, analyses;
-    };
-    const Case kCases[] = {
+    } kCases[] = {
         {{tracks[0].id()}, false, false, true},
         {{tracks[1].id()}, true, true, true},
         {{tracks[2].id()}, true, false, false},
         {{tracks[3].id()}, false, false, false}, // nothing that could be doubled
         {ids(tracks), true, true, true},
     };
-    for (const Case& each : kCases) {
+    for (const auto& each : kCases) {
         QMenu menu;
-        TempoMenu::fill(menu, context, each.ids);
+        TempoMenu::fill(menu, context(), each.ids);
         const std::pair<QString, bool> kActions[] = {{QStringLiteral("Удвоить темп"), each.scales},
                                                      {QStringLiteral("Уменьшить темп вдвое"), each.scales},
                                                      {QStringLiteral("Записать темп в тег"), each.writes},
@@ -160,14 +127,9 @@ TEST_F(TempoTest, TheMenuOffersWhatTheRowsAllow)
 TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
 {
     analyzer = [](const QUrl&, const BPMAnalysisMode&, const std::stop_token&) {
-        BPMAnalysisOutcome outcome;
-        outcome.which = BPMAnalysisOutcome::Case::Success;
-        outcome.estimate = {128, 0.9, {{128, 1}, {64, 0.5}}};
-        return outcome;
+        return BPMAnalysisOutcome{BPMAnalysisOutcome::Case::Success, {128, 0.9, {{128, 1}, {64, 0.5}}}};
     };
-    const QList<Track> tracks = rows(2);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(2);
     store->tempoChoices().setTempo({tracks[0].id()},
                                    100); // as after a start: the estimate is known, what else it may be is not
     tempo().detectBPM(ids({tracks[1]}));
@@ -188,7 +150,7 @@ TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
     for (const auto& each : kCases) {
         VelmoraLocalization::setLanguage(each.language);
         QMenu menu;
-        TempoMenu::fill(menu, context, {each.row.id()});
+        TempoMenu::fill(menu, context(), {each.row.id()});
         QStringList offered;
         for (int place = 0; !menu.actions().at(place)->isSeparator(); ++place)
             offered.append(menu.actions().at(place)->text());
@@ -196,7 +158,7 @@ TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
         EXPECT_EQ(menu.actions().first()->isEnabled(), each.offered.size() > 1);
     }
     QMenu menu;
-    TempoMenu::fill(menu, context, {tracks[1].id()});
+    TempoMenu::fill(menu, context(), {tracks[1].id()});
     EXPECT_TRUE(menu.actions().at(0)->isChecked());
     menu.actions().at(1)->trigger();
     EXPECT_EQ(dashboard.last("setTempo").text, QStringLiteral("64"));
@@ -204,9 +166,7 @@ TEST_F(TempoTest, TheMenuOffersTheAlternativesOfAnAnalysis)
 
 TEST_F(TempoTest, TapsAreSeenWhereTheButtonHasNoRoom)
 {
-    const QList<Track> tracks = rows(1);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(1);
     window->resize(900, 620);
     turn();
     ASSERT_TRUE(tapButton().isHidden());
@@ -233,9 +193,7 @@ TEST_F(TempoTest, TapsAreSeenWhereTheButtonHasNoRoom)
 
 TEST_F(TempoTest, TapsSetTheTempoOfTheTrackShown)
 {
-    const QList<Track> tracks = rows(2);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(2);
     EXPECT_FALSE(tapButton().isEnabled()) << "nothing to tap to";
     workspace().setSelection({tracks[1].id()}, tracks[1].id());
     ASSERT_TRUE(tapButton().isEnabled());
@@ -260,9 +218,7 @@ TEST_F(TempoTest, TapsSetTheTempoOfTheTrackShown)
 
 TEST_F(TempoTest, OneKeyEachDoublesAndHalves)
 {
-    const QList<Track> tracks = rows(2);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(2);
     QTest::keyClick(window.get(), Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(dashboard.count("doubleTempo"), 0) << "nothing is selected";
     workspace().setSelection(ids(tracks), tracks[1].id());

@@ -1,39 +1,44 @@
+#include "support/PaintMeter.h"
 #include "support/WindowFixture.h"
 
-#include <QPaintEvent>
 #include <QScrollBar>
 
 class TrackTableTest : public WindowFixture {
 protected:
-    QPoint cell(int row, TrackColumn column)
-    {
-        const auto& columns = TrackColumns::playlist();
-        const auto place = std::find(columns.begin(), columns.end(), column) - columns.begin();
-        return table().visualRect(table().model()->index(row, static_cast<int>(place))).center();
-    }
-    QString tooltip(const QModelIndex& index, int width)
+    QPoint middle(int row, TrackColumn column) { return table().visualRect(cell(row, column)).center(); }
+    /// Of the first row.
+    QString tooltip(TrackColumn column, int width)
     {
         auto* delegate = static_cast<TrackDelegate*>(table().itemDelegate());
-        return delegate->tooltip(index, QRect(0, 0, width, 52));
+        return delegate->tooltip(cell(0, column), QRect(0, 0, width, 52));
+    }
+    /// Two folders of 30 rows.
+    void showFolders()
+    {
+        QList<Track> tracks;
+        for (const QString& folder : {QStringLiteral("/music/a"), QStringLiteral("/music/b")}) {
+            for (int i = 0; i < 30; ++i)
+                tracks.append(track(QStringLiteral("%1/%2.mp3").arg(folder).arg(i, 2, 10, QChar(u'0'))));
+        }
+        fill(tracks);
+        show();
     }
 };
 
 TEST_F(TrackTableTest, AHeartTogglesItsOwnTrackAndLeavesTheSelection)
 {
-    const QList<Track> tracks = rows(4);
-    fill(tracks);
-    show();
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, cell(1, TrackColumn::Title));
+    const QList<Track> tracks = showRows(4);
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, middle(1, TrackColumn::Title));
     turn();
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, cell(3, TrackColumn::Heart));
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, middle(3, TrackColumn::Heart));
     turn();
     EXPECT_EQ(dashboard.last("favorite").ids, ids({tracks[3]}));
     EXPECT_TRUE(now(tracks[3]).isFavorite());
     EXPECT_EQ(workspace().selectedIDs(), ids({tracks[1]}));
 
     // Pressed on one heart and let go on another: nothing.
-    QTest::mousePress(table().viewport(), Qt::LeftButton, {}, cell(0, TrackColumn::Heart));
-    QTest::mouseRelease(table().viewport(), Qt::LeftButton, {}, cell(2, TrackColumn::Heart));
+    QTest::mousePress(table().viewport(), Qt::LeftButton, {}, middle(0, TrackColumn::Heart));
+    QTest::mouseRelease(table().viewport(), Qt::LeftButton, {}, middle(2, TrackColumn::Heart));
     EXPECT_EQ(dashboard.count("favorite"), 1);
 }
 
@@ -41,17 +46,12 @@ TEST_F(TrackTableTest, WhatIsCutOffIsInTheTooltip)
 {
     fill({fullTrack(QStringLiteral("A title that takes a good deal of room in any list of tracks"))});
     show();
-    const auto at = [&](TrackColumn column) {
-        const auto& columns = TrackColumns::playlist();
-        return table().model()->index(
-            0, static_cast<int>(std::find(columns.begin(), columns.end(), column) - columns.begin()));
-    };
-    EXPECT_TRUE(tooltip(at(TrackColumn::Title), 150).contains(QStringLiteral("any list of tracks — Nadia Volk")));
-    EXPECT_EQ(tooltip(at(TrackColumn::Title), 2000), QString());
-    EXPECT_EQ(tooltip(at(TrackColumn::Genre), 80), QStringLiteral("Melodic House & Techno"));
-    EXPECT_EQ(tooltip(at(TrackColumn::Genre), 400), QString());
-    EXPECT_EQ(tooltip(at(TrackColumn::Key), 400), QStringLiteral("Am")) << "the chip shows another spelling";
-    EXPECT_TRUE(tooltip(at(TrackColumn::Heart), 60).endsWith(QStringLiteral("(F)")));
+    EXPECT_TRUE(tooltip(TrackColumn::Title, 150).contains(QStringLiteral("any list of tracks — Nadia Volk")));
+    EXPECT_EQ(tooltip(TrackColumn::Title, 2000), QString());
+    EXPECT_EQ(tooltip(TrackColumn::Genre, 80), QStringLiteral("Melodic House & Techno"));
+    EXPECT_EQ(tooltip(TrackColumn::Genre, 400), QString());
+    EXPECT_EQ(tooltip(TrackColumn::Key, 400), QStringLiteral("Am")) << "the chip shows another spelling";
+    EXPECT_TRUE(tooltip(TrackColumn::Heart, 60).endsWith(QStringLiteral("(F)")));
 }
 
 TEST_F(TrackTableTest, RowsAboveTheViewDoNotPushIt)
@@ -79,8 +79,7 @@ TEST_F(TrackTableTest, RowsAboveTheViewDoNotPushIt)
 
 TEST_F(TrackTableTest, ScrollingIsReportedOnceAndItsEndToo)
 {
-    fill(rows(90));
-    show();
+    showRows(90);
     for (int value : {50, 120, 300})
         table().verticalScrollBar()->setValue(value);
     EXPECT_EQ(dashboard.scrollStates, QList<bool>{true});
@@ -91,8 +90,7 @@ TEST_F(TrackTableTest, ScrollingIsReportedOnceAndItsEndToo)
 
 TEST_F(TrackTableTest, DensityScalesRowsButNeverCutsText)
 {
-    fill(rows(3));
-    show();
+    showRows(3);
     const auto rowHeight = [&] { return table().visualRect(table().model()->index(0, 0)).height(); };
     const int ordinary = rowHeight();
     preferences.tableDensity.set(0.8);
@@ -104,13 +102,7 @@ TEST_F(TrackTableTest, DensityScalesRowsButNeverCutsText)
 
 TEST_F(TrackTableTest, TheNextFolderPushesThePinnedHeaderAway)
 {
-    QList<Track> tracks;
-    for (const QString& folder : {QStringLiteral("/music/a"), QStringLiteral("/music/b")}) {
-        for (int i = 0; i < 30; ++i)
-            tracks.append(track(QStringLiteral("%1/%2.mp3").arg(folder).arg(i, 2, 10, QChar(u'0'))));
-    }
-    fill(tracks);
-    show();
+    showFolders();
     const int height = table().rowLayout().rowTop(0);
     const int next = table().rowLayout().headerTop(1);
     const auto strip = [&](int offset) {
@@ -133,16 +125,7 @@ TEST_F(TrackTableTest, TheNextFolderPushesThePinnedHeaderAway)
 
 TEST_F(TrackTableTest, FoldersStandBetweenTheirRows)
 {
-    QList<Track> tracks;
-    for (const QString& folder : {QStringLiteral("/music/a"), QStringLiteral("/music/b")}) {
-        for (int i = 0; i < 30; ++i) {
-            Track each = track(QStringLiteral("%1/%2.mp3").arg(folder).arg(i, 2, 10, QChar(u'0')));
-            each.setIsInPlaylist(true);
-            tracks.append(each);
-        }
-    }
-    fill(tracks);
-    show();
+    showFolders();
     const auto place = [&](int row) { return table().visualRect(table().model()->index(row, 1)); };
     const int header = place(0).top();
     EXPECT_GT(header, 0) << "the first folder's header stands above its first row";
@@ -199,34 +182,12 @@ TEST(RowLayoutTest, PlacesAndRowsAgree)
 
 TEST_F(TrackTableTest, ARowThatChangesIsPaintedWholeBelowFolderHeaders)
 {
-    class Painted : public QObject {
-    public:
-        QRegion region;
-
-    protected:
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            if (event->type() == QEvent::Paint)
-                region += static_cast<QPaintEvent*>(event)->region();
-            return false;
-        }
-    };
-    const QList<Track> tracks = rows(6);
-    fill(tracks);
-    show();
+    const QList<Track> tracks = showRows(6);
     turn();
-    Painted painted;
-    table().viewport()->installEventFilter(&painted);
-    QList<Track> changed = tracks;
-    AudioTags tags = tracks[2].tags();
-    tags.title = QStringLiteral("Another title");
-    for (Track& track : changed) {
-        if (track.id() == tracks[2].id())
-            track.replaceTags(tags);
-    }
-    fill(changed);
+    PaintMeter painted(*table().viewport());
+    replace(tracks[2], {{&AudioTags::title, "Another title"}});
     turn();
-    const int row = *static_cast<TrackListModel*>(table().model())->rowOf(tracks[2].id());
+    const int row = *table().tracks().rowOf(tracks[2].id());
     const QRect whole = table().visualRect(table().model()->index(row, 0));
     EXPECT_TRUE(QRegion(whole).subtracted(painted.region).isEmpty());
 }

@@ -14,11 +14,8 @@ protected:
     /// Shows so many rows; no job of the executor has run since.
     void start(int count)
     {
-        for (int i = 0; i < count; ++i) {
-            Track each = track(file(QStringLiteral("%1.mp3").arg(i, 3, 10, QChar(u'0'))).toLocalFile());
-            each.setIsInPlaylist(true);
-            tracks.append(each);
-        }
+        for (int i = 0; i < count; ++i)
+            tracks.append(track(file(QStringLiteral("%1.mp3").arg(i, 3, 10, QChar(u'0'))).toLocalFile()));
         window->resize(1440, 900);
         show();
         fill(tracks);
@@ -27,12 +24,10 @@ protected:
     EnvelopeArea& area() { return *window->findChild<EnvelopeArea*>(); }
     BarEnvelope::State state() { return area().waveform().source().state(); }
     RowWaveforms& rowWaveforms() { return window->rowWaveforms(); }
-    QRect cell(int row)
+    QRect waveform(int row)
     {
-        TrackListModel& model = table().tracks();
-        return table().visualRect(model.index(row, *model.columnOf(TrackColumn::Waveform)));
+        return TrackDelegate::waveformRect(table().visualRect(cell(row, TrackColumn::Waveform)));
     }
-    QRect waveform(int row) { return TrackDelegate::waveformRect(cell(row)); }
     int rowsInView() { return table().viewport()->height() / table().rowLayout().rowHeight() + 2; }
     /// Pixels of a colour in a row's waveform.
     int pixels(int row, const QColor& colour)

@@ -16,6 +16,11 @@ protected:
     {
         return Pictures::plain(size, 0xFF008080, format);
     }
+    void assign(const QList<Track>& rows)
+    {
+        artwork().assignArtwork(png, ids(rows));
+        settle();
+    }
     Artwork& artwork() { return store->artwork(); }
 
     const QByteArray png = picture("PNG");
@@ -122,8 +127,7 @@ TEST_F(ArtworkTest, UndoBringsTheOldPicturesBack)
     reader = [](const QUrl&, const AudioTags& fallback) {
         return TagTexts::read(fallback, ArtworkData::intern("old picture"));
     };
-    artwork().assignArtwork(png, ids(rows));
-    settle();
+    assign(rows);
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Присвоить обложку"));
     files.calls.clear();
     undo();
@@ -145,8 +149,7 @@ TEST_F(ArtworkTest, UndoOfAPictureLeavesWhatWasWrittenAfterIt)
     files.presentTags = {{rows[0].url(), "former"}, {rows[1].url(), "other"}};
     const AudioTags before = rows[0].tags();
     reader = [before](const QUrl&, const AudioTags&) { return TagTexts::read(before); };
-    artwork().assignArtwork(png, {rows[0].id()});
-    settle();
+    assign({rows[0]});
     type(rows[0], {{&AudioTags::genre, "House"}}); // no step of undo
     settle();
     files.calls.clear();
@@ -174,8 +177,7 @@ TEST_F(ArtworkTest, AnUndoDuringTheRunTakesBackItsPicturesAlone)
             history().undo();
     };
     filesHold();
-    artwork().assignArtwork(png, ids(rows));
-    settle();
+    assign(rows);
     QStringList calls;
     for (const FakeTagFiles::Call& call : std::as_const(files.calls))
         calls.append(call.name);
@@ -219,8 +221,7 @@ TEST_F(ArtworkTest, TellsItsProgressAfterEveryTwelfthFile)
     QObject context;
     QObject::connect(&workspace(), &Workspace::workspaceStatusChanged, &context,
                      [&] { messages.append(statusText()); });
-    artwork().assignArtwork(png, ids(rows));
-    settle();
+    assign(rows);
     EXPECT_EQ(messages.filter(QStringLiteral(" из ")), QStringList({QStringLiteral("Сохраняем обложку: 12 из 25"),
                                                                     QStringLiteral("Сохраняем обложку: 24 из 25")}));
 }

@@ -10,19 +10,18 @@ protected:
 
 TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
 {
-    struct Case {
+    const struct {
         QList<Track> toggled;
         QString status;
         QList<Track> favoritesAfter;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {{plain}, QStringLiteral("Добавлено в избранное: 1"), {star, plain}},
         {{plain, other}, QStringLiteral("Добавлено в избранное: 2"), {star, plain, other}},
         {{star}, QStringLiteral("Убрано из избранного: 1"), {}},
         {{star, plain}, QStringLiteral("Избранное обновлено: 2"), {plain}},
         {{track(QStringLiteral("unknown.mp3"))}, QString(), {star}},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(qPrintable(test.status));
         fill({});
         workspace().setWorkspaceStatus(std::nullopt);

@@ -171,6 +171,8 @@ TEST_F(ImportsTest, WhatInterruptedWritesLeftIsCountedAndNeverTaken)
         {"covers", [&] { imports().importForCovers({stray}); }, strays},
         {"analysis", [&] { imports().importForAnalysis({root()}); },
          QStringLiteral("Добавлено в анализ: 1 · ") + strays},
+        {"keys", [&] { imports().importForMusicalKeyAnalysis({root()}); },
+         QStringLiteral("Добавлено в тональность: 1 · ") + strays},
         {"duplicates", [&] { imports().importDuplicateSearchURLs({root()}); }, strays},
         {"converter", [&] { imports().importForConversion({root()}); }, strays},
     };
@@ -208,7 +210,6 @@ TEST_F(ImportsTest, EverySectionTakesFilesIn)
     settle();
     EXPECT_EQ(store->order().favoriteTracks().size(), 2);
     EXPECT_EQ(store->order().playlistTracks().size(), 2);
-    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 2"));
     EXPECT_TRUE(history().canUndo());
 
     fill({});
@@ -218,30 +219,19 @@ TEST_F(ImportsTest, EverySectionTakesFilesIn)
     EXPECT_TRUE(store->order().playlistTracks().isEmpty());
     EXPECT_EQ(statusText(), QStringLiteral("Добавлено в обложки: 2"));
 
-    imports().importForAnalysis({root()});
-    settle();
-    EXPECT_EQ(names(workspace().analysisTracks()), QStringList({QStringLiteral("a.mp3"), QStringLiteral("c.flac")}));
-    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в анализ: 2"));
-    EXPECT_EQ(qualityAsked.size(), 2);
-    imports().importForMusicalKeyAnalysis({root()});
-    settle();
-    EXPECT_EQ(statusText(), QStringLiteral("Добавлено в тональность: 2"));
-    imports().importDuplicateSearchURLs({root()});
-    settle();
-    EXPECT_EQ(workspace().duplicateSearchRoots(), QList<QUrl>({root()}));
-    for (const Destination destination : {Destination::Analysis, Destination::MusicalKey, Destination::Duplicates}) {
-        EXPECT_EQ(workspace().list(destination).size(), 2);
+    for (const int round : {1, 2}) {
         imports().importForAnalysis({root()});
         imports().importForMusicalKeyAnalysis({root()});
         imports().importDuplicateSearchURLs({root()});
+        imports().importForConversion({root()});
         settle();
-        EXPECT_EQ(workspace().list(destination).size(), 2) << "no file twice in one list";
+        for (const Destination list : {Destination::Analysis, Destination::MusicalKey, Destination::Duplicates})
+            EXPECT_EQ(workspace().list(list).size(), 2) << round << ": no file twice in one list";
+        EXPECT_EQ(workspace().conversionItems().size(), 3) << "Ogg as well";
+        EXPECT_EQ(qualityAsked.size(), 2);
     }
-
-    imports().importForConversion({root()});
-    imports().importForConversion({root()});
-    settle();
-    EXPECT_EQ(workspace().conversionItems().size(), 3) << "Ogg as well";
+    EXPECT_EQ(names(workspace().analysisTracks()), QStringList({QStringLiteral("a.mp3"), QStringLiteral("c.flac")}));
+    EXPECT_EQ(workspace().duplicateSearchRoots(), QList<QUrl>({root()}));
 }
 
 TEST_F(ImportsTest, OneFileDroppedOnTwoSectionsAtOnceIsOneRow)

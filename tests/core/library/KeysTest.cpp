@@ -38,9 +38,6 @@ protected:
         return text;
     }
 
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
-    const Track c = track(QStringLiteral("c.mp3"));
     QSet<TrackID> told;
 };
 
@@ -149,20 +146,6 @@ TEST_F(KeysTest, aFileThatWasHeardAndIsTheSameIsNotDecodedAgain)
     rewrite("other music", false);
     addRow();
     EXPECT_EQ(keyURLs.size(), 2);
-}
-
-TEST_F(KeysTest, areShownOnTheBoardAndStoppedThere)
-{
-    keys().analyzeMusicalKey(ids({a, b, c}));
-    WorkEntry* entry = store->board().first();
-    ASSERT_TRUE(entry);
-    EXPECT_EQ(entry->progress(), (WorkProgress{0, 3}));
-    executor.runOne();
-    EXPECT_EQ(entry->progress(), (WorkProgress{1, 3}));
-    entry->stop();
-    EXPECT_EQ(store->board().first(), nullptr);
-    executor.runAll();
-    EXPECT_EQ(states(), QStringLiteral("dnn"));
 }
 
 } // namespace

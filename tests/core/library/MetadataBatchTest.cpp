@@ -4,8 +4,6 @@
 
 TEST_F(StoreFixture, AppliesABatchByID)
 {
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     TrackList list;
     list.assign({a, b});
     LoadedTrackMetadata read;

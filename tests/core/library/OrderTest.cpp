@@ -72,12 +72,11 @@ protected:
 TEST_F(OrderTest, AFieldReordersWithinFolders)
 {
     fillFolders();
-    struct Case {
+    const struct {
         Field field;
         Direction direction;
         const char* expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {Field::Original, Direction::Descending, "a b c d e"}, {Field::BPM, Direction::Ascending, "c a b e d"},
         {Field::BPM, Direction::Descending, "a c b d e"}, // no tempo: last of its folder
         {Field::Name, Direction::Descending, "c b a e d"},     {Field::Rating, Direction::Descending, "a c b d e"},
@@ -85,7 +84,7 @@ TEST_F(OrderTest, AFieldReordersWithinFolders)
     };
     const std::vector<PlaylistBase::FolderSection> folders{{QStringLiteral("/m/1"), 0, 3},
                                                            {QStringLiteral("/m/2"), 3, 5}};
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         sortBy(test.field, test.direction);
         EXPECT_EQ(shown(), test.expected) << qPrintable(rawValue(test.field));
         EXPECT_EQ(order().playlistFolderSections(), folders) << qPrintable(rawValue(test.field));

@@ -3,22 +3,18 @@
 class PlaybackTest : public StoreFixture {
 protected:
     Playback& playback() { return store->playback(); }
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
-    const Track c = track(QStringLiteral("c.mp3"));
     const Track d = track(QStringLiteral("d.mp3"));
 };
 
 TEST_F(PlaybackTest, GoesOnBehindWhatIsRemoved)
 {
-    struct Case {
+    const struct {
         const char* name;
         std::optional<Track> current;
         QList<Track> removed;
         std::optional<Track> next;
         bool stops;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"from the middle", b, {b}, c, false},
         {"with those behind it", b, {b, c}, d, false},
         {"from the end", d, {d}, c, false},
@@ -31,7 +27,7 @@ TEST_F(PlaybackTest, GoesOnBehindWhatIsRemoved)
         {"not among the rows", track(QStringLiteral("x.mp3")), {a, b, c, d}, {}, false},
     };
     const QList<Track> rows = {a, b, c, d};
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         fill(rows);
         workspace().setSelection(ids({a, b}), a.id());

@@ -9,9 +9,6 @@ protected:
     Removal& removal() { return store->removal(); }
     QSet<TrackID> listed() const { return ids(store->workspace().tracks().rows()); }
 
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
-    const Track c = track(QStringLiteral("c.mp3"));
     const Track star = favorite(QStringLiteral("star.mp3"));
 };
 

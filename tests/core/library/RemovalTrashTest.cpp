@@ -9,6 +9,11 @@ using Case = TrashError::Case;
 class RemovalTrashTest : public StoreFixture {
 protected:
     Removal& removal() { return store->removal(); }
+    void trash(const QList<Track>& rows)
+    {
+        removal().trashTracks(ids(rows));
+        settle();
+    }
     QStringList listed() { return titles(workspace().tracks().rows()); }
     QString lastError() const { return store->workspace().lastError().value_or(QString()); }
     void undoAll()
@@ -17,9 +22,6 @@ protected:
             undo();
     }
 
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
-    const Track c = track(QStringLiteral("c.mp3"));
     const Track star = favorite(QStringLiteral("star.mp3"));
 };
 
@@ -66,15 +68,13 @@ TEST_F(RemovalTrashTest, AFileThatFailsStaysAndTheFirstErrorIsTold)
 {
     fill({a, b, c});
     trashCan.errors = {{a.url(), Case::noPermission}, {c.url(), Case::noSuchFile}};
-    removal().trashTracks(ids({a, b, c}));
-    settle();
+    trash({a, b, c});
     EXPECT_EQ(listed(), titles({a, c}));
     EXPECT_EQ(lastError(), QStringLiteral("Нет прав на перемещение файла a.mp3."));
     EXPECT_EQ(workspace().lastErrorTitle(), QStringLiteral("Не удалось переместить в Корзину"));
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 1"));
     workspace().setWorkspaceStatus(std::nullopt);
-    removal().trashTracks(ids({a, c}));
-    settle();
+    trash({a, c});
     EXPECT_TRUE(statusText().isEmpty());
     undo();
     EXPECT_EQ(listed(), titles({a, b, c})) << "a step that came to nothing is not in the way";
@@ -89,8 +89,7 @@ TEST_F(RemovalTrashTest, WhatCannotBeRestoredIsSkippedWithAnError)
     for (const auto& [reason, error] : cases) {
         fill({a, b, c});
         trashCan.errors.clear();
-        removal().trashTracks(ids({a, b, c}));
-        settle();
+        trash({a, b, c});
         trashCan.errors = {{b.url(), reason}};
         undo();
         EXPECT_EQ(listed(), titles({a, c}));
@@ -104,8 +103,7 @@ TEST_F(RemovalTrashTest, AFileGoesOnlyAfterTheWriteIntoIt)
 {
     fill({a, b});
     store->fileLocks().acquire(QStringLiteral("/music/a.mp3"), {});
-    removal().trashTracks(ids({a, b}));
-    settle();
+    trash({a, b});
     EXPECT_TRUE(trashCan.asked.isEmpty());
     store->fileLocks().release(QStringLiteral("/music/a.mp3"));
     settle();
@@ -151,8 +149,7 @@ TEST_F(RemovalTrashTest, WhoeverHoldsAFileHearsOfItsMoves)
         told.append(FileURL::lastPathComponent(change.url) + (change.kind == Kind::Trashed ? u'-' : u'+'));
     });
     trashCan.errors = {{b.url(), Case::noPermission}};
-    removal().trashTracks(ids({a, b}));
-    settle();
+    trash({a, b});
     undoAll();
     EXPECT_EQ(told, QStringList({QStringLiteral("a.mp3-"), QStringLiteral("a.mp3+")}));
 }
@@ -185,8 +182,7 @@ TEST_F(RemovalTrashTest, RowsComeBackWithTheirFiles)
 {
     const QList<Track> rows = numbered(20);
     fill(rows);
-    removal().trashTracks(ids(rows));
-    settle();
+    trash(rows);
     history().undo();
     EXPECT_TRUE(history().isBusy());
     for (int file = 0; file < 12; ++file) {
@@ -235,8 +231,7 @@ TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)
     fill({edited});
     store->tagWriting().assignGenre(QStringLiteral("House"), ids({edited}));
     settle();
-    removal().trashTracks(ids({edited}));
-    settle();
+    trash({edited});
     history().undo();
     EXPECT_FALSE(history().canUndo());
     history().undo(); // a second press while the file is on its way
@@ -249,8 +244,7 @@ TEST_F(RemovalTrashTest, NothingElseIsTakenBackWhileFilesComeBack)
 TEST_F(RemovalTrashTest, TheTrashGoesBeforeLaterEditsButNotBeforeLaterRemovals)
 {
     fill({a, b, star});
-    removal().trashTracks(ids({a}));
-    settle();
+    trash({a});
     store->favorites().toggleFavorites(ids({b}));
     settle();
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Переместить в Корзину"));
@@ -309,8 +303,7 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
     fill({first, second});
     const QDir trashed(folder.filePath(QStringLiteral("Trash/files")));
     for (int round = 0; round < 2; ++round) {
-        removal().trashTracks(ids({first, second}));
-        settle();
+        trash({first, second});
         EXPECT_EQ(contents(first.url()), "none");
         EXPECT_EQ(trashed.entryList(QDir::Files).size(), 2);
         EXPECT_TRUE(workspace().tracks().isEmpty());
@@ -318,8 +311,7 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
         EXPECT_EQ(contents(first.url()), "first");
         EXPECT_EQ(listed(), titles({first, second}));
     }
-    removal().trashTracks(ids({first, second}));
-    settle();
+    trash({first, second});
     write(first.url(), "newcomer");
     EXPECT_TRUE(QFile::remove(trashed.filePath(QStringLiteral("two.mp3")))) << "the Trash is emptied of it";
     undo();

@@ -3,7 +3,6 @@
 TEST_F(StoreFixture, ActiveSelectionFallsBackOnTheFocus)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     fill({a, b});
     EXPECT_TRUE(workspace().activeSelection().isEmpty());
     workspace().setSelection({}, a.id());
@@ -15,17 +14,14 @@ TEST_F(StoreFixture, ActiveSelectionFallsBackOnTheFocus)
 TEST_F(StoreFixture, SelectionSurvivesASectionSwitch)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
-    const Track c = track(QStringLiteral("c.mp3"));
     using State = Selection::State;
 
-    struct Case {
+    const struct {
         const char* name;
         State remembered;
         QList<Track> later; ///< the list when the section is entered again
         State expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"all still there", {ids({a, b}), b.id()}, {a, b, c}, {ids({a, b}), b.id()}},
         {"one is gone, the lone rest is focused", {ids({a, b}), b.id()}, {a, c}, {ids({a}), a.id()}},
         {"the focus is gone, two rest", {ids({a, b, c}), c.id()}, {a, b}, {ids({a, b}), std::nullopt}},
@@ -33,7 +29,7 @@ TEST_F(StoreFixture, SelectionSurvivesASectionSwitch)
         {"nothing is left", {ids({b}), b.id()}, {a}, {{}, std::nullopt}},
         {"left the playlist but not the list", {ids({a, b}), a.id()}, {}, {ids({b}), b.id()}},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         fill({a, b, c});
         workspace().setSelection(test.remembered.ids, test.remembered.focusedID);
@@ -54,7 +50,6 @@ TEST_F(StoreFixture, SelectionSurvivesASectionSwitch)
 TEST_F(StoreFixture, EverySectionShowsItsRows)
 {
     const Track b = favorite(QStringLiteral("b.mp3"));
-    const Track a = track(QStringLiteral("a.mp3"));
     Track coverOnly = track(QStringLiteral("c.mp3"));
     coverOnly.setIsInPlaylist(false);
     coverOnly.setIsInCoverWorkspace(true);
@@ -84,7 +79,6 @@ TEST_F(StoreFixture, EverySectionShowsItsRows)
 
 TEST_F(StoreFixture, SelectsAllVisibleRows)
 {
-    const Track a = track(QStringLiteral("a.mp3"));
     const Track b = favorite(QStringLiteral("b.mp3"));
     fill({a, b});
     store->selection().selectAll();

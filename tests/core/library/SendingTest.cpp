@@ -3,7 +3,6 @@
 TEST_F(StoreFixture, SendsCopiesToTheAnalysisOnce)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     fill({b, a});
     store->sending().addTracksToAnalysis(ids({a, b}));
     const QList<Track> rows = workspace().analysisTracks().rows();
@@ -22,7 +21,6 @@ TEST_F(StoreFixture, SendsCopiesToTheAnalysisOnce)
 
 TEST_F(StoreFixture, QueuesFilesForConversionOnce)
 {
-    const Track a = track(QStringLiteral("a.mp3"));
     const Track b = track(QStringLiteral("b.flac"));
     fill({a, b});
     EXPECT_EQ(store->sending().addTracksToConversion(ids({b})), 1);

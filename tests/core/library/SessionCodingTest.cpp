@@ -141,31 +141,27 @@ TEST(SessionCoding, RequiredKeysDecide)
 {
     ASSERT_TRUE(decoded(smallest()));
     EXPECT_TRUE(decoded(smallest())->tracks[0].isInCoverWorkspace()) << "a favourite is in Covers";
-    for (const QString& key : smallest().keys()) {
-        QJsonObject without = smallest();
-        without.remove(key);
-        EXPECT_FALSE(decoded(without)) << qPrintable(key);
-        QJsonObject null = smallest();
-        null.insert(key, QJsonValue());
-        EXPECT_FALSE(decoded(null)) << qPrintable(key);
-    }
-    const QJsonObject track = smallest()[QStringLiteral("tracks")].toArray()[0].toObject();
-    const auto withTrack = [](const QJsonObject& changed) {
-        QJsonObject session = smallest();
-        session.insert(QStringLiteral("tracks"), QJsonArray{changed});
-        return session;
+    const auto with = [](QJsonObject object, const QString& key, const QJsonValue& value) {
+        object.insert(key, value);
+        return object;
     };
-    for (const QString& key : track.keys()) {
-        QJsonObject without = track;
-        without.remove(key);
-        EXPECT_FALSE(decoded(withTrack(without))) << qPrintable(key);
+    const auto without = [](QJsonObject object, const QString& key) {
+        object.remove(key);
+        return object;
+    };
+    for (const QString& key : smallest().keys()) {
+        EXPECT_FALSE(decoded(without(smallest(), key))) << qPrintable(key);
+        EXPECT_FALSE(decoded(with(smallest(), key, QJsonValue()))) << qPrintable(key);
     }
+    const QString tracks = QStringLiteral("tracks");
+    const QJsonObject track = smallest()[tracks].toArray()[0].toObject();
+    const auto withTrack = [&](const QJsonObject& changed) { return with(smallest(), tracks, QJsonArray{changed}); };
+    for (const QString& key : track.keys())
+        EXPECT_FALSE(decoded(withTrack(without(track, key)))) << qPrintable(key);
+    const QString tags = QStringLiteral("tags");
     for (const AudioTags::Field& field : AudioTags::fields()) {
-        QJsonObject tags = track[QStringLiteral("tags")].toObject();
-        tags.remove(QLatin1StringView(field.name));
-        QJsonObject changed = track;
-        changed.insert(QStringLiteral("tags"), tags);
-        EXPECT_FALSE(decoded(withTrack(changed))) << field.name;
+        const QJsonObject fewer = without(track[tags].toObject(), QLatin1StringView(field.name));
+        EXPECT_FALSE(decoded(withTrack(with(track, tags, fewer)))) << field.name;
     }
 }
 
@@ -198,40 +194,17 @@ TEST(SessionCoding, OptionalKeysOfAnotherType)
 
 TEST(SessionCoding, JsonIsReadStrictly)
 {
-    struct Case {
-        QByteArray text;
-        bool isValid;
-    };
-    const Case cases[] = {
-        {"", false},
-        {" \n[1,-0.5e+3,\"\\u00e9\\/\",null,true,{}] ", true},
-        {"[1,]", false},
-        {"[1 2]", false},
-        {"{\"a\":1,}", false},
-        {"{a:1}", false},
-        {"[01]", false},
-        {"[.5]", false},
-        {"[1.]", false},
-        {"[+1]", false},
-        {"[NaN]", false},
-        {"[tru]", false},
-        {"\"\x01\"", false},
-        {"\"\\x\"", false},
-        {"\"\\u12g4\"", false},
-        {"\"\\u12", false},
-        {"\"abc", false},
-        {"\"\\", false},
-        {"[] []", false},
-        {"\"\xc0\xaf\"", false},
-        {"\"\xed\xa0\x80\"", false},
-        {"\"\xf4\x90\x80\x80\"", false},
-        {"\"1234567\xd0\"", false},
-        {QByteArray(JsonReader::kMaximumDepth, '[') + QByteArray(JsonReader::kMaximumDepth, ']'), true},
-        {QByteArray(JsonReader::kMaximumDepth + 1, '[') + QByteArray(JsonReader::kMaximumDepth + 1, ']'), false},
-        {QByteArray(1'000'000, '['), false},
-    };
-    for (const Case& own : cases)
-        EXPECT_EQ(JsonReader::isValid(own.text), own.isValid) << own.text.left(60).constData();
+    const auto nested = [](int depth) { return QByteArray(depth, '[') + QByteArray(depth, ']'); };
+    for (const QByteArray& text :
+         {QByteArray(" \n[1,-0.5e+3,\"\\u00e9\\/\",null,true,{}] "), nested(JsonReader::kMaximumDepth)})
+        EXPECT_TRUE(JsonReader::isValid(text)) << text.left(60).constData();
+    const QByteArray broken =
+        "|[1,]|[1 2]|{\"a\":1,}|{a:1}|[01]|[.5]|[1.]|[+1]|[NaN]|[tru]|[] []|\"\x01\"|\"\\x\"|\"\\u12g4\"|"
+        "\"\\u12|\"abc|\"\\|\"\xc0\xaf\"|\"\xed\xa0\x80\"|\"\xf4\x90\x80\x80\"|\"1234567\xd0\"";
+    for (const QByteArray& text : broken.split('|'))
+        EXPECT_FALSE(JsonReader::isValid(text)) << text.constData();
+    EXPECT_FALSE(JsonReader::isValid(nested(JsonReader::kMaximumDepth + 1)));
+    EXPECT_FALSE(JsonReader::isValid(QByteArray(1'000'000, '[')));
 }
 
 TEST(SessionCoding, EveryTruncationIsUnreadable)
@@ -245,11 +218,10 @@ TEST(SessionCoding, EveryTruncationIsUnreadable)
 
 TEST(SessionCoding, CountsOfForeignFiles)
 {
-    struct Case {
+    const struct {
         QByteArray text;
         std::optional<Counts> counts;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"{}", std::nullopt},
         {"[]", std::nullopt},
         {R"({"tracks":{}})", std::nullopt},
@@ -257,31 +229,21 @@ TEST(SessionCoding, CountsOfForeignFiles)
         {R"({"a":{"tracks":[{}]},"tracks":[{"isFavorite":true},{"isFavorite":false},{}]})", Counts{3, 1}},
         {R"({"tracks":[{"isFavorite":true,"tags":{"isFavorite":true}}]} x)", std::nullopt},
     };
-    for (const Case& own : cases)
+    for (const auto& own : cases)
         EXPECT_EQ(SessionCoding::counts(own.text), own.counts) << own.text.constData();
 }
 
 TEST(SessionCoding, URLTexts)
 {
-    struct Case {
-        QByteArray text;
-        QString path; ///< empty for what is refused
-    };
-    const Case cases[] = {
+    const std::pair<QByteArray, QString> cases[] = {
         {"file:///a%2Fb", QStringLiteral("/a/b")},
         {"file:///%D0%B6", QStringLiteral("/ж")},
         {"file:///ж%25", QStringLiteral("/ж%")},
         {"file://localhost/a", QStringLiteral("/a")},
-        {"file:///a%", {}},
-        {"file:///a%4", {}},
-        {"file:///a%zz", {}},
-        {"file:///a%00b", {}},
-        {"file:///a?b", {}},
-        {"/a/b", {}},
-        {"", {}},
     };
-    for (const Case& own : cases) {
-        const std::optional<QUrl> url = StoredForms::urlFromText(own.text);
-        EXPECT_EQ(url ? url->path(QUrl::FullyDecoded) : QString(), own.path) << own.text.constData();
-    }
+    for (const auto& [text, path] : cases)
+        EXPECT_EQ(StoredForms::urlFromText(text).value_or(QUrl()).path(QUrl::FullyDecoded), path) << text.constData();
+    for (const char* refused :
+         {"file:///a%", "file:///a%4", "file:///a%zz", "file:///a%00b", "file:///a?b", "/a/b", ""})
+        EXPECT_FALSE(StoredForms::urlFromText(refused)) << refused;
 }

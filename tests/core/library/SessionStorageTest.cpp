@@ -60,14 +60,13 @@ protected:
 
 TEST_F(SessionStorage, CheckpointsOfWhatAWriteLoses)
 {
-    struct Case {
+    const struct {
         const char* name;
         QByteArray before;
         QByteArray after;
         int newestAge; ///< seconds; negative for no checkpoint at all
         bool isKept;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"first write", {}, session(3), -1, false},
         {"an empty list before", session(0), session(3), -1, false},
         {"no checkpoint yet", session(3), session(3), -1, true},
@@ -80,7 +79,7 @@ TEST_F(SessionStorage, CheckpointsOfWhatAWriteLoses)
         {"a file of zero bytes", "", session(3), -1, false},
         {"a truncated file", session(3).chopped(5), session(3), -1, false},
     };
-    for (const Case& own : cases) {
+    for (const auto& own : cases) {
         const QTemporaryDir ownFolder;
         WorkspaceSessionStorage fresh(ownFolder.path(), forTests());
         if (!own.before.isNull())

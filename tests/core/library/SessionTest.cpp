@@ -53,7 +53,16 @@ protected:
     }
     void putSession(const SessionRecord& record) { storage->write(SessionCoding::encode(record), 1); }
     int rowsStored() { return stored() ? static_cast<int>(stored()->tracks.size()) : -1; }
+    QList<qint64> rowsOfCopies()
+    {
+        QList<qint64> counts;
+        for (const auto& checkpoint : storage->archives())
+            counts.append(SessionCoding::counts(*storage->readCheckpoint(checkpoint.path))->tracks);
+        return counts;
+    }
     Session& session() { return store->session(); }
+    void put(Track::MetadataDestination list, const QList<Track>& rows) { workspace().setList(list, rows); }
+    void convert(const Track& row) { workspace().setConversionItems({ConversionItem{freshID(), row.url(), {}, {}}}); }
 
     std::unique_ptr<WorkspaceSessionStorage> storage;
 };
@@ -83,14 +92,11 @@ TEST_F(SessionTest, EveryChangeThatIsKeptIsSaved)
     settle();
     const std::pair<const char*, std::function<void()>> changes[] = {
         {"list", [&] { fill(rows.first(1)); }},
-        {"analysis", [&] { workspace().setList(Track::MetadataDestination::Analysis, rows); }},
-        {"keys", [&] { workspace().setList(Track::MetadataDestination::MusicalKey, rows); }},
-        {"duplicates", [&] { workspace().setList(Track::MetadataDestination::Duplicates, rows); }},
+        {"analysis", [&] { put(Track::MetadataDestination::Analysis, rows); }},
+        {"keys", [&] { put(Track::MetadataDestination::MusicalKey, rows); }},
+        {"duplicates", [&] { put(Track::MetadataDestination::Duplicates, rows); }},
         {"roots", [&] { workspace().setDuplicateSearchRoots({rows[0].url()}); }},
-        {"converter",
-         [&] {
-             workspace().setConversionItems({ConversionItem{freshID(), rows[0].url(), {}, {}}});
-         }},
+        {"converter", [&] { convert(rows[0]); }},
         {"selection", [&] { store->selection().select({rows[0].id()}, rows[0].id()); }},
         {"section", [&] { store->selection().switchTo(LibraryTab::Analysis); }},
     };
@@ -142,8 +148,8 @@ TEST_F(SessionTest, TheNextStartShowsWhatWasThere)
 {
     const QList<Track> rows = realRows(5, 2);
     fill(rows);
-    workspace().setList(Track::MetadataDestination::Analysis, rows.first(2));
-    workspace().setConversionItems({ConversionItem{freshID(), rows[0].url(), {}, {}}});
+    put(Track::MetadataDestination::Analysis, rows.first(2));
+    convert(rows[0]);
     workspace().setDuplicateSearchRoots({FileURL::fromPath(folder.path())});
     store->selection().select({rows[1].id(), rows[2].id()}, rows[2].id());
     store->selection().switchTo(LibraryTab::Favorites);
@@ -196,8 +202,8 @@ TEST_F(SessionTest, MissingFilesAreSaidAndStayInACheckpoint)
 {
     const QList<Track> rows = realRows(4, 1);
     fill(rows);
-    workspace().setList(Track::MetadataDestination::Analysis, rows.first(1));
-    workspace().setConversionItems({ConversionItem{freshID(), rows[3].url(), {}, {}}});
+    put(Track::MetadataDestination::Analysis, rows.first(1));
+    convert(rows[3]);
     store->selection().select({rows[0].id(), rows[1].id()}, rows[0].id());
     session().saveWorkspaceSessionSynchronouslyForTermination();
     const QByteArray before = *storage->readSession();
@@ -233,10 +239,7 @@ TEST_F(SessionTest, MissingFilesAreSaidAndStayInACheckpoint)
     startAndRestore();
     EXPECT_EQ(workspace().tracks().size(), 4);
     EXPECT_FALSE(storage->readPendingRestore());
-    qint64 smallest = 4;
-    for (const auto& checkpoint : storage->archives())
-        smallest = std::min(smallest, SessionCoding::counts(*storage->readCheckpoint(checkpoint.path))->tracks);
-    EXPECT_EQ(smallest, 1);
+    EXPECT_TRUE(rowsOfCopies().contains(1));
 }
 
 TEST_F(SessionTest, ASessionThatCannotBeSavedIsToldUntilOneIs)
@@ -293,32 +296,27 @@ TEST_F(SessionTest, WhereASessionComesFrom)
     const QByteArray three = SessionCoding::encode(unknownSection);
     const QByteArray two = SessionCoding::encode(SessionSamples::of(realRows(2)));
     const QByteArray one = SessionCoding::encode(SessionSamples::of(realRows(1)));
-    struct Case {
+    const struct {
         const char* name;
         QByteArray pending;
         QByteArray present;
         QByteArray legacy;
         int rows;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"pending wins", three, two, one, 3},
         {"a pending one that does not decode stays", "{}", two, one, 2},
         {"corrupt file", {}, two.chopped(2), one, 1},
         {"nothing readable", {}, "[", "{", 0},
         {"nothing at all", {}, {}, {}, 0},
     };
-    for (const Case& own : cases) {
+    for (const auto& own : cases) {
         start();
         QDir(folder.filePath(QStringLiteral("data"))).removeRecursively();
         if (!own.pending.isNull())
             storage->writePendingRestore(own.pending);
         QDir().mkpath(folder.filePath(QStringLiteral("data")));
-        QFile file(storage->sessionFile());
-        if (!own.present.isNull()) {
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(own.present);
-            file.close();
-        }
+        if (!own.present.isNull())
+            append(QUrl::fromLocalFile(storage->sessionFile()), own.present);
         preferences.store().set(QStringLiteral("velmora.workspaceSession.v1"), own.legacy);
         session().restore();
         settle();
@@ -342,10 +340,7 @@ TEST_F(SessionTest, RowsThatCameDuringTheRestoreWin)
     EXPECT_EQ(workspace().tracks().size(), 1);
     EXPECT_EQ(rowsStored(), 1);
     EXPECT_FALSE(storage->readPendingRestore());
-    bool isKept = false;
-    for (const auto& checkpoint : storage->archives())
-        isKept |= SessionCoding::counts(*storage->readCheckpoint(checkpoint.path))->tracks == 3;
-    EXPECT_TRUE(isKept);
+    EXPECT_TRUE(rowsOfCopies().contains(3));
 }
 
 TEST_F(SessionTest, TempoAndKeysSurviveForTracksThatAreThere)
@@ -354,12 +349,11 @@ TEST_F(SessionTest, TempoAndKeysSurviveForTracksThatAreThere)
     const QList<Track>& rows = record.tracks;
     const TrackID gone = freshID();
     const auto pathOf = [&](int row) { return FileURL::standardizedPath(rows[row].url()); };
-    for (int row = 0; row < 4; ++row) {
+    record.tempo.estimatedBPMByTrackID = {{gone, QStringLiteral("90")}};
+    for (int row = 0; row < 4; ++row)
         record.tempo.estimatedBPMByTrackID.insert(rows[row].id(), QString::number(120 + row));
+    for (int row = 0; row < 3; ++row)
         record.tempo.estimatedBPMConfidenceByTrackID.insert(rows[row].id(), 0.5);
-    }
-    record.tempo.estimatedBPMByTrackID.insert(gone, QStringLiteral("90"));
-    record.tempo.estimatedBPMConfidenceByTrackID.remove(rows[3].id());
     record.tempo.estimatedBPMByFile.insert(pathOf(0),
                                            *CachedBPMEstimate::make(rows[0].url(), QStringLiteral("120"), 0.5));
     CachedBPMEstimate outdated = *CachedBPMEstimate::make(rows[1].url(), QStringLiteral("121"), 0.5);

@@ -1,24 +1,14 @@
 #include "core/library/imports/StrayTemporaries.h"
-
-#include "async/MainQueue.h"
-#include "core/library/status/StatusLine.h"
-#include "core/library/workspace/Workspace.h"
-#include "platform/FileURL.h"
-#include "platform/Localization.h"
-#include "support/FakeTrashCan.h"
-#include "support/ManualClock.h"
-#include "support/ManualExecutor.h"
-
-#include <gtest/gtest.h>
+#include "core/library/files/FileLocks.h"
+#include "support/StoreFixture.h"
 
 using Case = TrashError::Case;
 using Tone = WorkspaceStatus::Tone;
 
-class StrayTemporariesTest : public testing::Test {
+class StrayTemporariesTest : public StoreFixture {
 protected:
     StrayTemporariesTest()
     {
-        VelmoraLocalization::setLanguage(AppLanguage::Russian);
         QObject::connect(strays.get(), &StrayTemporaries::changed, [this] { ++changes; });
     }
 
@@ -26,20 +16,11 @@ protected:
 
     std::unique_ptr<StrayTemporaries> make()
     {
-        return std::make_unique<StrayTemporaries>(StrayTemporaries::Dependencies{status, executor, locks, &trashCan});
+        return std::make_unique<StrayTemporaries>(
+            StrayTemporaries::Dependencies{store->status(), executor, locks, &trashCan});
     }
 
-    QString statusText() const
-    {
-        return workspace.workspaceStatus() ? workspace.workspaceStatus()->message : QString();
-    }
-
-    ManualClock clock;
-    ManualExecutor executor;
-    Workspace workspace;
-    StatusLine status{workspace, clock};
     FileLocks locks;
-    FakeTrashCan trashCan;
     int changes = 0;
     std::unique_ptr<StrayTemporaries> strays = make();
 };
@@ -84,9 +65,8 @@ TEST_F(StrayTemporariesTest, TheStatusLineSaysWhatCameOfTheMove)
             << "one failure does not hold up the others";
         EXPECT_EQ(strays->list(), row.left);
         EXPECT_EQ(statusText(), row.status);
-        EXPECT_EQ(workspace.workspaceStatus()->tone, row.tone);
+        EXPECT_EQ(workspace().workspaceStatus()->tone, row.tone);
     }
-    clock.advance(async::seconds(60));
 }
 
 TEST_F(StrayTemporariesTest, OneMoveAtATimeAndLateOnesStay)
@@ -108,7 +88,6 @@ TEST_F(StrayTemporariesTest, OneMoveAtATimeAndLateOnesStay)
     executor.runAll();
     EXPECT_TRUE(strays->list().isEmpty());
     EXPECT_EQ(trashCan.asked, (QList<QUrl>{url("a"), url("late")}));
-    clock.advance(async::seconds(60));
 }
 
 TEST_F(StrayTemporariesTest, AnEndInTheMiddleTouchesNothingMore)
@@ -118,5 +97,5 @@ TEST_F(StrayTemporariesTest, AnEndInTheMiddleTouchesNothingMore)
     strays.reset();
     executor.runAll();
     EXPECT_LE(trashCan.asked.size(), 1) << "at most the one that had begun";
-    EXPECT_FALSE(workspace.workspaceStatus());
+    EXPECT_FALSE(workspace().workspaceStatus());
 }

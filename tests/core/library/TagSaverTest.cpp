@@ -139,22 +139,24 @@ TEST_F(TagSaverTest, AFileThatCannotBeReadIsNotOverwritten)
 
 TEST_F(TagSaverTest, AsksOnceBeforeTheFirstSaveThatWouldDropSomething)
 {
-    struct Case {
-        const char* name;
-        TagInventory held;
-        bool isAsked;
-    };
     TagInventory picture, entries, year, unwritable;
     picture.hasPicture = true;
     entries.otherEntries = 1;
     year.unread.year = QStringLiteral("1999");
     unwritable.unwritable = TagField::MusicalKey;
-    const Case cases[] = {{"nothing to lose", {}, false},
-                          {"a picture", picture, true},
-                          {"other entries", entries, true},
-                          {"a year that no row shows", year, true},
-                          {"a field that the container's save leaves out", unwritable, true}};
-    for (const Case& test : cases) {
+    const struct {
+        const char* name;
+        TagInventory held;
+        bool isAsked;
+        bool fails = false;
+    } cases[] = {{"nothing to lose", {}, false},
+                 {"a picture", picture, true},
+                 {"other entries", entries, true},
+                 {"a year that no row shows", year, true},
+                 {"a field that the container's save leaves out", unwritable, true},
+                 {"an inventory that fails", {}, true, true}};
+    for (const auto& test : cases) {
+        files.inventoryFails = test.fails;
         for (const bool keeps : {false, true}) {
             SCOPED_TRACE(test.name);
             preferences.keepsOtherTagEntries.remove();
@@ -177,6 +179,7 @@ TEST_F(TagSaverTest, AsksOnceBeforeTheFirstSaveThatWouldDropSomething)
             EXPECT_EQ(files.calls.first().write.keepsOthers, keeps);
             EXPECT_EQ(files.calls.last().write.keepsOthers, keeps) << "asked once";
             EXPECT_EQ(preferences.keepsOtherTagEntries.get(), keeps);
+            EXPECT_EQ(saver().progress().total, 0);
         }
     }
 }
@@ -257,19 +260,6 @@ TEST_F(TagSaverTest, EditsOfAFailedSaveGoWithTheNext)
     store->tagWriting().assignGenre(QStringLiteral("House"), ids({a}));
     settle();
     EXPECT_EQ(files.calls.last().write.fields, TagField::Genre | TagFields(TagField::Year));
-}
-
-TEST_F(TagSaverTest, AnInventoryThatFailsAsksAndStopsNothing)
-{
-    fillEdited({a});
-    files.inventoryFails = true;
-    saver().writeBatch(items({a}));
-    settle();
-    EXPECT_TRUE(workspace().isAskingWhatSavesKeep());
-    saver().answerWhatSavesKeep(true);
-    settle();
-    EXPECT_EQ(files.calls.size(), 1);
-    EXPECT_EQ(saver().progress().total, 0);
 }
 
 // A session may hold guesses of a run that ended in the middle of an import, and fields that no read supplies.

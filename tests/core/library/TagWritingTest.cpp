@@ -198,15 +198,6 @@ TEST_F(TagWritingTest, AnUndoLeavesLaterEditsOfOtherFieldsAlone)
     settle();
 }
 
-TEST_F(TagWritingTest, SetsTheKeyOfRowsByTheirFile)
-{
-    QList<Track> rows{one, two};
-    TagWriting::synchronizeMusicalKeyTags({{QStringLiteral("/music/two.mp3"), QStringLiteral("8A")}}, rows);
-    EXPECT_TRUE(rows.at(0).isSameValueAs(one));
-    EXPECT_EQ(rows.at(1).tags().musicalKey, QStringLiteral("8A"));
-    EXPECT_NE(rows.at(1).metadataVersion().tags, two.metadataVersion().tags);
-}
-
 TEST_F(TagWritingTest, PutsOriginalTagsBackWhereTheyAreKept)
 {
     fill({one, two, plain});
@@ -265,12 +256,11 @@ TEST_F(TagWritingTest, TakesARestoreBack)
 // What others wrote, and what no undo takes back, is no less the user's than what a restore took away.
 TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
 {
-    struct Case {
+    const struct {
         const char* name;
         std::function<void(const Track&)> change;
         bool isLeftAlone;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"nothing", [](const Track&) {}, false},
         {"by another program", [&](const Track& row) { append(row.url(), "more"); }, true},
         {"no step",
@@ -287,7 +277,7 @@ TEST_F(TagWritingTest, AnUndoOfARestoreLeavesLaterChangesAlone)
          false},
     };
     int number = 0;
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         const Track row = read(file(QStringLiteral("%1.mp3").arg(++number)).toLocalFile());
         fill({row});

@@ -15,14 +15,13 @@ protected:
 
 TEST_F(TempoChoicesTest, DoublingAndHalvingStayWithinWhatMusicHas)
 {
-    struct Row {
+    const struct {
         const char* name;
         const char* estimate; ///< "-" for none
         const char* tag;
         double factor;
         const char* result;
-    };
-    const Row cases[] = {
+    } cases[] = {
         {"estimate", "90", "", 2, "180"},
         {"half, rounded up", "129", "", 0.5, "65"},
         {"estimate before tag", "90", "100", 2, "180"},
@@ -35,7 +34,7 @@ TEST_F(TempoChoicesTest, DoublingAndHalvingStayWithinWhatMusicHas)
         {"too slow", "38", "", 0.5, "38"},
         {"hardly a number", "1e999", "", 2, "1e999"},
     };
-    for (const Row& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         const Track row = withTempo(make(1).first(), test.tag);
         fill({row});
@@ -83,15 +82,14 @@ TEST_F(TempoChoicesTest, WithoutANewEstimateTheOldOneStays)
     const auto settles = [this](const QList<Track>&) { settle(); };
     const auto stops = [this](const QList<Track>&) { tempo().dropBPMQueue(); };
     const auto chooses = [this](const QList<Track>& rows) { choices().setTempo(ids(rows), 130); };
-    struct Row {
+    const struct {
         const char* name;
         std::function<void(const QList<Track>&)> act;
         QString estimate;
-    };
-    const Row cases[] = {{"the analysis fails", settles, QStringLiteral("140")},
-                         {"it is stopped", stops, QStringLiteral("140")},
-                         {"another one is chosen", chooses, QStringLiteral("130")}};
-    for (const Row& test : cases) {
+    } cases[] = {{"the analysis fails", settles, QStringLiteral("140")},
+                 {"it is stopped", stops, QStringLiteral("140")},
+                 {"another one is chosen", chooses, QStringLiteral("130")}};
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         const QList<Track> tracks = make(1);
         choices().setTempo(ids(tracks), 140);
@@ -159,13 +157,12 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
     const auto retitle = [this](const Track& row) { type(row, {{&AudioTags::title, "title"}}); };
     const auto restore = [this](const Track& row) { store->originalTags().restore({row.id()}); };
     const auto change = [](const Track& row) { append(row.url(), "other music"); };
-    struct Row {
+    const struct {
         const char* name;
         std::function<void(const Track&)> act;
         bool fails;
         QString estimate; ///< of the next start
-    };
-    const Row cases[] = {
+    } cases[] = {
         {"a save", retitle, false, QStringLiteral("140")},
         {"two saves",
          [&](const Track& row) {
@@ -185,7 +182,7 @@ TEST_F(TempoChoicesTest, WhatIsKnownOfAFileOutlastsTheProgramsOwnWrites)
         {"half a save", retitle, true, QStringLiteral("124")},
     };
     filesHold();
-    for (const Row& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         const Track row = make(1, Track::TagSource::Read).first();
         choices().setTempo({row.id()}, 140);

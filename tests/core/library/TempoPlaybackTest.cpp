@@ -30,20 +30,19 @@ TEST_F(TempoPlaybackTest, PlayingAQueuedTrackBringsItToTheFrontAndNothingElse)
 
 TEST_F(TempoPlaybackTest, PlayingQueuesATrackOnlyIntoABatchThatRuns)
 {
-    struct Row {
+    const struct {
         const char* name;
         int batch;
         const char* tag;
         std::optional<QString> estimate;
         const char* heard;
-    };
-    const Row cases[] = {
+    } cases[] = {
         {"nothing runs", 0, "", {}, ""},
         {"a batch runs", 2, "", {}, "bac"},
         {"it has a tag", 2, "100", {}, "ba"},
         {"it has an estimate", 2, "", QStringLiteral("100"), "ba"},
     };
-    for (const Row& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
         QList<Track> tracks = make(3);
         tracks[2] = withTempo(tracks[2], test.tag);
@@ -58,55 +57,6 @@ TEST_F(TempoPlaybackTest, PlayingQueuesATrackOnlyIntoABatchThatRuns)
         pause();
         finish();
     }
-}
-
-TEST_F(TempoPlaybackTest, AnalysesChangeTheirPaceWithThePlayer)
-{
-    const QList<Track> tracks = make(4);
-    tempo().detectBPM(ids(tracks));
-    ASSERT_EQ(executor.pendingCount(), 2);
-    play(std::nullopt);
-    wait(2);
-    EXPECT_EQ(executor.pendingCount(), 2) << "no other one starts beside those that have not gone yet";
-    executor.runOne();
-    EXPECT_EQ(executor.pendingCount(), 1);
-    executor.runOne();
-    ASSERT_EQ(executor.pendingCount(), 1) << "one at a time";
-    EXPECT_TRUE(isAnalyzing(tracks[1])) << "the one that was put back last";
-    play(std::nullopt);
-    executor.runOne();
-    EXPECT_EQ(modes.size(), 1) << "a gentle one goes on";
-    EXPECT_TRUE(modes.last().lowImpact);
-
-    pause();
-    executor.runOne();
-    EXPECT_EQ(modes.size(), 1) << "stopped, to begin again at full pace";
-    wait(0.06);
-    ASSERT_EQ(executor.pendingCount(), 2);
-    executor.runAll();
-    EXPECT_EQ(modes.size(), 4);
-    EXPECT_FALSE(modes.last().lowImpact);
-    EXPECT_EQ(QSet<QString>(analysed.cbegin(), analysed.cend()).size(), 4);
-}
-
-TEST_F(TempoPlaybackTest, KeysWaitForTheEndOfTheMusicWhileTemposGoOn)
-{
-    const QList<Track> tracks = make(2);
-    workspace().setList(Track::MetadataDestination::MusicalKey, {tracks[0]});
-    play(std::nullopt);
-    tempo().detectBPM(ids(tracks));
-    store->keys().analyzeMusicalKey(ids({tracks[0]}));
-    finish();
-    EXPECT_EQ(heard(), "ab");
-    EXPECT_TRUE(keyURLs.isEmpty());
-    ASSERT_TRUE(store->board().first());
-    pause();
-    wait(0.59);
-    play(std::nullopt); // the next song
-    finish();
-    pause();
-    finish();
-    EXPECT_EQ(keyURLs.size(), 1);
 }
 
 TEST_F(TempoPlaybackTest, ABatchSavesEveryFiveSecondsAndAtItsEnd)

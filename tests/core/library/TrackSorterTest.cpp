@@ -45,31 +45,17 @@ protected:
 TEST_F(TrackSorterTest, TheNumberInATempoText)
 {
     const double infinity = std::numeric_limits<double>::infinity();
-    const QList<QPair<QString, std::optional<double>>> cases{
-        {QStringLiteral("128"), 128},
-        {QStringLiteral("128,5"), 128.5},
-        {QStringLiteral("128.5 BPM"), 128.5},
-        {QStringLiteral("ca. 128"), 128},
-        {QStringLiteral("~"), std::nullopt},
-        {QString(), std::nullopt},
-        {QStringLiteral("128."), 128},
-        {QStringLiteral(",5"), 0.5},
-        {QStringLiteral("."), std::nullopt},
-        {QStringLiteral("1.2.3 and 90"), 90},
-        {QStringLiteral("-128"), 128},
-        {QStringLiteral("1e3"), 1},
-        {QStringLiteral("128/64"), 128},
-        {QStringLiteral("½ 100"), 100},
-        {QStringLiteral("128½"), std::nullopt}, // one piece, and no number
-        {QStringLiteral("١٢٨"), std::nullopt},
-        {QStringLiteral("𝟏𝟐𝟖x99"), 99}, // digits beyond the basic plane are numbers too
-        {QStringLiteral("1𝟐8"), std::nullopt},
-        {QStringLiteral("😀77"), 77},
-        {QString(400, u'9'), infinity},
-        {QStringLiteral("0.") + QString(400, u'0') + u'1', 0},
+    const std::pair<const char*, std::optional<double>> cases[] = {
+        {"128", 128},   {"128,5", 128.5}, {"128.5 BPM", 128.5}, {"ca. 128", 128}, {"~", {}},
+        {"", {}},       {"128.", 128},    {",5", 0.5},          {".", {}},        {"1.2.3 and 90", 90},
+        {"-128", 128},  {"1e3", 1},       {"128/64", 128},      {"½ 100", 100},   {"١٢٨", {}},
+        {"1𝟐8", {}},    {"😀77", 77},      {"128½", {}}, // one piece, and no number
+        {"𝟏𝟐𝟖x99", 99},                                 // digits beyond the basic plane are numbers too
     };
+    EXPECT_EQ(TrackSorter::bpmNumber(QString(400, u'9')), infinity);
+    EXPECT_EQ(TrackSorter::bpmNumber(QStringLiteral("0.") + QString(400, u'0') + u'1'), 0);
     for (const auto& [text, expected] : cases)
-        EXPECT_EQ(TrackSorter::bpmNumber(text), expected) << qPrintable(text.left(40));
+        EXPECT_EQ(TrackSorter::bpmNumber(QString::fromUtf8(text)), expected) << text;
 }
 
 TEST_F(TrackSorterTest, AnEstimateStandsBeforeTheTag)
@@ -83,14 +69,13 @@ TEST_F(TrackSorterTest, AnEstimateStandsBeforeTheTag)
 TEST_F(TrackSorterTest, EveryFieldInBothDirections)
 {
     const auto rated = [](Popularity value) { return std::optional(value); };
-    struct Case {
+    const struct {
         const char* name;
         Field field;
         std::vector<SortRow> rows;
         const char* ascending;
         const char* descending;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"the order that is there", Field::Original, {{"b"}, {"a"}}, "b a", "b a"},
         {"names: numbers by value, case alone is no difference",
          Field::Name,
@@ -145,7 +130,7 @@ TEST_F(TrackSorterTest, EveryFieldInBothDirections)
          "a b",
          "b a"},
     };
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         const Rows given = rows(test.rows);
         EXPECT_EQ(order(given, test.field, Direction::Ascending), test.ascending) << test.name;
         EXPECT_EQ(order(given, test.field, Direction::Descending), test.descending) << test.name;

@@ -4,21 +4,18 @@ using Kind = ListChange::Kind;
 
 TEST_F(StoreFixture, TellsHowTheListChanged)
 {
-    const Track a = track(QStringLiteral("a.mp3"));
-    const Track b = track(QStringLiteral("b.mp3"));
     Track starred = b;
     starred.setIsInCoverWorkspace(true);
     Track moved = a.withID(a.id());
     const Track elsewhere(a.id(), FileURL::fromPath(QStringLiteral("/other/a.mp3")));
 
-    struct Case {
+    const struct {
         const char* name;
         QList<Track> before, after;
         std::optional<Kind> kind; ///< nothing: no signal at all
         QList<int> rows;
         int first = 0;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"same values", {a, b}, {a, b}, {}, {}, 0},
         {"one value", {a, b}, {a, starred}, Kind::Contents, {1}, 0},
         {"a renamed file keeps its row", {a, b}, {elsewhere, b}, Kind::Contents, {0}, 0},
@@ -28,7 +25,7 @@ TEST_F(StoreFixture, TellsHowTheListChanged)
         {"removed", {a, b}, {b}, Kind::Structure, {}, 0},
         {"swapped", {a, b}, {b, a}, Kind::Structure, {}, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         fill({});
         fill(c.before);
@@ -54,7 +51,6 @@ TEST_F(StoreFixture, TellsHowTheListChanged)
 
 TEST_F(StoreFixture, RevisionRisesWithEveryChangeButThatOfAStar)
 {
-    const Track a = track(QStringLiteral("a.mp3"));
     fill({a});
     const int before = workspace().playlistAnalysisRevision();
     store->favorites().toggleFavorites({a.id()});

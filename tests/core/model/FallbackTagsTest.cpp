@@ -5,12 +5,11 @@
 
 TEST(FallbackTags, AreGuessedFromTheFileName)
 {
-    struct Row {
+    const struct {
         const char* name;
         const char* artist;
         const char* title;
-    };
-    const Row rows[] = {
+    } rows[] = {
         // No prefix.
         {"Artist - Title.mp3", "Artist", "Title"},
         {"Title.mp3", "", "Title"},
@@ -60,7 +59,7 @@ TEST(FallbackTags, AreGuessedFromTheFileName)
         {"Artist - Mr. Title.mp3", "Artist", "Mr. Title"},
         {".mp3", "", ".mp3"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         AudioTags expected;
         expected.artist = QString::fromUtf8(row.artist);
         expected.title = QString::fromUtf8(row.title);

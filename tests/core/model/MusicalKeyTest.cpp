@@ -48,25 +48,13 @@ TEST(MusicalKey, NormalizesCodes)
         {u"\u00A01A\u2003", u"1A"},
         {u"+8A", u"8A"}, // as every whole number may be written
         {u"0000000000000000000012A", u"12A"},
-        {u"0A", {}},
-        {u"13A", {}},
-        {u"-8A", {}},
-        {u"8", {}},
-        {u"A", {}},
-        {u"A8", {}},
-        {u"8C", {}},
-        {u"8 A", {}},
-        {u"8.0A", {}},
-        {u"4294967304A", {}}, // 8 after an overflow of 32 bits
-        {u"18446744073709551624A", {}},
-        {u"٨A", {}}, // digits of another script
-        {u"8А", {}}, // a Cyrillic letter
-        {u"8AB", {}},
-        {u"+A", {}},
-        {u"", {}},
-        {u"  ", {}},
     };
     expectCodes(kCases, &MusicalKey::normalizedCamelotCode);
+    // Among them 8 after an overflow of 32 and of 64 bits, digits of another script and a Cyrillic letter.
+    const QString none =
+        QStringLiteral("0A|13A|-8A|8|A|A8|8C|8 A|8.0A|4294967304A|18446744073709551624A|٨A|8А|8AB|+A||  ");
+    for (const QString& text : none.split(u'|'))
+        EXPECT_FALSE(MusicalKey::normalizedCamelotCode(text)) << qPrintable(text);
 }
 
 TEST(MusicalKey, ReadsWhatTagsHold)
@@ -88,20 +76,9 @@ TEST(MusicalKey, ReadsWhatTagsHold)
 
 TEST(MusicalKey, KnowsAllNamesOfNotes)
 {
-    const QStringList names[] = {{QStringLiteral("c"), QStringLiteral("b#")},
-                                 {QStringLiteral("c#"), QStringLiteral("db")},
-                                 {QStringLiteral("d")},
-                                 {QStringLiteral("d#"), QStringLiteral("eb")},
-                                 {QStringLiteral("e"), QStringLiteral("fb")},
-                                 {QStringLiteral("f"), QStringLiteral("e#")},
-                                 {QStringLiteral("f#"), QStringLiteral("gb")},
-                                 {QStringLiteral("g")},
-                                 {QStringLiteral("g#"), QStringLiteral("ab")},
-                                 {QStringLiteral("a")},
-                                 {QStringLiteral("a#"), QStringLiteral("bb")},
-                                 {QStringLiteral("b"), QStringLiteral("cb")}};
+    const QStringList names = QStringLiteral("c b#|c# db|d|d# eb|e fb|f e#|f# gb|g|g# ab|a|a# bb|b cb").split(u'|');
     for (int pitchClass = 0; pitchClass < 12; ++pitchClass) {
-        for (const QString& name : names[pitchClass]) {
+        for (const QString& name : names[pitchClass].split(u' ')) {
             EXPECT_EQ(MusicalKey::camelotCode(name), MusicalKey(pitchClass, MusicalKeyMode::Major).camelot());
             EXPECT_EQ(MusicalKey::camelotCode(name + u'm'), MusicalKey(pitchClass, MusicalKeyMode::Minor).camelot());
         }

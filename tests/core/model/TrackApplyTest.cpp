@@ -1,6 +1,5 @@
-#include "core/model/LoadedTrackMetadata.h"
-#include "core/model/Track.h"
 #include "platform/FileURL.h"
+#include "support/TagTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -8,10 +7,9 @@ namespace {
 
 LoadedTrackMetadata finishedRead()
 {
-    LoadedTrackMetadata metadata;
-    metadata.tags.title = QStringLiteral("read title");
+    LoadedTrackMetadata metadata =
+        TagTexts::read(TagTexts::of({{&AudioTags::title, "read title"}}), ArtworkData::intern("read picture"));
     metadata.duration = 200.5;
-    metadata.artworkData = ArtworkData::intern("read picture");
     metadata.bitRate = 320'000;
     metadata.bitDepth = 24;
     metadata.format = QStringLiteral("MP3");
@@ -22,7 +20,7 @@ LoadedTrackMetadata finishedRead()
 
 TEST(TrackApply, TakesWhatIsNotStale)
 {
-    struct Row {
+    const struct {
         const char* name;
         bool otherFile;
         bool tagsMovedOn;
@@ -31,8 +29,7 @@ TEST(TrackApply, TakesWhatIsNotStale)
         bool takesFacts;
         bool takesTags;
         bool takesArtwork;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"nothing moved on", false, false, false, false, true, true, true},
         {"tags were edited meanwhile", false, true, false, false, true, false, true},
         {"artwork was replaced meanwhile", false, false, true, false, true, true, false},
@@ -40,17 +37,15 @@ TEST(TrackApply, TakesWhatIsNotStale)
         {"a decoded picture stands here", false, false, false, true, true, true, false},
         {"another file", true, false, false, false, false, false, false},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const QUrl url = FileURL::fromPath(QStringLiteral("/music/a.flac"));
         Track track = Track::unread(url);
         if (row.pictureAtHand)
             track.replaceArtwork(ArtworkData(), QImage(1, 1, QImage::Format_RGB32));
         const Track::MetadataVersion version = track.metadataVersion();
-        AudioTags edited = track.tags();
-        edited.title = QStringLiteral("edited");
         if (row.tagsMovedOn)
-            track.replaceTags(edited);
+            track = TagTexts::on(track, {{&AudioTags::title, "edited"}});
         if (row.artworkMovedOn)
             track.replaceArtwork(ArtworkData::intern("fresh picture"), QImage());
         const Track before = track;
@@ -93,9 +88,7 @@ TEST(TrackApply, AFileWithoutAPictureLosesTheOldOne)
 TEST(TrackApply, LeavesEditedFieldsToTheUser)
 {
     Track track = Track::unread(FileURL::fromPath(QStringLiteral("/music/a.mp3")));
-    AudioTags typed;
-    typed.genre = QStringLiteral("House");
-    track.edit(typed, TagField::Genre | TagFields(TagField::Year));
+    track.edit(TagTexts::of({{&AudioTags::genre, "House"}}), TagField::Genre | TagFields(TagField::Year));
     LoadedTrackMetadata metadata = finishedRead();
     metadata.tags.genre = QStringLiteral("Old");
     EXPECT_TRUE(track.apply(metadata, track.url(), track.metadataVersion()));

@@ -5,24 +5,13 @@
 
 class InspectorModelTest : public StoreFixture {
 protected:
-    static Track tagged(const QString& name, const AudioTags& tags)
-    {
-        Track result = track(name);
-        result.replaceTags(tags);
-        return result;
-    }
-    static AudioTags tags(const QString& title, const QString& genre)
-    {
-        AudioTags result;
-        result.title = title;
-        result.genre = genre;
-        return result;
-    }
     void follow(const QList<Track>& selected) { model.follow(workspace().tracks(), ids(selected)); }
 
-    const Track a = tagged(QStringLiteral("a.mp3"), tags(QStringLiteral("A"), QStringLiteral("House")));
-    const Track b = tagged(QStringLiteral("b.mp3"), tags(QStringLiteral("B"), QStringLiteral("House")));
-    const Track c = tagged(QStringLiteral("c.aac"), tags(QStringLiteral("C"), {}));
+    const Track a =
+        TagTexts::on(track(QStringLiteral("a.mp3")), {{&AudioTags::title, "A"}, {&AudioTags::genre, "House"}});
+    const Track b =
+        TagTexts::on(track(QStringLiteral("b.mp3")), {{&AudioTags::title, "B"}, {&AudioTags::genre, "House"}});
+    const Track c = TagTexts::on(track(QStringLiteral("c.aac")), {{&AudioTags::title, "C"}});
     InspectorModel model;
 };
 
@@ -108,14 +97,11 @@ TEST_F(InspectorModelTest, LaterValuesComeInAroundTheEdits)
     fill({a, b});
     follow({a});
     model.edit(TagField::Title, QStringLiteral("A2"));
-    Track read = a;
-    read.replaceTags(tags(QStringLiteral("read"), QStringLiteral("Techno")));
-    fill({read, b});
+    replace(a, {{&AudioTags::title, "read"}, {&AudioTags::genre, "Techno"}});
     follow({a});
     EXPECT_EQ(model.text(TagField::Title), QStringLiteral("A2"));
     EXPECT_EQ(model.text(TagField::Genre), QStringLiteral("Techno"));
-    read.replaceTags(tags(QStringLiteral("A2"), QStringLiteral("Techno")));
-    fill({read, b});
+    replace(a, {{&AudioTags::title, "A2"}});
     follow({b});
     EXPECT_FALSE(model.touched()) << "the file says by now what was typed";
     EXPECT_EQ(model.ids(), ids({b}));
@@ -139,11 +125,7 @@ TEST_F(InspectorModelTest, CoversOfDifferentPicturesAreStacked)
 
 TEST_F(InspectorModelTest, TheFileAnswersForFieldsThatNoReadSupplies)
 {
-    Track typed = a;
-    AudioTags withTempo = a.tags();
-    withTempo.bpm = QStringLiteral("128");
-    typed.replaceTags(withTempo);
-    fill({typed, b});
+    fill({TagTexts::on(a, {{&AudioTags::bpm, "128"}}), b});
     follow({a});
     TagInventory inventory;
     inventory.unread.year = QStringLiteral("2019");
@@ -174,10 +156,7 @@ TEST_F(InspectorModelTest, FormatsDecideWhatCanBeWritten)
 
 TEST_F(InspectorModelTest, TheSummarySaysWhatASaveTakesAway)
 {
-    Track withYear = a;
-    AudioTags year = a.tags();
-    year.year = QStringLiteral("2020");
-    withYear.replaceTags(year);
+    const Track withYear = TagTexts::on(a, {{&AudioTags::year, "2020"}});
     fill({withYear, b, c});
     TagInventory bare, pictured, full, unknown;
     unknown.isUnknown = true;
@@ -191,33 +170,27 @@ TEST_F(InspectorModelTest, TheSummarySaysWhatASaveTakesAway)
         QList<Track> selected;
         std::optional<TagInventory> inventory;
         bool keeps;
-        QString text;
+        const char* text;
     } kCases[]{
-        {{}, {}, false, QString()},
-        {{b}, {}, false, QString()},
-        {{b}, bare, false, QStringLiteral("В файле нет ничего лишнего")},
-        {{b}, pictured, false, QStringLiteral("Сохранение удалит обложку")},
-        {{b}, full, false, QStringLiteral("Сохранение удалит обложку и 5 других полей")},
-        {{withYear}, full, false, QStringLiteral("Сохранение удалит обложку и 4 других поля")},
-        {{b}, full, true, QStringLiteral("Обложка и прочие поля файла останутся")},
-        {{a, b}, {}, true, QStringLiteral("Обложки и прочие поля файлов останутся")},
-        {{a, b}, {}, false, QStringLiteral("Сохранение удалит обложки и прочие поля")},
-        {{b}, unknown, false, QStringLiteral("Теги файла прочитаны не полностью: сохранение перезапишет их")},
-        {{b}, unknown, true, QStringLiteral("Обложка и прочие поля файла останутся")},
-        {{a, c},
-         {},
-         false,
-         QStringLiteral("Теги можно записать в 1 из 2 файлов. Сохранение удалит обложки и прочие поля")},
-        {{a, c},
-         {},
-         true,
-         QStringLiteral("Теги можно записать в 1 из 2 файлов. Обложки и прочие поля файлов останутся")},
-        {{c}, {}, true, QStringLiteral("Теги в файлах этого формата изменить нельзя")},
+        {{}, {}, false, ""},
+        {{b}, {}, false, ""},
+        {{b}, bare, false, "В файле нет ничего лишнего"},
+        {{b}, pictured, false, "Сохранение удалит обложку"},
+        {{b}, full, false, "Сохранение удалит обложку и 5 других полей"},
+        {{withYear}, full, false, "Сохранение удалит обложку и 4 других поля"},
+        {{b}, full, true, "Обложка и прочие поля файла останутся"},
+        {{a, b}, {}, true, "Обложки и прочие поля файлов останутся"},
+        {{a, b}, {}, false, "Сохранение удалит обложки и прочие поля"},
+        {{b}, unknown, false, "Теги файла прочитаны не полностью: сохранение перезапишет их"},
+        {{b}, unknown, true, "Обложка и прочие поля файла останутся"},
+        {{a, c}, {}, false, "Теги можно записать в 1 из 2 файлов. Сохранение удалит обложки и прочие поля"},
+        {{a, c}, {}, true, "Теги можно записать в 1 из 2 файлов. Обложки и прочие поля файлов останутся"},
+        {{c}, {}, true, "Теги в файлах этого формата изменить нельзя"},
     };
     for (const auto& each : kCases) {
         follow(each.selected);
         model.setInventory(each.inventory);
-        EXPECT_EQ(SaveSummary::text(model, each.keeps), each.text);
+        EXPECT_EQ(SaveSummary::text(model, each.keeps), QString::fromUtf8(each.text));
     }
     follow({b});
     model.setInventory(full);

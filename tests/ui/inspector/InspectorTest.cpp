@@ -17,7 +17,6 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPlainTextEdit>
-#include <QRegularExpression>
 #include <QScrollBar>
 
 class InspectorTest : public WindowFixture {
@@ -30,12 +29,6 @@ protected:
     }
     ~InspectorTest() override { QGuiApplication::clipboard()->clear(); }
 
-    static Track stream()
-    {
-        Track result = track(QStringLiteral("stream.aac"));
-        result.setIsInPlaylist(true);
-        return result;
-    }
     void select(const QList<Track>& tracks)
     {
         dashboard.select(ids(tracks), tracks.isEmpty() ? std::nullopt : std::optional(tracks.first().id()));
@@ -56,15 +49,9 @@ protected:
     /// Holds a picture over the well, then drops it. \return whether the well took it.
     bool drop(const QMimeData& data)
     {
-        CoverWell& well = inspector().well();
-        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&well, &enter);
-        if (!enter.isAccepted())
-            return false;
-        QDropEvent event(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&well, &event);
+        const bool isTaken = enter(inspector().well(), data) && WindowFixture::drop(inspector().well(), data);
         turn();
-        return event.isAccepted();
+        return isTaken;
     }
     QUrl pictureFile()
     {
@@ -77,16 +64,14 @@ protected:
 
     const Track first = fullTrack(QStringLiteral("Low Sun"), picture(qRgb(10, 20, 30)));
     const Track second = fullTrack(QStringLiteral("Untold"));
-    const Track other = stream();
+    const Track other = track(QStringLiteral("stream.aac"));
 };
 
 TEST_F(InspectorTest, EditsThatAreNotInTheirFilesAreSaid)
 {
     const QString told = QStringLiteral("Не записано в файл: Жанр");
     Track edited = first;
-    AudioTags tags = edited.tags();
-    tags.genre = QStringLiteral("Dub");
-    edited.edit(tags, TagField::Genre);
+    edited.edit(TagTexts::of({{&AudioTags::genre, "Dub"}}, first.tags()), TagField::Genre);
     fill({edited, second});
     const auto says = [&](const QString& text) {
         const QList<WrappedText*> texts = inspector().findChildren<WrappedText*>();
@@ -96,8 +81,7 @@ TEST_F(InspectorTest, EditsThatAreNotInTheirFilesAreSaid)
     EXPECT_TRUE(says(QStringLiteral("правки ещё не в файлах: 1")));
     select({edited});
     EXPECT_TRUE(says(told));
-    const TrackListModel& model = table().tracks();
-    const QModelIndex title = model.index(*model.rowOf(edited.id()), *model.columnOf(TrackColumn::Title));
+    const QModelIndex title = cell(*table().tracks().rowOf(edited.id()), TrackColumn::Title);
     EXPECT_TRUE(title.data(Qt::AccessibleTextRole).toString().contains(told));
     EXPECT_EQ(static_cast<TrackDelegate*>(table().itemDelegate())->tooltip(title, QRect(0, 0, 900, 52)), told);
     select({second});
@@ -130,8 +114,7 @@ TEST_F(InspectorTest, OpensAndClosesByKeyAndButtonInTheLibrarySectionsAlone)
     toggle();
     EXPECT_TRUE(inspector().isVisible());
     for (LibraryTab tab : kAllLibraryTabs) {
-        dashboard.activateTab(tab);
-        turn();
+        open(tab);
         const bool isLibrary = tab == LibraryTab::Playlist || tab == LibraryTab::Favorites || tab == LibraryTab::Covers;
         EXPECT_EQ(inspector().isVisible(), isLibrary) << qPrintable(rawValue(tab));
         EXPECT_EQ(window->section(tab).isAncestorOf(&inspector()), isLibrary);
@@ -185,26 +168,23 @@ TEST_F(InspectorTest, TabWalksTheFieldsAsTheyStand)
 
 TEST_F(InspectorTest, OnlyTouchedFieldsAreSaved)
 {
-    const struct {
-        const char* name;
-        std::function<void()> save;
-    } kCases[]{
+    const std::pair<const char*, std::function<void()>> kWays[]{
         {"return", [&] { QTest::keyClick(&field(TagField::Year).editor(), Qt::Key_Return); }},
         {"key", [&] { QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier); }},
         {"button", [&] { inspector().saveBar().save().click(); }},
         {"comment", [&] { QTest::keyClick(&field(TagField::Comment).editor(), Qt::Key_Return); }},
     };
     select({first, second});
-    for (const auto& each : kCases) {
+    for (const auto& [name, save] : kWays) {
         dashboard.calls.clear();
         EXPECT_FALSE(inspector().saveBar().save().isEnabled());
-        each.save();
-        EXPECT_EQ(dashboard.count("saveTags"), 0) << each.name << ": nothing was touched";
+        save();
+        EXPECT_EQ(dashboard.count("saveTags"), 0) << name << ": nothing was touched";
         type(TagField::Year, QStringLiteral("1999"));
         type(TagField::Comment, QStringLiteral("late"));
         EXPECT_TRUE(inspector().saveBar().save().isEnabled());
-        each.save();
-        ASSERT_EQ(dashboard.count("saveTags"), 1) << each.name;
+        save();
+        ASSERT_EQ(dashboard.count("saveTags"), 1) << name;
         const FakeDashboard::Call call = dashboard.last("saveTags");
         EXPECT_EQ(call.ids, ids({first, second}));
         EXPECT_EQ(call.text, QString::number((TagFields(TagField::Year) | TagField::Comment).toInt()));
@@ -245,16 +225,14 @@ TEST_F(InspectorTest, UnsavedEditsStayWithTheirTrack)
     dashboard.activateTab(LibraryTab::Analysis);
     dashboard.activateTab(LibraryTab::Playlist);
     select({second});
-    EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Other")) << "neither closing nor leaving loses them";
+    speakEnglish();
+    turn();
+    EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Other"))
+        << "neither closing nor leaving nor another language loses them";
     strip.save().click();
     EXPECT_EQ(dashboard.last("saveTags").ids, ids({first}));
     EXPECT_FALSE(strip.isVisible());
     EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Untold"));
-    type(TagField::Title, QStringLiteral("Gone"));
-    fill({first, other});
-    select({first});
-    EXPECT_FALSE(strip.isVisible()) << "edits end with their row";
-    EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Low Sun"));
 }
 
 TEST_F(InspectorTest, ValuesComeInLiveAroundWhatIsTyped)
@@ -262,9 +240,7 @@ TEST_F(InspectorTest, ValuesComeInLiveAroundWhatIsTyped)
     select({first});
     type(TagField::Title, QStringLiteral("Oter"));
     line(TagField::Title).setCursorPosition(1);
-    Track read = now(first);
-    read = TagTexts::on(read, {{&AudioTags::title, "Read"}, {&AudioTags::genre, "Techno"}});
-    fill({read, second, other});
+    replace(first, {{&AudioTags::title, "Read"}, {&AudioTags::genre, "Techno"}});
     turn();
     EXPECT_EQ(line(TagField::Genre).text(), QStringLiteral("Techno"));
     EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Oter"));
@@ -296,33 +272,24 @@ TEST_F(InspectorTest, KeysOfTheProgramAreTextInAField)
 TEST_F(InspectorTest, APictureIsTakenFromADropAndFromTheClipboard)
 {
     const QByteArray png = picture(qRgb(1, 2, 3));
-    QMimeData encoded, bare, file, text, audio, remote;
+    QMimeData encoded, file, audio;
     encoded.setData(QStringLiteral("image/png"), png);
-    bare.setImageData(QImage::fromData(png));
     file.setUrls({first.url(), pictureFile()});
-    text.setText(QStringLiteral("cover.png"));
     audio.setUrls({first.url()});
-    remote.setUrls({QUrl(QStringLiteral("https://example.org/cover.png"))});
     const struct {
-        const char* name;
         const QMimeData& data;
         bool isTaken;
         QRgb colour;
-    } kCases[]{{"encoded", encoded, true, qRgb(1, 2, 3)},
-               {"image", bare, true, qRgb(1, 2, 3)},
-               {"file", file, true, qRgb(200, 30, 60)},
-               {"text", text, false, 0},
-               {"audio", audio, false, 0},
-               {"remote", remote, false, 0}};
+    } kCases[]{{encoded, true, qRgb(1, 2, 3)}, {file, true, qRgb(200, 30, 60)}, {audio, false, 0}};
     select({first, second, other});
     for (const auto& each : kCases) {
         dashboard.calls.clear();
-        EXPECT_EQ(drop(each.data), each.isTaken) << each.name;
-        ASSERT_EQ(dashboard.count("assignArtwork"), each.isTaken ? 1 : 0) << each.name;
+        EXPECT_EQ(drop(each.data), each.isTaken);
+        ASSERT_EQ(dashboard.count("assignArtwork"), each.isTaken ? 1 : 0);
         if (!each.isTaken)
             continue;
         EXPECT_EQ(dashboard.last("assignArtwork").ids, ids({first, second})) << "the stream takes no picture";
-        EXPECT_EQ(QImage::fromData(dashboard.assignedImage).pixel(1, 1), each.colour) << each.name;
+        EXPECT_EQ(QImage::fromData(dashboard.assignedImage).pixel(1, 1), each.colour);
     }
     dashboard.calls.clear();
     QGuiApplication::clipboard()->setImage(QImage::fromData(png));
@@ -430,29 +397,4 @@ TEST_F(InspectorTest, GenresAreSuggested)
     completer->setCompletionPrefix(QStringLiteral("hou"));
     ASSERT_EQ(completer->completionCount(), 1);
     EXPECT_EQ(completer->currentCompletion(), QStringLiteral("Deep House"));
-}
-
-TEST_F(InspectorTest, ALanguageSwitchReachesThePanelAndKeepsEdits)
-{
-    inventory.hasPicture = true;
-    select({first});
-    type(TagField::Title, QStringLiteral("Other"));
-    select({first, second});
-    VelmoraLocalization::setLanguage(AppLanguage::English);
-    emit notifications.velmoraLanguageDidChange();
-    turn();
-    static const QRegularExpression kCyrillic(QStringLiteral("[А-Яа-яЁё]"));
-    int checked = 0;
-    for (const QWidget* each : inspector().findChildren<QWidget*>()) {
-        const auto* edit = qobject_cast<const QLineEdit*>(each);
-        for (const QString& text : {each->accessibleName(), each->toolTip(), each->accessibleDescription(),
-                                    edit ? edit->placeholderText() : QString()}) {
-            EXPECT_FALSE(text.contains(kCyrillic)) << qPrintable(text);
-            checked += !text.isEmpty();
-        }
-    }
-    EXPECT_GT(checked, 20);
-    EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Other"));
-    for (TagField tag : TagFieldSet::list())
-        EXPECT_FALSE(field(tag).editor().accessibleName().isEmpty());
 }

@@ -7,8 +7,6 @@
 #include "ui/sections/SectionHeader.h"
 #include "ui/window/StatusStrip.h"
 
-#include <QMenu>
-
 namespace {
 
 MusicalKey key(const char* code)
@@ -33,35 +31,24 @@ protected:
 
     SectionView& section() { return window->section(LibraryTab::MusicalKey); }
     KeySection& keys() { return static_cast<KeySection&>(*section().parts()); }
-    QVariant cell(const Track& row, TrackColumn column, int role = Qt::DisplayRole)
+    QModelIndex cell(const Track& row, TrackColumn column)
     {
-        TrackListModel& model = section().model();
-        return model.index(*model.rowOf(row.id()), *model.columnOf(column)).data(role);
+        return WindowFixture::cell(*section().model().rowOf(row.id()), column, LibraryTab::MusicalKey);
     }
+    QString said(const Track& row, TrackColumn column) { return cell(row, column).data().toString(); }
     QString tooltip(const Track& row, TrackColumn column)
     {
-        TrackListModel& model = section().model();
-        const QModelIndex index = model.index(*model.rowOf(row.id()), *model.columnOf(column));
         return static_cast<TrackDelegate*>(table(LibraryTab::MusicalKey).itemDelegate())
-            ->tooltip(index, QRect(0, 0, 500, 52));
+            ->tooltip(cell(row, column), QRect(0, 0, 500, 52));
     }
 
     StatusStrip& strip() { return *window->findChild<StatusStrip*>(); }
     /// What the status line says of work in the background.
     QString work() { return strip().accessibleDescription(); }
-    ThemeButton* stopButton()
-    {
-        for (ThemeButton* each : strip().findChildren<ThemeButton*>()) {
-            if (each->text() == QStringLiteral("Остановить"))
-                return each;
-        }
-        return nullptr;
-    }
 
     const MusicalKeyAnalysis analysis{key("10B"), 0.744, -33, {{key("10B"), 1}, {key("11B"), 0.5}, {key("10A"), 0.25}}};
     const Track a = fullTrack(QStringLiteral("a"));
     const Track b = track(QStringLiteral("b - 8A - 124.mp3"));
-    const Track c = track(QStringLiteral("c.mp3"));
     const Track d = track(QStringLiteral("d.mp3"));
 };
 
@@ -84,8 +71,8 @@ TEST_F(KeySectionTest, CellsSayWhatIsKnown)
         {a, TrackColumn::KeyVariants, "11B · 10A", "11B · 10A", "11B · ля мажор · 0,50\n10A · си минор · 0,25"},
     };
     for (const auto& each : kCases) {
-        EXPECT_EQ(cell(each.row, each.column).toString(), QString::fromUtf8(each.text));
-        EXPECT_EQ(cell(each.row, each.column, Qt::AccessibleTextRole).toString(), QString::fromUtf8(each.spoken));
+        EXPECT_EQ(said(each.row, each.column), QString::fromUtf8(each.text));
+        EXPECT_EQ(cell(each.row, each.column).data(Qt::AccessibleTextRole).toString(), QString::fromUtf8(each.spoken));
         EXPECT_EQ(tooltip(each.row, each.column), QString::fromUtf8(each.tooltip)) << each.text;
     }
 }
@@ -102,7 +89,7 @@ TEST_F(KeySectionTest, FactsAndButtonsFollowTheQueue)
     EXPECT_EQ(work(), QStringLiteral("Определение тональности: 0 из 1"));
     QTest::mouseClick(&keys().allButton(), Qt::LeftButton); // the others join
     EXPECT_EQ(dashboard.last("analyzeMusicalKey").ids, ids({a, b, c, d}));
-    EXPECT_EQ(cell(a, TrackColumn::FoundKey).toString(), QStringLiteral("В очереди"));
+    EXPECT_EQ(said(a, TrackColumn::FoundKey), QStringLiteral("В очереди"));
     clock.advance(async::seconds(0.2));
     EXPECT_EQ(section().header().facts(), QStringLiteral("4 файла · в очереди 4 · пауза"));
     EXPECT_EQ(work(), QStringLiteral("Определение тональности: 0 из 4"));
@@ -111,11 +98,11 @@ TEST_F(KeySectionTest, FactsAndButtonsFollowTheQueue)
 
     store->playback().playbackStateDidChange(false, std::nullopt);
     clock.advance(async::seconds(1));
-    EXPECT_EQ(cell(c, TrackColumn::FoundKey).toString(), QStringLiteral("Определяется…"));
-    ThemeButton* stop = stopButton();
+    EXPECT_EQ(said(c, TrackColumn::FoundKey), QStringLiteral("Определяется…"));
+    ThemeButton* stop = button(strip(), QStringLiteral("Остановить"));
     ASSERT_TRUE(stop && stop->isVisible());
     QTest::mouseClick(stop, Qt::LeftButton);
-    EXPECT_EQ(cell(c, TrackColumn::FoundKey).toString(), QString());
+    EXPECT_EQ(said(c, TrackColumn::FoundKey), QString());
     EXPECT_EQ(work(), QString());
     EXPECT_FALSE(stop->isVisible());
     EXPECT_TRUE(keys().allButton().isEnabled());
@@ -131,14 +118,11 @@ TEST_F(KeySectionTest, CommandsReachTheRowsTheyName)
     emit section().contextMenuWanted({});
     auto* opened = window->findChild<QMenu*>();
     ASSERT_TRUE(opened);
-    QStringList offered;
-    for (QAction* each : opened->actions()) {
-        if (each->isEnabled() && !each->isSeparator())
-            offered.append(each->text().section(u'\t', 0, 0));
-    }
-    EXPECT_TRUE(offered.contains(QStringLiteral("Определить выбранные")));
-    EXPECT_FALSE(offered.contains(QStringLiteral("Записать тональность"))) << "there is no result";
-    EXPECT_TRUE(offered.contains(QStringLiteral("Удалить из тональности")));
+    const auto offers = [&](const QString& text) {
+        return action(*opened, text) && action(*opened, text)->isEnabled();
+    };
+    EXPECT_TRUE(offers(QStringLiteral("Определить выбранные")) && offers(QStringLiteral("Удалить из тональности")));
+    EXPECT_FALSE(offers(QStringLiteral("Записать тональность"))) << "there is no result";
     opened->close();
 }
 

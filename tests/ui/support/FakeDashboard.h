@@ -89,12 +89,10 @@ public:
     void setPlaylistScrolling(bool scrolling) override { scrollStates.append(scrolling); }
     void setTrackSortField(TrackSortField field, LibraryTab tab) override
     {
-        note("setTrackSortField", {}, rawValue(field));
         m_store.order().setTrackSortField(field, tab);
     }
     void setTrackSortDirection(TrackSortDirection direction, LibraryTab tab) override
     {
-        note("setTrackSortDirection", {}, rawValue(direction));
         m_store.order().setTrackSortDirection(direction, tab);
     }
     void activateFavoriteSortFromHeader(TrackSortField field) override

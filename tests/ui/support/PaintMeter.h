@@ -17,6 +17,9 @@ public:
         }
         return false;
     }
+    /// What was repainted since the last look.
+    QRegion take() { return std::exchange(region, {}); }
+
     int count = 0;
     QRegion region;
 };

@@ -1,11 +1,10 @@
 #include "support/WindowFixture.h"
 
 #include "async/MainQueue.h"
-#include "core/model/LoadedTrackMetadata.h"
 
 #include <QApplication>
-#include <QBuffer>
-#include <QTest>
+#include <QDragEnterEvent>
+#include <QWheelEvent>
 
 extern std::unique_ptr<QCoreApplication> (*makeTestApplication)(int&, char**);
 
@@ -54,6 +53,32 @@ void WindowFixture::show()
     turn();
 }
 
+QList<Track> WindowFixture::showRows(int count)
+{
+    const QList<Track> tracks = rows(count);
+    fill(tracks);
+    show();
+    return tracks;
+}
+
+void WindowFixture::open(LibraryTab tab)
+{
+    dashboard.activateTab(tab);
+    turn();
+}
+
+void WindowFixture::speakEnglish()
+{
+    VelmoraLocalization::setLanguage(AppLanguage::English);
+    emit notifications.velmoraLanguageDidChange();
+}
+
+WindowContext WindowFixture::context()
+{
+    return {*store, dashboard, player, audio, window->theme(), thumbnails, waveforms, window->rowWaveforms(),
+            clock,  executor};
+}
+
 void WindowFixture::turn()
 {
     QCoreApplication::processEvents();
@@ -65,45 +90,27 @@ void WindowFixture::turn()
 QList<Track> WindowFixture::rows(int count)
 {
     QList<Track> tracks;
-    for (int i = 0; i < count; ++i) {
-        Track each = track(QStringLiteral("%1.mp3").arg(i, 2, 10, QChar(u'0')));
-        each.setIsInPlaylist(true);
-        tracks.append(each);
-    }
+    for (int i = 0; i < count; ++i)
+        tracks.append(track(QStringLiteral("%1.mp3").arg(i, 2, 10, QChar(u'0'))));
     return tracks;
 }
 
 Track WindowFixture::fullTrack(const QString& name, const QByteArray& artwork)
 {
     Track result = track(name + QStringLiteral(".flac"));
-    LoadedTrackMetadata metadata;
-    metadata.tags = {name,
-                     QStringLiteral("Nadia Volk"),
-                     QStringLiteral("#WARM UP"),
-                     {},
-                     QStringLiteral("Melodic House & Techno"),
-                     QStringLiteral("2026"),
-                     {},
-                     {},
-                     QStringLiteral("121,6"),
-                     QStringLiteral("Am")};
+    LoadedTrackMetadata metadata = TagTexts::read(TagTexts::of({{&AudioTags::title, name.toUtf8().constData()},
+                                                                {&AudioTags::artist, "Nadia Volk"},
+                                                                {&AudioTags::album, "#WARM UP"},
+                                                                {&AudioTags::genre, "Melodic House & Techno"},
+                                                                {&AudioTags::year, "2026"},
+                                                                {&AudioTags::bpm, "121,6"},
+                                                                {&AudioTags::musicalKey, "Am"}}),
+                                                  ArtworkData::intern(artwork));
     metadata.duration = 3727;
     metadata.bitRate = 1'011'400;
     metadata.format = QStringLiteral("FLAC");
-    metadata.artworkData = ArtworkData::intern(artwork);
     result.apply(metadata, result.url(), result.metadataVersion());
-    result.setIsInPlaylist(true);
     return result;
-}
-
-QByteArray WindowFixture::picture(QRgb colour, QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    image.save(&buffer, "PNG");
-    return bytes;
 }
 
 void WindowFixture::play(const Track& track)
@@ -115,4 +122,50 @@ void WindowFixture::play(const Track& track)
 TrackTable& WindowFixture::table(LibraryTab tab)
 {
     return static_cast<TrackTable&>(window->section(tab).list());
+}
+
+QModelIndex WindowFixture::cell(int row, TrackColumn column, LibraryTab tab)
+{
+    const TrackListModel& model = window->section(tab).model();
+    return model.index(row, *model.columnOf(column));
+}
+
+ThemeButton* WindowFixture::button(QWidget& parent, const QString& text)
+{
+    for (ThemeButton* each : parent.findChildren<ThemeButton*>()) {
+        if (each->text() == text || each->accessibleName() == text)
+            return each;
+    }
+    return nullptr;
+}
+
+QAction* WindowFixture::action(const QMenu& menu, const QString& text)
+{
+    for (QAction* each : menu.actions()) {
+        if (each->text().section(u'\t', 0, 0) == text)
+            return each;
+    }
+    return nullptr;
+}
+
+bool WindowFixture::enter(QWidget& widget, const QMimeData& data)
+{
+    QDragEnterEvent event(widget.rect().center(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &event);
+    return event.isAccepted();
+}
+
+bool WindowFixture::drop(QWidget& widget, const QMimeData& data)
+{
+    QDropEvent event(QPointF(widget.rect().center()), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    event.ignore();
+    QCoreApplication::sendEvent(&widget, &event);
+    return event.isAccepted();
+}
+
+void WindowFixture::wheel(QWidget& widget, QPoint pixels, QPoint angle, bool isInverted, Qt::ScrollPhase phase)
+{
+    const QPointF place = widget.rect().center();
+    QWheelEvent event(place, widget.mapToGlobal(place), pixels, angle, Qt::NoButton, Qt::NoModifier, phase, isInverted);
+    QCoreApplication::sendEvent(&widget, &event);
 }

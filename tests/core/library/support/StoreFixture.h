@@ -125,6 +125,10 @@ protected:
     QString statusText() const;
     QStringList titles(const QList<Track>& tracks) const;
 
+    const Track a = track(QStringLiteral("a.mp3")); ///< with b and c: rows that may stand for any
+    const Track b = track(QStringLiteral("b.mp3"));
+    const Track c = track(QStringLiteral("c.mp3"));
+
     ManualClock clock;
     ManualExecutor executor;
     Preferences preferences{std::make_unique<MemoryPreferenceStore>()};
