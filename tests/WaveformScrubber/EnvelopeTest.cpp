@@ -1,7 +1,7 @@
 #include "WaveformScrubber/shape/EnvelopeBuilder.h"
 #include "WaveformScrubber/shape/EnvelopeCurve.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 #include <limits>
@@ -20,9 +20,7 @@ float bent(double rms, double peak)
 
 void expectNear(const std::vector<float>& values, const std::vector<float>& expected, const char* name)
 {
-    ASSERT_EQ(values.size(), expected.size()) << name;
-    for (std::size_t index = 0; index < values.size(); ++index)
-        EXPECT_NEAR(values[index], expected[index], 1e-6) << name << " at " << index;
+    EXPECT_THAT(values, testing::Pointwise(testing::FloatNear(1e-6F), expected)) << name;
 }
 
 std::vector<float> noise(std::size_t count, unsigned seed)

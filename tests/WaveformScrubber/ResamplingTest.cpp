@@ -1,6 +1,6 @@
 #include "WaveformScrubber/shape/Downsampler.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 
@@ -10,9 +10,7 @@ using Values = std::vector<float>;
 
 void expectNear(const Values& values, const Values& expected, const std::string& name)
 {
-    ASSERT_EQ(values.size(), expected.size()) << name;
-    for (std::size_t index = 0; index < values.size(); ++index)
-        EXPECT_NEAR(values[index], expected[index], 1e-6) << name << " at " << index;
+    EXPECT_THAT(values, testing::Pointwise(testing::FloatNear(1e-6F), expected)) << name;
 }
 
 } // namespace

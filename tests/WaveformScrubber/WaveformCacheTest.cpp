@@ -34,19 +34,18 @@ using WaveformCacheTest = CacheFixture;
 
 TEST_F(WaveformCacheTest, IsComputedOnceThenComesFromMemoryThenFromDisk)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    EXPECT_EQ(m_cache->cached(url), std::nullopt);
-    EXPECT_EQ(answerFor(url), kHalf);
-    EXPECT_EQ(m_cache->cached(url).value()->size(), 4096U);
-    EXPECT_EQ(EnvelopeFile::read(entryPath(url)), std::vector<float>(4096, 0.5F));
+    EXPECT_EQ(m_cache->cached(m_url), std::nullopt);
+    EXPECT_EQ(answerFor(m_url), kHalf);
+    EXPECT_EQ(m_cache->cached(m_url).value()->size(), 4096U);
+    EXPECT_EQ(EnvelopeFile::read(entryPath(m_url)), std::vector<float>(4096, 0.5F));
 
     m_level = 1;
-    ASSERT_TRUE(QFile::remove(entryPath(url)));
-    EXPECT_EQ(answerFor(url), kHalf) << "memory needs no entry";
-    ASSERT_TRUE(EnvelopeFile::write(entryPath(url), std::vector<float>(4096, 0.25F)));
+    ASSERT_TRUE(QFile::remove(entryPath(m_url)));
+    EXPECT_EQ(answerFor(m_url), kHalf) << "memory needs no entry";
+    ASSERT_TRUE(EnvelopeFile::write(entryPath(m_url), std::vector<float>(4096, 0.25F)));
     restart();
-    EXPECT_EQ(answerFor(url), QStringLiteral("envelope 0.25"));
-    EXPECT_TRUE(m_cache->cached(url));
+    EXPECT_EQ(answerFor(m_url), QStringLiteral("envelope 0.25"));
+    EXPECT_TRUE(m_cache->cached(m_url));
     EXPECT_EQ(m_computed, QStringList{QStringLiteral("a.mp3")});
 }
 
@@ -92,40 +91,37 @@ TEST_F(WaveformCacheTest, AnEnvelopeGoesAlongWithItsFile)
 
 TEST_F(WaveformCacheTest, AnEnvelopeOfAnotherStateDoesNotGoAlong)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    EXPECT_EQ(answerFor(url), kHalf);
+    EXPECT_EQ(answerFor(m_url), kHalf);
     put(QStringLiteral("a.mp3"), 110); // by another program
-    const FileStamp before = FileStamp::of(url).value();
+    const FileStamp before = FileStamp::of(m_url).value();
     put(QStringLiteral("a.mp3"), 120);
-    m_cache->adopt(url, before, url, FileStamp::of(url).value());
+    m_cache->adopt(m_url, before, m_url, FileStamp::of(m_url).value());
     m_level = 1;
-    EXPECT_EQ(answerFor(url), kOne);
+    EXPECT_EQ(answerFor(m_url), kOne);
 }
 
 TEST_F(WaveformCacheTest, AChangedFileGetsItsNewShape)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    EXPECT_EQ(answerFor(url), kHalf);
+    EXPECT_EQ(answerFor(m_url), kHalf);
     m_level = 1;
     put(QStringLiteral("a.mp3"), 100); // another time
-    EXPECT_EQ(storedAnswerFor(url), QStringLiteral("nothing"));
-    EXPECT_EQ(answerFor(url), kOne);
-    EXPECT_EQ(answerFor(url), kOne);
+    EXPECT_EQ(storedAnswerFor(m_url), QStringLiteral("nothing"));
+    EXPECT_EQ(answerFor(m_url), kOne);
+    EXPECT_EQ(answerFor(m_url), kOne);
     EXPECT_EQ(m_computed.size(), 2);
 
-    ASSERT_TRUE(QFile::remove(url.toLocalFile()));
-    EXPECT_EQ(answerFor(url), kOne) << "a file that is gone keeps its shape";
+    ASSERT_TRUE(QFile::remove(m_url.toLocalFile()));
+    EXPECT_EQ(answerFor(m_url), kOne) << "a file that is gone keeps its shape";
 }
 
 TEST_F(WaveformCacheTest, RequestsForOneFileShareOneComputation)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    const Answer& first = ask(url);
-    const Answer& second = ask(url, LowImpact::Yes);
+    const Answer& first = ask(m_url);
+    const Answer& second = ask(m_url, LowImpact::Yes);
     while (m_executor.pendingCount() > 0 && m_executor.jobs().front() == async::Priority::UserInitiated)
         m_executor.runOne();
     EXPECT_EQ(m_executor.jobs(), std::vector{async::Priority::Utility});
-    const Answer& late = ask(url);
+    const Answer& late = ask(m_url);
     EXPECT_EQ(first.text + second.text, QString());
     m_executor.runAll();
     EXPECT_EQ(first.text, kHalf);
@@ -186,49 +182,46 @@ TEST_F(WaveformCacheTest, TheErrorSpeaksTheLanguageOfTheProgram)
 
 TEST_F(WaveformCacheTest, CancelledAndAskedAgainBeginsAnew)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
     // While the first computation runs, it is cancelled and another one begins; then the first ends with a result.
     const Answer* second = nullptr;
-    const Answer& first = ask(url);
+    const Answer& first = ask(m_url);
     m_during = [&](const std::stop_token& stop) {
         m_during = nullptr;
-        m_cache->cancelLoading(url);
+        m_cache->cancelLoading(m_url);
         EXPECT_TRUE(stop.stop_requested());
         m_level = 1;
-        second = &ask(url);
+        second = &ask(m_url);
     };
     EXPECT_TRUE(m_executor.runOne());
     EXPECT_TRUE(m_executor.runOne());
     EXPECT_EQ(first.text, kCancelled);
-    EXPECT_EQ(m_cache->cached(url), std::nullopt);
-    EXPECT_FALSE(QFile::exists(entryPath(url)));
+    EXPECT_EQ(m_cache->cached(m_url), std::nullopt);
+    EXPECT_FALSE(QFile::exists(entryPath(m_url)));
     m_executor.runAll();
     EXPECT_EQ(second->text, kOne);
-    EXPECT_EQ(m_cache->cached(url).value()->front(), 1.0F);
-    EXPECT_EQ(EnvelopeFile::read(entryPath(url)).value().front(), 1.0F);
+    EXPECT_EQ(m_cache->cached(m_url).value()->front(), 1.0F);
+    EXPECT_EQ(EnvelopeFile::read(entryPath(m_url)).value().front(), 1.0F);
 }
 
 TEST_F(WaveformCacheTest, CancellingSetsNoRetryDateAndKeepsAnOldOne)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    const Answer& cancelled = ask(url);
+    const Answer& cancelled = ask(m_url);
     m_executor.runOne();
-    m_cache->cancelLoading(url);
+    m_cache->cancelLoading(m_url);
     m_executor.runAll();
     EXPECT_EQ(cancelled.text, kCancelled);
     EXPECT_EQ(m_computed, QStringList()) << "it had not begun";
 
     m_during = &failDecoding;
-    EXPECT_EQ(answerFor(url), QStringLiteral("decodingFailed"));
-    m_cache->cancelLoading(url);
-    EXPECT_EQ(answerFor(url), kUnavailable);
+    EXPECT_EQ(answerFor(m_url), QStringLiteral("decodingFailed"));
+    m_cache->cancelLoading(m_url);
+    EXPECT_EQ(answerFor(m_url), kUnavailable);
 }
 
 TEST_F(WaveformCacheTest, AComputationThatNobodyWaitsForIsCancelled)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    Answer& first = ask(url);
-    Answer& second = ask(url);
+    Answer& first = ask(m_url);
+    Answer& second = ask(m_url);
     m_during = [&](const std::stop_token& stop) {
         first.task.cancel();
         async::MainQueue::drain();
@@ -241,14 +234,13 @@ TEST_F(WaveformCacheTest, AComputationThatNobodyWaitsForIsCancelled)
     EXPECT_EQ(first.text, kCancelled);
     EXPECT_EQ(second.text, kCancelled);
     m_during = nullptr;
-    EXPECT_EQ(answerFor(url), kHalf) << "no failure is remembered";
+    EXPECT_EQ(answerFor(m_url), kHalf) << "no failure is remembered";
     EXPECT_EQ(m_computed.size(), 2);
 }
 
 TEST_F(WaveformCacheTest, TheEndOfTheCacheEndsWhoWaits)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    const Answer& computing = ask(url);
+    const Answer& computing = ask(m_url);
     m_executor.runOne();
     const Answer& looking = ask(file(QStringLiteral("b")));
     m_during = [this](const std::stop_token& stop) {
@@ -263,25 +255,23 @@ TEST_F(WaveformCacheTest, TheEndOfTheCacheEndsWhoWaits)
 
 TEST_F(WaveformCacheTest, WhatCannotBeSavedIsComputedAllTheSame)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
     writeFile(folder()); // in the way
-    EXPECT_EQ(answerFor(url), kHalf);
-    EXPECT_EQ(answerFor(url), kHalf);
+    EXPECT_EQ(answerFor(m_url), kHalf);
+    EXPECT_EQ(answerFor(m_url), kHalf);
     EXPECT_EQ(m_computed.size(), 1);
     EXPECT_EQ(m_executor.pendingCount(), 0);
 }
 
 TEST_F(WaveformCacheTest, StoredNeverComputes)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    EXPECT_EQ(storedAnswerFor(url), QStringLiteral("nothing"));
+    EXPECT_EQ(storedAnswerFor(m_url), QStringLiteral("nothing"));
     EXPECT_EQ(storedAnswerFor(file(QStringLiteral("missing"))), QStringLiteral("nothing"));
     EXPECT_EQ(m_computed, QStringList());
-    answerFor(url);
+    answerFor(m_url);
     restart();
-    EXPECT_EQ(m_cache->cached(url), std::nullopt);
-    EXPECT_EQ(storedAnswerFor(url), kHalf);
-    EXPECT_TRUE(m_cache->cached(url));
+    EXPECT_EQ(m_cache->cached(m_url), std::nullopt);
+    EXPECT_EQ(storedAnswerFor(m_url), kHalf);
+    EXPECT_TRUE(m_cache->cached(m_url));
 }
 
 TEST_F(WaveformCacheTest, MemoryHoldsTheLast250)
@@ -300,8 +290,7 @@ TEST_F(WaveformCacheTest, MemoryHoldsTheLast250)
 
 TEST_F(WaveformCacheTest, TheFolderIsMeasuredEmptiedAndSweptAtStart)
 {
-    const QUrl url = put(QStringLiteral("a.mp3"), 100);
-    answerFor(url);
+    answerFor(m_url);
     EnvelopeCacheSize size;
     async::TaskSlot slot;
     const auto measure = [&](std::stop_token stop) -> async::Task<> {
@@ -315,7 +304,7 @@ TEST_F(WaveformCacheTest, TheFolderIsMeasuredEmptiedAndSweptAtStart)
 
     const QString orphan =
         QDir::tempPath() + QStringLiteral("/velmora-waveform-0F8FAD5B-D9CB-469F-A165-70867728950E.pcm");
-    for (const QString& path : {entryPath(url), orphan}) {
+    for (const QString& path : {entryPath(m_url), orphan}) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         const QDateTime longAgo = QDateTime::currentDateTime().addDays(-181);
@@ -323,14 +312,14 @@ TEST_F(WaveformCacheTest, TheFolderIsMeasuredEmptiedAndSweptAtStart)
         ASSERT_TRUE(file.setFileTime(longAgo, QFileDevice::FileModificationTime));
     }
     restart();
-    EXPECT_FALSE(QFile::exists(entryPath(url)));
+    EXPECT_FALSE(QFile::exists(entryPath(m_url)));
     EXPECT_FALSE(QFile::exists(orphan));
 
-    answerFor(url);
+    answerFor(m_url);
     slot.start([this](std::stop_token stop) { return m_cache->emptyCache(std::move(stop)); });
     m_executor.runAll();
-    EXPECT_FALSE(QFile::exists(entryPath(url)));
-    EXPECT_EQ(m_cache->cached(url), std::nullopt);
+    EXPECT_FALSE(QFile::exists(entryPath(m_url)));
+    EXPECT_EQ(m_cache->cached(m_url), std::nullopt);
 }
 
 TEST_F(WaveformCacheTest, OnRealThreadsManyAskAtOnceAndSomeLeave)

@@ -53,13 +53,6 @@ std::vector<long> values(long size)
     return std::vector<long>(size_t(size % 50 + 1), size);
 }
 
-std::vector<long> waitForStop(std::stop_token stop)
-{
-    while (!stop.stop_requested())
-        std::this_thread::yield();
-    return {1};
-}
-
 } // namespace
 
 TEST(ThreadExecutor, BringsThousandsOfResultsAndExceptionsBack)
@@ -164,17 +157,14 @@ TEST(ThreadExecutor, ThePlayerWaitsForNoOtherWork)
     ThreadExecutor executor;
     TaskGroup group(1000);
     std::stop_source saves;
-    for (int index = 0; index < 900; ++index) {
-        const auto blocked = [stop = saves.get_token()](std::stop_token) { waitForStop(stop); };
-        group.add([&, index, blocked](std::stop_token stop) {
-            return executor.run(Priority(1 + index % 3), std::move(stop), blocked);
-        });
-    }
-    // Files on a disk that does not answer hold threads of the player's own.
-    for (int index = 0; index < 3; ++index) {
-        const auto blocked = [stop = saves.get_token()](std::stop_token) { waitForStop(stop); };
-        group.add(
-            [&, blocked](std::stop_token stop) { return executor.run(Priority::Player, std::move(stop), blocked); });
+    const auto blocked = [stop = saves.get_token()](std::stop_token) {
+        while (!stop.stop_requested())
+            std::this_thread::yield();
+    };
+    for (int index = 0; index < 903; ++index) {
+        // The last ones are files on a disk that does not answer; they hold threads of the player's own.
+        const Priority priority = index < 900 ? Priority(1 + index % 3) : Priority::Player;
+        group.add([&, priority](std::stop_token stop) { return executor.run(priority, std::move(stop), blocked); });
     }
     std::atomic<bool> isOpen = false;
     group.add([&](std::stop_token stop) -> Task<> {

@@ -42,6 +42,7 @@ protected:
     ManualClock m_clock;
     ManualExecutor m_executor;
     QTemporaryDir m_folder;
+    const QUrl m_url = put(QStringLiteral("a.mp3"), 100);
     /// File names in the order in which computations ran, with " low" for low impact.
     QStringList m_computed;
     /// First value of what a computation gives.

@@ -166,9 +166,8 @@ TEST(CooperativeDSPBudget, RestsOneMillisecondAfterThree)
 
 TEST_F(BPMAnalyzerFileTest, ReadsAFile)
 {
-    const QUrl url = encoded(QStringLiteral("beat.mp3"),
-                             {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                              QStringLiteral("aevalsrc='(random(0)-0.5)*exp(-40*mod(t,0.5))':d=40:s=44100")});
+    const QUrl url =
+        encoded(QStringLiteral("beat.mp3"), "-f lavfi -i aevalsrc='(random(0)-0.5)*exp(-40*mod(t,0.5))':d=40:s=44100");
     const Estimate estimate = estimateDetailed(url, 70, 200, false, std::nullopt, {});
     EXPECT_EQ(estimate.bpm, 120);
     EXPECT_THROW(estimateDetailed(QUrl::fromLocalFile(path(QStringLiteral("missing.mp3"))), 70, 200, false, true, {}),

@@ -1,6 +1,7 @@
 #include "platform/audio/AudioFileReader.h"
 
 #include "support/SoundFiles.h"
+#include "support/TagBytes.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -150,22 +151,8 @@ TEST(AudioFileReaderTest, keepsTheTimeOfAToneAcrossRates)
 
 TEST(AudioFileReaderTest, leavesTagsAroundMP3Out)
 {
-    const auto sized = [](qsizetype size) {
-        return QByteArray{}
-            .append(char(size >> 21 & 127))
-            .append(char(size >> 14 & 127))
-            .append(char(size >> 7 & 127))
-            .append(char(size & 127));
-    };
-    const QByteArray picture =
-        QByteArray("\0image/jpeg\0\3\0", 14) + QByteArray("\xFF\xD8\xFF\xE0", 4) + QByteArray(700'000, 'p');
-    QByteArray size(4, '\0');
-    for (int i = 0; i < 4; ++i)
-        size[i] = static_cast<char>(picture.size() >> (24 - 8 * i) & 255);
-    const QByteArray frame = "APIC" + size + QByteArray(2, '\0') + picture;
-    const QByteArray front = QByteArray("ID3\3\0\0", 6) + sized(frame.size()) + frame;
-    const QByteArray back =
-        QByteArray("APETAGEX\xD0\7\0\0\x20\0\0\0\0\0\0\0", 20) + QByteArray(12, '\0') + "TAG" + QByteArray(125, 'x');
+    const QByteArray front = TagBytes::id3v2(TagBytes::pictureFrame("\xFF\xD8\xFF\xE0" + QByteArray(700'000, 'p')));
+    const QByteArray back = TagBytes::ape({}) + TagBytes::id3v1({.title = "x"});
     for (const char* name : {"cbr.mp3", "bare.mp3"}) {
         const Kind* kind = std::ranges::find_if(
             kKinds, [&](const Kind& k) { return QLatin1StringView(k.name) == QLatin1StringView(name); });

@@ -22,6 +22,15 @@ const SoundFiles::Kind kKinds[] = {
     {"b.flac", ""},
 };
 
+/// The file with noise in its middle.
+QString damaged(const SoundFiles::Kind& kind, qsizetype count)
+{
+    QByteArray bytes = SoundFiles::bytesOf(SoundFiles::make(kind));
+    for (qsizetype i = 0; i < count; ++i)
+        bytes[bytes.size() / 2 + i] = static_cast<char>(i * i * 31 + i / 7);
+    return SoundFiles::write(QStringLiteral("damaged"), bytes);
+}
+
 /// Opens, reads to the end and seeks; what it tells must agree. \return frames, or nothing where there is no sound.
 std::optional<qint64> readThrough(const QString& path)
 {
@@ -63,13 +72,8 @@ TEST(BrokenSoundTest, keepsThePlaceOfWhatFollowsDamage)
         const QString name = QString::fromLatin1(kind.name);
         if (name.endsWith(QLatin1StringView("mp3")) || name.endsWith(QLatin1StringView("aac")))
             continue;
-        const QString path = SoundFiles::make(kind);
-        const std::vector<float> sound = SoundFiles::rest(*AudioFileReader::open(path, {}));
-        QByteArray bytes = SoundFiles::bytesOf(path);
-        for (qsizetype i = 0; i < 5000; ++i)
-            bytes[bytes.size() / 2 + i] = static_cast<char>(i * i * 31 + i / 7);
-        const QString damaged = SoundFiles::write(QStringLiteral("damaged"), bytes);
-        const std::vector<float> heard = SoundFiles::rest(*AudioFileReader::open(damaged, {}));
+        const std::vector<float> sound = SoundFiles::rest(*AudioFileReader::open(SoundFiles::make(kind), {}));
+        const std::vector<float> heard = SoundFiles::rest(*AudioFileReader::open(damaged(kind, 5000), {}));
         ASSERT_EQ(heard.size(), sound.size());
         EXPECT_TRUE(heard != sound);
         // The noise of AAC depends on all before, so its samples are compared roughly.
@@ -84,12 +88,8 @@ TEST(BrokenSoundTest, keepsThePlaceOfWhatFollowsDamage)
 TEST(BrokenSoundTest, endsWithBareFramesThatAreDamaged)
 {
     for (const auto& kind : kKinds) {
-        QByteArray bytes = SoundFiles::bytesOf(SoundFiles::make(kind));
-        for (qsizetype i = 0; i < 3000; ++i)
-            bytes[bytes.size() / 2 + i] = static_cast<char>(i * i * 31 + i / 7);
         SCOPED_TRACE(kind.name);
-        const auto frames = readThrough(SoundFiles::write(QStringLiteral("damaged"), bytes));
-        EXPECT_GT(frames.value_or(0), 4 * 44100);
+        EXPECT_GT(readThrough(damaged(kind, 3000)).value_or(0), 4 * 44100);
     }
 }
 

@@ -25,11 +25,8 @@ public:
     {
         for (QProcess& process : m_processes) {
             process.setStandardInputFile(QProcess::nullDevice());
-            process.start(QStringLiteral("nice"),
-                          {QStringLiteral("-n"), QStringLiteral("10"), QStringLiteral("ffmpeg"), QStringLiteral("-v"),
-                           QStringLiteral("error"), QStringLiteral("-threads"), QStringLiteral("1"),
-                           QStringLiteral("-stream_loop"), QStringLiteral("-1"), QStringLiteral("-i"), path,
-                           QStringLiteral("-f"), QStringLiteral("null"), QStringLiteral("-")});
+            const QString words = QStringLiteral("-n 10 ffmpeg -v error -threads 1 -stream_loop -1 -i %1 -f null -");
+            process.start(QStringLiteral("nice"), words.arg(path).split(u' '));
             process.waitForStarted();
         }
     }

@@ -3,7 +3,7 @@
 #include "platform/audio/output/PlaybackVoice.h"
 #include "support/AllocationGuard.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 
@@ -85,9 +85,7 @@ std::vector<float> operator+(std::vector<float> first, const std::vector<float>&
 
 void expectNear(const std::vector<float>& actual, const std::vector<float>& expected)
 {
-    ASSERT_EQ(actual.size(), expected.size());
-    for (size_t index = 0; index < actual.size(); ++index)
-        ASSERT_NEAR(actual[index], expected[index], 1e-4) << "frame " << index;
+    ASSERT_THAT(actual, testing::Pointwise(testing::FloatNear(1e-4F), expected));
 }
 
 /// Both fades and the jump, asked for before the callback comes again, rendered in turns of different lengths.

@@ -26,6 +26,17 @@ QByteArray syncsafe(quint32 value)
     return bytes;
 }
 
+QByteArray noise(qsizetype size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525u + 1013904223u;
+        byte = static_cast<char>(state >> 24);
+    }
+    return bytes;
+}
+
 QByteArray utf16(const QString& text)
 {
     QByteArray bytes("\xFF\xFE");

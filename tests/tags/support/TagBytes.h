@@ -10,6 +10,8 @@ namespace TagBytes {
 QByteArray big(quint64 value, int byteCount);
 QByteArray little(quint64 value, int byteCount);
 QByteArray syncsafe(quint32 value);
+/// Bytes in which no block is like another.
+QByteArray noise(qsizetype size);
 /// UTF-16 with its mark, little-endian.
 QByteArray utf16(const QString& text);
 

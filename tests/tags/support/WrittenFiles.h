@@ -31,7 +31,8 @@ Change assigning(const QByteArray& artwork, const AudioTags& tags);
 /// The save that leaves all else as it is.
 Change keeping(const AudioTags& tags, TagFields fields = TagFieldSet::kAll);
 Change keepingWithPicture(const QByteArray& artwork, const AudioTags& tags, TagFields fields = TagFieldSet::kAll);
-Change cleaning(CleanerFields fields, const QString& title = {}, const QString& album = {});
+Change cleaning(CleanerFields fields, const std::optional<QString>& title = {},
+                const std::optional<QString>& album = {});
 
 /// The name of the error that a call throws, and what it carries, e.g. "rewriteFailed wav"; empty if it throws none.
 QString errorOf(const std::function<void()>& call);
@@ -53,7 +54,6 @@ struct Refusal {
     QByteArray bytes;
     Change change;
     QString failure;
-    QString name = {}; ///< if it is another one than that of the others
 };
 /// Each change fails with its error, the file stays as it was and nothing is left beside it.
 void expectRefusals(const QString& name, const std::vector<Refusal>& cases);

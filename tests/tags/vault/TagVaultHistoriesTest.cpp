@@ -184,12 +184,10 @@ TEST(TagVaultHistoriesTest, aDamagedEntryIsReplaced)
         ASSERT_EQ(failureOf(writing(fullTags()), url), QString());
         const QByteArray present = contentOf(url);
         const QString entry = filesBelow(vaultPath).first();
-        QByteArray bytes = contentOf(QUrl::fromLocalFile(entry));
+        QByteArray bytes = readFile(entry);
         const qsizetype place = isLabel ? 30 : bytes.size() - 9;
         bytes[place] = static_cast<char>(~bytes[place]);
-        QFile file(entry);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-        file.close();
+        writeFile(entry, bytes);
         TagVault vault(vaultPath);
         EXPECT_EQ(failureOf([&](const QUrl& path) { vault.restore(path); }, url), QStringLiteral("damaged"));
         EXPECT_TRUE(contentOf(url) == present);

@@ -1,6 +1,5 @@
 #include "tags/vault/TagVault.h"
 
-#include "platform/TemporaryName.h"
 #include "support/FailingFileCalls.h"
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
@@ -30,6 +29,13 @@ protected:
     {
         return failureOf([&](const QUrl& file) { TagVault(vaultPath()).restore(file); }, url);
     }
+    /// The file calls of an operation that succeeds.
+    static QByteArrayList stepsOf(const std::function<QString()>& operation)
+    {
+        FailingFileCalls calls;
+        EXPECT_EQ(operation(), QString());
+        return calls.names();
+    }
     void clearVault() const
     {
         for (const QString& name : entries())
@@ -43,12 +49,7 @@ protected:
 
 TEST_F(TagVaultStepsTest, aFailureOfKeepingIsToldAndLeavesNoEntry)
 {
-    QByteArrayList steps;
-    {
-        FailingFileCalls calls;
-        ASSERT_EQ(failureOfKeeping(m_url), QString());
-        steps = calls.names();
-    }
+    const QByteArrayList steps = stepsOf([this] { return failureOfKeeping(m_url); });
     const qsizetype swap = steps.indexOf("rename");
     ASSERT_GT(swap, 0);
     EXPECT_LT(steps.indexOf("sync"), swap) << "the entry is durable before it is seen";
@@ -80,12 +81,7 @@ TEST_F(TagVaultStepsTest, aFailureOfKeepingIsToldAndLeavesNoEntry)
 
 TEST_F(TagVaultStepsTest, aFolderThatCannotBeSyncedIsNoFailureWhereNoneCanBe)
 {
-    int lastSync = 0;
-    {
-        FailingFileCalls calls;
-        ASSERT_EQ(failureOfKeeping(m_url), QString());
-        lastSync = static_cast<int>(calls.names().lastIndexOf("sync"));
-    }
+    const int lastSync = static_cast<int>(stepsOf([this] { return failureOfKeeping(m_url); }).lastIndexOf("sync"));
     for (const int error : {EINVAL, ENOTSUP, EIO, ENOSPC}) {
         clearVault();
         FailingFileCalls calls;
@@ -102,15 +98,9 @@ TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
     ASSERT_EQ(failureOfKeeping(m_url), QString());
     ASSERT_EQ(failureOf(writing(fullTags()), m_url), QString());
     const QByteArray present = contentOf(m_url);
-    QByteArrayList steps;
-    {
-        FailingFileCalls calls;
-        ASSERT_EQ(failureOfRestoring(m_url), QString());
-        steps = calls.names();
-    }
+    const QByteArrayList steps = stepsOf([this] { return failureOfRestoring(m_url); });
     const qsizetype swap = steps.indexOf("rename");
     const qsizetype entryClosed = steps.indexOf("close"); // has been read whole
-    const QDir folder(m_folder.path(QString()));
     for (int step = 0; step < steps.size(); ++step) {
         for (const bool ends : {false, true}) {
             SCOPED_TRACE(steps.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
@@ -125,11 +115,8 @@ TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
             const bool isNeeded = step <= swap && step != entryClosed && steps.at(step) != "copyRange";
             EXPECT_EQ(failure != QString(), isNeeded || (ends && step <= swap));
             EXPECT_TRUE(contentOf(m_url) == (failure == QString() ? m_original : present));
-            for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden)) {
-                EXPECT_TRUE(name == QStringLiteral("a.mp3") || (ends && TemporaryName::matches(name.toUtf8())));
-                if (name != QStringLiteral("a.mp3"))
-                    QFile::remove(folder.filePath(name));
-            }
+            EXPECT_LE(m_folder.removeTemporaries(), ends ? 1 : 0);
+            EXPECT_EQ(m_folder.names(), QStringList{QStringLiteral("a.mp3")});
         }
     }
     EXPECT_EQ(entries().size(), 1);

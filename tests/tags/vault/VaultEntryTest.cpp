@@ -5,22 +5,11 @@
 #include "tags/writing/RewriteSource.h"
 #include "tags/writing/WriteErrors.h"
 
-#include <QRandomGenerator>
-
 #include <gtest/gtest.h>
 
 using namespace TagBytes;
 
 namespace {
-
-QByteArray noise(qsizetype size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    QRandomGenerator generator(1);
-    for (char& byte : bytes)
-        byte = static_cast<char>(generator.generate());
-    return bytes;
-}
 
 QByteArray packedOf(const QByteArray& bytes)
 {

@@ -2,6 +2,7 @@
 
 #include "platform/TemporaryName.h"
 #include "support/FailingFileCalls.h"
+#include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
 #include "tags/writing/WriteErrors.h"
 
@@ -22,20 +23,10 @@
 
 namespace {
 
+using TagBytes::noise;
+
 const QString kName = QStringLiteral("a.bin");
 const QString kFormat = QStringLiteral("bin");
-
-/// Bytes in which no block is like another.
-QByteArray noise(qsizetype size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    quint32 state = 1;
-    for (char& byte : bytes) {
-        state = state * 1664525u + 1013904223u;
-        byte = static_cast<char>(state >> 24);
-    }
-    return bytes;
-}
 
 /// A new head in front of the sound that follows the old head of 10 bytes.
 void replaceHead(const QString& path)

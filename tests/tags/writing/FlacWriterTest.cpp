@@ -96,7 +96,7 @@ TEST(FlacWriterTest, cleansInPlace)
          {"texts of fields that are not chosen", cleaning(Genre, title, album), file({kInfo, old}), file({kInfo, old})},
          {"no comments yet", cleaning(Album, {}, album), file({kInfo, kPadding}),
           file({kInfo, kPadding, commentBlock("Velmora", {"ALBUM=M"})})},
-         {"no comments and no text", cleaning(Album), file({kInfo}), file({kInfo})},
+         {"no comments and no text", cleaning(Album, {}, QString()), file({kInfo}), file({kInfo})},
          {"pictures of both kinds", cleaning(Artwork), file({kInfo, pictures, kPicture, kPadding, kPicture}),
           file({kInfo, commentBlock("v", {"K=V"}), kPadding})},
          {"pictures that stay", cleaning(Comment), file({kInfo, kPicture}), file({kInfo, kPicture})},

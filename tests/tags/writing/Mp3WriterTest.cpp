@@ -100,6 +100,8 @@ TEST(Mp3WriterTest, cleansEachTagInItsOwnForm)
           id3v2({}) + sound},
          {"all kinds", rename, oldTag + sound + ape({"Artist=A", "TITLE=x"}) + id3v1({.title = "Old", .artist = "A"}),
           id3v2(title) + sound + ownApe + id3v1({.title = "New", .artist = "A"})},
+         {"no new title for the oldest kind", cleaning(Title), sound + id3v1({.title = "Old"}),
+          sound + id3v1({.title = "Old"})},
          {"nothing chosen", cleaning({}, kNew.title), both, both},
          {"only a tag", cleaning(Title), oldTag, id3v2({})},
          {"nothing at all", cleaning(Title), {}, {}},

@@ -96,7 +96,7 @@ TEST(WavWriterTest, cleansInPlace)
         {{"fields with two ids", cleaning(Track), file(info(all) + kSound), file(info(both + odd) + kSound)},
          {"new title, no list", cleaning(Title | Album, title), file(kSound + kOtherList, "rest"),
           file(kSound + kOtherList + own)},
-         {"no title", cleaning(Title | Album), file(kSound + info(all), "rest"),
+         {"empty texts", cleaning(Title | Album, QString(), QString()), file(kSound + info(all), "rest"),
           file(kSound + info(texts + tracks + odd), "rest")},
          {"fields without an id", cleaning(Artwork | AlbumArtist, title), file(kSound + info(all)),
           file(kSound + info(all))},

@@ -66,10 +66,9 @@ void SoundServer::kill()
 void SoundServer::startRecording()
 {
     m_recorder.setStandardOutputFile(m_folder.filePath(QStringLiteral("recording")));
-    m_recorder.start(QStringLiteral("parec"),
-                     {QStringLiteral("--device=%1.monitor").arg(QLatin1StringView(kSink)), QStringLiteral("--raw"),
-                      QStringLiteral("--format=float32le"), QStringLiteral("--channels=2"),
-                      QStringLiteral("--latency-msec=10"), QStringLiteral("--fix-rate")});
+    const QString words =
+        QStringLiteral("--device=%1.monitor --raw --format=float32le --channels=2 --latency-msec=10 --fix-rate");
+    m_recorder.start(QStringLiteral("parec"), words.arg(QLatin1StringView(kSink)).split(u' '));
     m_recorder.waitForStarted();
     for (int waited = 0; waited < kStartMilliseconds; waited += 20) {
         if (QFile(m_folder.filePath(QStringLiteral("recording"))).size() > 0)

@@ -1,7 +1,8 @@
 #include "support/TrashFixture.h"
 
+#include "support/Machine.h"
+
 #include <QFile>
-#include <QProcess>
 
 #include <algorithm>
 #include <cstdlib>
@@ -91,13 +92,10 @@ std::optional<TrashError::Case> errorOf(const std::function<void()>& call)
 
 QMap<QByteArray, ReadInfo> readByAnother(const QByteArray& trash)
 {
-    QProcess python;
-    python.start(QStringLiteral("python3"),
-                 {QStringLiteral(VELMORA_SOURCE_DIR "/tests/platform/files/read_trash.py"), QFile::decodeName(trash)});
-    EXPECT_TRUE(python.waitForFinished());
-    EXPECT_EQ(python.exitCode(), 0) << python.readAllStandardError().constData();
+    const QStringList arguments{QStringLiteral(VELMORA_SOURCE_DIR "/tests/platform/files/read_trash.py"),
+                                QFile::decodeName(trash)};
     QMap<QByteArray, ReadInfo> result;
-    for (const QByteArray& line : python.readAllStandardOutput().trimmed().split('\n')) {
+    for (const QByteArray& line : outputOf(QStringLiteral("python3"), arguments).trimmed().split('\n')) {
         const QByteArrayList fields = line.split(' ');
         if (fields.size() == 3)
             result.insert(QByteArray::fromHex(fields.at(0)),
