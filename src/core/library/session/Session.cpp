@@ -17,7 +17,7 @@
 #include "platform/Localization.h"
 #include "platform/Preferences.h"
 
-#include <cerrno>
+#include <QPointer>
 
 namespace {
 
@@ -28,7 +28,6 @@ constexpr qsizetype kWaveformSlice = 1000; // chosen: two milliseconds of the ma
 constexpr double kFrame = 0.016;           // seconds
 constexpr double kSaveDelay = 0.35;        // seconds without a change
 constexpr double kLeftOutDuration = 12;    // seconds: it comes while the user looks at the list
-constexpr double kRestoreTextDuration = 6; // seconds
 constexpr double kRetryPause = 5;          // seconds; chosen: a full disk is seldom freed faster
 
 const QString kSaveWarning = QStringLiteral("session");
@@ -43,40 +42,11 @@ std::optional<WorkspaceLoad::Result> loadQuietly(WorkspaceSessionStorage& storag
     }
 }
 
-QList<Session::Checkpoint> readCheckpoints(WorkspaceSessionStorage& storage, const std::stop_token& stop)
-{
-    QList<Session::Checkpoint> found;
-    const QList<WorkspaceSessionStorage::Checkpoint> archives = storage.archives();
-    for (const WorkspaceSessionStorage::Checkpoint& archive : archives) {
-        if (stop.stop_requested())
-            break;
-        const std::optional<QByteArray> bytes = storage.readCheckpoint(archive.path);
-        const auto counts = bytes ? SessionCoding::counts(*bytes) : std::nullopt;
-        if (counts)
-            found.append({QUrl::fromLocalFile(archive.path), QDateTime::fromSecsSinceEpoch(archive.date.tv_sec),
-                          counts->tracks, counts->favorites});
-    }
-    return found;
-}
-
-/// \return whether the copy waits for the next start now.
-bool makePending(WorkspaceSessionStorage& storage, const QString& path)
-{
-    const std::optional<QByteArray> bytes = storage.readCheckpoint(path);
-    if (!bytes || !SessionCoding::decode(*bytes))
-        return false;
-    try {
-        storage.writePendingRestore(*bytes);
-    } catch (const SessionStorageError&) {
-        return false;
-    }
-    return true;
-}
-
 } // namespace
 
 Session::Session(Dependencies dependencies)
     : m_dependencies(std::move(dependencies))
+    , m_checkpoints({m_dependencies.status, m_dependencies.executor, m_dependencies.storage})
 {
     if (m_dependencies.storage)
         watchWorkspace();
@@ -176,9 +146,12 @@ async::Task<> Session::writeTask(SessionRecord record, qint64 revision, std::sto
             return error; // the old file stands
         }
     };
+    // One that a later save overtakes counts too: a slow disk would never be told of else.
+    const QPointer<Session> self(this);
     const std::optional<SessionStorageError> failure =
-        co_await executor.run(async::Priority::Utility, stop, std::move(writing));
-    saved(failure);
+        co_await executor.run(async::Priority::Utility, std::stop_token(), std::move(writing));
+    if (self)
+        self->saved(failure);
 }
 
 /// What fails once may have been a moment's trouble.
@@ -361,41 +334,11 @@ void Session::listCheckpoints(std::function<void(const QList<Checkpoint>&)> list
     VELMORA_ASSERT_MAIN_THREAD();
     if (std::exchange(m_leftOut, 0) != 0)
         Q_EMIT leftOutChanged();
-    if (!m_dependencies.storage) {
-        listed({});
-        return;
-    }
-    m_listTask.start([this, listed = std::move(listed)](std::stop_token stop) { return listTask(listed, stop); });
-}
-
-async::Task<> Session::listTask(std::function<void(const QList<Checkpoint>&)> listed, std::stop_token stop)
-{
-    WorkspaceSessionStorage* const storage = m_dependencies.storage;
-    auto job = [storage](std::stop_token jobStop) { return readCheckpoints(*storage, jobStop); };
-    const QList<Checkpoint> found =
-        co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
-    listed(found);
+    m_checkpoints.list(std::move(listed));
 }
 
 void Session::restoreFromCheckpoint(const QUrl& url)
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (!m_dependencies.storage)
-        return;
-    const QString path = url.toLocalFile();
-    m_pendingTask.start([this, path](std::stop_token stop) { return pendingTask(path, stop); });
-}
-
-async::Task<> Session::pendingTask(QString path, std::stop_token stop)
-{
-    WorkspaceSessionStorage* const storage = m_dependencies.storage;
-    auto job = [storage, path](std::stop_token) { return makePending(*storage, path); };
-    const bool isPending = co_await m_dependencies.executor.run(async::Priority::UserInitiated, stop, std::move(job));
-    StatusLine& status = m_dependencies.status;
-    if (isPending)
-        status.showStatus(QStringLiteral("Копия откроется при следующем запуске"), StatusIcon::Done, Tone::Success,
-                          kRestoreTextDuration);
-    else
-        status.showStatus(QStringLiteral("Копию не удалось прочитать"), StatusIcon::Warning, Tone::Warning,
-                          kRestoreTextDuration);
+    m_checkpoints.open(url);
 }

@@ -3,9 +3,9 @@
 #include "async/Clock.h"
 #include "async/Executor.h"
 #include "async/TaskSlot.h"
+#include "core/library/session/Checkpoints.h"
 #include "core/library/session/WorkspaceLoad.h"
 
-#include <QDateTime>
 #include <QObject>
 
 #include <functional>
@@ -46,13 +46,7 @@ public:
         Waveforms& waveforms;
         Removal& removal;
     };
-    /// A copy of an earlier session, as it is offered.
-    struct Checkpoint {
-        QUrl url;
-        QDateTime date;
-        qint64 tracks = 0;
-        qint64 favorites = 0;
-    };
+    using Checkpoint = Checkpoints::Checkpoint;
 
     explicit Session(Dependencies dependencies);
     ~Session() override;
@@ -96,8 +90,6 @@ private:
     async::Task<> writeTask(SessionRecord record, qint64 revision, std::stop_token stop);
     void saved(const std::optional<SessionStorageError>& failure);
     async::Task<> retryLater(std::stop_token stop);
-    async::Task<> listTask(std::function<void(const QList<Checkpoint>&)> listed, std::stop_token stop);
-    async::Task<> pendingTask(QString path, std::stop_token stop);
 
     Dependencies m_dependencies;
     qint64 m_saveRevision = 0;
@@ -108,6 +100,5 @@ private:
     async::TaskSlot m_saveTask; ///< waits for quiet
     async::TaskSlot m_writeTask;
     async::TaskSlot m_retryTask;
-    async::TaskSlot m_listTask;
-    async::TaskSlot m_pendingTask;
+    Checkpoints m_checkpoints;
 };
