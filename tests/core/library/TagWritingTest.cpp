@@ -46,6 +46,7 @@ TEST_F(TagWritingTest, AssignsTheTrimmedValueToFavorites)
 
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Присвоить жанр"));
     history().undo();
+    EXPECT_EQ(statusText(), QStringLiteral("Отменяем: Присвоить жанр"));
     EXPECT_TRUE(now(one).tags().genre.isEmpty());
     EXPECT_EQ(now(two).tags().genre, QStringLiteral("House"));
     EXPECT_TRUE(written().last().tags.genre.isEmpty()) << "the old value reaches the file again";

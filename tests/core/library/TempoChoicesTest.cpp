@@ -238,7 +238,7 @@ TEST_F(TempoChoicesTest, RowsWhoseFileWasNotWrittenAreAsTheyWere)
         {"a file fails", nothing, 1, "124 80 125", "- 126 -", "Темп записан: 2 · пропущено: 1"},
         {"edited meanwhile", edit, 1, "124 99 125", "- - -", "Темп записан: 2 · пропущено: 1"},
         {"stopped", stop, -1, "124 80 -", "- 126 125", "Запись остановлена, в файлы не записано: 2"},
-        {"taken back before the failure", takeBack, 1, "- 80 -", "124 126 125", "Отменено: Записать темп"},
+        {"taken back before the failure", takeBack, 1, "- 80 -", "124 126 125", "В файлы не записано: 1"},
     };
     for (const Row& test : cases) {
         SCOPED_TRACE(test.name);
@@ -298,6 +298,11 @@ TEST_F(TempoChoicesTest, AChoiceIsAStepOfUndo)
     EXPECT_FALSE(tempo().tempoTables().estimatedBPMByFile.contains(FileURL::standardizedPath(tracks[3].url())));
     choices().scaleTempo(ids({tracks[0]}), 2);
     EXPECT_FALSE(history().canUndo()) << "nothing was changed";
+    tempo().detectAgain(ids({tracks[1]}));
+    choices().setTempo(ids({tracks[1]}), 100);
+    EXPECT_FALSE(tempo().isQueueing());
+    history().undo();
+    EXPECT_TRUE(tempo().isQueueing()) << "another search is wanted still, beside what is known";
 }
 
 TEST_F(TempoChoicesTest, ManyRowsAreChosenAndTakenBackInSlicesOneStepAfterTheOther)

@@ -11,6 +11,10 @@
 #include "platform/FileURL.h"
 #include "platform/Notifications.h"
 
+namespace {
+constexpr qint64 kBytesPerRow = 2048; // of a step, about: the tags before and after
+}
+
 /// One edit as undo and redo see it.
 struct TagWriting::UndoStep {
     QString actionName;
@@ -155,8 +159,8 @@ void TagWriting::registerStep(const std::shared_ptr<UndoStep>& step)
         return;
     watchUnknown(step);
     m_dependencies.history.registerUndo(
-        step->actionName, [this, step] { takeBack(*step); }, [this, step] { writeAgain(step); },
-        [step] { return step->before.isEmpty(); });
+        step->actionName, {step->before.size() * kBytesPerRow, true}, [this, step] { takeBack(*step); },
+        [this, step] { writeAgain(step); }, [step] { return step->before.isEmpty(); });
 }
 
 void TagWriting::watchUnknown(const std::shared_ptr<UndoStep>& step)
@@ -179,26 +183,39 @@ void TagWriting::fileTold(const TrackID& id, const AudioTags& values, TagFields 
 void TagWriting::takeBack(UndoStep& step)
 {
     ++step.turns;
-    apply(step, Direction::Back);
+    const StepAnnouncement announcement{step.actionName, Direction::Back};
+    announcement.showBegun(m_dependencies.status);
+    const auto end = [this, announcement](const TagSaver::Outcome& outcome) {
+        announcement.showEnded(m_dependencies.status, 0, outcome.notWritten.size());
+    };
+    if (!apply(step, Direction::Back, {}, end))
+        end({});
     if (step.undone)
         step.undone();
 }
 
 void TagWriting::writeAgain(const std::shared_ptr<UndoStep>& step)
 {
-    write(step);
+    const StepAnnouncement announcement{step->actionName, Direction::Forth};
+    announcement.showBegun(m_dependencies.status);
+    write(step, announcement);
     if (step->redone)
         step->redone();
 }
 
-void TagWriting::write(const std::shared_ptr<UndoStep>& step)
+/// \param again what is said of a redo, unless the step has words of its own.
+void TagWriting::write(const std::shared_ptr<UndoStep>& step, const std::optional<StepAnnouncement>& again)
 {
     const int turn = ++step->turns;
     step->edited = TagEditPlan::editedFields(m_dependencies.workspace.tracks(), step->before);
-    apply(*step, Direction::Forth, {}, [this, step, turn](const TagSaver::Outcome& outcome) {
+    const auto end = [this, step, turn, again](const TagSaver::Outcome& outcome) {
+        if (again && !step->ended)
+            again->showEnded(m_dependencies.status, 0, outcome.notWritten.size());
         if (step->ended && step->turns == turn)
             ended(*step, outcome.notWritten);
-    });
+    };
+    if (!apply(*step, Direction::Forth, {}, end) && again)
+        again->showEnded(m_dependencies.status, 0, 0);
 }
 
 /// Rows that somebody edited meanwhile keep their new text; it goes with the next save. A former text that was not in
@@ -237,8 +254,8 @@ QList<Track> TagWriting::setFields(const TagEditPlan::TagValues& values, TagFiel
 }
 
 /// What has not come to a file yet is no edit any more when it is taken back, and the guess is not written in its
-/// place. \param again rows that are written besides.
-void TagWriting::apply(const UndoStep& step, Direction direction, const QList<Track>& again, const BatchEnd& batchEnd)
+/// place. \param again rows that are written besides. \return whether anything is.
+bool TagWriting::apply(const UndoStep& step, Direction direction, const QList<Track>& again, const BatchEnd& batchEnd)
 {
     const bool isBack = direction == Direction::Back;
     const QList<Track> changed =
@@ -256,6 +273,7 @@ void TagWriting::apply(const UndoStep& step, Direction direction, const QList<Tr
     if (step.tellsTempo && (step.fields & TagField::Tempo) && !ids.isEmpty())
         emit tempoEdited(ids);
     m_dependencies.saver.writeBatch(items, batchEnd);
+    return !items.isEmpty();
 }
 
 void TagWriting::save(const AudioTags& tags, TrackID id)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/library/tagwriting/AssignmentPlan.h"
+#include "core/library/tagwriting/StepAnnouncement.h"
 #include "core/library/tagwriting/TagEditPlan.h"
 #include "core/library/tagwriting/TagSaver.h"
 #include "core/model/TagField.h"
@@ -13,6 +14,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 struct EditAnnouncement;
 class History;
@@ -79,7 +81,7 @@ Q_SIGNALS:
 
 private:
     struct UndoStep;
-    enum class Direction { Forth, Back };
+    using Direction = StepAnnouncement::Direction;
     using BatchEnd = std::function<void(const TagSaver::Outcome&)>;
 
     void assign(AssignedField field, const QString& value, const QSet<TrackID>& ids);
@@ -91,9 +93,9 @@ private:
     void watchUnknown(const std::shared_ptr<UndoStep>& step);
     void takeBack(UndoStep& step);
     void writeAgain(const std::shared_ptr<UndoStep>& step);
-    void write(const std::shared_ptr<UndoStep>& step);
+    void write(const std::shared_ptr<UndoStep>& step, const std::optional<StepAnnouncement>& again = {});
     void ended(UndoStep& step, const QSet<TrackID>& notWritten);
-    void apply(const UndoStep& step, Direction direction, const QList<Track>& again = {},
+    bool apply(const UndoStep& step, Direction direction, const QList<Track>& again = {},
                const BatchEnd& batchEnd = {});
     QList<Track> setFields(const TagEditPlan::TagValues& values, TagFields fields,
                            const QHash<TrackID, TagFields>& noEdits);

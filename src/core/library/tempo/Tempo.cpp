@@ -167,9 +167,10 @@ void Tempo::enqueue(const TempoRequests::Slice& slice, const QSet<QString>& chan
     }
     if (fresh.isEmpty())
         return;
-    const std::optional<TrackID>& selected = m_dependencies.workspace.selectedID();
-    if (!m_dependencies.playback.isPlaying() && selected && fresh.contains(*selected))
-        m_queue.prefer({*selected});
+    const std::optional<TrackID> first = m_dependencies.playback.isPlaying() ? m_dependencies.playback.currentTrackID()
+                                                                             : m_dependencies.workspace.selectedID();
+    if (first && fresh.contains(*first))
+        m_queue.prefer({*first});
     m_queue.append(fresh);
     tellSearching();
     scheduleBPMNotification();

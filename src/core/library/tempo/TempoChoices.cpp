@@ -138,6 +138,7 @@ void TempoChoices::takeBackSlice(Choice& choice, const QList<TrackID>& ids)
 {
     QSet<TrackID> known;
     QSet<TrackID> wanted;
+    QSet<TrackID> wantedAgain;
     for (const TrackID& id : ids) {
         const auto former = choice.formers.constFind(id);
         const Track* track = former == choice.formers.cend() ? nullptr : m_dependencies.workspace.tracks().find(id);
@@ -146,6 +147,8 @@ void TempoChoices::takeBackSlice(Choice& choice, const QList<TrackID>& ids)
         if (former->estimate) {
             put(id, *former->estimate);
             known.insert(id);
+            if (former->wasQueued)
+                wantedAgain.insert(id);
             continue;
         }
         m_dependencies.tempo.setEstimatedBPM(id, std::nullopt);
@@ -155,6 +158,7 @@ void TempoChoices::takeBackSlice(Choice& choice, const QList<TrackID>& ids)
     }
     m_dependencies.tempo.estimatesChosen();
     m_dependencies.tempo.detectBPM(wanted);
+    m_dependencies.tempo.detectAgain(wantedAgain);
     record(known);
 }
 
