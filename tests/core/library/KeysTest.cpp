@@ -144,8 +144,16 @@ TEST_F(KeysTest, aFileThatWasHeardAndIsTheSameIsNotDecodedAgain)
     addRow();
     EXPECT_EQ(keyURLs.size(), 1) << "the program's own write leaves the sound alone";
     rewrite("other music", false);
+    keyOf = [&](const QUrl&) {
+        rewrite("a tag while it is heard", true);
+        return std::optional(kDMajor);
+    };
+    addRow();
     addRow();
     EXPECT_EQ(keyURLs.size(), 2);
+    keys().analyzeMusicalKey(ids(workspace().keyAnalysisTracks().rows()));
+    executor.runAll();
+    EXPECT_EQ(keyURLs.size(), 3) << "who asks again gets another answer than the one that is known";
 }
 
 } // namespace

@@ -29,13 +29,22 @@ Keys::Keys(const Dependencies& dependencies)
     , m_queue(WorkKinds::kMusicalKey, *this, dependencies.scheduler, dependencies.executor)
 {
     connect(&m_entry, &WorkEntry::stopRequested, this, &Keys::dropMusicalKeyQueue);
-    connect(&m_dependencies.events, &FileEvents::changed, this,
-            [this](const FileChange& change) { m_byFile.follow(change); });
+    connect(&m_dependencies.events, &FileEvents::changed, this, &Keys::fileChanged);
     connect(&m_dependencies.workspace, &Workspace::sectionListChanged, this, &Keys::sectionChanged);
     connect(&m_dependencies.workspace, &Workspace::activeTabChanged, this, &Keys::showProgress);
 }
 
 Keys::~Keys() = default;
+
+/// What is being heard takes part once it is known.
+void Keys::fileChanged(const FileChange& change)
+{
+    m_byFile.follow(change);
+    if (m_queue.running().isEmpty())
+        m_heard.clear();
+    else
+        m_heard.append(change);
+}
 
 std::optional<TrackID> Keys::activeMusicalKeyTrackID() const
 {
@@ -61,8 +70,9 @@ void Keys::analyzeMusicalKey(const QSet<TrackID>& ids)
         const TrackID& id = track.id();
         if (!ids.contains(id) || m_queue.isQueued(id))
             continue;
-        m_analyses.remove(id);
-        m_undetermined.remove(id);
+        const bool wasKnown = m_analyses.remove(id);
+        if (m_undetermined.remove(id) || wasKnown)
+            m_byFile.remove(FileURL::standardizedPath(track.url())); // it is to be heard again
         fresh.append(id);
     }
     if (m_queue.append(fresh).isEmpty())
@@ -99,6 +109,8 @@ WorkEnd Keys::finished(const TrackID& id, std::optional<KeyFinding> finding)
     }
     if (finding->stamp)
         m_byFile.set(FileURL::standardizedPath(row->url()), {finding->analysis, *finding->stamp});
+    for (const FileChange& change : std::as_const(m_heard))
+        m_byFile.follow(change);
     m_analyses.insert(id, *finding->analysis);
     m_undetermined.remove(id);
     emit resultsChanged();

@@ -34,7 +34,7 @@ struct KeyFinding {
 
 /// The keys of the rows of the key section: a queue of analyses, its results, and their way into the files. A row is
 /// new, queued, determined or undetermined; one that leaves the section leaves the queue. A file that was heard in this
-/// run and is the same still is not decoded again. Thread: main.
+/// run and is the same still is not decoded again for another row. Thread: main.
 class Keys : public QObject, private WorkConcern<TrackID, KeyFinding> {
     Q_OBJECT
 
@@ -93,12 +93,14 @@ private:
 
     void sectionChanged(Track::MetadataDestination list, const ListChange& change);
     void showProgress();
+    void fileChanged(const FileChange& change);
 
     Dependencies m_dependencies;
     KeyWriting m_writing;
     QHash<TrackID, MusicalKeyAnalysis> m_analyses;
     QSet<TrackID> m_undetermined;
     FileResults<KeyOfFile> m_byFile;
+    QList<FileChange> m_heard; ///< while files are being analysed
     WorkEntry m_entry;
     WorkQueue<TrackID, KeyFinding> m_queue;
 };
