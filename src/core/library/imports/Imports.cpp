@@ -181,7 +181,7 @@ async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, C
     Workspace& workspace = m_dependencies.workspace;
     const ImportPlan::Split split = ImportPlan::split(workspace.tracks(), expansion.files);
     QList<TrackID> ids;
-    qsizetype joined = split.freshURLs.size();
+    qsizetype joined = 0;
     for (const int row : split.knownRows) {
         ids.append(workspace.tracks().at(row).id());
         joined += workspace.tracks().at(row).isInCoverWorkspace() ? 0 : 1;
@@ -191,6 +191,7 @@ async::Task<> Imports::completeCoverImport(AudioFileList::Expansion expansion, C
     const ImportPlan::Membership joining{.covers = true};
     const Appended appended = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
     ids.append(appended.ids);
+    joined += appended.added.size();
     announceAdded(QStringLiteral("Добавлено в обложки: %d"), joined, expansion.leftOut(), StatusIcon::Covers);
     if (completion)
         completion({ids, expansion.leftOut()});

@@ -26,7 +26,10 @@ bool ClosingQuestion::isWriting() const
 bool ClosingQuestion::mayClose()
 {
     VELMORA_ASSERT_MAIN_THREAD();
-    if (m_state == State::Closing || (m_dependencies.edits.rows().isEmpty() && !isWriting()))
+    const QSet<TrackID>& rows = m_dependencies.edits.rows();
+    if (m_state == State::Closing && m_agreed.contains(rows))
+        return true; // nothing came since
+    if (rows.isEmpty() && !isWriting())
         return true;
     setState(State::Asking);
     return false;
@@ -99,6 +102,7 @@ void ClosingQuestion::setState(State state)
 {
     const bool wasAsking = isAsking();
     m_state = state;
+    m_agreed = state == State::Closing ? m_dependencies.edits.rows() : QSet<TrackID>();
     if (wasAsking != isAsking())
         emit changed();
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "core/model/Track.h"
+
 #include <QObject>
+#include <QSet>
 
 class StatusLine;
 class TagSaver;
@@ -48,4 +51,5 @@ private:
     bool m_isTryingAgain = false; ///< the second try is about to begin
     bool m_hasTriedAgain = false;
     State m_state = State::Open;
+    QSet<TrackID> m_agreed; ///< rows with edits that may wait for the next start
 };

@@ -168,6 +168,8 @@ void UnwrittenEdits::note(const KeptEdit& edit)
 /// Together, so that what one operation edited is noted at once.
 void UnwrittenEdits::sendNotes()
 {
+    if (!m_isRead && m_dependencies.journal)
+        return; // a note takes the place of all that was said of its file
     if (!m_notes.isEmpty() && !m_writeTask.isActive())
         m_writeTask.start([this](std::stop_token stop) { return writeNotes(std::move(stop)); });
 }
@@ -205,6 +207,8 @@ bool UnwrittenEdits::keep()
     // What a worker is about to note is among these, and its own call changes nothing then.
     if (!m_dependencies.journal)
         return m_rows.isEmpty();
+    if (!m_isRead)
+        takeKept(m_dependencies.journal->read());
     return noted(m_dependencies.journal->note(stamped(m_notes), ++m_revision));
 }
 
@@ -212,13 +216,35 @@ async::Task<> UnwrittenEdits::read(std::stop_token stop)
 {
     auto job = [journal = m_dependencies.journal](const std::stop_token&) { return journal->read(); };
     const QList<KeptEdit> kept = co_await m_dependencies.executor.run(async::Priority::Utility, stop, std::move(job));
-    for (const KeptEdit& edit : kept) {
-        if (m_noted.contains(edit.url))
-            continue; // edited anew meanwhile
-        m_noted.insert(edit.url, edit);
-        m_returning.insert(edit.url, edit);
-    }
+    if (!m_isRead)
+        takeKept(kept);
     bringBackLater();
+    sendNotes();
+}
+
+/// Fields that were edited anew meanwhile are as they are now; a note says the others beside them.
+void UnwrittenEdits::takeKept(const QList<KeptEdit>& kept)
+{
+    m_isRead = true;
+    for (const KeptEdit& edit : kept) {
+        const auto anew = m_noted.constFind(edit.url);
+        if (anew == m_noted.cend()) {
+            m_noted.insert(edit.url, edit);
+            m_returning.insert(edit.url, edit);
+            continue;
+        }
+        KeptEdit both = *anew;
+        const TagFields others = edit.fields & ~both.fields;
+        if (!others)
+            continue;
+        KeptEdit waiting = edit;
+        waiting.fields = others;
+        m_returning.insert(edit.url, waiting);
+        both.tags = TagFieldSet::merged(both.tags, edit.tags, others);
+        both.fields |= others;
+        both.stamp = edit.stamp;
+        note(both);
+    }
 }
 
 /// Not inside a change of the list.

@@ -58,6 +58,7 @@ private:
     void note(const KeptEdit& edit);
     void sendNotes();
     bool noted(bool isOnDisk);
+    void takeKept(const QList<KeptEdit>& kept);
     void bringBackLater();
     void bringBack();
     async::Task<> read(std::stop_token stop);
@@ -71,6 +72,7 @@ private:
     QHash<QUrl, KeptEdit> m_returning; ///< of an earlier run, whose files have no row yet
     QList<KeptEdit> m_notes;           ///< not on disk yet
     quint64 m_revision = 0;            ///< of the last notes that were sent
+    bool m_isRead = false;             ///< what an earlier run left is known
     bool m_isBringingBack = false;
     async::TaskSlot m_readTask;
     async::TaskSlot m_writeTask;
