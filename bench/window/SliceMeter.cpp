@@ -5,16 +5,12 @@
 
 #include <ctime>
 
-namespace {
-
-double threadMilliseconds()
+double SliceMeter::threadMilliseconds()
 {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
-
-} // namespace
 
 bool SliceMeter::notify(QObject* receiver, QEvent* event)
 {

@@ -12,6 +12,9 @@ public:
 
     bool notify(QObject* receiver, QEvent* event) override;
 
+    /// Processor time of this thread.
+    static double threadMilliseconds();
+
     /// Begins a new measurement.
     void reset();
     /// Longest event since reset(), in milliseconds.

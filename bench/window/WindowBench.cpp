@@ -31,6 +31,13 @@
 
 namespace {
 
+constexpr double kSliceLimit = 16; // milliseconds
+// What an operation on all rows may take where it cannot be cut into slices, in plain passes over them:
+// docs/performance.md.
+constexpr double kRowPasses = 1;
+constexpr double kSortPasses = 3;
+constexpr double kRemovalPasses = 5;
+
 double processSeconds()
 {
     timespec time{};
@@ -71,15 +78,19 @@ void report(const SliceMeter& meter, const char* what)
 }
 
 /// The work of one step counts as a slice of its own, with the repaint that follows measured as events.
-void step(SliceMeter& meter, const char* what, const std::function<void()>& work)
+/// \return processor time of the step, in milliseconds.
+double step(SliceMeter& meter, const char* what, const std::function<void()>& work)
 {
     meter.reset();
     const auto begin = std::chrono::steady_clock::now();
+    const double before = SliceMeter::threadMilliseconds();
     work();
+    const double processor = SliceMeter::threadMilliseconds() - before;
     const double took = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
     turn(0.4);
-    printf("%-32s call %6.1f ms, then ", what, took);
-    report(meter, "");
+    printf("%-24s call %6.1f ms (processor %5.1f), then at the longest %6.1f ms (%5.1f): %s\n", what, took, processor,
+           meter.longestMilliseconds(), meter.longestCPUMilliseconds(), qPrintable(meter.longestEvent()));
+    return processor;
 }
 
 int arrive(SliceMeter& meter, const QString& folder)
@@ -101,6 +112,77 @@ int arrive(SliceMeter& meter, const QString& folder)
            std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
     report(meter, "while they arrive");
     return 0;
+}
+
+/// The least that an operation on all rows can do, whoever does it: each row is found by its id, in the order in which
+/// a selection holds them, and each copied into the list that takes the old one's place. In milliseconds.
+double plainPass(const QList<Track>& rows)
+{
+    QSet<TrackID> selection;
+    for (const Track& row : rows)
+        selection.insert(row.id());
+    double best = std::numeric_limits<double>::max();
+    for (int round = 0; round < 5; ++round) {
+        const double before = SliceMeter::threadMilliseconds();
+        QHash<TrackID, int> places;
+        for (const Track& row : rows)
+            places.insert(row.id(), static_cast<int>(places.size()));
+        QList<Track> copies;
+        for (const TrackID& id : std::as_const(selection))
+            copies.append(rows[places.value(id)]);
+        best = std::min(best, SliceMeter::threadMilliseconds() - before);
+    }
+    return best;
+}
+
+/// What is done to very many rows at once, on the way that menus and keys take. \return whether it is in bounds.
+bool largeSelection(SliceMeter& meter, VelmoraApp& app)
+{
+    SectionView& playlist = app.window().activeSection();
+    CommandCenter& commands = app.contentView().commands();
+    const auto sort = [&](TrackSortField field) { app.contentView().setTrackSortField(field, LibraryTab::Playlist); };
+    const auto selectEveryOther = [&] {
+        QSet<TrackID> ids;
+        const QList<Track>& shown = playlist.model().rows();
+        for (qsizetype row = 0; row < shown.size(); row += 2)
+            ids.insert(shown[row].id());
+        app.contentView().select(ids, std::nullopt);
+    };
+    const auto selectSecondHalf = [&] {
+        QSet<TrackID> ids;
+        const QList<Track>& shown = playlist.model().rows();
+        for (qsizetype row = shown.size() / 2; row < shown.size(); ++row)
+            ids.insert(shown[row].id());
+        app.contentView().select(ids, shown.last().id());
+    };
+    const auto give = [&](CommandID id, int number = 0) {
+        commands.perform(id, {.ids = playlist.selectedIDs(), .number = number});
+    };
+    const double plain = plainPass(playlist.model().rows());
+    bool isGood = true;
+    const auto bounded = [&](const char* what, double passes, const std::function<void()>& work) {
+        const double took = step(meter, what, work);
+        isGood = isGood && took <= std::max(kSliceLimit, passes * plain);
+        printf("    %.1f plain passes   (limit %.0f)\n", took / plain, passes);
+    };
+    printf("a plain pass takes %.1f ms\n", plain);
+    step(meter, "select one half", selectSecondHalf);
+    bounded("sort by name", kSortPasses, [&] { sort(TrackSortField::Name); });
+    bounded("turn the order", kSortPasses,
+            [&] { app.contentView().setTrackSortDirection(TrackSortDirection::Ascending, LibraryTab::Playlist); });
+    bounded("sort by tempo", kSortPasses, [&] { sort(TrackSortField::BPM); });
+    step(meter, "select all", [&] { playlist.selectAll(); });
+    bounded("set the tempo of all", kRowPasses, [&] { give(CommandID::SetTempo, 100); });
+    bounded("double it", kRowPasses, [&] { give(CommandID::DoubleTempo); });
+    bounded("undo", kRowPasses, [&] { app.store().history().undo(); });
+    bounded("back to the base order", kSortPasses, [&] { sort(TrackSortField::Original); });
+    step(meter, "select one half", selectSecondHalf);
+    bounded("remove one half", kRemovalPasses, [&] { give(CommandID::Remove); });
+    step(meter, "undo", [&] { app.store().history().undo(); });
+    step(meter, "select every other", selectEveryOther);
+    bounded("remove every other", kRemovalPasses, [&] { give(CommandID::Remove); });
+    step(meter, "undo", [&] { app.store().history().undo(); });
+    return isGood;
 }
 
 int large(SliceMeter& meter, int rows)
@@ -135,7 +217,7 @@ int large(SliceMeter& meter, int rows)
         step(meter, "select one", [&] { app->contentView().select({middle}, middle); });
     }
     step(meter, "undo", [&] { app->store().history().undo(); });
-    return 0;
+    return largeSelection(meter, *app) ? 0 : 1;
 }
 
 /// A start with a kept workspace whose files are all there, until its rows are painted.

@@ -77,6 +77,49 @@ TEST_F(TrackTableTest, RowsAboveTheViewDoNotPushIt)
     EXPECT_TRUE(dashboard.scrollStates.isEmpty()) << "nobody scrolled";
 }
 
+TEST_F(TrackTableTest, RemovalKeepsThePlaceAndWhatIsStillSelected)
+{
+    const struct {
+        const char* name;
+        int count;
+        bool (*isGone)(int row);
+    } cases[] = {
+        {"the row at the top and some above it", 90, [](int row) { return row > 3 && row < 25; }},
+        {"every other one", 1400, [](int row) { return row % 2 == 0; }},
+        {"every other one behind the first half", 1400, [](int row) { return row > 700 && row % 2 == 0; }},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.name);
+        workspace().setSelection({}, std::nullopt);
+        fill({});
+        const QList<Track> tracks = rows(each.count);
+        fill(tracks);
+        show();
+        QSet<TrackID> selected;
+        for (int row = 1; row < each.count; row += 2)
+            selected.insert(tracks[row].id());
+        workspace().setSelection(selected, tracks[1].id());
+        table().verticalScrollBar()->setValue(table().rowLayout().rowTop(20));
+        int next = *table().tracks().rowOf(table().scrollPlace().topRow);
+        while (each.isGone(next))
+            ++next;
+        QList<Track> kept;
+        QSet<TrackID> stillSelected;
+        for (int row = 0; row < each.count; ++row) {
+            if (each.isGone(row))
+                continue;
+            kept.append(tracks[row]);
+            if (selected.contains(tracks[row].id()))
+                stillSelected.insert(tracks[row].id());
+        }
+        fill(kept);
+        turn();
+        EXPECT_EQ(table().scrollPlace().topRow, tracks[next].id());
+        EXPECT_EQ(window->section(LibraryTab::Playlist).selectedIDs(), stillSelected);
+        EXPECT_EQ(table().currentIndex().row(), 1 - int(each.isGone(0)));
+    }
+}
+
 TEST_F(TrackTableTest, ScrollingIsReportedOnceAndItsEndToo)
 {
     showRows(90);

@@ -16,6 +16,7 @@
 #include "ui/sections/SortControls.h"
 #include "ui/text/Texts.h"
 #include "ui/theme/Theme.h"
+#include "ui/tracks/RowSelection.h"
 #include "ui/tracks/ScrollActivity.h"
 #include "ui/tracks/ScrollMemory.h"
 #include "ui/tracks/SelectionSync.h"
@@ -63,6 +64,8 @@ LibraryTab SectionView::tab() const
 void SectionView::buildList()
 {
     m_list = m_descriptor.makeList ? m_descriptor.makeList(m_context, *this) : makeTable();
+    const std::unique_ptr<QItemSelectionModel> plain(m_list->selectionModel());
+    m_list->setSelectionModel(new RowSelection(m_model, m_list));
     if (!m_descriptor.section().ownsSelection)
         m_sync = new SelectionSync(*m_list, *m_model, m_context.store.workspace(), m_context.actions);
     if (!m_descriptor.remembersScrolling)

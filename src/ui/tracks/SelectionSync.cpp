@@ -8,6 +8,10 @@
 #include <QItemSelectionModel>
 #include <QScopedValueRollback>
 
+namespace {
+constexpr qsizetype kManyRows = 500; // chosen: fewer are carried along within a millisecond
+}
+
 SelectionSync::SelectionSync(QAbstractItemView& view, TrackListModel& model, Workspace& workspace,
                              DashboardActions& actions)
     : QObject(&view)
@@ -19,6 +23,7 @@ SelectionSync::SelectionSync(QAbstractItemView& view, TrackListModel& model, Wor
     QItemSelectionModel* selection = view.selectionModel();
     connect(selection, &QItemSelectionModel::selectionChanged, this, &SelectionSync::viewChanged);
     connect(selection, &QItemSelectionModel::currentRowChanged, this, &SelectionSync::viewChanged);
+    connect(&model, &TrackListModel::structureAboutToChange, this, &SelectionSync::liftLargeSelection);
     connect(&workspace, &Workspace::selectionChanged, this, &SelectionSync::workspaceChanged);
 }
 
@@ -58,6 +63,14 @@ void SelectionSync::beginRows()
 {
     flush();
     m_isTaking = true;
+}
+
+/// The toolkit carries each selected row along through every move and removal. Many are laid down anew instead, by
+/// endRows().
+void SelectionSync::liftLargeSelection()
+{
+    if (m_isTaking && m_isActive && m_shown.size() > kManyRows)
+        m_view.selectionModel()->select(QItemSelection(), QItemSelectionModel::Clear);
 }
 
 void SelectionSync::endRows(bool structure)

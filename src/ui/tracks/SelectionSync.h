@@ -37,6 +37,7 @@ public:
 private:
     void viewChanged();
     void workspaceChanged();
+    void liftLargeSelection();
     void take();
     void applyRows(const QSet<TrackID>& ids);
     void applyFocus(const std::optional<TrackID>& focused);

@@ -1,5 +1,6 @@
 #include "ui/tracks/TrackListModel.h"
 
+#include "core/library/workspace/PlaceTable.h"
 #include "ui/cells/EditMark.h"
 #include "ui/cells/KeyTexts.h"
 #include "ui/cells/TempoText.h"
@@ -72,8 +73,10 @@ void TrackListModel::setRows(const QList<Track>& rows)
     while (tail < common - head && isSameRow(std::as_const(m_rows)[oldCount - 1 - tail], rows[newCount - 1 - tail]))
         ++tail;
     const bool structure = head + tail < std::max(oldCount, newCount);
-    if (structure)
+    if (structure) {
+        emit structureAboutToChange();
         replaceMiddle(rows, head, oldCount - tail, newCount - tail);
+    }
     takeValues(rows);
     emit rowsReplaced(structure);
 }
@@ -84,9 +87,11 @@ void TrackListModel::replaceMiddle(const QList<Track>& rows, int first, int oldE
         replaceByOneRun(rows, first, oldEnd, newEnd);
         return;
     }
+    if (oldEnd == newEnd ? onlyMoves(rows, first, newEnd) : onlyRemoves(rows, first, oldEnd, newEnd))
+        return;
     const QSet<TrackID> kept = idsOf(rows, first, newEnd);
     const QSet<TrackID> known = idsOf(m_rows, first, oldEnd);
-    removeMissing(kept, first, oldEnd);
+    removeThose(first, oldEnd, [&](int row) { return !kept.contains(std::as_const(m_rows)[row].id()); });
     arrange(rows, first, newEnd);
     insertMissing(rows, known, first, newEnd);
 }
@@ -116,9 +121,43 @@ void TrackListModel::replaceByOneRun(const QList<Track>& rows, int first, int ol
     emitChanged(changed);
 }
 
-void TrackListModel::removeMissing(const QSet<TrackID>& kept, int first, int oldEnd)
+/// Puts the rows into their new order where none came or went.
+bool TrackListModel::onlyMoves(const QList<Track>& rows, int first, int end)
 {
-    const auto isGone = [&](int row) { return !kept.contains(std::as_const(m_rows)[row].id()); };
+    PlaceTable<TrackID> places;
+    places.extend(end - first, [&](int row) { return std::as_const(m_rows)[first + row].id(); });
+    QList<int> order;
+    order.reserve(end - first);
+    std::vector<bool> isTaken(size_t(end - first));
+    for (int row = first; row < end; ++row) {
+        const std::optional<int> place = places.find(rows[row].id());
+        if (!place || isTaken[size_t(*place)])
+            return false;
+        isTaken[size_t(*place)] = true;
+        order.append(*place);
+    }
+    permute(first, order);
+    return true;
+}
+
+/// Removes the rows that are gone where those that stay keep their order, found by one pass over both lists.
+bool TrackListModel::onlyRemoves(const QList<Track>& rows, int first, int oldEnd, int newEnd)
+{
+    std::vector<bool> isGone(size_t(oldEnd - first));
+    int next = first;
+    for (int row = first; row < oldEnd; ++row) {
+        const bool stays = next < newEnd && isSameRow(std::as_const(m_rows)[row], rows[next]);
+        isGone[size_t(row - first)] = !stays;
+        next += stays ? 1 : 0;
+    }
+    if (next == newEnd)
+        removeThose(first, oldEnd, [&](int row) { return isGone[size_t(row - first)]; });
+    return next == newEnd;
+}
+
+template <typename IsGone>
+void TrackListModel::removeThose(int first, int oldEnd, IsGone isGone)
+{
     QList<Run> runs = runsOf(first, oldEnd, isGone);
     if (runs.size() > kMaximumRuns) {
         QList<int> order;

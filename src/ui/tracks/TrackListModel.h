@@ -57,13 +57,18 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 Q_SIGNALS:
+    /// In setRows, before rows come, go or move.
+    void structureAboutToChange();
     /// After setRows, once, if anything differed. \param structure whether rows came, went or moved.
     void rowsReplaced(bool structure);
 
 private:
     void replaceMiddle(const QList<Track>& rows, int first, int oldEnd, int newEnd);
     void replaceByOneRun(const QList<Track>& rows, int first, int oldEnd, int newEnd);
-    void removeMissing(const QSet<TrackID>& kept, int first, int oldEnd);
+    bool onlyMoves(const QList<Track>& rows, int first, int end);
+    bool onlyRemoves(const QList<Track>& rows, int first, int oldEnd, int newEnd);
+    template <typename IsGone>
+    void removeThose(int first, int oldEnd, IsGone isGone);
     void arrange(const QList<Track>& rows, int first, int newEnd);
     void insertMissing(const QList<Track>& rows, const QSet<TrackID>& known, int first, int newEnd);
     void removeRun(int first, int end);

@@ -124,15 +124,29 @@ void TrackTable::beginRows()
     const int row = verticalOffset() > 0 ? m_layout.nearestRow(verticalOffset() + pinnedHeight()) : -1;
     m_anchor = row >= 0 && row < m_model.rowCount() ? m_model.index(row, 0) : QModelIndex();
     m_anchorOffset = m_anchor.isValid() ? m_layout.rowTop(row) - verticalOffset() : 0;
+    m_anchorRow = row;
+    m_before = m_anchor.isValid() ? m_model.rows() : QList<Track>();
 }
 
 void TrackTable::endRows()
 {
     const QModelIndex anchor = std::exchange(m_anchor, QPersistentModelIndex());
+    const QList<Track> before = std::exchange(m_before, {});
     updateGeometries();
-    if (anchor.isValid())
-        verticalScrollBar()->setValue(m_layout.rowTop(anchor.row()) - m_anchorOffset);
+    const int row = anchor.isValid() || before.isEmpty() ? anchor.row() : survivorsAbove(before, m_anchorRow);
+    if (row >= 0)
+        verticalScrollBar()->setValue(m_layout.rowTop(std::min(row, m_model.rowCount() - 1)) - m_anchorOffset);
     dropWaveformsOutOfView();
+}
+
+/// How many of the rows above one that left are still there: the place of the next one that stayed.
+int TrackTable::survivorsAbove(const QList<Track>& before, int row) const
+{
+    const QList<Track>& rows = m_model.rows();
+    int count = 0;
+    for (int above = 0; above < row && count < rows.size(); ++above)
+        count += before[above].id() == rows[count].id() ? 1 : 0;
+    return count;
 }
 
 RowState TrackTable::stateOf(const QModelIndex& index) const
@@ -149,9 +163,8 @@ RowState TrackTable::stateOf(const QModelIndex& index) const
     if (!hasFocus() || currentIndex().row() != index.row())
         return state;
     // One selected row is its own mark; among several, or away from them, the focus needs one.
-    const QItemSelection selection = selectionModel()->selection();
-    const bool isOnlyRow = selection.size() == 1 && selection.first().height() == 1 && selection.contains(index);
-    state.hasFocusRing = m_isKeyboardUsed || (!selection.isEmpty() && !isOnlyRow);
+    const bool isOnlyRow = m_selected.isOne && selectionModel()->isSelected(index);
+    state.hasFocusRing = m_isKeyboardUsed || (m_selected.isAny && !isOnlyRow);
     return state;
 }
 

@@ -83,6 +83,7 @@ protected:
 private:
     int rowAtViewport(double y) const;
     int pinnedHeight() const;
+    void lookAtSelection(int first, int last);
     void paintRow(QPainter& painter, QStyleOptionViewItem& option, int row) const;
     void paintFolders(QPainter& painter) const;
     void applyWidths();
@@ -105,6 +106,7 @@ private:
     void updateTempos(const QSet<TrackID>& ids);
     void setHoveredRow(int row);
     void updateRow(int row);
+    int survivorsAbove(const QList<Track>& before, int row) const;
 
     WindowContext m_context;
     TrackListModel& m_model;
@@ -112,9 +114,18 @@ private:
     FolderHeader m_folderHeader;
     int m_hoveredRow = -1;
     PlayingMark m_mark;
+    /// What the picture that is being painted shows of the selection.
+    struct Selected {
+        std::vector<bool> rows; ///< those painted, from the first on
+        bool isAny = false;     ///< whether any row of the list is
+        bool isOne = false;     ///< whether one alone is
+    };
+    Selected m_selected;
     QPersistentModelIndex m_pressedHeart;
     QPersistentModelIndex m_pressedCover;
     QPersistentModelIndex m_anchor; ///< row at the top of the view while rows change
+    QList<Track> m_before;          ///< the rows until then
+    int m_anchorRow = 0;            ///< its place among them
     int m_anchorOffset = 0;         ///< its place in the viewport, pixels
     bool m_isTakingFocus = false;
     bool m_isBeingShown = false;

@@ -118,15 +118,30 @@ void TrackTable::paintEvent(QPaintEvent* event)
     QPainter painter(viewport());
     QStyleOptionViewItem option;
     initViewItemOption(&option);
+    const int first = m_layout.nearestRow(event->rect().top() + verticalOffset());
     const int last = m_layout.nearestRow(event->rect().bottom() + verticalOffset());
-    for (int row = m_layout.nearestRow(event->rect().top() + verticalOffset()); row >= 0 && row <= last; ++row)
+    lookAtSelection(first, last);
+    for (int row = first; row >= 0 && row <= last; ++row) {
+        option.state.setFlag(QStyle::State_Selected, m_selected.rows[size_t(row - first)]);
         paintRow(painter, option, row);
+    }
     paintFolders(painter);
+}
+
+/// Once for all rows of a picture: the selection is a list of runs, and may have very many.
+void TrackTable::lookAtSelection(int first, int last)
+{
+    const QItemSelection selection = selectionModel()->selection();
+    m_selected = {std::vector<bool>(size_t(std::max(0, last - first + 1))), !selection.isEmpty(),
+                  selection.size() == 1 && selection.first().height() == 1};
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = std::max(first, range.top()); row <= std::min(last, range.bottom()); ++row)
+            m_selected.rows[size_t(row - first)] = true;
+    }
 }
 
 void TrackTable::paintRow(QPainter& painter, QStyleOptionViewItem& option, int row) const
 {
-    option.state.setFlag(QStyle::State_Selected, selectionModel()->isSelected(m_model.index(row, 0)));
     for (int column = 0; column < m_model.columnCount(); ++column) {
         if (isColumnHidden(column))
             continue;

@@ -15,6 +15,7 @@ TEST_F(StoreFixture, TellsHowTheListChanged)
         std::optional<Kind> kind; ///< nothing: no signal at all
         QList<int> rows;
         int first = 0;
+        QList<TrackID> gone = {};
     } cases[] = {
         {"same values", {a, b}, {a, b}, {}, {}, 0},
         {"one value", {a, b}, {a, starred}, Kind::Contents, {1}, 0},
@@ -22,7 +23,10 @@ TEST_F(StoreFixture, TellsHowTheListChanged)
         {"appended", {a}, {a, b}, Kind::Appended, {}, 1},
         {"into the empty list", {}, {a, b}, Kind::Appended, {}, 0},
         {"appended with a change before", {b}, {starred, a}, Kind::Structure, {}, 0},
-        {"removed", {a, b}, {b}, Kind::Structure, {}, 0},
+        {"removed", {a, b}, {b}, Kind::Removed, {}, 0, {a.id()}},
+        {"removed at the end, with a change before", {b, a}, {starred}, Kind::Removed, {0}, 0, {a.id()}},
+        {"removed all", {a, b}, {}, Kind::Removed, {}, 0, {a.id(), b.id()}},
+        {"removed, and another came", {a, b, c}, {c, a}, Kind::Structure, {}, 0},
         {"swapped", {a, b}, {b, a}, Kind::Structure, {}, 0},
     };
     for (const auto& c : cases) {
@@ -39,6 +43,7 @@ TEST_F(StoreFixture, TellsHowTheListChanged)
             EXPECT_EQ(seen->kind, *c.kind);
             EXPECT_EQ(seen->rows, c.rows);
             EXPECT_EQ(seen->first, c.first);
+            EXPECT_EQ(seen->gone, c.gone);
         }
         for (int row = 0; row < c.after.size(); ++row) {
             EXPECT_EQ(workspace().tracks().indexOf(c.after[row].id()), row);

@@ -134,7 +134,7 @@ void Keys::showProgress()
 /// Rows that left the section leave the queue with it.
 void Keys::sectionChanged(Destination list, const ListChange& change)
 {
-    if (list != Destination::MusicalKey || change.kind != ListChange::Kind::Structure || m_queue.isEmpty())
+    if (list != Destination::MusicalKey || !change.mayLackRows() || m_queue.isEmpty())
         return;
     QSet<TrackID> gone = m_queue.queued();
     for (const Track& row : m_dependencies.workspace.keyAnalysisTracks())

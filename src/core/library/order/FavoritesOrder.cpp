@@ -1,8 +1,7 @@
 #include "core/library/order/FavoritesOrder.h"
 
 #include "core/library/order/LazySortKey.h"
-
-#include <QSet>
+#include "core/library/workspace/Rows.h"
 
 #include <algorithm>
 
@@ -84,7 +83,8 @@ void FavoritesOrder::tracksChanged(const TrackList& tracks, const ListChange& ch
     const auto belongs = [this](const Track& track) { return track.isFavorite() && m_filter.passes(track); };
     switch (change.kind) {
     case ListChange::Kind::Contents:
-        if (!takeChanges(tracks, change.rows))
+    case ListChange::Kind::Removed:
+        if (!takeChanges(tracks, change))
             forget();
         return;
     case ListChange::Kind::Appended:
@@ -98,12 +98,16 @@ void FavoritesOrder::tracksChanged(const TrackList& tracks, const ListChange& ch
 }
 
 /// \return false if a row joined or may have another place now.
-bool FavoritesOrder::takeChanges(const TrackList& tracks, const QList<int>& changedRows)
+bool FavoritesOrder::takeChanges(const TrackList& tracks, const ListChange& change)
 {
     QList<Track> rows = m_rows->rows();
-    QSet<int> gone;
-    bool isTouched = false;
-    for (const int changed : changedRows) {
+    QList<int> gone;
+    for (const TrackID& id : change.gone) {
+        if (const std::optional<int> row = m_rows->indexOf(id))
+            gone.append(*row);
+    }
+    bool isTouched = !gone.isEmpty();
+    for (const int changed : change.rows) {
         const Track& track = tracks.at(changed);
         const std::optional<int> row = m_rows->indexOf(track.id());
         const bool belongs = track.isFavorite() && m_filter.passes(track);
@@ -115,18 +119,13 @@ bool FavoritesOrder::takeChanges(const TrackList& tracks, const QList<int>& chan
         if (belongs)
             rows[*row] = track;
         else
-            gone.insert(*row);
+            gone.append(*row);
     }
     if (!isTouched)
         return true;
     if (!gone.isEmpty()) {
-        QList<Track> kept;
-        kept.reserve(rows.size() - gone.size());
-        for (int row = 0; row < rows.size(); ++row) {
-            if (!gone.contains(row))
-                kept.append(std::as_const(rows)[row]);
-        }
-        rows.swap(kept);
+        std::ranges::sort(gone);
+        rows = Rows::without(rows, gone);
     }
     m_rows->assign(std::move(rows));
     return true;

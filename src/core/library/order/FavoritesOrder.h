@@ -38,7 +38,7 @@ public:
     int sortCount() const { return m_sortCount; }
 
 private:
-    bool takeChanges(const TrackList& tracks, const QList<int>& changedRows);
+    bool takeChanges(const TrackList& tracks, const ListChange& change);
 
     std::optional<TrackList> m_rows;
     FavoriteFilter m_filter;

@@ -1,5 +1,7 @@
 #include "core/library/order/FolderSorts.h"
 
+#include "core/library/workspace/Rows.h"
+
 #include <algorithm>
 
 namespace {
@@ -106,6 +108,44 @@ void FolderSorts::refresh(const QList<Track>& base, const QList<int>& baseRows, 
             m_base[baseRow] = base[baseRow];
         shown = base[baseRow];
     }
+}
+
+void FolderSorts::remove(const QList<int>& baseRows, const std::vector<FolderSection>& sections)
+{
+    constexpr int kGone = -1;
+    std::vector<int> moved(size_t(m_base.size())); // the new base row of each old one
+    auto gone = baseRows.cbegin();
+    int next = 0;
+    for (int row = 0; row < m_base.size(); ++row) {
+        const bool isGone = gone != baseRows.cend() && *gone == row;
+        gone += isGone ? 1 : 0;
+        moved[size_t(row)] = isGone ? kGone : next++;
+    }
+    const auto survives = [&](const FolderSection& section) {
+        return std::any_of(moved.begin() + section.first, moved.begin() + section.end,
+                           [](int row) { return row != kGone; });
+    };
+    if (std::ranges::count_if(m_sections, survives) != std::ssize(sections)) {
+        clear(); // what stood between two parts of one folder left, and they are sorted as one from now on
+        return;
+    }
+    QList<Track> rows;
+    rows.reserve(next);
+    std::vector<int> source;
+    source.reserve(size_t(next));
+    m_places.resize(size_t(next));
+    for (qsizetype row = 0; row < m_rows.size(); ++row) {
+        const int baseRow = moved[size_t(m_source[size_t(row)])];
+        if (baseRow == kGone)
+            continue;
+        m_places[size_t(baseRow)] = static_cast<int>(source.size());
+        source.push_back(baseRow);
+        rows.append(std::as_const(m_rows)[row]);
+    }
+    m_base = Rows::without(m_base, baseRows);
+    m_rows = std::move(rows);
+    m_source = std::move(source);
+    m_sections = sections;
 }
 
 void FolderSorts::clear()

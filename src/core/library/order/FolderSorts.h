@@ -26,6 +26,9 @@ public:
     /// Puts new values where the rows stand. \param baseRows which rows of \p base have new values. \param placing Owed
     /// makes the next update() sort their folders again.
     void refresh(const QList<Track>& base, const QList<int>& baseRows, Placing placing);
+    /// Lets rows go; the others keep their order, and what is owed to them. Only where rows() are those of the base.
+    /// \param baseRows ascending, as they stood. \param sections the folders as they are now.
+    void remove(const QList<int>& baseRows, const std::vector<PlaylistBase::FolderSection>& sections);
     /// What is known beyond the tags has changed: the next update() sorts all folders.
     void forgetInputs() { m_areInputsKnown = false; }
     /// The same if the last sort went by ratings.

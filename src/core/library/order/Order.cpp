@@ -129,6 +129,9 @@ void Order::tracksChanged(const ListChange& change)
         m_sections.reset();
         invalidatePlaylistSort();
         return;
+    case ListChange::Kind::Removed:
+        rowsRemoved(change);
+        return;
     case ListChange::Kind::Structure:
         m_isBaseValid = false;
         return;
@@ -152,6 +155,28 @@ void Order::contentsChanged(const ListChange& change)
         m_folderSorts.refresh(m_base.rows().rows(), *refreshed, isPatch ? Placing::Same : Placing::Owed);
     if (!isPatch)
         m_refresh.oweMetadata();
+}
+
+/// Rows that stay behind keep their order. What was owed to them is paid: the list moves anyhow.
+void Order::rowsRemoved(const ListChange& change)
+{
+    const TrackList& tracks = m_dependencies.workspace.tracks();
+    QList<TrackID> gone = change.gone;
+    QList<int> stayed;
+    for (const int row : change.rows) {
+        if (tracks.at(row).isInPlaylist())
+            stayed.append(row);
+        else
+            gone.append(tracks.at(row).id());
+    }
+    const QList<int> baseRows = m_base.remove(gone);
+    m_sections.reset();
+    if (m_areRowsFinished)
+        m_folderSorts.remove(baseRows, playlistFolderSections());
+    else
+        m_folderSorts.clear();
+    m_isBaseValid = m_base.refresh(tracks, stayed).has_value();
+    invalidatePlaylistSort();
 }
 
 /// Carries out what was owed, and lets the views know.

@@ -96,6 +96,7 @@ private:
     void reorder();
     void invalidatePlaylistSort() { m_areRowsFinished = false; }
     void contentsChanged(const ListChange& change);
+    void rowsRemoved(const ListChange& change);
     const QList<Track>& baseRows();
     FolderSorts::Key sortKey(LibraryTab tab) const;
     void choose(LibraryTab tab, const FolderSorts::Key& key);

@@ -1,5 +1,6 @@
 #include "core/library/order/PlaylistBase.h"
 
+#include "core/library/workspace/Rows.h"
 #include "platform/Collation.h"
 #include "platform/FileURL.h"
 
@@ -156,6 +157,22 @@ void PlaylistBase::insert(std::vector<Entry> fresh)
     }
     m_rows.assign(std::move(rows));
     m_folders = std::move(folders);
+}
+
+QList<int> PlaylistBase::remove(const QList<TrackID>& ids)
+{
+    QList<int> gone;
+    gone.reserve(ids.size());
+    for (const TrackID& id : ids) {
+        if (const std::optional<int> row = m_rows.indexOf(id))
+            gone.append(*row);
+    }
+    if (gone.isEmpty())
+        return gone;
+    std::ranges::sort(gone);
+    m_rows.assign(Rows::without(m_rows.rows(), gone));
+    m_folders = Rows::without(m_folders, gone);
+    return gone;
 }
 
 std::optional<QList<int>> PlaylistBase::refresh(const TrackList& tracks, const QList<int>& changedRows)

@@ -29,6 +29,8 @@ public:
     void rebuild(const TrackList& tracks);
     /// Takes the rows from \p first on as new ones, the others as they were.
     void append(const TrackList& tracks, int first);
+    /// Lets these tracks go. \return the rows that they had, ascending.
+    QList<int> remove(const QList<TrackID>& ids);
     /// Takes new values of these rows of \p tracks. \return the rows here that have new values; nothing, and nothing is
     /// taken, if one of them joined, left or moved to another file.
     std::optional<QList<int>> refresh(const TrackList& tracks, const QList<int>& changedRows);

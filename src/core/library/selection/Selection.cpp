@@ -5,6 +5,25 @@
 #include "core/library/workspace/Workspace.h"
 #include "core/model/LibrarySection.h"
 
+namespace {
+
+constexpr qsizetype kRowsPerLookup = 4; // chosen: so many rows in order are looked at while one is found by its id
+
+/// Those of the ids that are rows and not gone. Of many it is cheaper to go through the rows in order.
+template <typename IsGone>
+QSet<TrackID> idsAmong(const QList<Track>& rows, const QSet<TrackID>& ids, IsGone isGone)
+{
+    QList<TrackID> found;
+    found.reserve(ids.size());
+    for (const Track& row : rows) {
+        if (ids.contains(row.id()) && !isGone(row))
+            found.append(row.id());
+    }
+    return found.size() == ids.size() ? ids : QSet<TrackID>(found.cbegin(), found.cend());
+}
+
+} // namespace
+
 Selection::Selection(Workspace& workspace, Order& order)
     : m_workspace(workspace)
     , m_order(order)
@@ -41,9 +60,15 @@ qsizetype Selection::rowCount(LibraryTab tab) const
 
 bool Selection::isSelectable(LibraryTab tab, const TrackID& id) const
 {
+    const Track* track = m_workspace.list(LibrarySection::of(tab).list).find(id);
+    return track && shows(tab, *track);
+}
+
+/// \param track of the section's list.
+bool Selection::shows(LibraryTab tab, const Track& track) const
+{
     const LibrarySection& section = LibrarySection::of(tab);
-    const Track* track = m_workspace.list(section.list).find(id);
-    return track && section.holds(*track) && (!section.isFiltered || m_order.passesFavoriteFilter(*track));
+    return section.holds(track) && (!section.isFiltered || m_order.passesFavoriteFilter(track));
 }
 
 std::optional<Track> Selection::selectedTrack() const
@@ -164,9 +189,12 @@ void Selection::dropInvisible()
 Selection::State Selection::reduced(const State& state, LibraryTab tab) const
 {
     const auto isGone = [&](const TrackID& id) { return !isSelectable(tab, id); };
+    const auto isHidden = [&](const Track& track) { return !shows(tab, track); };
     State result = state;
-    // Mostly nothing is gone, and the set need not be copied.
-    if (std::ranges::any_of(state.ids, isGone))
+    const QList<Track>& rows = m_workspace.list(LibrarySection::of(tab).list).rows();
+    if (state.ids.size() * kRowsPerLookup > rows.size())
+        result.ids = idsAmong(rows, state.ids, isHidden);
+    else if (std::ranges::any_of(state.ids, isGone)) // mostly nothing is gone, and the set need not be copied
         result.ids.removeIf(isGone);
     if (result.focusedID && isGone(*result.focusedID))
         result.focusedID.reset();

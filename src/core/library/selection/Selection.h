@@ -63,6 +63,7 @@ private:
         State state;
         quint64 listRevision = 0;
     };
+    bool shows(LibraryTab tab, const Track& track) const;
     State reduced(const State& state, LibraryTab tab) const;
     State presentState() const;
     void noteChecked();

@@ -82,7 +82,7 @@ Tempo::~Tempo() = default;
 void Tempo::listChanged(const ListChange& change)
 {
     m_progress.forget();
-    if (change.kind != ListChange::Kind::Structure || m_queue.isEmpty())
+    if (!change.mayLackRows() || m_queue.isEmpty())
         return;
     QSet<TrackID> gone;
     for (const QList<TrackID>& keys : {m_queue.waiting(), m_queue.running()}) {

@@ -25,6 +25,22 @@ bool isPrefix(const QList<Track>& old, const QList<Track>& rows)
                       [](const Track& left, const Track& right) { return left.isSameValueAs(right); });
 }
 
+/// The change from a list to one that lacks some of its rows; nothing if anything came or moved.
+std::optional<ListChange> removal(const QList<Track>& old, const QList<Track>& rows)
+{
+    ListChange change;
+    change.kind = ListChange::Kind::Removed;
+    qsizetype row = 0;
+    for (const Track& track : old) {
+        const bool isThere = row < rows.size() && track.id() == rows[row].id();
+        if (!isThere)
+            change.gone.append(track.id());
+        else if (!track.isSameValueAs(rows[row++]))
+            change.rows.append(static_cast<int>(row) - 1);
+    }
+    return row == rows.size() ? std::optional(change) : std::nullopt;
+}
+
 } // namespace
 
 void TrackList::enterIDs() const
@@ -80,6 +96,10 @@ ListChange TrackList::assign(QList<Track> rows)
         return {ListChange::Kind::Appended, {}, static_cast<int>(old.size())};
     }
     forgetPlaces();
+    if (old.size() > m_rows.size()) {
+        if (std::optional<ListChange> change = removal(old, m_rows))
+            return *std::move(change);
+    }
     return {ListChange::Kind::Structure, {}, 0};
 }
 
