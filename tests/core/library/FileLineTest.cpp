@@ -43,7 +43,7 @@ public:
         if (keepsPaths)
             kept.append(held);
         if (failing.contains(number))
-            co_return FileFailure{url(number), QString::number(number)};
+            co_return FileFailure{url(number), QString::number(number), missing.contains(number)};
         co_return std::nullopt;
     }
     void update() override { updates.append(worked.size()); }
@@ -54,6 +54,7 @@ public:
     }
 
     QList<int> failing;
+    QList<int> missing; ///< of those that fail
     QList<int> throwing;
     bool keepsPaths = false;
     QList<int> worked;
@@ -108,6 +109,24 @@ TEST_F(FileLineTest, FailuresHoldNothingUpAndRowsCatchUpEveryFewFiles)
     EXPECT_EQ(files->ended->left, 0);
     EXPECT_EQ(progress(), QStringLiteral("0/0"));
     EXPECT_FALSE(line->isActive());
+}
+
+TEST_F(FileLineTest, AMissingFileHidesNoOtherReason)
+{
+    const struct {
+        QList<int> failing, missing;
+        int told;
+    } cases[] = {{{1, 2, 3}, {1}, 2}, {{1, 2, 3}, {2}, 1}, {{1, 2}, {1, 2}, 1}, {{2, 3}, {2}, 3}};
+    for (const auto& each : cases) {
+        const auto files = round({1, 2, 3});
+        files->failing = each.failing;
+        files->missing = each.missing;
+        append(files);
+        executor.runAll();
+        ASSERT_TRUE(files->ended && files->ended->firstFailure);
+        EXPECT_EQ(files->ended->firstFailure->message, QString::number(each.told));
+        EXPECT_EQ(files->ended->failed, each.failing.size());
+    }
 }
 
 TEST_F(FileLineTest, WhatIsThrownIsAFailureAndTheRoundComesToItsEnd)

@@ -61,7 +61,8 @@ async::Task<FileRound::End> FileLine::goThrough(std::shared_ptr<Running> running
         if (!held || running->stopping.stop_requested())
             break;
         std::optional<FileFailure> failure = co_await work(running, file, std::move(held), stop);
-        if (failure && end.failed++ == 0)
+        // That a file is gone is seen anyhow; it does not hide a reason that the user can do something about.
+        if (failure && (end.failed++ == 0 || (end.firstFailure->isMissing && !failure->isMissing)))
             end.firstFailure = std::move(failure);
         setProgress(m_progress.done + 1, m_progress.total);
         if ((file + 1) % kFilesPerUpdate == 0)

@@ -24,7 +24,7 @@ class FileRound {
 public:
     /// How it ended.
     struct End {
-        std::optional<FileFailure> firstFailure;
+        std::optional<FileFailure> firstFailure; ///< one of a file that is there before one of a missing file
         int failed = 0;
         int left = 0; ///< files that a stop left undone
     };
