@@ -1139,6 +1139,10 @@
     <translation>Edits for %@ are not saved</translation>
   </message>
   <message>
+    <source>Правки не сохранены: этот раздел не показывает их строк</source>
+    <translation>Edits are not saved: this section does not show their rows</translation>
+  </message>
+  <message>
     <source>Правки не удалось сохранить до следующего запуска</source>
     <translation>The edits could not be kept until the next start</translation>
   </message>

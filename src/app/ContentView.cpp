@@ -179,11 +179,12 @@ void ContentView::chooseAndAssignCover(const QSet<TrackID>& ids)
 
 void ContentView::saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids)
 {
-    m_library.tagWriting().saveFields(tags, fields, ids);
+    m_library.tagWriting().saveFields(tags, fields, m_library.selection().shown(ids));
 }
 
-void ContentView::assignArtwork(const QByteArray& image, const QSet<TrackID>& ids)
+void ContentView::assignArtwork(const QByteArray& image, const QSet<TrackID>& wanted)
 {
+    const QSet<TrackID> ids = m_library.selection().shown(wanted);
     if (m_library.workspace().artworkWritingIDs().intersects(ids))
         m_library.status().showStatus(QStringLiteral("Подождите: обложка ещё сохраняется в файл"), StatusIcon::Cover,
                                       WorkspaceStatus::Tone::Warning);

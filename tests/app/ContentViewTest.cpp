@@ -1,5 +1,6 @@
 #include "app/ContentView.h"
 #include "support/FakeAudio.h"
+#include "support/Pictures.h"
 #include "support/StoreFixture.h"
 
 #include "playback/AudioPlayer.h"
@@ -60,6 +61,29 @@ TEST_F(ContentViewTest, ASectionSwitchKeepsEachSelection)
     async::MainQueue::drain();
     ASSERT_EQ(focus.size(), 1);
     EXPECT_EQ(focus.first().first().toUuid(), a.id());
+}
+
+TEST_F(ContentViewTest, RowsThatTheSectionDoesNotShowAreNotEdited)
+{
+    const Track shown = track(QStringLiteral("shown.mp3"));
+    Track hidden = track(QStringLiteral("hidden.mp3"));
+    hidden.setIsInPlaylist(false);
+    hidden.setIsInCoverWorkspace(true);
+    fill({shown, hidden});
+    const QByteArray picture = Pictures::plain({8, 8}, 0xffff0000, "PNG");
+    AudioTags tags;
+    tags.title = QStringLiteral("New");
+    view.saveTags(tags, TagField::Title, ids({shown, hidden}));
+    EXPECT_EQ(now(shown).tags().title, QStringLiteral("New"));
+    EXPECT_NE(now(hidden).tags().title, QStringLiteral("New"));
+    executor.runAll();
+    view.assignArtwork(picture, ids({hidden}));
+    executor.runOne();
+    EXPECT_TRUE(workspace().artworkWritingIDs().isEmpty());
+    view.assignArtwork(picture, ids({shown, hidden}));
+    executor.runOne();
+    EXPECT_EQ(workspace().artworkWritingIDs(), ids({shown}));
+    executor.runAll();
 }
 
 TEST_F(ContentViewTest, TheActiveSectionAgainDoesNothing)

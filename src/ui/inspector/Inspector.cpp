@@ -292,11 +292,17 @@ void Inspector::showCover()
 void Inspector::save()
 {
     const TagFields touched = m_model.touched();
-    const QSet<TrackID> ids = m_model.writableIDs();
+    const Selection& selection = m_context.store.selection();
     if (!touched) // what a failed or stopped save left out
-        m_context.store.unwrittenEdits().writeAgain(m_model.unwrittenIDs());
-    if (!touched || ids.isEmpty())
+        m_context.store.unwrittenEdits().writeAgain(selection.shown(m_model.unwrittenIDs()));
+    if (!touched || m_model.writableCount() == 0)
         return;
+    const QSet<TrackID> ids = selection.shown(m_model.writableIDs());
+    if (ids.isEmpty()) { // the edits stay until a section shows their rows
+        m_context.store.status().showStatus(QStringLiteral("Правки не сохранены: этот раздел не показывает их строк"),
+                                            StatusIcon::Warning, WorkspaceStatus::Tone::Warning);
+        return;
+    }
     const AudioTags tags = m_model.edited();
     m_model.revertAll(); // the rows bring the new values back at once
     m_context.actions.saveTags(tags, touched, ids);

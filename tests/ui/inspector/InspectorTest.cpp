@@ -229,6 +229,15 @@ TEST_F(InspectorTest, UnsavedEditsStayWithTheirTrack)
     turn();
     EXPECT_EQ(line(TagField::Title).text(), QStringLiteral("Other"))
         << "neither closing nor leaving nor another language loses them";
+    Track elsewhere = now(first);
+    elsewhere.setIsInPlaylist(false);
+    elsewhere.setIsInCoverWorkspace(true);
+    fill({elsewhere, second, other});
+    strip.save().click();
+    EXPECT_EQ(dashboard.count("saveTags"), 0) << "the section does not show the row";
+    EXPECT_TRUE(strip.isVisible());
+    fill({first, second, other});
+    select({second});
     strip.save().click();
     EXPECT_EQ(dashboard.last("saveTags").ids, ids({first}));
     EXPECT_FALSE(strip.isVisible());
