@@ -56,6 +56,25 @@ TEST_F(MessagesTest, TheQuestionComesFirstAndStaysUntilItIsAnswered)
     }
 }
 
+TEST_F(MessagesTest, ALinkThatHidesGivesTheFocusBack)
+{
+    fill({fullTrack(QStringLiteral("a")), fullTrack(QStringLiteral("b"))});
+    show();
+    for (const bool isListThere : {true, false}) {
+        table().setFocus();
+        const QSet<TrackID> gone{workspace().tracks().at(0).id()};
+        store->removal().removeTracksFromPlaylist(gone);
+        ThemeButton* const undo = button(strip(), QStringLiteral("Отменить: Убрать из плейлиста"));
+        ASSERT_TRUE(undo && undo->isVisible());
+        undo->setFocus(Qt::TabFocusReason);
+        if (!isListThere)
+            fill({}); // the empty state takes its place
+        store->history().clear();
+        EXPECT_FALSE(undo->isVisible());
+        EXPECT_TRUE(window->section(LibraryTab::Playlist).isAncestorOf(window->focusWidget()));
+    }
+}
+
 TEST_F(MessagesTest, AMessageGivesTheFocusBackAndNamesWhatFailed)
 {
     showRows(2);

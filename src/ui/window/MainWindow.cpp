@@ -114,6 +114,7 @@ void MainWindow::buildLayout()
     all->addLayout(upper, 1);
     all->addWidget(m_status);
     connect(m_sidebar, &Sidebar::collapseToggled, this, &MainWindow::toggleSidebar);
+    connect(m_status, &StatusStrip::leaveWanted, this, [this] { activeSection().focusList(); });
     connect(m_inspector, &Inspector::leaveWanted, this, [this] { activeSection().focusList(); });
     connect(m_sidebar, &Sidebar::settingsWanted, this, &MainWindow::openSettings);
     connect(m_sidebar, &Sidebar::filesDropped, this,

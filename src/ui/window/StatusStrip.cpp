@@ -18,6 +18,7 @@
 #include "ui/window/CheckpointMenu.h"
 #include "work/WorkBoard.h"
 
+#include <QApplication>
 #include <QPainter>
 
 namespace {
@@ -67,6 +68,7 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.store.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.store.board(), &WorkBoard::changed, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
+    connect(qApp, &QApplication::focusChanged, this, &StatusStrip::focusMoved);
     connect(&context.store.strayTemporaries(), &StrayTemporaries::changed, this, &StatusStrip::refreshOffer);
     UnwrittenEdits& edits = context.store.unwrittenEdits();
     connect(&edits, &UnwrittenEdits::changed, this, &StatusStrip::refreshAgain);
@@ -87,6 +89,25 @@ void StatusStrip::retranslate()
     refreshRestore();
 }
 
+void StatusStrip::focusMoved(QWidget* from, QWidget* to)
+{
+    if (to && isAncestorOf(to) && from && !isAncestorOf(from))
+        m_focusBefore = from;
+}
+
+/// The focus is given back before a link hides or is switched off: the toolkit would pass it on to whatever comes next.
+void StatusStrip::setShown(ThemeButton& link, bool isShown, bool isEnabled)
+{
+    if (!(isShown && isEnabled) && window()->focusWidget() == &link) {
+        if (m_focusBefore && m_focusBefore->isVisible() && m_focusBefore->isEnabled())
+            m_focusBefore->setFocus(Qt::OtherFocusReason);
+        else
+            emit leaveWanted();
+    }
+    link.setVisible(isShown);
+    link.setEnabled(isEnabled);
+}
+
 void StatusStrip::refreshMessage()
 {
     const std::optional<WorkspaceStatus>& status = m_context.store.workspace().workspaceStatus();
@@ -105,7 +126,7 @@ void StatusStrip::refreshMessage()
 void StatusStrip::refreshUndo()
 {
     const History& undo = m_context.store.history();
-    m_undo->setVisible(undo.canUndo());
+    setShown(*m_undo, undo.canUndo());
     const QString action = undo.undoActionName();
     const QString word = Commands::text(CommandID::Undo);
     const QString keys = Commands::keys(CommandID::Undo);
@@ -120,7 +141,7 @@ void StatusStrip::refreshAgain()
 {
     const int count = m_context.store.unwrittenEdits().leftCount();
     const bool isShown = !m_again->isHidden();
-    m_again->setVisible(count > 0);
+    setShown(*m_again, count > 0);
     m_again->setContent(VelmoraLocalization::format(QStringLiteral("Записать ещё раз: %d"), {count}));
     if (!isShown && count == 0)
         return;
@@ -130,7 +151,7 @@ void StatusStrip::refreshAgain()
 
 void StatusStrip::refreshRestore()
 {
-    m_restore->setVisible(m_context.store.session().leftOutCount() > 0);
+    setShown(*m_restore, m_context.store.session().leftOutCount() > 0);
     m_restore->setContent(Texts::localized(QStringLiteral("Вернуть из копии…")));
     m_restore->setToolTip(VelmoraLocalization::format(QStringLiteral("Файлов не найдено при запуске: %d"),
                                                       {m_context.store.session().leftOutCount()}));
@@ -142,8 +163,7 @@ void StatusStrip::refreshOffer()
 {
     const StrayTemporaries& strays = m_context.store.strayTemporaries();
     const auto count = static_cast<int>(strays.list().size());
-    m_offer->setVisible(count > 0);
-    m_offer->setEnabled(!strays.isMoving());
+    setShown(*m_offer, count > 0, !strays.isMoving());
     m_offer->setContent(VelmoraLocalization::format(QStringLiteral("Временные файлы в Корзину: %d"), {count}));
     QStringList names;
     for (const QUrl& url : strays.list().first(std::min(count, kNamedLeftovers)))
@@ -166,7 +186,7 @@ void StatusStrip::progressMoved()
 void StatusStrip::refreshProgress()
 {
     m_work = CurrentWork::of(m_context.store);
-    m_stop->setVisible(m_work && m_work->stop);
+    setShown(*m_stop, m_work && m_work->stop);
     setAccessibleDescription(m_work ? m_work->text : QString());
     place();
     update();

@@ -5,6 +5,8 @@
 #include "ui/controls/Panel.h"
 #include "ui/window/CurrentWork.h"
 
+#include <QPointer>
+
 class ThemeButton;
 
 /// The line at the bottom: a message with its icon in the colour of its tone, what can be undone, leftovers that may go
@@ -18,11 +20,17 @@ public:
     /// Takes the language of the interface over.
     void retranslate();
 
+Q_SIGNALS:
+    /// A link that had the focus hides, and where the focus was before is gone: back to the section.
+    void leaveWanted();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void focusMoved(QWidget* from, QWidget* to);
+    void setShown(ThemeButton& link, bool isShown, bool isEnabled = true);
     void refreshMessage();
     void refreshUndo();
     void refreshOffer();
@@ -42,10 +50,11 @@ private:
 
     WindowContext m_context;
     ThemeButton* m_undo;
-    ThemeButton* m_offer;   ///< moves what interrupted writes left behind to the Trash
-    ThemeButton* m_stop;    ///< stops what runs
-    ThemeButton* m_restore; ///< there while the last start is known to have left files out
-    ThemeButton* m_again;   ///< writes edits that are not in their files again
+    ThemeButton* m_offer;            ///< moves what interrupted writes left behind to the Trash
+    ThemeButton* m_stop;             ///< stops what runs
+    ThemeButton* m_restore;          ///< there while the last start is known to have left files out
+    ThemeButton* m_again;            ///< writes edits that are not in their files again
+    QPointer<QWidget> m_focusBefore; ///< where the focus was before it came to a link
     QString m_message;
     QString m_iconName;
     QColor ThemeColours::*m_tone = &ThemeColours::text3;
