@@ -57,8 +57,9 @@ struct WaveformCache::Entry {
 struct WaveformCache::Lookup {
     bool isReadable = false;
     std::optional<FileStamp> stamp;
-    QString entryPath; ///< empty for a file without a key
-    Envelope envelope; ///< what the disk holds; null if nothing
+    QString entryPath;         ///< empty for a file without a key
+    Envelope envelope;         ///< what memory or the disk holds; null if nothing
+    bool isFromMemory = false; ///< it was in memory when the worker was asked
 };
 
 /// One computation. A later one for the same file is another object, which is how a late result is told from a wanted
@@ -128,8 +129,7 @@ WaveformCache::~WaveformCache()
     m_end.request_stop();
 }
 
-WaveformCache::Lookup WaveformCache::lookUp(const QString& folder, const QUrl& url,
-                                            const std::optional<FileStamp>& known)
+WaveformCache::Lookup WaveformCache::lookUp(const QString& folder, const QUrl& url, const std::optional<Entry>& known)
 {
     Lookup lookup;
     lookup.isReadable = isReadable(url);
@@ -139,8 +139,11 @@ WaveformCache::Lookup WaveformCache::lookUp(const QString& folder, const QUrl& u
     if (!lookup.stamp)
         return lookup;
     lookup.entryPath = EnvelopeFolder::entryPath(folder, envelopeKey(url, *lookup.stamp));
-    if (isSame(lookup.stamp, known))
+    if (known && isSame(lookup.stamp, known->stamp)) {
+        lookup.envelope = known->envelope;
+        lookup.isFromMemory = true;
         return lookup;
+    }
     if (auto samples = EnvelopeFile::read(lookup.entryPath))
         lookup.envelope = std::make_shared<const std::vector<float>>(std::move(*samples));
     return lookup;
@@ -149,7 +152,8 @@ WaveformCache::Lookup WaveformCache::lookUp(const QString& folder, const QUrl& u
 async::Task<WaveformCache::Lookup> WaveformCache::findStored(QUrl url, std::stop_token stop)
 {
     const Entry* const entry = m_memory.object(url);
-    auto job = [folder = m_folder, url, known = entry ? entry->stamp : std::nullopt](const std::stop_token&) {
+    // Kept at hand: by the time the worker is back the entry may have followed its file, or have gone.
+    auto job = [folder = m_folder, url, known = entry ? std::optional(*entry) : std::nullopt](const std::stop_token&) {
         return lookUp(folder, url, known);
     };
     return m_lookups.run(std::move(stop), std::move(job));
@@ -162,7 +166,8 @@ std::optional<Envelope> WaveformCache::take(const QUrl& url, const Lookup& looku
         return entry->envelope;
     if (!lookup.envelope)
         return std::nullopt;
-    keep(url, lookup.stamp, lookup.envelope);
+    if (!lookup.isFromMemory) // else what stands there now is newer
+        keep(url, lookup.stamp, lookup.envelope);
     return lookup.envelope;
 }
 

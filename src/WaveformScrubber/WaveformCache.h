@@ -59,7 +59,7 @@ private:
     struct Lookup;
     class Waiter;
 
-    static Lookup lookUp(const QString& folder, const QUrl& url, const std::optional<FileStamp>& known);
+    static Lookup lookUp(const QString& folder, const QUrl& url, const std::optional<Entry>& known);
     async::Task<Lookup> findStored(QUrl url, std::stop_token stop);
     std::optional<Envelope> take(const QUrl& url, const Lookup& lookup);
     void keep(const QUrl& url, const std::optional<FileStamp>& stamp, Envelope envelope);

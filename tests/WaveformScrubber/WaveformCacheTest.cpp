@@ -89,6 +89,27 @@ TEST_F(WaveformCacheTest, AnEnvelopeGoesAlongWithItsFile)
     }
 }
 
+TEST_F(WaveformCacheTest, AFileThatChangesDuringALookIsNotComputedAgain)
+{
+    for (const QString& after : {QStringLiteral("a.mp3"), QStringLiteral("b.mp3")}) {
+        const QUrl url = put(QStringLiteral("a.mp3"), 100);
+        EXPECT_EQ(answerFor(url), kHalf);
+        m_computed.clear();
+        Answer& answer = ask(url);
+        QUrl to;
+        async::MainQueue::post([&] { // the worker has seen the file as it was, and its answer comes behind this
+            const FileStamp before = FileStamp::of(url).value();
+            to = put(after, 120);
+            m_cache->adopt(url, before, to, FileStamp::of(to).value());
+        });
+        ASSERT_TRUE(m_executor.runOne());
+        m_executor.runAll();
+        EXPECT_EQ(answer.text, kHalf);
+        EXPECT_EQ(answerFor(to), kHalf);
+        EXPECT_EQ(m_computed, QStringList());
+    }
+}
+
 TEST_F(WaveformCacheTest, AnEnvelopeOfAnotherStateDoesNotGoAlong)
 {
     EXPECT_EQ(answerFor(m_url), kHalf);
