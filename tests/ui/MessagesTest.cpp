@@ -194,7 +194,7 @@ TEST_F(MessagesTest, WritesComeBeforeReads)
 {
     const QList<Track> tracks = showRows(3);
     store->imports().importURLs({file(QStringLiteral("a.mp3")), file(QStringLiteral("b.mp3"))}, {});
-    while (store->imports().metadataProgress().total == 0 && executor.runOne()) {
+    while (!store->board().first() && executor.runOne()) {
     }
     ASSERT_EQ(work(), QStringLiteral("Чтение тегов: 0 из 2"));
     write(tracks);

@@ -32,12 +32,13 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , unwrittenEdits({workspace, tagSaver, services.executor, fileEvents, status, services.editJournal})
     , closingQuestion({workspace, unwrittenEdits, tagSaver, status})
     , artwork({workspace, status, services.notifications, services.clock, services.executor, tagSaver, originalTags})
-    , loads({workspace, services.notifications, services.clock, services.executor, scheduler, services.tagReader})
+    , loads(
+          {workspace, services.notifications, services.clock, services.executor, scheduler, board, services.tagReader})
     , tempo(tempoDependencies())
     , tempoChoices({workspace, tempo, tempoResults, status, tagWriting, history, services.clock, services.executor})
     , sending({workspace, status, loads})
     , removal(removalDependencies())
-    , strayTemporaries({status, services.executor, fileLocks, existing(services.trashCan)})
+    , strayTemporaries({status, services.executor, fileLocks, board, existing(services.trashCan)})
     , imports(importsDependencies())
     , keys(keysDependencies())
     , session(sessionDependencies())
@@ -133,6 +134,7 @@ TagSaver::Dependencies LibraryConcerns::tagSaverDependencies()
             services.tagFiles,
             fileLocks,
             fileEvents,
+            board,
             [&reader = services.tagReader](const QUrl& url, const AudioTags& tags) { return reader.read(url, tags); }};
 }
 
@@ -155,8 +157,8 @@ Tempo::Dependencies LibraryConcerns::tempoDependencies()
 
 Removal::Dependencies LibraryConcerns::removalDependencies()
 {
-    return {workspace,         selection, status,     services.notifications,     history,
-            services.executor, fileLocks, fileEvents, existing(services.trashCan)};
+    return {workspace, selection,  status, services.notifications,     history, services.executor,
+            fileLocks, fileEvents, board,  existing(services.trashCan)};
 }
 
 Imports::Dependencies LibraryConcerns::importsDependencies()

@@ -1,11 +1,8 @@
 #include "ui/window/StatusStrip.h"
 
 #include "core/library/LibraryStore.h"
-#include "core/library/imports/Imports.h"
 #include "core/library/imports/StrayTemporaries.h"
-#include "core/library/removal/Removal.h"
 #include "core/library/session/Session.h"
-#include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/undo/History.h"
 #include "core/library/workspace/Workspace.h"
@@ -63,9 +60,6 @@ StatusStrip::StatusStrip(const WindowContext& context, QWidget* parent)
     connect(&context.store.session(), &Session::leftOutChanged, this, &StatusStrip::refreshRestore);
     connect(&context.store.workspace(), &Workspace::workspaceStatusChanged, this, &StatusStrip::refreshMessage);
     connect(&context.store.workspace(), &Workspace::activeTabChanged, this, &StatusStrip::progressMoved);
-    connect(&context.store.imports(), &Imports::metadataProgressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.store.tagWriting().saver(), &TagSaver::progressChanged, this, &StatusStrip::progressMoved);
-    connect(&context.store.removal(), &Removal::progressChanged, this, &StatusStrip::progressMoved);
     connect(&context.store.board(), &WorkBoard::changed, this, &StatusStrip::progressMoved);
     connect(m_stop, &QAbstractButton::clicked, this, &StatusStrip::stopWork);
     connect(qApp, &QApplication::focusChanged, this, &StatusStrip::focusMoved);
@@ -172,10 +166,20 @@ void StatusStrip::refreshOffer()
     place();
 }
 
+std::optional<StatusStrip::Work> StatusStrip::currentWork() const
+{
+    WorkEntry* const entry = m_context.store.board().first();
+    if (!entry)
+        return std::nullopt;
+    const WorkProgress progress = entry->progress();
+    return Work{entry, VelmoraLocalization::format(entry->text(), {progress.done, progress.total}), progress,
+                entry->text()};
+}
+
 /// Shows the first step, the end and a change of what is done at once, and what comes between from time to time.
 void StatusStrip::progressMoved()
 {
-    const std::optional<CurrentWork> work = CurrentWork::of(m_context.store);
+    const std::optional<Work> work = currentWork();
     const bool isOther = work.has_value() != m_work.has_value() || (work && work->kind != m_work->kind);
     if (isOther || !m_pause.isActive())
         refreshProgress();
@@ -185,8 +189,8 @@ void StatusStrip::progressMoved()
 
 void StatusStrip::refreshProgress()
 {
-    m_work = CurrentWork::of(m_context.store);
-    setShown(*m_stop, m_work && m_work->stop);
+    m_work = currentWork();
+    setShown(*m_stop, m_work && m_work->entry && m_work->entry->isStoppable());
     setAccessibleDescription(m_work ? m_work->text : QString());
     place();
     update();
@@ -194,8 +198,8 @@ void StatusStrip::refreshProgress()
 
 void StatusStrip::stopWork()
 {
-    if (m_work && m_work->stop)
-        m_work->stop();
+    if (m_work && m_work->entry)
+        m_work->entry->stop();
 }
 
 int StatusStrip::messageWidth() const
@@ -285,6 +289,7 @@ void StatusStrip::paintProgress(QPainter& painter) const
     const QRect text(0, 0, static_cast<int>(bar.left()) - Metrics::kSpace3, height());
     Paint::number(painter, text, m_work->text, m_context.theme.font(TextRole::Secondary), c.text2);
     Paint::roundedFill(painter, bar, Metrics::kProgressThickness / 2.0, c.line);
-    bar.setWidth(std::max<double>(Metrics::kProgressThickness, bar.width() * m_work->done / m_work->total));
+    bar.setWidth(
+        std::max<double>(Metrics::kProgressThickness, bar.width() * m_work->progress.done / m_work->progress.total));
     Paint::roundedFill(painter, bar, Metrics::kProgressThickness / 2.0, c.accent);
 }

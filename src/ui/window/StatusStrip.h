@@ -3,7 +3,7 @@
 #include "ui/context/Delay.h"
 #include "ui/context/WindowContext.h"
 #include "ui/controls/Panel.h"
-#include "ui/window/CurrentWork.h"
+#include "work/WorkBoard.h"
 
 #include <QPointer>
 
@@ -58,6 +58,14 @@ private:
     QString m_message;
     QString m_iconName;
     QColor ThemeColours::*m_tone = &ThemeColours::text3;
-    std::optional<CurrentWork> m_work; ///< as it is shown
-    Delay m_pause;                     ///< runs after a step of the progress was shown
+    /// The first of the board as it is shown.
+    struct Work {
+        QPointer<WorkEntry> entry;
+        QString text; ///< in words, with its counts
+        WorkProgress progress;
+        QString kind; ///< the text before its counts: another one is another work
+    };
+    std::optional<Work> currentWork() const;
+    std::optional<Work> m_work;
+    Delay m_pause; ///< runs after a step of the progress was shown
 };

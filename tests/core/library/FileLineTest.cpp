@@ -88,7 +88,9 @@ protected:
 
     ManualExecutor executor;
     FileLocks locks;
-    std::unique_ptr<FileLine> line = std::make_unique<FileLine>(locks, 2);
+    WorkBoard board;
+    std::unique_ptr<FileLine> line =
+        std::make_unique<FileLine>(locks, FileLine::Shown{board, 1, QStringLiteral("%d/%d")}, 2);
 };
 
 } // namespace
@@ -100,6 +102,8 @@ TEST_F(FileLineTest, FailuresHoldNothingUpAndRowsCatchUpEveryFewFiles)
     append(files);
     executor.runOne();
     EXPECT_EQ(progress(), QStringLiteral("1/10"));
+    ASSERT_TRUE(board.first());
+    EXPECT_EQ(board.first()->progress(), (WorkProgress{1, 10}));
     executor.runAll();
     EXPECT_EQ(files->worked.size(), 10);
     EXPECT_EQ(files->updates, (QList<qsizetype>{8, 10}));
@@ -108,6 +112,9 @@ TEST_F(FileLineTest, FailuresHoldNothingUpAndRowsCatchUpEveryFewFiles)
     EXPECT_EQ(files->ended->failed, 2);
     EXPECT_EQ(files->ended->left, 0);
     EXPECT_EQ(progress(), QStringLiteral("0/0"));
+    append(round({1}));
+    EXPECT_FALSE(board.first()) << "one file is done before anyone could read of it";
+    executor.runAll();
     EXPECT_FALSE(line->isActive());
 }
 

@@ -78,7 +78,7 @@ TEST_F(MetadataLoadsTest, TwoReadsAtOnceOverAllLoads)
     }
     EXPECT_LT(readURLs.size(), 70) << "a short load waits its turn, not for the end of a long one";
     settle();
-    EXPECT_EQ(store->imports().metadataProgress().total, 0);
+    EXPECT_FALSE(store->board().first());
 }
 
 TEST_F(MetadataLoadsTest, FilesThatCannotBeReadKeepTheirFallback)
@@ -87,7 +87,8 @@ TEST_F(MetadataLoadsTest, FilesThatCannotBeReadKeepTheirFallback)
     const Track broken = track(QStringLiteral("Artist - broken.mp3"));
     fill({good, broken});
     store->imports().scheduleMetadataLoads({good, broken}, Track::MetadataDestination::Library);
-    EXPECT_EQ(store->imports().metadataProgress().total, 2);
+    ASSERT_TRUE(store->board().first());
+    EXPECT_EQ(store->board().first()->progress(), (WorkProgress{0, 2}));
     settle();
     EXPECT_EQ(now(good).duration(), 60);
     EXPECT_TRUE(now(broken).isSameValueAs(broken));

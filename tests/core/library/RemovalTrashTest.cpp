@@ -36,8 +36,10 @@ TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
     QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
     QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
     QStringList steps;
-    QObject::connect(&removal(), &Removal::progressChanged, [&] {
-        steps.append(QStringLiteral("%1/%2").arg(removal().progress().done).arg(removal().progress().total));
+    QObject::connect(&store->board(), &WorkBoard::changed, [&] {
+        const WorkEntry* const entry = store->board().first();
+        const WorkProgress progress = entry ? entry->progress() : WorkProgress();
+        steps.append(QStringLiteral("%1/%2").arg(progress.done).arg(progress.total));
     });
     removal().trashTracks(ids({star, a}));
     EXPECT_TRUE(trashCan.asked.isEmpty()) << "in the background alone";
@@ -45,8 +47,7 @@ TEST_F(RemovalTrashTest, FilesGoOneByOneAndTheirRowsTogether)
     EXPECT_EQ(workspace().tracks().size(), 4);
     settle();
     EXPECT_EQ(trashCan.asked, (QList<QUrl>{a.url(), star.url()})) << "in list order";
-    EXPECT_EQ(steps, (QStringList{QStringLiteral("0/2"), QStringLiteral("1/2"), QStringLiteral("2/2"),
-                                  QStringLiteral("0/0")}));
+    EXPECT_EQ(steps, (QStringList{QStringLiteral("0/2"), QStringLiteral("1/2"), QStringLiteral("0/0")}));
     EXPECT_EQ(listed(), titles({b, c}));
     EXPECT_TRUE(workspace().analysisTracks().isEmpty()) << "a file that is gone has no row anywhere";
     EXPECT_EQ(changes.size(), 1);
@@ -205,16 +206,16 @@ TEST_F(RemovalTrashTest, ARoundOfMovesCanBeStopped)
     removal().trashTracks(ids(rows));
     for (int file = 0; file < 3; ++file)
         executor.runOne();
-    removal().stopMoving();
+    store->board().first()->stop();
     settle();
     EXPECT_EQ(trashCan.asked.size(), 4) << "the file under way goes";
     EXPECT_EQ(workspace().tracks().rows().size(), 6);
     EXPECT_EQ(statusText(), QStringLiteral("Перемещено в Корзину: 4 · остановлено, осталось: 6"));
-    EXPECT_EQ(removal().progress().total, 0);
+    EXPECT_FALSE(store->board().first());
 
     history().undo();
     executor.runOne();
-    removal().stopMoving();
+    store->board().first()->stop();
     settle();
     EXPECT_EQ(workspace().tracks().rows().size(), 8);
     EXPECT_EQ(statusText(), QStringLiteral("Восстановлено: 2 · остановлено, осталось: 2"));

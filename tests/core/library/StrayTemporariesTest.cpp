@@ -17,7 +17,7 @@ protected:
     std::unique_ptr<StrayTemporaries> make()
     {
         return std::make_unique<StrayTemporaries>(
-            StrayTemporaries::Dependencies{store->status(), executor, locks, &trashCan});
+            StrayTemporaries::Dependencies{store->status(), executor, locks, store->board(), &trashCan});
     }
 
     FileLocks locks;

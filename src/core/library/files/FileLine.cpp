@@ -14,10 +14,13 @@ struct FileLine::Running {
     std::stop_source stopping = {};
 };
 
-FileLine::FileLine(FileLocks& locks, int roundsAtOnce)
+FileLine::FileLine(FileLocks& locks, const Shown& shown, int roundsAtOnce)
     : m_locks(locks)
+    , m_text(shown.text)
+    , m_entry(shown.board, shown.rank, shown.text)
     , m_rounds(roundsAtOnce)
 {
+    connect(&m_entry, &WorkEntry::stopRequested, this, &FileLine::stop);
 }
 
 FileLine::~FileLine() = default;
@@ -105,5 +108,6 @@ async::Task<std::optional<FileFailure>> FileLine::work(std::shared_ptr<Running> 
 void FileLine::setProgress(int done, int total)
 {
     m_progress = {done, total};
+    m_entry.show(m_text, total > 1 ? WorkProgress{done, total} : WorkProgress());
     emit progressChanged();
 }

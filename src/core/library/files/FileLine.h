@@ -2,6 +2,7 @@
 
 #include "async/TaskGroup.h"
 #include "core/library/files/FileLocks.h"
+#include "work/WorkBoard.h"
 
 #include <QList>
 #include <QObject>
@@ -56,8 +57,16 @@ public:
         int total = 0;
     };
 
-    /// \param locks outlives it. \param roundsAtOnce how many rounds go on beside each other; more wait in order.
-    explicit FileLine(FileLocks& locks, int roundsAtOnce = 1);
+    /// How the user sees it, and stops it, where it goes through more than one file: single ones are done before anyone
+    /// could read of them.
+    struct Shown {
+        WorkBoard& board;
+        int rank;     ///< of WorkKinds::Awaited
+        QString text; ///< with a place for what is done and one for all; not translated
+    };
+
+    /// What it refers to outlives it. \param roundsAtOnce how many rounds go on beside each other; more wait in order.
+    FileLine(FileLocks& locks, const Shown& shown, int roundsAtOnce = 1);
     ~FileLine() override;
 
     void append(std::shared_ptr<FileRound> round);
@@ -66,6 +75,8 @@ public:
     void stop();
     Progress progress() const { return m_progress; }
     bool isActive() const { return !m_running.isEmpty(); }
+    /// Another text from now on.
+    void setText(const QString& text) { m_text = text; }
 
 Q_SIGNALS:
     void progressChanged();
@@ -81,6 +92,8 @@ private:
     void setProgress(int done, int total);
 
     FileLocks& m_locks;
+    QString m_text;
+    WorkEntry m_entry;
     Progress m_progress;
     QList<std::shared_ptr<Running>> m_running;
     async::TaskGroup m_rounds;

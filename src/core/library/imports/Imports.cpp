@@ -35,7 +35,6 @@ Imports::Imports(const Dependencies& dependencies)
     : m_dependencies(dependencies)
     , m_expansions(kParallelWalks)
 {
-    connect(&m_dependencies.loads, &MetadataLoads::progressChanged, this, &Imports::metadataProgressChanged);
 }
 
 Imports::~Imports() = default;
@@ -272,9 +271,4 @@ int Imports::metadataLoadOperationCount() const
 bool Imports::isApplyingMetadataBatch() const
 {
     return m_dependencies.loads.isApplyingBatch();
-}
-
-Imports::Progress Imports::metadataProgress() const
-{
-    return m_dependencies.loads.progress();
 }

@@ -36,7 +36,6 @@ public:
         AudioFileList::LeftOut leftOut;
     };
     using Completion = std::function<void(const Outcome& outcome)>;
-    using Progress = MetadataLoads::Progress;
 
     struct Dependencies {
         Workspace& workspace;
@@ -83,13 +82,10 @@ public:
     int metadataLoadOperationCount() const;
     /// Whether a batch is being applied at this moment.
     bool isApplyingMetadataBatch() const;
-    Progress metadataProgress() const;
 
 Q_SIGNALS:
     /// The quality of new rows of the analysis list is wanted.
     void qualityWanted(const QSet<TrackID>& ids);
-    /// At most once per trip to the disk.
-    void metadataProgressChanged();
 
 private:
     struct SectionImport;

@@ -2,6 +2,7 @@
 
 #include "async/MainQueue.h"
 #include "core/library/files/FinishedJob.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/removal/TrashCan.h"
 #include "core/library/status/StatusLine.h"
 #include "platform/Localization.h"
@@ -83,7 +84,8 @@ private:
 
 StrayTemporaries::StrayTemporaries(const Dependencies& dependencies)
     : m_dependencies(dependencies)
-    , m_line(dependencies.locks)
+    , m_line(dependencies.locks,
+             {dependencies.board, WorkKinds::MovingFiles, QStringLiteral("Перемещение в Корзину: %d из %d")})
 {
 }
 

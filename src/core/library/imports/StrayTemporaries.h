@@ -22,6 +22,7 @@ public:
         StatusLine& status;
         async::Executor& executor;
         FileLocks& locks;
+        WorkBoard& board;
         TrashCan* trashCan; ///< null where there is none: nothing is moved then
     };
 

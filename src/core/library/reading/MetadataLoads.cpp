@@ -1,6 +1,7 @@
 #include "core/library/reading/MetadataLoads.h"
 
 #include "async/MainQueue.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/reading/TagReader.h"
 #include "core/library/workspace/Workspace.h"
 #include "platform/Notifications.h"
@@ -100,6 +101,8 @@ struct MetadataLoads::Operation {
 MetadataLoads::MetadataLoads(const Dependencies& dependencies)
     : m_dependencies(dependencies)
     , m_permits(std::make_shared<async::Permits>(kConcurrentReads))
+    , m_entry(dependencies.board, WorkKinds::ReadingTags, QStringLiteral("Чтение тегов: %d из %d"),
+              WorkEntry::Stop::None)
     , m_lanes(kManyLanes)
 {
     connect(&m_dependencies.scheduler, &Scheduler::circumstancesChanged, this, &MetadataLoads::followScrolling);
@@ -127,7 +130,7 @@ void MetadataLoads::schedule(const QList<Track>& tracks, Track::MetadataDestinat
     ++m_operationCount;
     tellBusy();
     m_progress.total += static_cast<int>(tracks.size());
-    emit progressChanged();
+    tellProgress();
     for (int lane = operation->lanes; lane > 0; --lane)
         m_lanes.add([this, operation](std::stop_token stop) { return runLane(operation, stop); });
 }
@@ -161,7 +164,7 @@ void MetadataLoads::collect(const OperationPtr& operation, QList<PendingMetadata
         operation->batchSize = operation->furtherBatchSize;
     }
     m_progress.done += filesRead;
-    emit progressChanged();
+    tellProgress();
 }
 
 void MetadataLoads::finish(const OperationPtr& operation)
@@ -171,7 +174,7 @@ void MetadataLoads::finish(const OperationPtr& operation)
     if (--m_operationCount == 0)
         m_progress = Progress();
     tellBusy();
-    emit progressChanged();
+    tellProgress();
     emit settled();
 }
 
@@ -267,6 +270,12 @@ void MetadataLoads::followScrolling()
         m_flushTask.cancel();
     else
         scheduleDeferredFlush();
+}
+
+void MetadataLoads::tellProgress()
+{
+    m_entry.show({m_progress.done, m_progress.total});
+    emit progressChanged();
 }
 
 void MetadataLoads::tellBusy()

@@ -6,6 +6,7 @@
 #include "async/TaskGroup.h"
 #include "async/TaskSlot.h"
 #include "core/library/reading/MetadataBatch.h"
+#include "work/WorkBoard.h"
 
 #include <QHash>
 #include <QObject>
@@ -30,6 +31,7 @@ public:
         async::Clock& clock;
         async::Executor& executor;
         Scheduler& scheduler;
+        WorkBoard& board;
         TagReader& reader;
     };
 
@@ -73,6 +75,7 @@ private:
     void detectTempo(const QSet<TrackID>& ids);
     void followScrolling();
     void tellBusy();
+    void tellProgress();
     async::Task<> flushDeferred(std::stop_token stop);
 
     Dependencies m_dependencies;
@@ -82,6 +85,7 @@ private:
     bool m_isScrolling = false;
     bool m_isSettledWanted = false; ///< results were held back, and their end has not been told
     Progress m_progress;
+    WorkEntry m_entry;
     QHash<TrackID, PendingMetadataResult> m_deferred;
     QSet<TrackID> m_deferredTempoIDs;
     async::TaskSlot m_flushTask;

@@ -3,6 +3,7 @@
 #include "async/MainQueue.h"
 #include "core/library/files/FileEvents.h"
 #include "core/library/files/FinishedJob.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/removal/RemovalStep.h"
 #include "core/library/removal/TrashMove.h"
 #include "core/library/selection/Selection.h"
@@ -16,6 +17,11 @@ namespace {
 
 using List = Track::MetadataDestination;
 using Tone = WorkspaceStatus::Tone;
+
+QString movingText()
+{
+    return QStringLiteral("Перемещение в Корзину: %d из %d");
+}
 
 constexpr List kAllLists[] = {List::Library, List::Analysis, List::MusicalKey, List::Duplicates};
 
@@ -35,7 +41,7 @@ public:
 
     QList<QUrl> begin() override
     {
-        m_removal.m_isRestoring = false;
+        m_removal.m_line.setText(movingText());
         return m_files;
     }
 
@@ -87,7 +93,7 @@ public:
 
     QList<QUrl> begin() override
     {
-        m_removal.m_isRestoring = true;
+        m_removal.m_line.setText(QStringLiteral("Возврат из Корзины: %d из %d"));
         m_removal.m_restoring = this;
         m_files = RemovalPlan::byFile(m_step->entries());
         QList<QUrl> urls;
@@ -155,10 +161,9 @@ Removal::Removal(const Dependencies& dependencies)
     : m_dependencies(dependencies)
     , m_returns({dependencies.workspace, dependencies.selection, dependencies.status, dependencies.notifications,
                  dependencies.executor})
-    , m_line(dependencies.locks)
+    , m_line(dependencies.locks, {dependencies.board, WorkKinds::MovingFiles, movingText()})
 {
     connect(&m_returns, &RowReturns::rowsCameBack, this, &Removal::rowsCameBack);
-    connect(&m_line, &FileLine::progressChanged, this, &Removal::progressChanged);
 }
 
 Removal::~Removal() = default;
@@ -276,18 +281,6 @@ void Removal::finishTrash(TrashRound& round, int left)
     else
         m_dependencies.status.showCounted(QStringLiteral("Перемещено в Корзину: %d"), {round.trashed.size()},
                                           StatusIcon::Trash, Tone::Success);
-}
-
-void Removal::stopMoving()
-{
-    VELMORA_ASSERT_MAIN_THREAD();
-    m_line.stop();
-}
-
-Removal::Progress Removal::progress() const
-{
-    const FileLine::Progress progress = m_line.progress();
-    return {progress.done, progress.total, m_isRestoring};
 }
 
 void Removal::restore(std::shared_ptr<RemovalStep> step)

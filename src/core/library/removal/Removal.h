@@ -35,14 +35,8 @@ public:
         async::Executor& executor;
         FileLocks& locks;
         FileEvents& events;
+        WorkBoard& board;
         TrashCan* trashCan; ///< null where there is none: nothing is moved then
-    };
-
-    /// Files moved and to be moved by the action under way; none at other times.
-    struct Progress {
-        int done = 0;
-        int total = 0;
-        bool isRestoring = false;
     };
 
     explicit Removal(const Dependencies& dependencies);
@@ -57,21 +51,17 @@ public:
     /// Takes rows off the list of the key section.
     void removeFromMusicalKeyAnalysis(const QSet<TrackID>& ids);
     /// Moves the files of rows of any list to the Trash; every row of a file that went leaves its list. A file that
-    /// fails stays with its rows, the first error is shown.
+    /// fails stays with its rows, the first error is shown. A stop on the board lets the present file go; what went can
+    /// be taken back, and a restore that was stopped keeps what is left in the history.
     void trashTracks(const QSet<TrackID>& ids);
     /// The same for rows of the duplicates section.
     void trashDuplicateTracks(const QSet<TrackID>& ids);
-    /// Ends the round of moves under way after its present file. Files that went stay there and can be taken back; a
-    /// restore keeps what is left in the history.
-    void stopMoving();
-    Progress progress() const;
     /// Puts the rows of all files into their lists that are back by now: what is saved next may be the last.
     void settle();
     /// The program ends: the row of the file in hand comes too, for the file may come yet.
     void settleForTheEnd();
 
 Q_SIGNALS:
-    void progressChanged();
     /// Rows have left a list. \param rows of the section as they stood before, in display order.
     void rowsLeft(const QSet<TrackID>& ids, const QList<Track>& rows);
     /// Rows are back in a list. \param ids those that have been read. \param unread those that have to be, again too.
@@ -90,7 +80,6 @@ private:
 
     Dependencies m_dependencies;
     RowReturns m_returns;
-    bool m_isRestoring = false;
     RestoreRound* m_restoring = nullptr; ///< the round under way
     FileLine m_line;
 };

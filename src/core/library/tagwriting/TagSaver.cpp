@@ -1,6 +1,7 @@
 #include "core/library/tagwriting/TagSaver.h"
 
 #include "async/MainQueue.h"
+#include "core/library/kinds/WorkKinds.h"
 #include "core/library/workspace/Workspace.h"
 
 #include <limits>
@@ -110,7 +111,8 @@ TagSaver::TagSaver(const Dependencies& dependencies)
     , m_question(dependencies.workspace, dependencies.preferences)
     , m_rows({dependencies.workspace, dependencies.executor, dependencies.files, dependencies.events, m_question,
               dependencies.readMetadata})
-    , m_line(dependencies.locks, std::numeric_limits<int>::max()) // the workers bound what runs at once
+    , m_line(dependencies.locks, {dependencies.board, WorkKinds::WritingTags, QStringLiteral("Запись тегов: %d из %d")},
+             std::numeric_limits<int>::max()) // the workers bound what runs at once
 {
     connect(&m_line, &FileLine::progressChanged, this, &TagSaver::progressChanged);
 }

@@ -23,6 +23,7 @@ public:
         TagFiles& files;
         FileLocks& locks;
         FileEvents& events;
+        WorkBoard& board;
         SaveJobs::Reader readMetadata;
     };
 
