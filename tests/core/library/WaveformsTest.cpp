@@ -75,7 +75,7 @@ protected:
     QHash<QChar, Track> made;
     QStringList prepared;
     SlowEnvelopes envelopes{executor};
-    Waveforms waveforms{{store->selection(), store->scheduler(), executor, envelopes}};
+    Waveforms waveforms{{workspace(), store->selection(), store->scheduler(), executor, envelopes}};
 };
 
 TEST_F(WaveformsTest, AreMadeInOrderEachOnceOneAtATimeWhateverFails)
@@ -95,7 +95,8 @@ TEST_F(WaveformsTest, DuringPlaybackOnlyThePresentRowAndTheNextTwo)
     play('c');
     EXPECT_EQ(taken(), "cde");
     EXPECT_EQ(waveforms.waiting(), urls("ab"));
-    waveforms.preloadWaveforms({QUrl(QStringLiteral("file:///music/f"))});
+    workspace().setList(Track::MetadataDestination::Analysis, rows("f"));
+    waveforms.preloadWaveforms(urls("f"));
     EXPECT_EQ(taken(), "");
     play('a'); // the next song
     EXPECT_EQ(taken(), "abc");
@@ -147,6 +148,16 @@ TEST_F(WaveformsTest, TheRowsOfTheSectionShownDecideWhatFollows)
         EXPECT_EQ(taken(), each.prepared);
         pause();
     }
+}
+
+TEST_F(WaveformsTest, FilesWithoutARowAreGivenUp)
+{
+    waveforms.preloadWaveforms(urls("abcd"));
+    fill(rows("cd"));
+    EXPECT_EQ(taken(), "cd") << "what ran is stopped, what waits is passed over";
+    workspace().setList(Track::MetadataDestination::Analysis, rows("b"));
+    waveforms.preloadWaveforms(urls("ab"));
+    EXPECT_EQ(taken(), "b") << "a row of any list will do";
 }
 
 } // namespace

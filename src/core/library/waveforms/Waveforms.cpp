@@ -4,8 +4,10 @@
 #include "core/library/kinds/WorkKinds.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/waveforms/Envelopes.h"
+#include "core/library/workspace/Workspace.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -17,6 +19,30 @@ Waveforms::Waveforms(const Dependencies& dependencies)
     : m_dependencies(dependencies)
     , m_queue(WorkKinds::kWaveform, *this, dependencies.scheduler, dependencies.executor)
 {
+    connect(&dependencies.workspace, &Workspace::tracksChanged, this, &Waveforms::listChanged);
+    connect(&dependencies.workspace, &Workspace::sectionListChanged, this,
+            [this](Track::MetadataDestination, const ListChange& change) { listChanged(change); });
+}
+
+bool Waveforms::hasRow(const QUrl& url) const
+{
+    using List = Track::MetadataDestination;
+    return std::ranges::any_of(
+        std::array{List::Library, List::Analysis, List::MusicalKey, List::Duplicates},
+        [&](List list) { return m_dependencies.workspace.list(list).indexOfURL(url).has_value(); });
+}
+
+/// What waits is looked at when its turn comes: many may wait, and many rows may leave.
+void Waveforms::listChanged(const ListChange& change)
+{
+    if (!change.mayLackRows())
+        return;
+    QSet<QUrl> gone;
+    for (const QUrl& url : m_queue.running()) {
+        if (!hasRow(url))
+            gone.insert(url);
+    }
+    m_queue.withdraw(gone);
 }
 
 void Waveforms::preloadWaveforms(const QList<QUrl>& urls)
@@ -54,6 +80,8 @@ void Waveforms::prioritizeWaveformsForPlayback(const TrackID& trackID)
 /// While something plays, all but what is preferred waits: each file may start a decoder.
 WorkJob<bool> Waveforms::begin(const QUrl& url, const Allowance&)
 {
+    if (!hasRow(url))
+        return WorkJob<bool>::unwanted();
     if (m_dependencies.scheduler.circumstances().isPlaying && !m_queue.isPreferred(url))
         return WorkJob<bool>::later();
     return WorkJob<bool>::onMain([&envelopes = m_dependencies.envelopes, url](std::stop_token stop) {

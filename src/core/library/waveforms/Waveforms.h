@@ -9,14 +9,18 @@
 
 class Envelopes;
 class Selection;
+class Workspace;
+struct ListChange;
 
 /// Waveforms that are made ahead of the eye, one file at a time and without disturbing what plays: during playback only
-/// the present file and the next two are prepared. Thread: main.
+/// the present file and the next two are prepared. A file whose rows have gone is passed over when its turn comes, and
+/// stopped when it is under way. Thread: main.
 class Waveforms : public QObject, private WorkConcern<QUrl, bool> {
     Q_OBJECT
 
 public:
     struct Dependencies {
+        Workspace& workspace;
         Selection& selection;
         Scheduler& scheduler;
         async::Executor& executor;
@@ -43,6 +47,8 @@ Q_SIGNALS:
     void prepared(const QUrl& url);
 
 private:
+    bool hasRow(const QUrl& url) const;
+    void listChanged(const ListChange& change);
     WorkJob<bool> begin(const QUrl& url, const Allowance& allowance) override;
     WorkEnd finished(const QUrl& url, std::optional<bool> isThere) override;
     void statesChanged(const QSet<QUrl>&) override {}
