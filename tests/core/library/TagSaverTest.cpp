@@ -262,6 +262,31 @@ TEST_F(TagSaverTest, EditsOfAFailedSaveGoWithTheNext)
     EXPECT_EQ(files.calls.last().write.fields, TagField::Genre | TagFields(TagField::Year));
 }
 
+TEST_F(TagSaverTest, AStopGivesUpWhatWaitsForTheAnswer)
+{
+    for (const QList<Track>& tracks : {QList<Track>{a}, QList<Track>{a, b}}) {
+        fillEdited(tracks);
+        files.held.hasPicture = true;
+        saver().writeBatch(items(tracks));
+        settle();
+        ASSERT_TRUE(workspace().isAskingWhatSavesKeep());
+        ASSERT_TRUE(store->board().first()) << "even where it is one file alone";
+        store->board().first()->stop();
+        settle();
+        EXPECT_FALSE(workspace().isAskingWhatSavesKeep());
+        EXPECT_TRUE(files.calls.isEmpty());
+        EXPECT_EQ(statusText(), QStringLiteral("Запись остановлена, в файлы не записано: %1").arg(tracks.size()));
+        EXPECT_TRUE(now(a).editedFields()) << "the row says that its file lacks the edit";
+        EXPECT_FALSE(store->board().first());
+    }
+    saver().writeBatch(items({a}));
+    settle();
+    EXPECT_TRUE(workspace().isAskingWhatSavesKeep()) << "nobody has answered yet";
+    saver().answerWhatSavesKeep(true);
+    settle();
+    EXPECT_EQ(files.calls.size(), 1);
+}
+
 // A session may hold guesses of a run that ended in the middle of an import, and fields that no read supplies.
 TEST_F(TagSaverTest, ARowOfAnEarlierRunIsReadFirstAndKeepsWhatOnlyItKnows)
 {

@@ -37,6 +37,7 @@ void FileLine::stop()
     const QList<std::shared_ptr<Running>> stopped = m_running; // some end at once
     for (const std::shared_ptr<Running>& running : stopped)
         running->stopping.request_stop();
+    emit stopWanted();
 }
 
 async::Task<> FileLine::run(std::shared_ptr<FileRound> round, std::stop_token stop)
@@ -105,9 +106,16 @@ async::Task<std::optional<FileFailure>> FileLine::work(std::shared_ptr<Running> 
     co_return std::move(failure);
 }
 
+void FileLine::setShownAlways(bool isShownAlways)
+{
+    m_isShownAlways = isShownAlways;
+    setProgress(m_progress.done, m_progress.total);
+}
+
 void FileLine::setProgress(int done, int total)
 {
     m_progress = {done, total};
-    m_entry.show(m_text, total > 1 ? WorkProgress{done, total} : WorkProgress());
+    const bool isShown = total > 1 || m_isShownAlways;
+    m_entry.show(m_text, isShown ? WorkProgress{done, total} : WorkProgress());
     emit progressChanged();
 }

@@ -75,11 +75,15 @@ public:
     void stop();
     Progress progress() const { return m_progress; }
     bool isActive() const { return !m_running.isEmpty(); }
+    /// Shows a single file too, as long as it waits for the user.
+    void setShownAlways(bool isShownAlways);
     /// Another text from now on.
     void setText(const QString& text) { m_text = text; }
 
 Q_SIGNALS:
     void progressChanged();
+    /// stop() was asked for, by whomever: what the work in hand waits for may be given up.
+    void stopWanted();
 
 private:
     struct Running;
@@ -94,6 +98,7 @@ private:
     FileLocks& m_locks;
     QString m_text;
     WorkEntry m_entry;
+    bool m_isShownAlways = false;
     Progress m_progress;
     QList<std::shared_ptr<Running>> m_running;
     async::TaskGroup m_rounds;

@@ -23,15 +23,15 @@ bool KeepQuestion::mayKeep() const
     return m_preferences.keepsOtherTagEntries.get() || isOpen();
 }
 
-async::Task<bool> KeepQuestion::keepsOthers(TagInventory inventory, AudioTags written, bool replacesPicture,
-                                            std::stop_token stop)
+async::Task<std::optional<bool>> KeepQuestion::keepsOthers(TagInventory inventory, AudioTags written,
+                                                           bool replacesPicture, std::stop_token stop)
 {
     if (!isOpen() || !inventory.losesAnything(written, replacesPicture))
         co_return m_preferences.keepsOtherTagEntries.get();
     if (!m_answer)
-        m_answer = std::make_unique<async::Completion<bool>>();
+        m_answer = std::make_unique<async::Completion<std::optional<bool>>>();
     m_workspace.setAskingWhatSavesKeep(true);
-    const bool answer = co_await m_answer->wait(stop);
+    const std::optional<bool> answer = co_await m_answer->wait(stop);
     co_return answer;
 }
 
@@ -44,6 +44,14 @@ void KeepQuestion::answer(bool keepsOthers)
     if (m_answer)
         m_answer->resolve(keepsOthers);
     m_answer.reset();
+}
+
+void KeepQuestion::withdraw()
+{
+    VELMORA_ASSERT_MAIN_THREAD();
+    m_workspace.setAskingWhatSavesKeep(false);
+    if (const auto waiting = std::exchange(m_answer, nullptr))
+        waiting->resolve(std::nullopt);
 }
 
 /// A user who sets the preference has answered as well.

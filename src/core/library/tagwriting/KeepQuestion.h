@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 class Preferences;
 class Workspace;
@@ -25,15 +26,18 @@ public:
     bool mayKeep() const;
     /// What the user prefers; asks and waits for the answer where the save would be the first to take something away.
     /// \param replacesPicture whether the save writes a picture of its own.
-    async::Task<bool> keepsOthers(TagInventory inventory, AudioTags written, bool replacesPicture,
-                                  std::stop_token stop);
+    /// \return nothing where the question was withdrawn: nobody has answered it.
+    async::Task<std::optional<bool>> keepsOthers(TagInventory inventory, AudioTags written, bool replacesPicture,
+                                                 std::stop_token stop);
     /// The user's answer; saves that waited for it go on.
     void answer(bool keepsOthers);
+    /// The user wants no more of the saves that wait for the answer. The next one that would drop something asks again.
+    void withdraw();
 
 private:
     void preferenceChanged(const QString& key);
 
     Workspace& m_workspace;
     Preferences& m_preferences;
-    std::unique_ptr<async::Completion<bool>> m_answer; ///< to the question that is being asked
+    std::unique_ptr<async::Completion<std::optional<bool>>> m_answer; ///< to the question that is being asked
 };

@@ -88,7 +88,13 @@ async::Task<> RowSaver::write(Item item, Artwork artwork, std::shared_ptr<Saved>
         emit settled(url, held, saved->row.written);
         co_return;
     }
-    const TagWrite write = co_await writeOf(turn, look, artwork.has_value(), stop);
+    std::optional<TagWrite> wanted = co_await writeOf(turn, look, artwork.has_value(), stop);
+    while (!wanted && artwork) // what was stopped are saves of tags; a cover asks again
+        wanted = co_await writeOf(turn, look, true, stop);
+    saved->isGivenUp = !wanted;
+    if (!wanted)
+        co_return;
+    const TagWrite write = *wanted;
     auto job = [&files = m_dependencies.files, write, artwork, others = item.others](const std::stop_token&) {
         return others == Others::StayBesideAlbum ? SaveJobs::assignAlbum(files, write.tags.album, write.url)
                                                  : SaveJobs::write(files, write, artwork);
@@ -169,16 +175,21 @@ SaveJobs::Wanted RowSaver::wantedOf(const Turn& turn) const
             (isPreferred && m_dependencies.question.isOpen()) || (turn.edited & TagFieldSet::kNeverRead)};
 }
 
-/// What is written of a row, and what of the file is kept; may wait for the user's answer to that.
-async::Task<TagWrite> RowSaver::writeOf(Turn turn, SaveJobs::Look look, bool hasPicture, std::stop_token stop)
+/// What is written of a row, and what of the file is kept; may wait for the user's answer to that. Nothing where the
+/// question was withdrawn.
+async::Task<std::optional<TagWrite>> RowSaver::writeOf(Turn turn, SaveJobs::Look look, bool hasPicture,
+                                                       std::stop_token stop)
 {
     AudioTags tags = turn.track.tags();
     if (!turn.track.isRead())
         tags = TagFieldSet::merged(look.tags->tags, tags, turn.edited);
     if (turn.others != Others::AsPreferred)
         co_return TagWrite{turn.track.url(), tags, turn.edited, true};
-    const bool keeps = co_await m_dependencies.question.keepsOthers(look.inventory, tags, hasPicture, stop);
-    co_return TagWrite{turn.track.url(), tags, replacedFields(tags, turn.edited, look.tags), keeps};
+    const std::optional<bool> keeps =
+        co_await m_dependencies.question.keepsOthers(look.inventory, tags, hasPicture, stop);
+    if (!keeps)
+        co_return std::nullopt;
+    co_return TagWrite{turn.track.url(), tags, replacedFields(tags, turn.edited, look.tags), *keeps};
 }
 
 /// An edit that wants to be taken back needs to know what it covered.

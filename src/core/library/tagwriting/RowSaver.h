@@ -51,6 +51,7 @@ public:
     struct Saved {
         SavedRow row;
         std::optional<TagFileError> failure = {};
+        bool isGivenUp = false; ///< the user stopped it while it waited for an answer
         bool isRestored = false;
         bool isLeftAlone = false; ///< what was to be restored is not what the file holds
         QByteArray former = {};   ///< the tags that stood before, where they are kept
@@ -93,7 +94,7 @@ private:
     static AudioTags newestTags(const Item& item);
     async::Task<> write(Item item, Artwork artwork, std::shared_ptr<Saved> saved, std::stop_token stop);
     async::Task<SaveJobs::Look> look(Turn turn, std::stop_token stop);
-    async::Task<TagWrite> writeOf(Turn turn, SaveJobs::Look look, bool hasPicture, std::stop_token stop);
+    async::Task<std::optional<TagWrite>> writeOf(Turn turn, SaveJobs::Look look, bool hasPicture, std::stop_token stop);
     SaveJobs::Wanted wantedOf(const Turn& turn) const;
     void tell(const Turn& turn, const SaveJobs::Look& look);
     void tellRewritten(const QUrl& url, const SaveJobs::Rewrite& rewrite);

@@ -32,6 +32,11 @@ public:
         const Item item = m_items.at(file);
         m_outcome.notWritten.insert(item.track.id()); // until it is, whatever is thrown
         const RowSaver::Saved saved = co_await change(item, stop);
+        if (saved.isGivenUp) {
+            ++m_givenUp;
+            m_outcome.notWritten.insert(saved.row.id);
+            co_return std::nullopt;
+        }
         if (!saved.failure) {
             note(saved);
             co_return std::nullopt;
@@ -49,7 +54,7 @@ public:
         m_outcome.notWritten.unite(m_outcome.stopped);
         if (m_ended)
             m_ended(m_outcome);
-        m_saver.finish(end);
+        m_saver.finish(end, m_givenUp);
     }
 
 protected:
@@ -73,6 +78,7 @@ private:
     QList<Item> m_items;
     std::function<void(const Outcome&)> m_ended;
     Outcome m_outcome;
+    int m_givenUp = 0; ///< files that waited for an answer when a stop came
 };
 
 class TagSaver::Saves final : public Round {
@@ -115,6 +121,9 @@ TagSaver::TagSaver(const Dependencies& dependencies)
              std::numeric_limits<int>::max()) // the workers bound what runs at once
 {
     connect(&m_line, &FileLine::progressChanged, this, &TagSaver::progressChanged);
+    connect(&m_line, &FileLine::stopWanted, this, [this] { m_question.withdraw(); });
+    connect(&dependencies.workspace, &Workspace::askingWhatSavesKeepChanged, this,
+            [this] { m_line.setShownAlways(m_dependencies.workspace.isAskingWhatSavesKeep()); });
 }
 
 TagSaver::~TagSaver() = default;
@@ -147,10 +156,10 @@ void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, Put
         m_line.append(std::make_shared<Restores>(*this, items, what, wanted, std::move(ended)));
 }
 
-void TagSaver::finish(const FileRound::End& end)
+void TagSaver::finish(const FileRound::End& end, int givenUp)
 {
-    if (end.left > 0)
-        emit stopped(end.left);
+    if (end.left + givenUp > 0)
+        emit stopped(end.left + givenUp);
     else if (end.firstFailure)
         emit failed(*end.firstFailure);
 }

@@ -89,7 +89,7 @@ private:
     class Saves;
     class Restores;
 
-    void finish(const FileRound::End& end);
+    void finish(const FileRound::End& end, int givenUp);
 
     Dependencies m_dependencies;
     KeepQuestion m_question;
