@@ -2,8 +2,13 @@
 
 #include "support/AppFixture.h"
 
+#include "WaveformScrubber/cache/EnvelopeFile.h"
+#include "WaveformScrubber/cache/EnvelopeFolder.h"
+#include "WaveformScrubber/cache/EnvelopeKey.h"
+#include "WaveformScrubber/shape/Envelope.h"
 #include "app/AppPaths.h"
 #include "app/ContentView.h"
+#include "core/library/files/FileEvents.h"
 #include "core/library/imports/Imports.h"
 #include "core/library/order/Order.h"
 #include "core/library/selection/Selection.h"
@@ -206,4 +211,18 @@ TEST_F(ProgramTest, DroppedFilesGetTheirWaveformsWithoutBeingPlayed)
     EXPECT_TRUE(waitFor([&] { return drawn() == 3; })) << "three can be read, one is no music: " << drawn();
     const QDir kept(AppPaths::waveformFolder());
     EXPECT_GE(kept.entryList(QDir::Files).size(), 3);
+}
+
+TEST_F(ProgramTest, EnvelopesGoAlongWithFilesThatTheStoreRewrites)
+{
+    app->open({});
+    const QUrl url = file(QStringLiteral("a.mp3"), "old");
+    const auto entry = [&](const FileStamp& stamp) {
+        return EnvelopeFolder::entryPath(AppPaths::waveformFolder(), envelopeKey(url, stamp));
+    };
+    const FileStamp before = FileStamp::of(url).value();
+    ASSERT_TRUE(EnvelopeFile::write(entry(before), std::vector<float>(kEnvelopeSampleCount, 0.5F)));
+    const FileStamp after = FileStamp::of(file(QStringLiteral("a.mp3"), "new one")).value();
+    app->store().fileEvents().tell({FileChange::Kind::Rewritten, url, url, before, after});
+    EXPECT_TRUE(waitFor([&] { return QFile::exists(entry(after)); }));
 }
