@@ -5,6 +5,7 @@
 #include "ui/cells/KeyTexts.h"
 #include "ui/cells/TempoText.h"
 #include "ui/text/Texts.h"
+#include "ui/tracks/RowRuns.h"
 
 // How a list becomes another one:
 // 1. what both have in common at the head and at the tail stays untouched;
@@ -19,27 +20,6 @@ constexpr int kMaximumRuns = 48; // chosen: beyond this one move of everything i
 bool isSameRow(const Track& left, const Track& right)
 {
     return left.isSameValueAs(right) || left.id() == right.id();
-}
-
-struct Run {
-    int first = 0;
-    int end = 0;
-};
-
-/// The runs of rows in [first, end) that a test accepts.
-template <typename Test>
-QList<Run> runsOf(int first, int end, Test test)
-{
-    QList<Run> runs;
-    for (int row = first; row < end; ++row) {
-        if (!test(row))
-            continue;
-        if (!runs.isEmpty() && runs.last().end == row)
-            ++runs.last().end;
-        else
-            runs.append({row, row + 1});
-    }
-    return runs;
 }
 
 QSet<TrackID> idsOf(const QList<Track>& rows, int first, int end)
@@ -158,7 +138,7 @@ bool TrackListModel::onlyRemoves(const QList<Track>& rows, int first, int oldEnd
 template <typename IsGone>
 void TrackListModel::removeThose(int first, int oldEnd, IsGone isGone)
 {
-    QList<Run> runs = runsOf(first, oldEnd, isGone);
+    QList<RowRun> runs = rowRuns(first, oldEnd, isGone);
     if (runs.size() > kMaximumRuns) {
         QList<int> order;
         QList<int> gone;
@@ -194,9 +174,9 @@ void TrackListModel::arrange(const QList<Track>& rows, int first, int newEnd)
 void TrackListModel::insertMissing(const QList<Track>& rows, const QSet<TrackID>& known, int first, int newEnd)
 {
     const auto isNew = [&](int row) { return !known.contains(rows[row].id()); };
-    const QList<Run> runs = runsOf(first, newEnd, isNew);
+    const QList<RowRun> runs = rowRuns(first, newEnd, isNew);
     if (runs.size() <= kMaximumRuns) {
-        for (const Run& run : runs) {
+        for (const RowRun& run : runs) {
             if (run.first > m_rows.size())
                 return; // ids that occur twice; takeValues notices
             beginInsertRows({}, run.first, run.end - 1);
