@@ -1,7 +1,6 @@
 #include "platform/audio/AudioFileReader.h"
 #include "platform/audio/FileImage.h"
 
-#include <cmath>
 #include <cstdlib>
 #include <vector>
 

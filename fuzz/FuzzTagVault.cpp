@@ -3,7 +3,6 @@
 #include "tags/bytes/ByteReader.h"
 #include "tags/vault/FileAnatomy.h"
 #include "tags/vault/VaultEntry.h"
-#include "tags/writing/WriteErrors.h"
 
 #include <optional>
 
@@ -49,13 +48,12 @@ RewritePlan planClean(const RewriteSource& source, const Writer& writer)
 template <typename Plan>
 std::optional<QByteArray> changed(const QByteArray& file, const Plan& plan)
 {
-    try {
-        return withSource(file,
-                          [&](const RewriteSource& source) { return plan(source, writerOf(file)).toBytes(source); });
-    } catch (const FileError&) {
-    } catch (const WriteError&) {
-    }
-    return std::nullopt;
+    std::optional<QByteArray> result;
+    isTaken([&] {
+        result =
+            withSource(file, [&](const RewriteSource& source) { return plan(source, writerOf(file)).toBytes(source); });
+    });
+    return result;
 }
 
 /// A file that a writer takes can be kept, and comes back from what the writer made of it.
@@ -77,15 +75,13 @@ void checkFile(const QByteArray& file, const QString& extension, const Plan& pla
 
 void checkAnatomy(const QByteArray& file, const QString& extension)
 {
-    try {
+    isTaken([&] {
         const VaultEntry entry = entryOf(file, extension);
         const FileAnatomy anatomy = anatomyOf(file, extension);
         const QByteArray same =
             withSource(file, [&](const RewriteSource& source) { return entry.planRestore(anatomy).toBytes(source); });
         require(same == file);
-    } catch (const FileError&) {
-    } catch (const WriteError&) {
-    }
+    });
 }
 
 void setChecksum(QByteArray& bytes, qint64 end)

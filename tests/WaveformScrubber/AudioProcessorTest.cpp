@@ -6,9 +6,6 @@
 #include "support/DecoderFixture.h"
 #include "support/Machine.h"
 
-#include <QElapsedTimer>
-#include <QFile>
-
 #include <cmath>
 
 namespace {
@@ -21,13 +18,6 @@ const QString kSteps =
 
 class AudioProcessorTest : public DecoderFixture {
 protected:
-    QUrl sound(const char* name, const QString& source, const QStringList& options = {}) const
-    {
-        return encoded(QString::fromUtf8(name),
-                       QStringList{QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), source} +
-                           options);
-    }
-
     static AudioProcessor::Surroundings with(std::optional<QUrl> executable, WorkerClock clock = WorkerClock::system())
     {
         return {.findExecutable = [executable] { return executable; }, .clock = std::move(clock)};
@@ -63,14 +53,14 @@ void expectSteps(const Samples& values, double tolerance, const char* name)
 
 TEST_F(AudioProcessorTest, BothWaysShowTheSameSound)
 {
-    const QStringList stereo{QStringLiteral("-ac"), QStringLiteral("2")};
+    const QString stereo = QStringLiteral(" -ac 2");
     const struct {
         const char* name;
-        QStringList options;
+        QString options;
         double tolerance; // a bucket is no whole period, and AAC rings at jumps
     } cases[] = {{"a.wav", {}, 0.03}, {"ночь #1 %d.flac", stereo, 0.03}, {"c.mp3", stereo, 0.03}, {"d.m4a", {}, 0.06}};
     for (const auto& [name, options, tolerance] : cases) {
-        const QUrl url = sound(name, kSteps, options);
+        const QUrl url = encoded(QString::fromUtf8(name), kSteps + options);
         expectSteps(AudioProcessor::extractEnvelope(url, 4096, LowImpact::No, {}), tolerance, name);
         expectSteps(AudioProcessor::extractEnvelopeDirectly(url, 4096, LowImpact::No, {}), tolerance, name);
     }
@@ -78,8 +68,8 @@ TEST_F(AudioProcessorTest, BothWaysShowTheSameSound)
 
 TEST_F(AudioProcessorTest, ShortAndSilentFilesHaveTheirValues)
 {
-    const QUrl silent = sound("silent.wav", QStringLiteral("anullsrc=r=44100:cl=stereo:d=2"));
-    const QUrl shortest = sound("short.wav", QStringLiteral("aevalsrc=0.5:d=0.01:s=8000"));
+    const QUrl silent = encoded(QStringLiteral("silent.wav"), QStringLiteral("anullsrc=r=44100:cl=stereo:d=2"));
+    const QUrl shortest = encoded(QStringLiteral("short.wav"), QStringLiteral("aevalsrc=0.5:d=0.01:s=8000"));
     for (const auto& executable : {std::optional(realDecoder()), std::optional<QUrl>()}) {
         const auto envelopeOf = [&](const QUrl& url) {
             return AudioProcessor::extractEnvelope(url, 4096, LowImpact::No, {}, with(executable));
@@ -93,7 +83,7 @@ TEST_F(AudioProcessorTest, ShortAndSilentFilesHaveTheirValues)
 
 TEST_F(AudioProcessorTest, WhatTheProgramCannotDoIsLeftToTheReader)
 {
-    const QUrl good = sound("good.wav", kSteps);
+    const QUrl good = encoded(QStringLiteral("good.wav"), kSteps);
     writeFile(path(QStringLiteral("broken.mp3")), QByteArray(5000, 'x'));
     const std::pair<const char*, std::optional<QString>> cases[] = {
         {"no decoder", std::nullopt},
@@ -118,7 +108,7 @@ TEST_F(AudioProcessorTest, WhatTheProgramCannotDoIsLeftToTheReader)
 
 TEST_F(AudioProcessorTest, ADecoderThatHangsIsStoppedAtTheLimitAndNotReplaced)
 {
-    const QUrl good = sound("good.wav", kSteps);
+    const QUrl good = encoded(QStringLiteral("good.wav"), kSteps);
     for (const LowImpact lowImpact : {LowImpact::No, LowImpact::Yes}) {
         const bool isLow = lowImpact == LowImpact::Yes;
         FastTime time;
@@ -130,7 +120,7 @@ TEST_F(AudioProcessorTest, ADecoderThatHangsIsStoppedAtTheLimitAndNotReplaced)
 
 TEST_F(AudioProcessorTest, AStopEndsTheDecoderAndTheReader)
 {
-    const QUrl good = sound("good.wav", kSteps);
+    const QUrl good = encoded(QStringLiteral("good.wav"), kSteps);
     std::stop_source source;
     const QUrl decoder = script(QStringLiteral("printf '%s\\n' \"$@\" > told; ") + kHanging);
     {
@@ -143,7 +133,7 @@ TEST_F(AudioProcessorTest, AStopEndsTheDecoderAndTheReader)
 
 TEST_F(AudioProcessorTest, TheReaderPausesAfterEachBlockWithLowImpact)
 {
-    const QUrl good = sound("good.wav", kSteps); // 176,400 frames: 5.4 blocks
+    const QUrl good = encoded(QStringLiteral("good.wav"), kSteps); // 176,400 frames: 5.4 blocks
     FastTime time;
     AudioProcessor::extractEnvelopeDirectly(good, 4096, LowImpact::No, {}, time.clock());
     EXPECT_EQ(time.waits.size(), 0U);

@@ -3,6 +3,7 @@
 #include "WaveformScrubber/cache/EnvelopeKey.h"
 #include "WaveformScrubber/shape/Envelope.h"
 #include "support/Machine.h"
+#include "support/Stopped.h"
 
 #include <QDir>
 #include <QFile>
@@ -151,10 +152,8 @@ TEST_F(EnvelopeFilesTest, OnlyEntriesAreCountedSweptAndEmptied)
     age(usedLately, 200, 179);
 
     EXPECT_EQ(EnvelopeFolder::size(m_folder.path(), {}), (EnvelopeCacheSize{50, 5}));
-    std::stop_source stop;
-    stop.request_stop();
     const QDateTime limit = QDateTime::currentDateTimeUtc().addDays(-180);
-    EnvelopeFolder::sweep(m_folder.path(), limit, stop.get_token());
+    EnvelopeFolder::sweep(m_folder.path(), limit, stoppedToken());
     EXPECT_TRUE(QFile::exists(path(old))) << "stopped";
     EnvelopeFolder::sweep(m_folder.path(), limit, {});
     EXPECT_FALSE(QFile::exists(path(old)));

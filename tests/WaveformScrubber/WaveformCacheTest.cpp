@@ -7,11 +7,11 @@
 #include "async/TaskGroup.h"
 #include "async/ThreadExecutor.h"
 #include "platform/Localization.h"
+#include "support/FileTimes.h"
 #include "support/Machine.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 
 #include <atomic>
@@ -325,13 +325,9 @@ TEST_F(WaveformCacheTest, TheFolderIsMeasuredEmptiedAndSweptAtStart)
 
     const QString orphan =
         QDir::tempPath() + QStringLiteral("/velmora-waveform-0F8FAD5B-D9CB-469F-A165-70867728950E.pcm");
-    for (const QString& path : {entryPath(m_url), orphan}) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        const QDateTime longAgo = QDateTime::currentDateTime().addDays(-181);
-        file.setFileTime(longAgo, QFileDevice::FileAccessTime);
-        ASSERT_TRUE(file.setFileTime(longAgo, QFileDevice::FileModificationTime));
-    }
+    writeFile(orphan);
+    for (const QString& path : {entryPath(m_url), orphan})
+        setModified(path, QDateTime::currentDateTime().addDays(-181));
     restart();
     EXPECT_FALSE(QFile::exists(entryPath(m_url)));
     EXPECT_FALSE(QFile::exists(orphan));
@@ -370,10 +366,10 @@ TEST_F(WaveformCacheTest, OnRealThreadsManyAskAtOnceAndSomeLeave)
     }
     for (async::TaskSlot& slot : leaving)
         slot.cancel();
-    QElapsedTimer limit;
-    limit.start();
-    while (group.count() > 0 && limit.elapsed() < 30000)
+    comesTrue([&] {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        return group.count() == 0;
+    });
     EXPECT_EQ(answers, 200);
     EXPECT_EQ(computations, 20);
 }

@@ -197,22 +197,17 @@ TEST_F(ContentViewPlaybackTest, ThePlaylistIsEnteredWhereItPlays)
     Track coverOnly = favorite(QStringLiteral("cover.mp3"));
     coverOnly.setIsInPlaylist(false);
     fill({a, b, c, coverOnly});
-    const struct {
-        const char* name;
-        Player state;
-        Track played;
-        std::optional<TrackID> expected;
-    } cases[] = {
+    const std::tuple<const char*, Player, Track, std::optional<TrackID>> cases[] = {
         {"a row", Player::Playing, b, b.id()},        {"a copy of a row", Player::Playing, copy, b.id()},
         {"being opened", Player::Opening, b, b.id()}, {"paused", Player::Paused, b, {}},
         {"no row", Player::Playing, coverOnly, {}},   {"nothing", Player::Idle, b, {}},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
+    for (const auto& [name, state, played, expected] : cases) {
+        SCOPED_TRACE(name);
         view.activateTab(LibraryTab::Covers);
-        bring(test.state, test.played);
+        bring(state, played);
         view.activateTab(LibraryTab::Playlist);
-        EXPECT_EQ(view.playlistReturnPlaybackID(), test.expected);
+        EXPECT_EQ(view.playlistReturnPlaybackID(), expected);
         executor.runAll();
     }
 }

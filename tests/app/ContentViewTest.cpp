@@ -98,10 +98,7 @@ TEST_F(ContentViewTest, TheActiveSectionAgainDoesNothing)
 TEST_F(ContentViewTest, DropsGoToTheirSection)
 {
     const QUrl url = file(QStringLiteral("a.mp3"));
-    const struct {
-        LibraryTab tab;
-        std::function<qsizetype()> count;
-    } cases[] = {
+    const std::pair<LibraryTab, std::function<qsizetype()>> cases[] = {
         {LibraryTab::Favorites, [&] { return store->order().favoriteTracks().size(); }},
         {LibraryTab::Covers, [&] { return store->order().coverTracks().size(); }},
         {LibraryTab::Converter, [&] { return workspace().conversionItems().size(); }},
@@ -110,18 +107,18 @@ TEST_F(ContentViewTest, DropsGoToTheirSection)
         {LibraryTab::Duplicates, [&] { return qsizetype(workspace().duplicateTracks().size()); }},
         {LibraryTab::Playlist, [&] { return store->order().playlistTracks().size(); }},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(qPrintable(rawValue(test.tab)));
+    for (const auto& [tab, count] : cases) {
+        SCOPED_TRACE(qPrintable(rawValue(tab)));
         fill({});
-        view.receiveDroppedTracks({url}, test.tab);
-        EXPECT_EQ(workspace().activeTab(), test.tab);
+        view.receiveDroppedTracks({url}, tab);
+        EXPECT_EQ(workspace().activeTab(), tab);
         settle();
-        EXPECT_EQ(test.count(), 1);
-        if (test.tab == LibraryTab::Favorites) {
+        EXPECT_EQ(count(), 1);
+        if (tab == LibraryTab::Favorites) {
             EXPECT_TRUE(store->order().playlistTracks().isEmpty());
             EXPECT_EQ(statusText(), QStringLiteral("Добавлено в избранное: 1"));
             store->history().undo();
-            EXPECT_EQ(test.count(), 0);
+            EXPECT_EQ(count(), 0);
         }
     }
     view.receiveDroppedTracks({}, LibraryTab::Covers);
@@ -132,27 +129,24 @@ TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));
     using List = Track::MetadataDestination;
-    const struct {
-        LibraryTab tab;
-        qsizetype left;
-    } cases[] = {
+    const std::pair<LibraryTab, qsizetype> cases[] = {
         {LibraryTab::Playlist, 0},   {LibraryTab::Favorites, 0},
         {LibraryTab::Covers, 1}, // a favourite refuses
         {LibraryTab::Analysis, 0},   {LibraryTab::MusicalKey, 0},
         {LibraryTab::Duplicates, 2}, // a look at files, not a list to be weeded
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(qPrintable(rawValue(each.tab)));
+    for (const auto& [tab, left] : cases) {
+        SCOPED_TRACE(qPrintable(rawValue(tab)));
         store->history().clear();
         fill({a, b});
         for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates})
             workspace().setList(list, {track(QStringLiteral("x.mp3")), track(QStringLiteral("y.mp3"))});
-        view.activateTab(each.tab);
+        view.activateTab(tab);
         settle();
         const QStringList before = titles(store->selection().visibleTracks());
         perform(CommandID::Remove, ids(store->selection().visibleTracks()));
-        EXPECT_EQ(store->selection().visibleTracks().size(), each.left);
-        if (each.left > 0)
+        EXPECT_EQ(store->selection().visibleTracks().size(), left);
+        if (left > 0)
             continue;
         ASSERT_TRUE(store->history().canUndo());
         store->history().undo();

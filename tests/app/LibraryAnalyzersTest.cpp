@@ -2,8 +2,9 @@
 
 #include "platform/FileURL.h"
 #include "support/Encoder.h"
+#include "support/Machine.h"
+#include "support/Stopped.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <memory>
@@ -38,11 +39,7 @@ TEST(LibraryAnalyzers, FilesAnswerOrSayWhetherToTryAgain)
     const QString chord =
         QStringLiteral("0.2*(sin(2*PI*110*t)+sin(2*PI*220*t)+sin(2*PI*261.63*t)+sin(2*PI*329.63*t)+sin(2*PI*440*t))");
     const QUrl music = encoded(folder, QStringLiteral("Такт 🥁.mp3"), beats + u'+' + chord, 40);
-    QFile broken(folder.filePath(QStringLiteral("broken.mp3")));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
-    broken.write("no sound");
-    broken.close();
-    const QUrl noSound = FileURL::fromPath(broken.fileName());
+    const QUrl noSound = FileURL::fromPath(writeFile(folder.filePath(QStringLiteral("broken.mp3")), "no sound"));
 
     const BPMAnalysisOutcome outcome = LibraryAnalyzers::analyzeBPM(music, {}, {});
     ASSERT_EQ(outcome.which, Case::Success);
@@ -54,8 +51,6 @@ TEST(LibraryAnalyzers, FilesAnswerOrSayWhetherToTryAgain)
     EXPECT_EQ(key->key.camelot(), QStringLiteral("8A"));
     EXPECT_FALSE(LibraryAnalyzers::analyzeMusicalKey(noSound, {}));
 
-    std::stop_source stopped;
-    stopped.request_stop();
-    EXPECT_EQ(LibraryAnalyzers::analyzeBPM(music, {true, true}, stopped.get_token()).which, Case::Cancelled);
-    EXPECT_FALSE(LibraryAnalyzers::analyzeMusicalKey(music, stopped.get_token()));
+    EXPECT_EQ(LibraryAnalyzers::analyzeBPM(music, {true, true}, stoppedToken()).which, Case::Cancelled);
+    EXPECT_FALSE(LibraryAnalyzers::analyzeMusicalKey(music, stoppedToken()));
 }

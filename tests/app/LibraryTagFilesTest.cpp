@@ -7,8 +7,10 @@
 #include "async/ThreadExecutor.h"
 #include "support/Encoder.h"
 #include "support/FolderTrashCan.h"
+#include "support/Machine.h"
 #include "support/Pictures.h"
 #include "support/StoreFixture.h"
+#include "support/Thrown.h"
 #include "tags/AudioMetadataLoader.h"
 
 #include <future>
@@ -78,12 +80,7 @@ protected:
     {
         return AudioMetadataLoader::loadIfReadable(track.url(), {}).value_or(LoadedTrackMetadata());
     }
-    QByteArray bytesOf(const Track& track) const
-    {
-        QFile file(track.url().toLocalFile());
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
+    static QByteArray bytesOf(const Track& track) { return readFile(track.url().toLocalFile()); }
 
     LibraryTagFiles files{folder.filePath(QStringLiteral("vault"))};
     LibraryTagReader reader{preferences};
@@ -173,23 +170,21 @@ TEST_F(LibraryTagFilesTest, EveryChangeCanBeTakenBackByteForByte)
 // A vault that fails must not be told as a file that has gone.
 TEST_F(LibraryTagFilesTest, FailuresSpeakToTheUser)
 {
+    const auto at = [&](const char* name) {
+        const QUrl url = FileURL::fromPath(folder.filePath(QString::fromLatin1(name)));
+        return TagWrite{url, AudioTags(), TagFieldSet::kAll, false};
+    };
     const auto put = [&](const char* name, const QByteArray& bytes) {
-        QFile file(folder.filePath(QString::fromLatin1(name)));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-        return TagWrite{FileURL::fromPath(file.fileName()), AudioTags(), TagFieldSet::kAll, false};
+        writeFile(folder.filePath(QString::fromLatin1(name)), bytes);
+        return at(name);
     };
     const TagWrite broken = put("broken.flac", "fLaC\x84\xff\xff\xff");
     const TagWrite unknown = put("no writer.ogg", "OggS");
-    const TagWrite gone{FileURL::fromPath(folder.filePath(QStringLiteral("gone.mp3"))), AudioTags(), TagFieldSet::kAll,
-                        false};
+    const TagWrite gone = at("gone.mp3");
     files.write(put("a.mp3", "sound"));
     const TagWrite other = put("a.mp3", "other sound");
     LibraryTagFiles unwritable(folder.filePath(QStringLiteral("a.mp3/vault")));
-    const struct {
-        std::function<void()> call;
-        bool isMissing;
-        const char* words;
-    } cases[] = {
+    const std::tuple<std::function<void()>, bool, const char*> cases[] = {
         {[&] { files.write(gone); }, true, "gone.mp3"},
         {[&] { files.write(broken); }, false, "broken.flac"},
         {[&] { files.write(unknown); }, false, "ogg"},
@@ -198,15 +193,12 @@ TEST_F(LibraryTagFilesTest, FailuresSpeakToTheUser)
         {[&] { unwritable.write(other); }, false,
          "Исходные теги файла a.mp3 не удалось сохранить в копию, поэтому файл не изменён."},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.words);
-        try {
-            test.call();
-            ADD_FAILURE() << "nothing thrown";
-        } catch (const TagFileError& error) {
-            EXPECT_EQ(error.isMissing(), test.isMissing);
-            EXPECT_TRUE(error.message().contains(QString::fromUtf8(test.words))) << qPrintable(error.message());
-        }
+    for (const auto& [call, isMissing, words] : cases) {
+        SCOPED_TRACE(words);
+        const auto error = thrown<TagFileError>(call);
+        ASSERT_TRUE(error);
+        EXPECT_EQ(error->isMissing(), isMissing);
+        EXPECT_TRUE(error->message().contains(QString::fromUtf8(words))) << qPrintable(error->message());
     }
 }
 

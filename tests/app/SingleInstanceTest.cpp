@@ -1,10 +1,10 @@
 #include "app/SingleInstance.h"
 
 #include "platform/FileURL.h"
+#include "support/Machine.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QLocalSocket>
 #include <QTemporaryDir>
 #include <QTest>
@@ -83,10 +83,8 @@ TEST(SingleInstance, WhenTheFirstEndsWithoutAnAnswerTheNextTakesItsPlace)
 TEST(SingleInstance, WhatAKilledProcessLeavesIsNoFirst)
 {
     const QTemporaryDir folder;
-    for (const char* name : {"instance.lock", "instance.socket"}) {
-        QFile file(folder.filePath(QLatin1StringView(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    for (const char* name : {"instance.lock", "instance.socket"})
+        writeFile(folder.filePath(QLatin1StringView(name)));
     SingleInstance first(folder.path());
     EXPECT_EQ(first.begin({}), Role::First);
     EXPECT_EQ(startBeside(folder.path(), {}), Role::HandedOver) << "its socket took the old one's place";

@@ -2,6 +2,7 @@
 
 #include "Recorded.h"
 #include "async/TaskGroup.h"
+#include "support/Stopped.h"
 
 #include <gtest/gtest.h>
 
@@ -43,10 +44,8 @@ TEST(Clock, ASleepAfterAStopOrForEverIsHarmless)
 {
     ManualClock clock;
     Log log;
-    std::stop_source stopped;
-    stopped.request_stop();
     TaskSlot slot;
-    slot.start([&](std::stop_token) { return recorded(&log, "sleep", clock.sleep(1s, stopped.get_token())); });
+    slot.start([&](std::stop_token) { return recorded(&log, "sleep", clock.sleep(1s, stoppedToken())); });
     EXPECT_EQ(clock.pendingCount(), 0);
     MainQueue::drain();
     EXPECT_EQ(log, Log{"sleep:cancelled"});

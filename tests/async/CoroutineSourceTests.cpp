@@ -1,5 +1,6 @@
+#include "support/Machine.h"
+
 #include <QDirIterator>
-#include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -67,14 +68,12 @@ TEST(CoroutineSources, NoTemporaryWithContentsInsideAnAwait)
         QDirIterator files(QStringLiteral(VELMORA_SOURCE_DIR) + QString::fromUtf8(folder),
                            {QStringLiteral("*.h"), QStringLiteral("*.cpp")}, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
-            QFile file(files.next());
-            if (file.fileName().endsWith(QStringLiteral("/CoroutineSourceTests.cpp")))
+            const QString path = files.next();
+            if (path.endsWith(QStringLiteral("/CoroutineSourceTests.cpp")))
                 continue;
-            ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(file.fileName());
             ++count;
-            for (const int line : faultyLines(QString::fromUtf8(file.readAll())))
-                ADD_FAILURE() << qPrintable(file.fileName()) << ":" << line
-                              << ": name it on a line before the co_await";
+            for (const int line : faultyLines(QString::fromUtf8(readFile(path))))
+                ADD_FAILURE() << qPrintable(path) << ":" << line << ": name it on a line before the co_await";
         }
     }
     EXPECT_GT(count, 20) << "the sources were not found";

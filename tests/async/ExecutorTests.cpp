@@ -2,6 +2,7 @@
 
 #include "Recorded.h"
 #include "async/TaskGroup.h"
+#include "support/Stopped.h"
 
 #include <gtest/gtest.h>
 
@@ -92,10 +93,8 @@ TEST_F(ExecutorTest, AStopDuringTheJobBeatsItsResultAndItsException)
 
 TEST_F(ExecutorTest, AfterAStopNothingIsSubmitted)
 {
-    std::stop_source stopped;
-    stopped.request_stop();
     m_group.add([&](std::stop_token) {
-        return recorded(&m_log, "late", await(&m_executor, Priority::Utility, fail, stopped.get_token()));
+        return recorded(&m_log, "late", await(&m_executor, Priority::Utility, fail, stoppedToken()));
     });
     EXPECT_EQ(m_executor.pendingCount(), 0);
     MainQueue::drain();

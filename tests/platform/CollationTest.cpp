@@ -2,16 +2,12 @@
 
 #include "platform/Localization.h"
 #include "support/LanguageSwitching.h"
+#include "support/Utf8.h"
 
 #include <QSet>
 #include <gtest/gtest.h>
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 int sign(int value)
 {

@@ -214,12 +214,7 @@ TEST_F(DeepWalkTest, LeavesCompanionFilesOut)
 TEST_F(DeepWalkTest, SetsStrayTemporariesApart)
 {
     const std::string uuid(kUUID);
-    const struct {
-        std::string name;
-        int ageInMinutes;
-        bool isFile;
-        bool isStray;
-    } rows[] = {
+    const std::tuple<std::string, int, bool, bool> rows[] = {
         {".velmora-" + uuid + ".mp3", 61, false, true},
         {"old/.velmora-" + uuid + ".flac", 600, false, true},
         {"young/.velmora-" + uuid + ".mp3", 59, false, false},
@@ -233,14 +228,14 @@ TEST_F(DeepWalkTest, SetsStrayTemporariesApart)
     Paths files;
     Paths strays;
     QList<QUrl> given;
-    for (const auto& row : rows) {
-        const fs::path path = make(row.name);
-        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::minutes(row.ageInMinutes));
+    for (const auto& [name, ageInMinutes, isFile, isStray] : rows) {
+        const fs::path path = make(name);
+        fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::minutes(ageInMinutes));
         given.append(url(path));
-        if (row.isFile)
-            files.push_back(row.name);
-        if (row.isStray)
-            strays.push_back(row.name);
+        if (isFile)
+            files.push_back(name);
+        if (isStray)
+            strays.push_back(name);
     }
     std::ranges::sort(files);
     std::ranges::sort(strays);

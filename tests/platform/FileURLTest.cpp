@@ -1,16 +1,9 @@
 #include "platform/FileURL.h"
 
+#include "support/Utf8.h"
+
 #include <QDir>
 #include <gtest/gtest.h>
-
-namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 TEST(FileURL, CutsAndStandardizesPaths)
 {

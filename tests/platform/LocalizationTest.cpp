@@ -1,14 +1,10 @@
 #include "platform/Localization.h"
 #include "support/LanguageSwitching.h"
+#include "support/Utf8.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class LocalizationTest : public testing::Test {
 protected:
@@ -28,23 +24,19 @@ TEST_F(LocalizationTest, LanguagesHaveStableRawValues)
 
 TEST_F(LocalizationTest, TextsFollowTheLanguageAtOnce)
 {
-    const struct {
-        const char* key;
-        const char* russian;
-        const char* english;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {"Плейлист", "Плейлист", "Playlist"},
         {"По BPM", "По BPM", "By BPM"},
         {"нет такого ключа", "нет такого ключа", "нет такого ключа"},
         {"", "", ""},
     };
     for (int round = 0; round < 2; ++round) {
-        for (const auto& row : rows) {
+        for (const auto& [key, russian, english] : rows) {
             VelmoraLocalization::setLanguage(AppLanguage::English);
-            EXPECT_EQ(VelmoraLocalization::string(text(row.key)), text(row.english));
+            EXPECT_EQ(VelmoraLocalization::string(text(key)), text(english));
             EXPECT_EQ(VelmoraLocalization::locale().language(), QLocale::English);
             VelmoraLocalization::setLanguage(AppLanguage::Russian);
-            EXPECT_EQ(VelmoraLocalization::string(text(row.key)), text(row.russian));
+            EXPECT_EQ(VelmoraLocalization::string(text(key)), text(russian));
             EXPECT_EQ(VelmoraLocalization::locale().language(), QLocale::Russian);
         }
     }
@@ -78,11 +70,7 @@ TEST_F(LocalizationTest, FillsPlaceholdersInOrder)
 
 TEST_F(LocalizationTest, CountsByTheRuleOfTheLanguage)
 {
-    const struct {
-        qint64 count;
-        const char* russian;
-        const char* english;
-    } rows[] = {
+    const std::tuple<qint64, const char*, const char*> rows[] = {
         {0, "0 треков", "0 tracks"},
         {1, "1 трек", "1 track"},
         {2, "2 трека", "2 tracks"},
@@ -95,13 +83,12 @@ TEST_F(LocalizationTest, CountsByTheRuleOfTheLanguage)
         {5'000'000'002, "5 000 000 002 трека", "5,000,000,002 tracks"},
         {-1, "-1 трек", "-1 track"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.count);
+    for (const auto& [count, russian, english] : rows) {
+        SCOPED_TRACE(count);
         VelmoraLocalization::setLanguage(AppLanguage::Russian);
-        EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), row.count).replace(QChar::Nbsp, u' '),
-                  text(row.russian));
+        EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), count).replace(QChar::Nbsp, u' '), text(russian));
         VelmoraLocalization::setLanguage(AppLanguage::English);
-        EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), row.count), text(row.english));
+        EXPECT_EQ(VelmoraLocalization::plural(text("%n треков"), count), text(english));
     }
     EXPECT_EQ(VelmoraLocalization::plural(text("%n нигде"), 1000), QStringLiteral("1,000 нигде"));
 }

@@ -52,11 +52,7 @@ TEST(PowerStateTest, SeesLowBatteriesSavingAndHeat)
 {
     const QString scope = QStringLiteral("class/power_supply/BAT0/scope");
     const QString profile = QStringLiteral("firmware/acpi/platform_profile");
-    const struct {
-        const char* name;
-        Tree tree;
-        bool isConstrained;
-    } cases[] = {
+    const std::tuple<const char*, Tree, bool> cases[] = {
         {"a machine that tells nothing", {}, false},
         {"low", battery("Discharging\n", "19\n"), true},
         {"a fifth", battery("Discharging\n", "20\n"), false},
@@ -75,10 +71,10 @@ TEST(PowerStateTest, SeesLowBatteriesSavingAndHeat)
         {"below zero", zone("-1000\n", "critical\n", "-274000\n"), false},
         {"garbage", zone(QByteArray(100'000, '9'), "critical\n", "100000\n"), false},
     };
-    for (const auto& test : cases) {
+    for (const auto& [name, tree, isConstrained] : cases) {
         QTemporaryDir root;
-        build(root.path(), test.tree);
-        EXPECT_EQ(PowerState::areResourcesConstrained(root.path()), test.isConstrained) << test.name;
+        build(root.path(), tree);
+        EXPECT_EQ(PowerState::areResourcesConstrained(root.path()), isConstrained) << name;
     }
 }
 

@@ -1,6 +1,7 @@
 #include "platform/Preferences.h"
 
 #include "support/Machine.h"
+#include "support/Utf8.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -9,11 +10,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class PreferencesTest : public testing::Test {
 protected:

@@ -78,26 +78,23 @@ TEST_F(AudioPlayerSeekTest, WhatStandsStillJumpsAtOnce)
 
 TEST_F(AudioPlayerSeekTest, AStepToTheEndCompletes)
 {
-    const struct {
-        double from;
-        double by;
-        bool completes;
-    } cases[] = {{190, 15, true},      {185, 15, true},   {185, 14.991, true}, {185, 14.98, false},
-                 {199.99, -15, false}, {50, -100, false}, {50, 15, false}};
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.from + test.by);
+    const std::tuple<double, double, bool> cases[] = {{190, 15, true},     {185, 15, true},      {185, 14.991, true},
+                                                      {185, 14.98, false}, {199.99, -15, false}, {50, -100, false},
+                                                      {50, 15, false}};
+    for (const auto& [from, by, completes] : cases) {
+        SCOPED_TRACE(from + by);
         player->stopAndClear();
         open(a);
-        player->scheduleSeek(test.from, false);
+        player->scheduleSeek(from, false);
         advance(0.014);
         finished.clear();
-        player->seek(test.by);
+        player->seek(by);
         advance(0.014);
-        EXPECT_EQ(finished.size(), test.completes ? 1 : 0);
-        EXPECT_EQ(player->isPlaying(), !test.completes);
+        EXPECT_EQ(finished.size(), completes ? 1 : 0);
+        EXPECT_EQ(player->isPlaying(), !completes);
         EXPECT_EQ(file().gain(), 0.8F);
-        EXPECT_NEAR(time(), std::clamp(test.from + test.by, 0.0, 200.0), 1e-6);
-        if (test.completes) {
+        EXPECT_NEAR(time(), std::clamp(from + by, 0.0, 200.0), 1e-6);
+        if (completes) {
             player->play(a);
             EXPECT_EQ(time(), 0) << "a finished track starts over";
         }

@@ -76,11 +76,7 @@ TEST_F(AudioPlayerTest, TicksFollowTheDeviceClock)
 
 TEST_F(AudioPlayerTest, ACompletionIsToldOnce)
 {
-    const struct {
-        const char* name;
-        std::function<void()> act;
-        int completions;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, int> cases[] = {
         {"the end by itself", [&] { advance(201); }, 1},
         {"told twice", [&] { finish(), finish(); }, 1},
         {"decoder gives up", [&] { file().finish(false), async::MainQueue::drain(); }, 0},
@@ -103,16 +99,16 @@ TEST_F(AudioPlayerTest, ACompletionIsToldOnce)
         {"moved back, resumed and ended again",
          [&] { finish(), player->scheduleSeek(100, false), player->toggle(), advance(101); }, 2},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
+    for (const auto& [name, act, completions] : cases) {
+        SCOPED_TRACE(name);
         player->stopAndClear();
         open(a);
         finished.clear();
-        test.act();
-        EXPECT_EQ(finished.size(), test.completions);
+        act();
+        EXPECT_EQ(finished.size(), completions);
         for (const auto& id : finished)
             EXPECT_EQ(id, a.id());
-        if (test.completions > 0) {
+        if (completions > 0) {
             EXPECT_FALSE(player->isPlaying());
             EXPECT_EQ(time(), 200);
             EXPECT_EQ(clock.pendingCount(), 0);

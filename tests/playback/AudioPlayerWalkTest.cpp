@@ -25,59 +25,38 @@ protected:
     void happen()
     {
         FakeFilePlayer* const present = audio.last();
-        switch (pick(5)) {
-        case 0:
-            if (present && present->isPlaying())
-                present->finish(pick(4) != 0);
-            return;
-        case 1:
-            audio.loseDevice();
-            return;
-        case 2:
-            executor.failOne(std::make_exception_ptr(AudioFileError(AudioFileError::Case::NoAudio)));
-            return;
-        case 3:
-            executor.runOne();
-            return;
-        default:
-            if (present && pick(20) == 0)
-                present->setDuration(kDuration / 2);
-        }
+        const std::function<void()> events[] = {
+            [&] {
+                if (present && present->isPlaying())
+                    present->finish(pick(4) != 0);
+            },
+            [&] { audio.loseDevice(); },
+            [&] { executor.failOne(std::make_exception_ptr(AudioFileError(AudioFileError::Case::NoAudio))); },
+            [&] { executor.runOne(); },
+            [&] {
+                if (present && pick(20) == 0)
+                    present->setDuration(kDuration / 2);
+            },
+        };
+        events[pick(int(std::size(events)))]();
     }
 
     void step()
     {
-        switch (pick(11)) {
-        case 0:
-            player->play(m_tracks[pick(3)]);
-            return;
-        case 1:
-            player->toggle();
-            return;
-        case 2:
-        case 3:
-            seekSomewhere();
-            return;
-        case 4:
-            player->setScrubbing(pick(2) == 0);
-            return;
-        case 5:
-            player->setVolume(random(-0.2, 1.2));
-            return;
-        case 6:
-            if (pick(10) == 0)
-                player->stopAndClear();
-            return;
-        case 7:
-        case 8:
-            happen();
-            return;
-        case 9:
-            advance(random(0, 0.02));
-            return;
-        default:
-            advance(pick(5) == 0 ? random(0, 2 * kDuration) : random(0, 0.5));
-        }
+        const std::function<void()> steps[] = {
+            [&] { player->play(m_tracks[pick(3)]); },
+            [&] { player->toggle(); },
+            [&] { seekSomewhere(); },
+            [&] { seekSomewhere(); },
+            [&] { player->setScrubbing(pick(2) == 0); },
+            [&] { player->setVolume(random(-0.2, 1.2)); },
+            [&] { pick(10) == 0 ? player->stopAndClear() : void(); },
+            [&] { happen(); },
+            [&] { happen(); },
+            [&] { advance(random(0, 0.02)); },
+            [&] { advance(pick(5) == 0 ? random(0, 2 * kDuration) : random(0, 0.5)); },
+        };
+        steps[pick(int(std::size(steps)))]();
     }
 
     /// Lets what is under way come to its end: files are opened, seeks are done.
@@ -88,40 +67,27 @@ protected:
     }
 
     /// What holds in every moment.
-    ::testing::AssertionResult isSound()
+    void expectSound()
     {
         const double duration = player->progress().duration();
         const FakeFilePlayer* const present = audio.last();
-        if (!(time() >= 0 && time() <= std::max(duration, 0.0)))
-            return ::testing::AssertionFailure() << "position " << time() << " of " << duration;
+        EXPECT_TRUE(time() >= 0 && time() <= std::max(duration, 0.0)) << time() << " of " << duration;
         const double shown = player->synchronizedWaveformProgress();
-        if (!(shown >= 0 && shown <= 1))
-            return ::testing::AssertionFailure() << "waveform at " << shown;
-        if (audio.openCount() > 1 || (present && player->isOpening()))
-            return ::testing::AssertionFailure() << "a file too many";
-        if (present && present->gain() != 0 && present->gain() != player->volumeState().value())
-            return ::testing::AssertionFailure() << "gain " << present->gain();
-        if (player->currentID().has_value() != player->currentTrack().has_value())
-            return ::testing::AssertionFailure() << "half a track";
-        if (!player->currentID() && (player->isPlaying() || duration != 0))
-            return ::testing::AssertionFailure() << "playing nothing";
-        return ::testing::AssertionSuccess();
+        EXPECT_TRUE(shown >= 0 && shown <= 1) << "waveform at " << shown;
+        EXPECT_FALSE(audio.openCount() > 1 || (present && player->isOpening())) << "a file too many";
+        EXPECT_TRUE(!present || present->gain() == 0 || present->gain() == player->volumeState().value());
+        EXPECT_EQ(player->currentID().has_value(), player->currentTrack().has_value()) << "half a track";
+        EXPECT_TRUE(player->currentID() || (!player->isPlaying() && duration == 0)) << "playing nothing";
     }
 
     /// What holds once nothing is under way.
-    ::testing::AssertionResult isSettled()
+    void expectSettled()
     {
         const FakeFilePlayer* const present = audio.last();
-        if (player->isOpening())
-            return ::testing::AssertionFailure() << "still opening";
-        if (!present)
-            return player->isPlaying() ? ::testing::AssertionFailure() << "no file plays"
-                                       : ::testing::AssertionSuccess();
-        if (present->gain() != player->volumeState().value())
-            return ::testing::AssertionFailure() << "gain " << present->gain();
-        if (present->isPlaying() && !player->isPlaying() && !player->isScrubbing())
-            return ::testing::AssertionFailure() << "plays unseen";
-        return ::testing::AssertionSuccess();
+        EXPECT_FALSE(player->isOpening());
+        EXPECT_TRUE(present || !player->isPlaying()) << "no file plays";
+        EXPECT_TRUE(!present || present->gain() == player->volumeState().value());
+        EXPECT_FALSE(present && present->isPlaying() && !player->isPlaying() && !player->isScrubbing()) << "unseen";
     }
 
     const Track m_tracks[3] = {a, b, track("c.mp3")};
@@ -137,12 +103,13 @@ TEST_F(AudioPlayerWalkTest, HoldsItsPromises)
     for (int i = 0; i < kSteps; ++i) {
         step();
         async::MainQueue::drain();
-        ASSERT_TRUE(isSound()) << "step " << i;
+        expectSound();
         if (i % 8 == 0) {
             settle();
-            ASSERT_TRUE(isSound()) << "settled after step " << i;
-            ASSERT_TRUE(isSettled()) << "step " << i;
+            expectSound();
+            expectSettled();
         }
+        ASSERT_FALSE(HasFailure()) << "step " << i;
         if (i % 1000 == 0)
             events.clear();
     }

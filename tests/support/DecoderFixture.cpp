@@ -1,6 +1,7 @@
 #include "support/DecoderFixture.h"
 
 #include "platform/process/FFmpegExecutable.h"
+#include "support/Encoder.h"
 #include "support/Machine.h"
 
 #include <QDir>
@@ -57,18 +58,10 @@ QUrl DecoderFixture::script(const QString& body) const
     return QUrl::fromLocalFile(program);
 }
 
-QUrl DecoderFixture::encoded(const QString& name, const QStringList& arguments) const
+QUrl DecoderFixture::encoded(const QString& name, const QString& arguments) const
 {
-    const QString output = path(name);
-    const QStringList all =
-        QStringList{QStringLiteral("-v"), QStringLiteral("error")} + arguments + QStringList{output};
-    EXPECT_TRUE(runProgram(realDecoder().toLocalFile(), all)) << qPrintable(all.join(u' '));
-    return QUrl::fromLocalFile(output);
-}
-
-QUrl DecoderFixture::encoded(const QString& name, const char* arguments) const
-{
-    return encoded(name, QString::fromLatin1(arguments).split(u' '));
+    EXPECT_TRUE(Encoder::encode(arguments, path(name))) << qPrintable(arguments);
+    return file(name);
 }
 
 QUrl DecoderFixture::realDecoder()

@@ -36,10 +36,8 @@ protected:
     /// Writes a decoder: a shell script with the output's path in $out, which first leaves its process number in the
     /// file "pid".
     QUrl script(const QString& body) const;
-    /// Makes a file by the real encoder. \param arguments all but the output's name.
-    QUrl encoded(const QString& name, const QStringList& arguments) const;
-    /// The words of the arguments between single blanks.
-    QUrl encoded(const QString& name, const char* arguments) const;
+    /// Makes a file by the real encoder. \param arguments its source and all else but the output, between blanks.
+    QUrl encoded(const QString& name, const QString& arguments) const;
     static QUrl realDecoder();
     /// What the scripted decoder was told last, if it wrote its arguments to "told" line by line: all but the output,
     /// whose folder has to be that for temporary files and whose name has to begin with \p prefix.

@@ -3,6 +3,7 @@
 #include "platform/files/FileCalls.h"
 
 #include <QByteArrayList>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -124,3 +125,34 @@ private:
 
     QByteArrayList m_names;
 };
+
+/// The file calls that an operation makes, in order. \param otherVolume as above.
+template <typename Operation>
+QByteArrayList callsOf(const Operation& operation, const QByteArray& otherVolume = {})
+{
+    FailingFileCalls calls;
+    calls.otherVolume = otherVolume;
+    operation();
+    return calls.names();
+}
+
+/// Lets an operation fail at each of its calls, and end before each of them. \param prepare stands before each time.
+/// \param check gets the call's number, whether it was an end, and what the operation returned.
+template <typename Prepare, typename Operation, typename Check>
+void breakAtEveryCall(const QByteArrayList& names, const Prepare& prepare, const Operation& operation,
+                      const Check& check, const QByteArray& otherVolume = {})
+{
+    for (int step = 0; step < names.size(); ++step) {
+        for (const bool ends : {false, true}) {
+            SCOPED_TRACE(names.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
+            prepare();
+            const auto broken = [&] {
+                FailingFileCalls calls;
+                calls.otherVolume = otherVolume;
+                (ends ? calls.stopStep : calls.failingStep) = step;
+                return operation();
+            };
+            check(step, ends, broken());
+        }
+    }
+}

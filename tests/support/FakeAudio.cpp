@@ -109,13 +109,10 @@ void FakeAudioSystem::setDuration(const QString& path, double seconds)
     m_durations.insert(path, seconds);
 }
 
-void FakeAudioSystem::setFailure(const QString& path, std::optional<AudioFileError::Case> failure)
+void FakeAudioSystem::setFailure(const QString& path, AudioFileError::Case failure)
 {
     const std::lock_guard lock(m_mutex);
-    if (failure)
-        m_failures.insert(path, *failure);
-    else
-        m_failures.remove(path);
+    m_failures.insert(path, failure);
 }
 
 void FakeAudioSystem::tell(AudioOutputEvent event) const

@@ -9,7 +9,6 @@
 #include <QStringList>
 
 #include <mutex>
-#include <optional>
 
 class FakeAudioSystem;
 
@@ -95,8 +94,8 @@ public:
 
     /// Seconds of a file; 200 if not set.
     void setDuration(const QString& path, double seconds);
-    /// Openings of the file fail; with nothing they succeed again.
-    void setFailure(const QString& path, std::optional<AudioFileError::Case> failure);
+    /// Openings of the file fail.
+    void setFailure(const QString& path, AudioFileError::Case failure);
     void setDevices(const QList<AudioDevice>& devices)
     {
         m_devices = devices;

@@ -25,11 +25,7 @@ TEST(AssetReaderTest, listsFormatsFromTheLeastToTheMostTrusted)
 {
     const QByteArray v1 = id3v1({.title = "V1"});
     const QByteArray infoList = info(riffChunk("INAM", "Info"));
-    const struct {
-        const char* what;
-        QByteArray bytes;
-        QStringList identifiers;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QStringList> cases[] = {
         {"MP3",
          title("V2") + mpegFrames(3) + ape({"Title=Ape"}) + v1,
          {QStringLiteral("id3v1/TITLE"), QStringLiteral("ape/Title"), QStringLiteral("id3/TIT2")}},
@@ -50,8 +46,8 @@ TEST(AssetReaderTest, listsFormatsFromTheLeastToTheMostTrusted)
          m4a(itemAtom("\xA9nam", 1, "Title") + freeformAtom("com.apple.iTunes", "initialkey", "8A")),
          {QStringLiteral("itsk/©nam"), QStringLiteral("itlk/com.apple.iTunes.initialkey")}},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(identifiersOf(c.bytes), c.identifiers) << c.what;
+    for (const auto& [what, bytes, identifiers] : cases)
+        EXPECT_EQ(identifiersOf(bytes), identifiers) << what;
 }
 
 TEST(AssetReaderTest, readsValuesThatFormatsKeepInTheirOwnWay)

@@ -118,26 +118,21 @@ TEST(BrokenFilesTest, yieldsAllOrNothingOfAFileThatTakesLong)
     using std::chrono::milliseconds;
     const QByteArray healthy = id3v2(textFrame("TIT2", "Title") + pictureFrame("picture")) + mpegFrames(50);
     const QByteArray endless = id3v2({}).repeated(100'000); // one tag after another
-    const struct {
-        const char* what;
-        QByteArray bytes;
-        ReadLimits limits;
-        bool isRead;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, ReadLimits, bool> cases[] = {
         {"waits longer than it may work", healthy, {.ownTime = milliseconds(400)}, true},
         {"waits too long", healthy, {.wallTime = milliseconds(60)}, false},
         {"reads too often", endless, {.readCount = 20}, false},
         {"reads too much", healthy, {.timesSize = 0, .byteCount = 1000}, false},
     };
-    for (const auto& c : cases) {
-        SlowBytes source(c.bytes, c.limits);
+    for (const auto& [what, bytes, limits, isRead] : cases) {
+        SlowBytes source(bytes, limits);
         QElapsedTimer timer;
         timer.start();
         const Asset asset = AssetReader::read(source, QStringLiteral("mp3"), {});
-        EXPECT_LT(timer.elapsed(), 5000) << c.what;
-        EXPECT_EQ(source.wasCutShort(), !c.isRead) << c.what;
-        EXPECT_EQ(asset.sound.has_value(), c.isRead) << c.what;
-        EXPECT_EQ(asset.items.size(), c.isRead ? 2u : 0u) << c.what;
+        EXPECT_LT(timer.elapsed(), 5000) << what;
+        EXPECT_EQ(source.wasCutShort(), !isRead) << what;
+        EXPECT_EQ(asset.sound.has_value(), isRead) << what;
+        EXPECT_EQ(asset.items.size(), isRead ? 2u : 0u) << what;
     }
 }
 

@@ -28,11 +28,7 @@ QByteArray withUnsynchronisation(const QByteArray& bytes)
 
 TEST(Id3v2Test, decodesTextInAllEncodings)
 {
-    const struct {
-        const char* what;
-        QByteArray body;
-        QString text;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QString> cases[] = {
         {"Latin-1", QByteArray("\0Crue", 5), QStringLiteral("Crue")},
         {"terminated", QByteArray("\0Crue\0", 6), QStringLiteral("Crue")},
         {"UTF-16", '\1' + utf16(QStringLiteral("Мир")), QStringLiteral("Мир")},
@@ -50,8 +46,8 @@ TEST(Id3v2Test, decodesTextInAllEncodings)
         {"several Latin-1 values", QByteArray("\0A\0B", 4), QStringLiteral("A / B")},
         {"no text", QByteArray(1, '\0'), QString()},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(textOf(frame("TIT2", c.body)), c.text) << c.what;
+    for (const auto& [what, body, text] : cases)
+        EXPECT_EQ(textOf(frame("TIT2", body)), text) << what;
 }
 
 TEST(Id3v2Test, walksAllVersionsAndTheirOddities)
@@ -128,12 +124,7 @@ TEST(Id3v2Test, tellsCommentsFromPrivateFigures)
 TEST(Id3v2Test, findsPicturesInAllLayouts)
 {
     const QByteArray picture("\x89PNG\xFF\0\0 data", 12);
-    const struct {
-        const char* what;
-        QByteArray frames;
-        int version;
-        bool isFound;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, int, bool> cases[] = {
         {"plain", pictureFrame(picture), 3, true},
         {"wide description",
          frame("APIC", QByteArray("\1image/png\0\3", 12) + utf16(QStringLiteral("d")) + QByteArray(2, '\0') + picture),
@@ -146,11 +137,11 @@ TEST(Id3v2Test, findsPicturesInAllLayouts)
         {"cut short", frame("APIC", QByteArray("\0image/p", 8)), 3, false},
         {"no picture", pictureFrame({}), 3, false},
     };
-    for (const auto& c : cases) {
-        const std::vector<MetadataItem> items = itemsOf(c.frames, c.version);
-        ASSERT_EQ(items.size(), c.isFound ? 1u : 0u) << c.what;
-        if (c.isFound) {
-            EXPECT_EQ(items[0].dataValue, picture) << c.what;
+    for (const auto& [what, frames, version, isFound] : cases) {
+        const std::vector<MetadataItem> items = itemsOf(frames, version);
+        ASSERT_EQ(items.size(), isFound ? 1u : 0u) << what;
+        if (isFound) {
+            EXPECT_EQ(items[0].dataValue, picture) << what;
         }
     }
     const QByteArray avif("\0\0\0\x1C"

@@ -174,12 +174,7 @@ TEST(SoundTest, addsUpTheFragmentsOfAMovie)
                                                                 big(7, 4) + big(700, 4) + big(7, 4));
     const QByteArray other = fragment(big(0, 4) + big(2, 4), big(0, 4) + big(10, 4));
     const QByteArray endless = fragment(big(0, 4) + big(1, 4), big(0x100, 4) + big(0xFFFFFFFF, 4) + big(1000, 4));
-    const struct {
-        const char* what;
-        QByteArray extension;
-        QByteArray fragments;
-        double seconds;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QByteArray, double> cases[] = {
         {"stated", usual + stated, plain, 7},
         {"usual lengths", usual, plain + plain, 2},
         {"lengths of a fragment", usual, own + plain, 3},
@@ -187,11 +182,11 @@ TEST(SoundTest, addsUpTheFragmentsOfAMovie)
         {"more samples than there are", usual, endless, 1},
         {"no lengths", {}, plain, 0},
     };
-    for (const auto& c : cases) {
+    for (const auto& [what, extension, fragments, seconds] : cases) {
         const Asset asset =
-            assetOf(atom("ftyp", "M4A ") + atom("moov", movieHeader + track + atom("mvex", c.extension)) + c.fragments);
-        ASSERT_TRUE(asset.sound) << c.what;
-        EXPECT_DOUBLE_EQ(asset.sound->seconds.value_or(0), c.seconds) << c.what;
+            assetOf(atom("ftyp", "M4A ") + atom("moov", movieHeader + track + atom("mvex", extension)) + fragments);
+        ASSERT_TRUE(asset.sound) << what;
+        EXPECT_DOUBLE_EQ(asset.sound->seconds.value_or(0), seconds) << what;
     }
 }
 

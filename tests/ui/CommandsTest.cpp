@@ -2,7 +2,6 @@
 
 #include "ui/inspector/Inspector.h"
 #include "ui/player/PlayerBar.h"
-#include "ui/text/Texts.h"
 
 #include <QAction>
 
@@ -40,14 +39,13 @@ TEST_F(CommandsTest, NoRowIsTouchedThatTheSectionDoesNotShow)
     turn();
     EXPECT_EQ(window->inspector().model().ids(), ids({loved}));
     CommandCenter& commands = dashboard.commands();
-    const struct {
-        QSet<TrackID> given, acted;
-    } kCases[]{{ids({loved, plain}), ids({loved})}, {ids({plain}), {}}, {ids({loved}), ids({loved})}};
+    const std::pair<QSet<TrackID>, QSet<TrackID>> kCases[] = {
+        {ids({loved, plain}), ids({loved})}, {ids({plain}), {}}, {ids({loved}), ids({loved})}};
     for (const CommandID id : {CommandID::Trash, CommandID::Remove, CommandID::AssignGenre, CommandID::Reveal}) {
-        for (const auto& each : kCases) {
+        for (const auto& [given, acted] : kCases) {
             dashboard.calls.clear();
-            EXPECT_EQ(commands.perform(id, {.ids = each.given}), !each.acted.isEmpty());
-            EXPECT_EQ(dashboard.calls.isEmpty() ? QSet<TrackID>() : dashboard.calls.last().ids, each.acted);
+            EXPECT_EQ(commands.perform(id, {.ids = given}), !acted.isEmpty());
+            EXPECT_EQ(dashboard.calls.isEmpty() ? QSet<TrackID>() : dashboard.calls.last().ids, acted);
         }
     }
     EXPECT_TRUE(commands.perform(CommandID::Favorite, {.ids = ids({plain}), .of = CommandTarget::Of::Player}))

@@ -1,3 +1,4 @@
+#include "support/Machine.h"
 #include "support/Pictures.h"
 #include "support/WindowFixture.h"
 
@@ -57,13 +58,7 @@ protected:
         turn();
         return isTaken;
     }
-    QUrl pictureFile(const QString& name)
-    {
-        QFile out(folder.filePath(name));
-        EXPECT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(cover);
-        return FileURL::fromPath(out.fileName());
-    }
+    QUrl pictureFile(const QString& name) { return FileURL::fromPath(writeFile(folder.filePath(name), cover)); }
 
     QList<Track> tracks;
     QByteArray cover = Pictures::plain({700, 700}, 0xFF2040C0, "JPEG");

@@ -40,17 +40,14 @@ TEST_F(CoverGridTest, KeysWalkTheGrid)
     showCovers(20);
     const int columns = grid().columns();
     ASSERT_GT(columns, 2);
-    const struct {
-        int from;
-        Qt::Key key;
-        int to;
-    } kCases[]{{0, Qt::Key_Right, 1},   {1, Qt::Key_Left, 0},     {0, Qt::Key_Left, 0}, {0, Qt::Key_Down, columns},
-               {1, Qt::Key_Up, 1},      {columns, Qt::Key_Up, 0}, {3, Qt::Key_End, 19}, {19, Qt::Key_Home, 0},
-               {19, Qt::Key_Right, 19}, {19, Qt::Key_Down, 19}};
-    for (const auto& each : kCases) {
-        grid().setCurrentIndex(grid().model()->index(each.from, 0));
-        QTest::keyClick(&grid(), each.key, Qt::ShiftModifier); // without it the arrows are the player's
-        EXPECT_EQ(grid().currentIndex().row(), each.to) << each.from << " " << each.key;
+    const std::tuple<int, Qt::Key, int> kCases[] = {
+        {0, Qt::Key_Right, 1},   {1, Qt::Key_Left, 0},     {0, Qt::Key_Left, 0}, {0, Qt::Key_Down, columns},
+        {1, Qt::Key_Up, 1},      {columns, Qt::Key_Up, 0}, {3, Qt::Key_End, 19}, {19, Qt::Key_Home, 0},
+        {19, Qt::Key_Right, 19}, {19, Qt::Key_Down, 19}};
+    for (const auto& [from, key, to] : kCases) {
+        grid().setCurrentIndex(grid().model()->index(from, 0));
+        QTest::keyClick(&grid(), key, Qt::ShiftModifier); // without it the arrows are the player's
+        EXPECT_EQ(grid().currentIndex().row(), to) << from << " " << key;
     }
 }
 

@@ -63,18 +63,14 @@ TEST_F(DropTest, WhatIsOfNoUseIsRefused)
     const QUrl ogg = FileURL::fromPath(QStringLiteral("/music/song.ogg"));
     const QUrl web(QStringLiteral("https://example.org/song.mp3"));
     const QUrl directory = FileURL::fromPath(folder.path());
-    const struct {
-        QList<QUrl> urls;
-        bool playlist;
-        bool converter;
-    } kCases[]{
+    const std::tuple<QList<QUrl>, bool, bool> kCases[] = {
         {{}, false, false},         {{text}, false, false},    {{web}, false, false},
         {{text, song}, true, true}, {{directory}, true, true}, {{ogg}, false, true},
     };
-    for (const auto& each : kCases) {
-        const auto data = mime(each.urls);
+    for (const auto& [urls, playlist, converter] : kCases) {
+        const auto data = mime(urls);
         for (const auto& [tab, isUsable] :
-             {std::pair(LibraryTab::Playlist, each.playlist), std::pair(LibraryTab::Converter, each.converter)}) {
+             {std::pair(LibraryTab::Playlist, playlist), std::pair(LibraryTab::Converter, converter)}) {
             SidebarRow& row = window->sidebar().row(tab);
             EXPECT_EQ(enter(row, *data), isUsable);
             EXPECT_EQ(row.isDropHighlighted(), isUsable);

@@ -1,3 +1,4 @@
+#include "support/Machine.h"
 #include "support/WindowFixture.h"
 
 #include "ui/context/WindowContext.h"
@@ -133,17 +134,15 @@ TEST_F(MenusTest, ATrackMenuPlaysFirst)
     const Track second = track(QStringLiteral("b.mp3"));
     fill({first, second});
     play(first);
-    const struct {
-        Track focused;
-        QString text;
-    } kCases[]{{first, QStringLiteral("Пауза")}, {second, QStringLiteral("Воспроизвести")}};
-    for (const auto& each : kCases) {
+    const std::pair<Track, QString> kCases[] = {{first, QStringLiteral("Пауза")},
+                                                {second, QStringLiteral("Воспроизвести")}};
+    for (const auto& [focused, text] : kCases) {
         QMenu menu;
-        build(menu, LibraryTab::Playlist, ids({first, second}), each.focused);
+        build(menu, LibraryTab::Playlist, ids({first, second}), focused);
         QAction* action = menu.actions().first();
-        EXPECT_EQ(action->text().section(u'\t', 0, 0), each.text);
+        EXPECT_EQ(action->text().section(u'\t', 0, 0), text);
         action->trigger();
-        EXPECT_EQ(dashboard.last("playRow").ids, ids({each.focused}));
+        EXPECT_EQ(dashboard.last("playRow").ids, ids({focused}));
     }
 }
 
@@ -196,33 +195,25 @@ TEST_F(MenusTest, TheWaveformsHaveAMenuOfTheirOwn)
     QMenu menu;
     SettingsMenu::build(menu, context());
     QMenu* waveform = action(menu, QStringLiteral("Волна"))->menu();
-    const struct {
-        const char* submenu;
-        const char* choice;
-        QString key, value;
-    } kCases[]{
+    const std::tuple<const char*, const char*, QString, QString> kCases[] = {
         {"Вид волны", "Точки", preferences.waveformDrawer.key(), QStringLiteral("dots")},
         {"Цвет волны", "Мятный", preferences.waveformColorPreset.key(), QStringLiteral("mint")},
         {"Высота волны", "Высокая", preferences.waveformHeight.key(), QStringLiteral("60")},
         {"Колесо мыши над волной", "Перемотка", preferences.waveformScrollAction.key(), QStringLiteral("seek")},
     };
-    for (const auto& each : kCases) {
-        QMenu* choices = action(*waveform, QString::fromUtf8(each.submenu))->menu();
+    for (const auto& [submenu, choice, key, value] : kCases) {
+        QMenu* choices = action(*waveform, QString::fromUtf8(submenu))->menu();
         const auto checked = std::ranges::count_if(choices->actions(), &QAction::isChecked);
-        EXPECT_EQ(checked, 1) << each.submenu;
-        action(*choices, QString::fromUtf8(each.choice))->trigger();
-        EXPECT_EQ(preferences.store().value(each.key).toString(), each.value);
+        EXPECT_EQ(checked, 1) << submenu;
+        action(*choices, QString::fromUtf8(choice))->trigger();
+        EXPECT_EQ(preferences.store().value(key).toString(), value);
     }
 }
 
 TEST_F(MenusTest, TheWaveformCacheIsMeasuredAndEmptied)
 {
-    const QDir kept(folder.filePath(QStringLiteral("waveforms")));
-    ASSERT_TRUE(QDir().mkpath(kept.path()));
-    QFile entry(kept.filePath(QString(64, u'a') + QStringLiteral(".waveform")));
-    ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
-    entry.write(QByteArray(16384, '\0'));
-    entry.close();
+    const QString entry = QStringLiteral("waveforms/") + QString(64, u'a') + QStringLiteral(".waveform");
+    const QString path = writeFile(folder.filePath(entry), QByteArray(16384, '\0'));
     {
         WaveformMenu menu(context(), nullptr);
         QAction* size = menu.actions()[menu.actions().size() - 2];
@@ -232,7 +223,7 @@ TEST_F(MenusTest, TheWaveformCacheIsMeasuredAndEmptied)
         menu.actions().last()->trigger();
     }
     turn(); // the menu is gone by now
-    EXPECT_FALSE(QFile::exists(entry.fileName()));
+    EXPECT_FALSE(QFile::exists(path));
     WaveformMenu menu(context(), nullptr);
     turn();
     EXPECT_FALSE(menu.actions().last()->isEnabled()) << "nothing to empty";

@@ -132,20 +132,16 @@ TEST_F(PlayerBarTest, TheWheelOverThePositionObeysItsPreference)
     EXPECT_NEAR(player.volumeState().value(), 0.55, 1e-4);
     EXPECT_DOUBLE_EQ(heard(), 100);
     preferences.waveformScrollAction.set(QStringLiteral("seek"));
-    const struct {
-        QPoint pixels, angle;
-        bool inverted;
-        double expected;
-    } kCases[]{
+    const std::tuple<QPoint, QPoint, bool, double> kCases[] = {
         {{}, {0, 120}, false, 103},     {{}, {0, -240}, false, 97},     {{}, {0, 60}, false, 97},   // half a notch
         {{}, {0, 60}, false, 100},      {{}, {0, 60}, false, 100},      {{}, {0, -60}, false, 100}, // turned round
         {{}, {0, -60}, false, 97},      {{0, 7}, {0, 7}, false, 97},    {{0, 7}, {0, 7}, false, 100},
         {{0, -1}, {0, -1}, false, 100}, {{0, 60}, {0, 60}, false, 103}, // one step at most
         {{}, {0, 120}, true, 100},
     };
-    for (const auto& each : kCases) {
-        wheel(envelope(), each.pixels, each.angle, each.inverted);
-        EXPECT_DOUBLE_EQ(heard(), each.expected) << each.pixels.y() << " " << each.angle.y();
+    for (const auto& [pixels, angle, inverted, expected] : kCases) {
+        wheel(envelope(), pixels, angle, inverted);
+        EXPECT_DOUBLE_EQ(heard(), expected) << pixels.y() << " " << angle.y();
     }
     EXPECT_NEAR(player.volumeState().value(), 0.55, 1e-4);
 }

@@ -1,6 +1,5 @@
 #include "support/WindowFixture.h"
 
-#include "ui/player/EnvelopeArea.h"
 #include "ui/player/PlayerBar.h"
 #include "ui/player/VolumeSlider.h"
 #include "ui/tempo/TapButton.h"

@@ -16,11 +16,7 @@ Track withTag(const char* bpm)
 
 TEST(TapTempo, FollowsTheLineThroughTheTaps)
 {
-    const struct {
-        const char* what;
-        std::vector<double> seconds;
-        std::optional<int> bpm;
-    } kCases[] = {
+    const std::tuple<const char*, std::vector<double>, std::optional<int>> kCases[] = {
         {"three say nothing", {0, 0.5, 1}, std::nullopt},
         {"even", {10, 10.5, 11, 11.5}, 120},
         {"one late finger", {0, 0.5, 1.02, 1.5, 2, 2.5, 3, 3.5}, 120},
@@ -29,11 +25,11 @@ TEST(TapTempo, FollowsTheLineThroughTheTaps)
         {"nobody mixes that fast", {0, 0.1, 0.2, 0.3}, std::nullopt},
         {"all at once", {1, 1, 1, 1}, std::nullopt},
     };
-    for (const auto& each : kCases) {
+    for (const auto& [what, seconds, bpm] : kCases) {
         TapTempo taps;
-        for (const double second : each.seconds)
+        for (const double second : seconds)
             taps.tap(async::seconds(second));
-        EXPECT_EQ(taps.bpm(), each.bpm) << each.what;
+        EXPECT_EQ(taps.bpm(), bpm) << what;
     }
     TapTempo changing; // many slow beats do not hold the later ones back
     double now = 0;
@@ -44,19 +40,15 @@ TEST(TapTempo, FollowsTheLineThroughTheTaps)
 
 TEST(TempoText, AnalysisComesFirstThenTheEstimateThenTheTag)
 {
-    const struct {
-        const char* tag;
-        PlaylistBPMState state;
-        QString shown;
-    } kCases[] = {
+    const std::tuple<const char*, PlaylistBPMState, QString> kCases[] = {
         {"128", {true, QStringLiteral("64")}, QStringLiteral("…")},
         {"128", {false, QStringLiteral(" 64 ")}, QStringLiteral("≈ 64")},
         {" 127.98 ", {false, QStringLiteral("  ")}, QStringLiteral("127.98")},
         {" 127.98 ", {}, QStringLiteral("127.98")},
         {" ", {}, QStringLiteral("—")},
     };
-    for (const auto& each : kCases)
-        EXPECT_EQ(TempoText::bpmDisplayText(withTag(each.tag), each.state), each.shown);
+    for (const auto& [tag, state, shown] : kCases)
+        EXPECT_EQ(TempoText::bpmDisplayText(withTag(tag), state), shown);
 }
 
 /// Tempos in the window.

@@ -57,14 +57,12 @@ TEST(ThemeTest, DigitsStandUnderDigits)
 
 TEST(TextsTest, LengthsAndCounts)
 {
-    const struct {
-        double seconds;
-        QString text;
-    } kLengths[]{{0, QStringLiteral("—")},           {-3, QStringLiteral("—")},     {59.4, QStringLiteral("0:59")},
-                 {59.6, QStringLiteral("1:00")},     {427, QStringLiteral("7:07")}, {3727, QStringLiteral("1:02:07")},
-                 {std::nan(""), QStringLiteral("—")}};
-    for (const auto& each : kLengths)
-        EXPECT_EQ(Texts::length(each.seconds), each.text);
+    const std::pair<double, QString> kLengths[] = {
+        {0, QStringLiteral("—")},           {-3, QStringLiteral("—")},     {59.4, QStringLiteral("0:59")},
+        {59.6, QStringLiteral("1:00")},     {427, QStringLiteral("7:07")}, {3727, QStringLiteral("1:02:07")},
+        {std::nan(""), QStringLiteral("—")}};
+    for (const auto& [seconds, text] : kLengths)
+        EXPECT_EQ(Texts::length(seconds), text);
 
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
     EXPECT_EQ(Texts::totalLength(96 * 3600 + 12 * 60), QStringLiteral("96 ч 12 мин"));

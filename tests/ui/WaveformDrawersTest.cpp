@@ -59,20 +59,16 @@ TEST(WaveformDrawersTest, EveryShapeFillsItsRectangleAndIsMirrored)
                     for (const int height : {1, 26, 42, 105}) {
                         const QSize size(width, height);
                         const WaveformShape shape = waveformShape(drawer, samples(count), size, ratio);
-                        const QString what = QStringLiteral("%1 %2x%3 of %4 at %5")
-                                                 .arg(rawValue(drawer))
-                                                 .arg(width)
-                                                 .arg(height)
-                                                 .arg(count)
-                                                 .arg(ratio);
+                        const auto what = testing::Message() << qPrintable(rawValue(drawer)) << ' ' << width << 'x'
+                                                             << height << " of " << count << " at " << ratio;
                         const QRectF all = bounds(shape);
-                        ASSERT_FALSE(shape.isEmpty()) << qPrintable(what);
+                        ASSERT_FALSE(shape.isEmpty()) << what;
                         ASSERT_TRUE(QRectF(QPointF(), QSizeF(size)).adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(all))
-                            << qPrintable(what) << all.left() << " " << all.right() << " " << all.top();
-                        ASSERT_GE(all.width(), width - 8 * ratio) << qPrintable(what) << ": the whole width is used";
+                            << what << all.left() << " " << all.right() << " " << all.top();
+                        ASSERT_GE(all.width(), width - 8 * ratio) << what << ": the whole width is used";
                         // Dots stand on whole pixels, whose middle need not be the height's.
                         const double slack = drawer == WaveformDrawer::Dots ? 1 : 1e-6;
-                        ASSERT_NEAR(all.top() + all.bottom(), height, slack) << qPrintable(what);
+                        ASSERT_NEAR(all.top() + all.bottom(), height, slack) << what;
                     }
                 }
             }

@@ -1,6 +1,10 @@
+#include "support/Machine.h"
 #include "support/PaintMeter.h"
 #include "support/WindowFixture.h"
 
+#include "WaveformScrubber/cache/EnvelopeFile.h"
+#include "WaveformScrubber/cache/EnvelopeFolder.h"
+#include "WaveformScrubber/cache/EnvelopeKey.h"
 #include "ui/player/BarWaveform.h"
 #include "ui/player/EnvelopeArea.h"
 #include "ui/theme/Motion.h"
@@ -38,20 +42,12 @@ protected:
             count += image.pixelColor(x, image.height() / 2) == colour;
         return count;
     }
-    /// Puts an envelope onto the disk and forgets what memory holds.
+    /// Puts an envelope onto the disk.
     void store(const Track& which)
     {
-        const auto load = [](WaveformCache& cache, QUrl url, std::stop_token stop) -> async::Task<> {
-            co_await cache.samples(url, LowImpact::No, stop);
-        };
-        async::TaskSlot slot;
-        WaveformCache other(clock, executor, folder.filePath(QStringLiteral("waveforms")),
-                            [](const QUrl&, LowImpact, const std::stop_token&) {
-                                return std::vector<float>(kEnvelopeSampleCount, 1.0F);
-                            });
-        slot.start([&](std::stop_token stop) { return load(other, which.url(), std::move(stop)); });
-        executor.runAll();
-        ASSERT_FALSE(slot.isActive());
+        const QString key = envelopeKey(which.url(), FileStamp::of(which.url()).value());
+        const QString entry = EnvelopeFolder::entryPath(folder.filePath(QStringLiteral("waveforms")), key);
+        ASSERT_TRUE(EnvelopeFile::write(entry, std::vector<float>(kEnvelopeSampleCount, 1.0F)));
     }
 
     QList<Track> tracks;
@@ -224,11 +220,7 @@ TEST_F(WaveformViewsTest, ThePlayedPartOfARowRepaintsItsStripAlone)
 
 TEST(MotionTest, TheDesktopsWishIsObeyed)
 {
-    const struct {
-        const char* file;
-        const char* text;
-        bool isReduced;
-    } kCases[]{
+    const std::tuple<const char*, const char*, bool> kCases[] = {
         {"none", "", false},
         {"kdeglobals", "[KDE]\nAnimationDurationFactor=0\n", true},
         {"kdeglobals", "[KDE]\nAnimationDurationFactor=0.5\n", false},
@@ -237,14 +229,9 @@ TEST(MotionTest, TheDesktopsWishIsObeyed)
         {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=0\n", true},
         {"gtk-3.0/settings.ini", "[Settings]\ngtk-enable-animations=1\n", false},
     };
-    for (const auto& each : kCases) {
+    for (const auto& [file, text, isReduced] : kCases) {
         const QTemporaryDir folder;
-        const QString path = folder.filePath(QString::fromLatin1(each.file));
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(each.text);
-        file.close();
-        EXPECT_EQ(Motion::isReduced(folder.path()), each.isReduced) << each.file << " " << each.text;
+        writeFile(folder.filePath(QString::fromLatin1(file)), text);
+        EXPECT_EQ(Motion::isReduced(folder.path()), isReduced) << file << " " << text;
     }
 }

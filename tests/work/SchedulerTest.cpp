@@ -1,5 +1,6 @@
 #include "NumberWork.h"
 
+#include <QSignalSpy>
 #include <gtest/gtest.h>
 
 namespace {
@@ -110,22 +111,18 @@ TEST_F(SchedulerTest, JobsOfTheWrongPaceBeginAnewWhenPlayingBeginsOrEnds)
 
 TEST_F(SchedulerTest, IsToldAndTells)
 {
-    int circumstances = 0;
-    QList<bool> busy;
-    QObject::connect(&m_bench.scheduler, &Scheduler::circumstancesChanged, &m_bench.scheduler,
-                     [&] { ++circumstances; });
-    QObject::connect(&m_bench.scheduler, &Scheduler::busyChanged, &m_bench.scheduler,
-                     [&](bool isBusy) { busy.append(isBusy); });
+    QSignalSpy circumstances(&m_bench.scheduler, &Scheduler::circumstancesChanged);
+    QSignalSpy busy(&m_bench.scheduler, &Scheduler::busyChanged);
     m_bench.scheduler.setConstrained(true);
     m_bench.scheduler.setConstrained(true);
     m_bench.scheduler.setReadingTags(true);
-    EXPECT_EQ(circumstances, 2);
+    EXPECT_EQ(circumstances.size(), 2);
     m_tempo.queue.append({1, 2});
     EXPECT_EQ(m_log, "t1");
     m_bench.scheduler.setConstrained(false);
     EXPECT_EQ(m_log, "t1 t2");
     runAll();
-    EXPECT_EQ(busy, (QList<bool>{true, false}));
+    EXPECT_EQ(busy, (QList<QVariantList>{{true}, {false}}));
     EXPECT_FALSE(m_bench.clock.nextDeadline()) << "nothing looks at the clock while there is nothing to do";
 }
 

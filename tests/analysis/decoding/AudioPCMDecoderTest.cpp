@@ -3,7 +3,9 @@
 #include "analysis/decoding/TemporarySweep.h"
 #include "platform/Localization.h"
 #include "support/DecoderFixture.h"
+#include "support/FileTimes.h"
 #include "support/Machine.h"
+#include "support/Thrown.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -36,12 +38,9 @@ TEST_F(AudioPCMDecoderTest, GivesAllSamplesOrItsOwnError)
         {kHanging, "timedOut"},
     };
     for (const auto& [body, name] : cases) {
-        try {
-            decode(script(body), async::seconds(0.3));
-            ADD_FAILURE() << qPrintable(body);
-        } catch (const DecoderError& error) {
-            EXPECT_EQ(error.caseName(), QLatin1StringView(name));
-        }
+        const auto error = thrown<DecoderError>([&, &text = body] { decode(script(text), async::seconds(0.3)); });
+        ASSERT_TRUE(error) << qPrintable(body);
+        EXPECT_EQ(error->caseName(), QLatin1StringView(name));
     }
     VelmoraLocalization::setLanguage(AppLanguage::English);
     EXPECT_EQ(DecoderError(DecoderError::Case::FFmpegUnavailable).message(),
@@ -52,9 +51,7 @@ TEST_F(AudioPCMDecoderTest, GivesAllSamplesOrItsOwnError)
 TEST_F(AudioPCMDecoderTest, WhatAKilledProgramLeftIsSweptButNoRunningDecode)
 {
     const QString orphan = path(QStringLiteral("temporary/velmora-bpm-0F8FAD5B-D9CB-469F-A165-70867728950E.pcm"));
-    QFile file(orphan);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-60), QFileDevice::FileModificationTime));
+    setModified(writeFile(orphan), QDateTime::currentDateTime().addSecs(-60));
     // Sweeps while a decoder runs whose file looks just as old.
     int swept = 0;
     WorkerClock clock = WorkerClock::system();

@@ -2,6 +2,7 @@
 #include "analysis/key/MusicalKeyAnalyzer.h"
 #include "analysis/key/MusicalKeyProfiles.h"
 #include "key/support/TestMusic.h"
+#include "support/Thrown.h"
 
 #include <gmock/gmock.h>
 
@@ -126,13 +127,9 @@ TEST(KeyEstimate, TuningIsTheMiddleOne)
 TEST(KeyEstimate, RefusesWhatHasNoAnswer)
 {
     const auto codeOf = [](const MusicalKeyFeatureVector& features) {
-        try {
-            MusicalKeyAnalyzer::estimate(features);
-            return 0;
-        } catch (const Error& error) {
-            EXPECT_TRUE(error.message().isEmpty());
-            return error.code();
-        }
+        const auto error = thrown<Error>([&] { MusicalKeyAnalyzer::estimate(features); });
+        EXPECT_TRUE(error && error->message().isEmpty());
+        return error ? error->code() : 0;
     };
     EXPECT_EQ(codeOf({}), 2);
     Section broken = sectionIn(kCMajor);

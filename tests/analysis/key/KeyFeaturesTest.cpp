@@ -2,6 +2,7 @@
 #include "analysis/key/MusicalKeyAnalyzer.h"
 #include "async/Cancelled.h"
 #include "key/support/TestMusic.h"
+#include "support/Thrown.h"
 
 #include <gmock/gmock.h>
 
@@ -18,12 +19,8 @@ constexpr int kRate = TestMusic::kSampleRate;
 
 int codeOf(const Samples& samples, int sampleRate = kRate)
 {
-    try {
-        MusicalKeyAnalyzer::features(samples, sampleRate, false, {});
-        return 0;
-    } catch (const Error& error) {
-        return error.code();
-    }
+    const auto error = thrown<Error>([&] { MusicalKeyAnalyzer::features(samples, sampleRate, false, {}); });
+    return error ? error->code() : 0;
 }
 
 } // namespace
@@ -120,9 +117,7 @@ TEST(KeyFeatures, GiveWayOnEveryTwelfthFrame)
     } cases[] = {{12, 1}, {13, 2}, {24, 2}, {25, 3}};
     for (const auto& entry : cases) {
         sleeps.clear();
-        EXPECT_NO_THROW(try {
-            MusicalKeyAnalyzer::features(samples(entry.frames), kRate, true, {}, clock);
-        } catch (const Error&){});
+        thrown<Error>([&] { MusicalKeyAnalyzer::features(samples(entry.frames), kRate, true, {}, clock); });
         EXPECT_THAT(sleeps, testing::Each(std::chrono::milliseconds(1)));
         EXPECT_EQ(sleeps.size(), entry.sleeps) << entry.frames;
     }

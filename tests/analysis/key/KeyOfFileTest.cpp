@@ -4,6 +4,7 @@
 #include "async/Cancelled.h"
 #include "platform/Localization.h"
 #include "support/DecoderFixture.h"
+#include "support/Stopped.h"
 
 namespace {
 
@@ -14,9 +15,8 @@ protected:
     /// \param expression   of the time t in seconds.
     QUrl sound(const QString& name, const QString& expression, double seconds) const
     {
-        const QString source =
-            QStringLiteral("aevalsrc=exprs='%1':duration=%2:sample_rate=44100").arg(expression).arg(seconds);
-        return encoded(name, {QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), source});
+        const QString source = QStringLiteral("aevalsrc=exprs='%1':duration=%2:sample_rate=44100");
+        return encoded(name, source.arg(expression).arg(seconds));
     }
 
     /// The code of the key, or of the error and its text.
@@ -48,7 +48,5 @@ TEST_F(KeyOfFileTest, WhatStopsTheDecoderStopsTheAnalysis)
 {
     const QUrl missing = QUrl::fromLocalFile(path(QStringLiteral("missing.mp3")));
     EXPECT_THROW(answerFor(missing), AudioPCMDecoder::DecoderError);
-    std::stop_source source;
-    source.request_stop();
-    EXPECT_THROW(MusicalKeyAnalyzer::features(missing, true, source.get_token()), async::Cancelled);
+    EXPECT_THROW(MusicalKeyAnalyzer::features(missing, true, stoppedToken()), async::Cancelled);
 }

@@ -4,6 +4,8 @@
 #include "analysis/tempo/AnalysisSections.h"
 #include "platform/Localization.h"
 #include "support/DecoderFixture.h"
+#include "support/Stopped.h"
+#include "support/Thrown.h"
 #include "tempo/TempoSignals.h"
 
 #include <gtest/gtest.h>
@@ -23,12 +25,8 @@ Estimate tempoOf(const std::vector<float>& samples)
 /// The code that an estimation ends with; 0 if it gives a tempo.
 int codeOf(const std::vector<float>& samples, double minimum = 70, double maximum = 200)
 {
-    try {
-        estimateDetailed(samples, minimum, maximum, false, {});
-        return 0;
-    } catch (const Error& error) {
-        return error.code();
-    }
+    const auto error = thrown<Error>([&] { estimateDetailed(samples, minimum, maximum, false, {}); });
+    return error ? error->code() : 0;
 }
 
 void expectSound(const Estimate& estimate)
@@ -166,14 +164,12 @@ TEST(CooperativeDSPBudget, RestsOneMillisecondAfterThree)
 
 TEST_F(BPMAnalyzerFileTest, ReadsAFile)
 {
-    const QUrl url =
-        encoded(QStringLiteral("beat.mp3"), "-f lavfi -i aevalsrc='(random(0)-0.5)*exp(-40*mod(t,0.5))':d=40:s=44100");
+    const QUrl url = encoded(QStringLiteral("beat.mp3"),
+                             QStringLiteral("aevalsrc='(random(0)-0.5)*exp(-40*mod(t,0.5))':d=40:s=44100"));
     const Estimate estimate = estimateDetailed(url, 70, 200, false, std::nullopt, {});
     EXPECT_EQ(estimate.bpm, 120);
     EXPECT_THROW(estimateDetailed(QUrl::fromLocalFile(path(QStringLiteral("missing.mp3"))), 70, 200, false, true, {}),
                  AudioPCMDecoder::DecoderError);
-    std::stop_source stopped;
-    stopped.request_stop();
-    EXPECT_THROW(estimateDetailed(url, 70, 200, true, false, stopped.get_token()), async::Cancelled);
-    EXPECT_THROW(estimateDetailed(url, 70, 70, false, {}, stopped.get_token()), Error) << "the range comes first";
+    EXPECT_THROW(estimateDetailed(url, 70, 200, true, false, stoppedToken()), async::Cancelled);
+    EXPECT_THROW(estimateDetailed(url, 70, 70, false, {}, stoppedToken()), Error) << "the range comes first";
 }

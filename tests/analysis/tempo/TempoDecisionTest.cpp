@@ -2,6 +2,7 @@
 
 #include "analysis/tempo/FoldedTempo.h"
 #include "analysis/tempo/PeriodConsensus.h"
+#include "support/Stopped.h"
 #include "tempo/TempoSignals.h"
 
 #include <gtest/gtest.h>
@@ -138,9 +139,7 @@ TEST(ConsensusRefinedPeriod, MovesTowardsWhatTheSeriesSay)
     EXPECT_TRUE(std::isnan(refined(std::nan(""), {beats, beats, beats})));
     const std::vector<float> away = peaksEvery(125, 1300); // six beats of 20.83
     EXPECT_EQ(refined(20, {away, away, away}), 20) << "more than 0.75 away";
-    std::stop_source stopped;
-    stopped.request_stop();
     const std::span<const float> series[] = {beats, beats, beats};
-    const Pace pace{.stop = stopped.get_token(), .budget = CooperativeDSPBudget(false, WorkerClock::system())};
+    const Pace pace{.stop = stoppedToken(), .budget = CooperativeDSPBudget(false, WorkerClock::system())};
     EXPECT_EQ(consensusRefinedPeriod(20, series, pace), 20);
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <random>
 
 namespace TempoSignals {
@@ -26,17 +25,6 @@ std::vector<float> noise(std::size_t count, float level, unsigned seed)
     std::uniform_real_distribution<float> values(-level, level);
     std::vector<float> samples(count);
     std::ranges::generate(samples, [&] { return values(random); });
-    return samples;
-}
-
-std::vector<float> slidingTone(std::size_t count)
-{
-    std::vector<float> samples = noise(count, 0.05F);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double time = double(i) / BPMAnalyzer::kSampleRate;
-        const double level = 0.4 + 0.4 * std::sin(2 * std::numbers::pi * 3 * time);
-        samples[i] += static_cast<float>(level * std::sin(2 * std::numbers::pi * (80 + 400 * time) * time));
-    }
     return samples;
 }
 

@@ -12,8 +12,6 @@ namespace TempoSignals {
 std::vector<float> clicks(double bpm, double seconds);
 /// White noise between -level and level.
 std::vector<float> noise(std::size_t count, float level = 1, unsigned seed = 7);
-/// A tone that slides upwards under noise: every bin meets new phases and amplitudes in each frame.
-std::vector<float> slidingTone(std::size_t count);
 
 /// A pace that never rests and never stops.
 BPMAnalyzer::Pace freePace();

@@ -9,10 +9,10 @@
 #include "platform/Preferences.h"
 #include "playback/AudioPlayer.h"
 #include "support/FakeAudio.h"
+#include "support/Machine.h"
 #include "support/ManualClock.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -45,10 +45,7 @@ protected:
     /// Makes a file. \return its URL.
     QUrl file(const QString& name, const QByteArray& bytes = {})
     {
-        QFile created(folder.filePath(name));
-        EXPECT_TRUE(created.open(QIODevice::WriteOnly));
-        created.write(bytes);
-        return FileURL::fromPath(created.fileName());
+        return FileURL::fromPath(writeFile(folder.filePath(name), bytes));
     }
 
     QTemporaryDir folder;

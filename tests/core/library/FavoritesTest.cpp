@@ -10,28 +10,24 @@ protected:
 
 TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
 {
-    const struct {
-        QList<Track> toggled;
-        QString status;
-        QList<Track> favoritesAfter;
-    } cases[] = {
+    const std::tuple<QList<Track>, QString, QList<Track>> cases[] = {
         {{plain}, QStringLiteral("Добавлено в избранное: 1"), {star, plain}},
         {{plain, other}, QStringLiteral("Добавлено в избранное: 2"), {star, plain, other}},
         {{star}, QStringLiteral("Убрано из избранного: 1"), {}},
         {{star, plain}, QStringLiteral("Избранное обновлено: 2"), {plain}},
         {{track(QStringLiteral("unknown.mp3"))}, QString(), {star}},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(qPrintable(test.status));
+    for (const auto& [toggled, status, favoritesAfter] : cases) {
+        SCOPED_TRACE(qPrintable(status));
         fill({});
         workspace().setWorkspaceStatus(std::nullopt);
         fill({star, plain, other});
         QSignalSpy changes(&workspace(), &Workspace::tracksChanged);
         QSignalSpy told(&notifications, &Notifications::velmoraFavoriteMembershipDidChange);
-        favorites().toggleFavorites(ids(test.toggled));
-        EXPECT_EQ(statusText(), test.status);
-        EXPECT_EQ(ids(store->order().favoriteTracks()), ids(test.favoritesAfter));
-        const int expectedChanges = test.status.isEmpty() ? 0 : 1;
+        favorites().toggleFavorites(ids(toggled));
+        EXPECT_EQ(statusText(), status);
+        EXPECT_EQ(ids(store->order().favoriteTracks()), ids(favoritesAfter));
+        const int expectedChanges = status.isEmpty() ? 0 : 1;
         EXPECT_EQ(changes.size(), expectedChanges) << "one assignment for all";
         EXPECT_EQ(told.size(), expectedChanges);
         for (const Track& row : workspace().tracks())
@@ -43,7 +39,7 @@ TEST_F(FavoritesTest, TogglesEachTrackOnItsOwn)
             EXPECT_EQ(ids(store->order().favoriteTracks()), ids({star}));
             EXPECT_EQ(ids(store->order().coverTracks()), ids({star}));
             history().redo();
-            EXPECT_EQ(ids(store->order().favoriteTracks()), ids(test.favoritesAfter));
+            EXPECT_EQ(ids(store->order().favoriteTracks()), ids(favoritesAfter));
             history().clear();
         }
     }

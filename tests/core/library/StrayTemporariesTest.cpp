@@ -7,11 +7,6 @@ using Tone = WorkspaceStatus::Tone;
 
 class StrayTemporariesTest : public StoreFixture {
 protected:
-    StrayTemporariesTest()
-    {
-        QObject::connect(strays.get(), &StrayTemporaries::changed, [this] { ++changes; });
-    }
-
     static QUrl url(const char* name) { return FileURL::fromPath(QStringLiteral("/music/") + QLatin1StringView(name)); }
 
     std::unique_ptr<StrayTemporaries> make()
@@ -21,27 +16,22 @@ protected:
     }
 
     FileLocks locks;
-    int changes = 0;
     std::unique_ptr<StrayTemporaries> strays = make();
 };
 
 TEST_F(StrayTemporariesTest, NothingMovesUnasked)
 {
+    QSignalSpy changes(strays.get(), &StrayTemporaries::changed);
     strays->add({url("a"), url("b"), url("a")});
     strays->add({url("b")});
     EXPECT_EQ(strays->list(), (QList<QUrl>{url("a"), url("b")}));
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(changes.size(), 1);
     EXPECT_EQ(executor.pendingCount(), 0);
 }
 
 TEST_F(StrayTemporariesTest, TheStatusLineSaysWhatCameOfTheMove)
 {
-    const struct {
-        QMap<QUrl, Case> errors;
-        QList<QUrl> left;
-        QString status;
-        Tone tone;
-    } rows[] = {
+    const std::tuple<QMap<QUrl, Case>, QList<QUrl>, QString, Tone> rows[] = {
         {{}, {}, QStringLiteral("Перемещено в Корзину: 3"), Tone::Success},
         {{{url("a"), Case::noSuchFile}}, {}, QStringLiteral("Перемещено в Корзину: 2"), Tone::Success},
         {{{url("b"), Case::unavailable}, {url("c"), Case::noPermission}},
@@ -53,19 +43,19 @@ TEST_F(StrayTemporariesTest, TheStatusLineSaysWhatCameOfTheMove)
          QStringLiteral("Файл a не перемещён: недостаточно места."),
          Tone::Warning},
     };
-    for (const auto& row : rows) {
+    for (const auto& [errors, left, status, tone] : rows) {
         strays = make();
         trashCan.asked.clear();
-        trashCan.errors = row.errors;
+        trashCan.errors = errors;
         strays->add({url("a"), url("b"), url("c")});
         strays->moveToTrash();
         EXPECT_TRUE(trashCan.asked.isEmpty()) << "in the background alone";
         executor.runAll();
         EXPECT_EQ(trashCan.asked, (QList<QUrl>{url("a"), url("b"), url("c")}))
             << "one failure does not hold up the others";
-        EXPECT_EQ(strays->list(), row.left);
-        EXPECT_EQ(statusText(), row.status);
-        EXPECT_EQ(workspace().workspaceStatus()->tone, row.tone);
+        EXPECT_EQ(strays->list(), left);
+        EXPECT_EQ(statusText(), status);
+        EXPECT_EQ(workspace().workspaceStatus()->tone, tone);
     }
 }
 

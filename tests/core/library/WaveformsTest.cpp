@@ -134,18 +134,14 @@ TEST_F(WaveformsTest, TheRowsOfTheSectionShownDecideWhatFollows)
     for (Track& row : list)
         row.setIsInCoverWorkspace(row.isFavorite());
     fill(list);
-    const struct {
-        LibraryTab tab;
-        char played;
-        std::string prepared;
-    } kCases[]{{LibraryTab::Playlist, 'a', "abc"},
-               {LibraryTab::Favorites, 'a', "ac"},
-               {LibraryTab::Favorites, 'b', ""},
-               {LibraryTab::Analysis, 'a', ""}};
-    for (const auto& each : kCases) {
-        workspace().setActiveTab(each.tab);
-        play(each.played);
-        EXPECT_EQ(taken(), each.prepared);
+    const std::tuple<LibraryTab, char, std::string> kCases[] = {{LibraryTab::Playlist, 'a', "abc"},
+                                                                {LibraryTab::Favorites, 'a', "ac"},
+                                                                {LibraryTab::Favorites, 'b', ""},
+                                                                {LibraryTab::Analysis, 'a', ""}};
+    for (const auto& [tab, played, prepared] : kCases) {
+        workspace().setActiveTab(tab);
+        play(played);
+        EXPECT_EQ(taken(), prepared);
         pause();
     }
 }

@@ -1,6 +1,7 @@
 #include "core/library/kinds/WorkKinds.h"
 
-#include <QFile>
+#include "support/Machine.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -38,9 +39,8 @@ TEST(WorkKinds, TheDocumentShowsTheRules)
         rank = kind->rank;
         table += rule(name, *kind);
     }
-    QFile document(QStringLiteral(VELMORA_SOURCE_DIR "/docs/work.md"));
-    ASSERT_TRUE(document.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(QString::fromUtf8(document.readAll()).contains(table)) << "it should read\n" << qPrintable(table);
+    const QString document = QString::fromUtf8(readFile(QStringLiteral(VELMORA_SOURCE_DIR "/docs/work.md")));
+    EXPECT_TRUE(document.contains(table)) << "it should read\n" << qPrintable(table);
 }
 
 } // namespace

@@ -5,11 +5,7 @@
 
 TEST(FallbackTags, AreGuessedFromTheFileName)
 {
-    const struct {
-        const char* name;
-        const char* artist;
-        const char* title;
-    } rows[] = {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         // No prefix.
         {"Artist - Title.mp3", "Artist", "Title"},
         {"Title.mp3", "", "Title"},
@@ -59,14 +55,14 @@ TEST(FallbackTags, AreGuessedFromTheFileName)
         {"Artist - Mr. Title.mp3", "Artist", "Mr. Title"},
         {".mp3", "", ".mp3"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, artist, title] : rows) {
         AudioTags expected;
-        expected.artist = QString::fromUtf8(row.artist);
-        expected.title = QString::fromUtf8(row.title);
-        const QUrl url = FileURL::fromPath(QStringLiteral("/128 - 8A - folder/") + QString::fromUtf8(row.name));
+        expected.artist = QString::fromUtf8(artist);
+        expected.title = QString::fromUtf8(title);
+        const QUrl url = FileURL::fromPath(QStringLiteral("/128 - 8A - folder/") + QString::fromUtf8(name));
         const AudioTags tags = Track::fallbackTags(url);
-        EXPECT_EQ(tags.artist, expected.artist) << row.name;
-        EXPECT_EQ(tags.title, expected.title) << row.name;
-        EXPECT_EQ(tags, expected) << row.name << ": the other fields are empty";
+        EXPECT_EQ(tags.artist, expected.artist) << name;
+        EXPECT_EQ(tags.title, expected.title) << name;
+        EXPECT_EQ(tags, expected) << name << ": the other fields are empty";
     }
 }

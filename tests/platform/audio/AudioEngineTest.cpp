@@ -1,7 +1,6 @@
 // The engine with real files on a device that takes its turns when the test says so.
 
 #include "platform/audio/output/AudioEngine.h"
-#include "platform/audio/AudioFileError.h"
 #include "support/Machine.h"
 #include "support/ManualOutput.h"
 #include "support/SoundFiles.h"

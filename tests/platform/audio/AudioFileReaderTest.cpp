@@ -3,9 +3,6 @@
 #include "support/SoundFiles.h"
 #include "support/TagBytes.h"
 
-#include <QElapsedTimer>
-#include <QFile>
-
 #include <gmock/gmock.h>
 
 #include <algorithm>

@@ -1,12 +1,12 @@
 #include "platform/audio/FileImage.h"
 #include "support/SoundFiles.h"
+#include "support/Thrown.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -49,48 +49,42 @@ std::optional<qint64> readThrough(const QString& path)
     }
 }
 
-TEST(BrokenSoundTest, readsWhatIsLeftOfATruncatedFile)
+class BrokenKind : public testing::TestWithParam<SoundFiles::Kind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, BrokenKind, testing::ValuesIn(kKinds));
+
+TEST_P(BrokenKind, readsWhatIsLeftOfATruncatedFile)
 {
-    for (const auto& kind : kKinds) {
-        SCOPED_TRACE(kind.name);
-        const QByteArray whole = SoundFiles::bytesOf(SoundFiles::make(kind));
-        const QString path = SoundFiles::write(QStringLiteral("half"), whole.first(whole.size() / 2));
-        const auto told = AudioFileReader::open(path, {})->frameCount();
-        const auto frames = readThrough(path);
-        EXPECT_EQ(frames, told);
-        EXPECT_EQ(static_cast<size_t>(frames.value_or(0)), SoundFiles::decoded(path).size() / 2);
-        EXPECT_NEAR(static_cast<double>(frames.value_or(0)), 2.5 * 44100, 0.3 * 44100);
-    }
+    const QByteArray whole = SoundFiles::bytesOf(SoundFiles::make(GetParam()));
+    const QString path = SoundFiles::write(QStringLiteral("half"), whole.first(whole.size() / 2));
+    const auto told = AudioFileReader::open(path, {})->frameCount();
+    const auto frames = readThrough(path);
+    EXPECT_EQ(frames, told);
+    EXPECT_EQ(static_cast<size_t>(frames.value_or(0)), SoundFiles::decoded(path).size() / 2);
+    EXPECT_NEAR(static_cast<double>(frames.value_or(0)), 2.5 * 44100, 0.3 * 44100);
 }
 
 // What comes after the damage stands where it stood before, so the beat goes on in its place.
-TEST(BrokenSoundTest, keepsThePlaceOfWhatFollowsDamage)
+TEST_P(BrokenKind, keepsThePlaceOfWhatFollowsDamage)
 {
-    for (const auto& kind : kKinds) {
-        SCOPED_TRACE(kind.name);
-        // Bare frames have no clock: what is missing of them is missing.
-        const QString name = QString::fromLatin1(kind.name);
-        if (name.endsWith(QLatin1StringView("mp3")) || name.endsWith(QLatin1StringView("aac")))
-            continue;
-        const std::vector<float> sound = SoundFiles::rest(*AudioFileReader::open(SoundFiles::make(kind), {}));
-        const std::vector<float> heard = SoundFiles::rest(*AudioFileReader::open(damaged(kind, 5000), {}));
-        ASSERT_EQ(heard.size(), sound.size());
-        EXPECT_TRUE(heard != sound);
-        // The noise of AAC depends on all before, so its samples are compared roughly.
-        const auto tail = sound.size() * 3 / 4;
-        double difference = 0;
-        for (size_t i = tail; i < sound.size(); ++i)
-            difference += std::abs(heard[i] - sound[i]);
-        EXPECT_LT(difference / static_cast<double>(sound.size() - tail), 0.02);
-    }
+    // Bare frames have no clock: what is missing of them is missing.
+    const QString name = QString::fromLatin1(GetParam().name);
+    if (name.endsWith(QLatin1StringView("mp3")) || name.endsWith(QLatin1StringView("aac")))
+        return;
+    const std::vector<float> sound = SoundFiles::rest(*AudioFileReader::open(SoundFiles::make(GetParam()), {}));
+    const std::vector<float> heard = SoundFiles::rest(*AudioFileReader::open(damaged(GetParam(), 5000), {}));
+    ASSERT_EQ(heard.size(), sound.size());
+    EXPECT_TRUE(heard != sound);
+    // The noise of AAC depends on all before, so its samples are compared roughly.
+    const auto tail = sound.size() * 3 / 4;
+    double difference = 0;
+    for (size_t i = tail; i < sound.size(); ++i)
+        difference += std::abs(heard[i] - sound[i]);
+    EXPECT_LT(difference / static_cast<double>(sound.size() - tail), 0.02);
 }
 
-TEST(BrokenSoundTest, endsWithBareFramesThatAreDamaged)
+TEST_P(BrokenKind, endsWithBareFramesThatAreDamaged)
 {
-    for (const auto& kind : kKinds) {
-        SCOPED_TRACE(kind.name);
-        EXPECT_GT(readThrough(damaged(kind, 3000)).value_or(0), 4 * 44100);
-    }
+    EXPECT_GT(readThrough(damaged(GetParam(), 3000)).value_or(0), 4 * 44100);
 }
 
 TEST(BrokenSoundTest, believesNoFalseLength)
@@ -113,23 +107,20 @@ TEST(BrokenSoundTest, believesNoFalseLength)
     }
 }
 
-TEST(BrokenSoundTest, endsWhenTheFileIsEmptiedWhileItIsRead)
+TEST_P(BrokenKind, endsWhenTheFileIsEmptiedWhileItIsRead)
 {
-    for (const auto& kind : kKinds) {
-        SCOPED_TRACE(kind.name);
-        for (const int rate : {0, 48000}) {
-            const QByteArray bytes = SoundFiles::bytesOf(SoundFiles::make(kind));
-            const QString path = SoundFiles::write(QStringLiteral("emptied"), bytes);
-            const auto reader = AudioFileReader::open(path, {.sampleRate = rate});
-            std::vector<float> piece(2000);
-            EXPECT_EQ(reader->read(piece), 1000);
-            SoundFiles::write(QStringLiteral("emptied"), {});
-            EXPECT_LT(SoundFiles::rest(*reader).size(), 2u * 220'000);
-            for (const qint64 frame : {qint64(0), qint64(100'000)}) {
-                reader->seek(frame);
-                SoundFiles::rest(*reader);
-                EXPECT_EQ(reader->position(), reader->frameCount());
-            }
+    for (const int rate : {0, 48000}) {
+        const QByteArray bytes = SoundFiles::bytesOf(SoundFiles::make(GetParam()));
+        const QString path = SoundFiles::write(QStringLiteral("emptied"), bytes);
+        const auto reader = AudioFileReader::open(path, {.sampleRate = rate});
+        std::vector<float> piece(2000);
+        EXPECT_EQ(reader->read(piece), 1000);
+        SoundFiles::write(QStringLiteral("emptied"), {});
+        EXPECT_LT(SoundFiles::rest(*reader).size(), 2u * 220'000);
+        for (const qint64 frame : {qint64(0), qint64(100'000)}) {
+            reader->seek(frame);
+            SoundFiles::rest(*reader);
+            EXPECT_EQ(reader->position(), reader->frameCount());
         }
     }
 }
@@ -148,12 +139,10 @@ TEST(BrokenSoundTest, refusesWhatIsNoSound)
          "#EXTM3U\n#EXT-X-TARGETDURATION:5\n#EXTINF:5,\n" + wave.toUtf8() + "\n#EXT-X-ENDLIST\n"},
     };
     for (const auto& [name, bytes] : cases) {
-        try {
-            AudioFileReader::open(SoundFiles::write(name, bytes), {});
-            ADD_FAILURE() << name.toStdString() << " was opened";
-        } catch (const AudioFileError& error) {
-            EXPECT_EQ(error.which(), AudioFileError::Case::NoAudio) << name.toStdString();
-        }
+        const QString path = SoundFiles::write(name, bytes);
+        const auto error = thrown<AudioFileError>([&] { AudioFileReader::open(path, {}); });
+        ASSERT_TRUE(error) << name.toStdString() << " was opened";
+        EXPECT_EQ(error->which(), AudioFileError::Case::NoAudio) << name.toStdString();
     }
 }
 

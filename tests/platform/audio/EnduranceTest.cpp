@@ -1,6 +1,7 @@
 // Five minutes of sound while the machine has its hands full: nothing may be missing and nothing may come twice.
 
 #include "platform/audio/AudioFilePlayer.h"
+#include "support/Machine.h"
 #include "support/Recordings.h"
 #include "support/SoundFiles.h"
 #include "support/SoundServer.h"
@@ -49,9 +50,7 @@ TEST(Endurance, FiveMinutesOnALoadedMachineAreWhole)
         GTEST_SKIP() << "the sound cannot be recorded: " << reason.toStdString();
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("long.mp3"));
-    ASSERT_TRUE(TestTones::make(
-        path, kSeconds, kRate,
-        {QStringLiteral("-af"), QStringLiteral("adelay=250:all=1"), QStringLiteral("-b:a"), QStringLiteral("320k")}));
+    ASSERT_TRUE(TestTones::make(path, kSeconds, kRate, QStringLiteral("-af adelay=250:all=1 -b:a 320k")));
     const std::vector<float> expected = Recordings::withoutSilenceInFront(TestTones::left(SoundFiles::decoded(path)));
     SoundServer server(kRate);
     const auto system = makeAudioSystem({});
@@ -61,9 +60,7 @@ TEST(Endurance, FiveMinutesOnALoadedMachineAreWhole)
     std::atomic<bool> hasFinished = false;
     player->setFinishHandler([&](bool) { hasFinished = true; });
     player->play();
-    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(kLimitSeconds);
-    while (!hasFinished && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    comesTrue([&] { return hasFinished.load(); }, std::chrono::duration<double>(kLimitSeconds));
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
     const std::vector<float> heard = server.stopRecording();
     ASSERT_TRUE(hasFinished);

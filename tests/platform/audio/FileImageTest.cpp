@@ -2,6 +2,8 @@
 
 #include "platform/audio/AudioFileError.h"
 #include "support/Machine.h"
+#include "support/Stopped.h"
+#include "support/Thrown.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -44,12 +46,9 @@ TEST_F(FileImageTest, refusesWhatIsNoFile)
 {
     ASSERT_EQ(mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
     for (const QString& name : {m_folder.path(), path("pipe"), path("missing"), QStringLiteral("/dev/null")}) {
-        try {
-            FileImage::open(name);
-            ADD_FAILURE() << name.toStdString() << " was opened";
-        } catch (const AudioFileError& error) {
-            EXPECT_EQ(error.which(), AudioFileError::Case::CannotOpen);
-        }
+        const auto error = thrown<AudioFileError>([&] { FileImage::open(name); });
+        ASSERT_TRUE(error) << name.toStdString() << " was opened";
+        EXPECT_EQ(error->which(), AudioFileError::Case::CannotOpen);
     }
 }
 
@@ -106,10 +105,8 @@ TEST_F(FileImageTest, holdsNothingBeyondTheLimitOrAfterAStop)
     EXPECT_FALSE(large->isHeld());
     EXPECT_TRUE(read(*large, 0, large->size()) == bytes);
 
-    std::stop_source stop;
-    stop.request_stop();
     const auto stopped = FileImage::open(path("file"));
-    stopped->fill(stop.get_token());
+    stopped->fill(stoppedToken());
     EXPECT_FALSE(stopped->isHeld());
     EXPECT_TRUE(read(*stopped, 0, stopped->size()) == bytes);
 }

@@ -13,8 +13,6 @@ using Case = TrashError::Case;
 
 class TrashStepsTest : public TrashFixture {
 protected:
-    enum class Break { Failure, End };
-
     /// How many of the files in the music folder, the volume and the trashes hold the music. 1 is right.
     int copies() const
     {
@@ -27,33 +25,26 @@ protected:
     }
 
     /// Breaks a change at each of its steps. \param prepare stands before each of them. \param expect gets whether the
-    /// change threw.
-    void breakEverywhere(Break how, const QByteArray& volume, const std::function<void()>& prepare,
-                         const std::function<void()>& change, const std::function<void(bool hasThrown)>& expect)
+    /// process ended there and whether the change threw.
+    void breakEverywhere(const QByteArray& volume, const std::function<void()>& prepare,
+                         const std::function<void()>& change, const std::function<void(bool, bool)>& expect)
     {
-        int stepCount = 0;
-        for (int step = FailingFileCalls::kNever; step < stepCount; ++step) { // the first time unbroken, to count
+        const auto prepareAnew = [&] {
             for (const char* folder : {"music", "volume", "home"}) {
                 fs::remove_all(path(folder).toStdString());
                 makeFolder(folder);
             }
-            bool hasThrown = false;
-            {
-                FailingFileCalls calls;
-                calls.otherVolume = volume;
-                prepare();
-                const int first = calls.stepCount();
-                if (step != FailingFileCalls::kNever)
-                    (how == Break::Failure ? calls.failingStep : calls.stopStep) = first + step;
-                hasThrown = errorOf(change).has_value();
-                if (step == FailingFileCalls::kNever)
-                    stepCount = calls.stepCount() - first;
-            }
-            SCOPED_TRACE(step);
+            prepare();
+        };
+        const auto throws = [&] { return errorOf(change).has_value(); };
+        const auto check = [&](int, bool ends, bool hasThrown) {
             EXPECT_EQ(copies(), 1);
-            expect(hasThrown);
-        }
-        EXPECT_GE(stepCount, 5); // otherwise nothing was broken
+            expect(ends, hasThrown);
+        };
+        prepareAnew();
+        const QByteArrayList calls = callsOf(throws, volume);
+        EXPECT_GE(calls.size(), 5); // otherwise nothing is broken
+        breakAtEveryCall(calls, prepareAnew, throws, check, volume);
     }
 };
 
@@ -71,14 +62,12 @@ TEST_F(TrashStepsTest, AMoveThatBreaksLeavesTheFileInOneOfTheTwoPlaces)
         const QByteArray file = row.folder + "/a.mp3";
         const auto prepare = [&] { write(file); };
         const auto change = [&] { trash().moveToTrash(path(file)); };
-        breakEverywhere(Break::Failure, row.volume, prepare, change, [&](bool hasThrown) {
-            EXPECT_EQ(isThere(path(file)), hasThrown);
-            EXPECT_EQ(names(row.info).size(), hasThrown ? 0 : 1);
-        });
-        breakEverywhere(Break::End, row.volume, prepare, change, [&](bool) {
-            if (isThere(path(file)))
-                return;
-            EXPECT_EQ(readByAnother(path(row.info.chopped(5))).size(), 1) << "a kept file has its whole info file";
+        breakEverywhere(row.volume, prepare, change, [&](bool ends, bool hasThrown) {
+            EXPECT_TRUE(ends || isThere(path(file)) == hasThrown);
+            EXPECT_TRUE(ends || names(row.info).size() == (hasThrown ? 0 : 1));
+            if (!isThere(path(file))) {
+                EXPECT_EQ(readByAnother(path(row.info.chopped(5))).size(), 1) << "a kept file has its whole info file";
+            }
         });
     }
 }
@@ -91,21 +80,15 @@ TEST_F(TrashStepsTest, ARestoreThatBreaksLeavesTheFileInOneOfTheTwoPlaces)
         fs::remove_all(path("music").toStdString());
     };
     const auto change = [&] { Trash::restore(item); };
-    for (const Break how : {Break::Failure, Break::End}) {
-        breakEverywhere(how, {}, prepare, change, [&](bool hasThrown) {
-            EXPECT_EQ(isThere(item.trashedPath), hasThrown);
-            EXPECT_TRUE(!hasThrown || isThere(item.infoPath)) << "what is still in the Trash can still be restored";
-        });
-    }
+    breakEverywhere({}, prepare, change, [&](bool, bool hasThrown) {
+        EXPECT_EQ(isThere(item.trashedPath), hasThrown);
+        EXPECT_TRUE(!hasThrown || isThere(item.infoPath)) << "what is still in the Trash can still be restored";
+    });
 }
 
 TEST_F(TrashStepsTest, FailuresSayWhatTheyAre)
 {
-    const struct {
-        const char* call;
-        int error;
-        Case expected;
-    } rows[] = {
+    const std::tuple<const char*, int, Case> rows[] = {
         {"makeFolder", EACCES, Case::unavailable},   {"makeFolder", EROFS, Case::readOnlyVolume},
         {"makeFolder", ENOSPC, Case::outOfSpace},    {"write", ENOSPC, Case::outOfSpace},
         {"write", EDQUOT, Case::outOfSpace},         {"sync", EIO, Case::unknown},
@@ -115,13 +98,13 @@ TEST_F(TrashStepsTest, FailuresSayWhatTheyAre)
         {"renameToFree", ENOENT, Case::unavailable}, {"renameToFree", EBUSY, Case::unknown},
     };
     const QByteArray file = write("music/a.mp3");
-    for (const auto& row : rows) {
+    for (const auto& [call, error, expected] : rows) {
         fs::remove_all(path("home/Trash").toStdString());
         FailingFileCalls calls;
-        calls.failingName = row.call;
-        calls.error = row.error;
-        EXPECT_EQ(errorOf([&] { trash().moveToTrash(file); }), row.expected) << row.call << ' ' << row.error;
-        EXPECT_EQ(names("home/Trash/info"), QByteArrayList()) << row.call << ' ' << row.error;
+        calls.failingName = call;
+        calls.error = error;
+        EXPECT_EQ(errorOf([&] { trash().moveToTrash(file); }), expected) << call << ' ' << error;
+        EXPECT_EQ(names("home/Trash/info"), QByteArrayList()) << call << ' ' << error;
         EXPECT_EQ(contents(file), QByteArray("music"));
     }
 }
@@ -130,15 +113,12 @@ TEST_F(TrashStepsTest, FilesThatChangeBetweenTwoStepsAreSafe)
 {
     const QByteArray file = write("music/a.mp3");
     const TrashedItem item = trash().moveToTrash(file);
-    const struct {
-        int error;
-        Case expected;
-    } rows[] = {{EEXIST, Case::fileExists}, {ENOTDIR, Case::unknown}};
-    for (const auto& row : rows) {
+    const std::pair<int, Case> rows[] = {{EEXIST, Case::fileExists}, {ENOTDIR, Case::unknown}};
+    for (const auto& [error, expected] : rows) {
         FailingFileCalls calls;
         calls.failingName = "renameToFree";
-        calls.error = row.error;
-        EXPECT_EQ(errorOf([&] { Trash::restore(item); }), row.expected);
+        calls.error = error;
+        EXPECT_EQ(errorOf([&] { Trash::restore(item); }), expected);
         EXPECT_TRUE(isThere(item.trashedPath) && isThere(item.infoPath));
     }
 }

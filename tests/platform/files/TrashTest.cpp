@@ -119,24 +119,20 @@ TEST_F(TrashTest, FoldersAndLinksMoveThemselves)
     link("music/folder link", path("other"));
     link("music/broken link", "nowhere");
     link("way in", path("music"));
-    const struct {
-        QByteArray given;
-        QByteArray stood;
-        bool isLink;
-    } rows[] = {
+    const std::tuple<QByteArray, QByteArray, bool> rows[] = {
         {"music/album/", "music/album", false},
         {"music/file link", "music/file link", true},
         {"music/folder link//", "music/folder link", true},
         {"way in/broken link", "music/broken link", true},
     };
-    for (const auto& row : rows) {
-        const TrashedItem item = trash().moveToTrash(path(row.given));
-        EXPECT_EQ(item.originalPath, path(row.stood));
-        EXPECT_FALSE(isThere(path(row.stood))) << row.given.constData();
-        EXPECT_EQ(fs::is_symlink(item.trashedPath.toStdString()), row.isLink) << row.given.constData();
+    for (const auto& [given, stood, isLink] : rows) {
+        const TrashedItem item = trash().moveToTrash(path(given));
+        EXPECT_EQ(item.originalPath, path(stood));
+        EXPECT_FALSE(isThere(path(stood))) << given.constData();
+        EXPECT_EQ(fs::is_symlink(item.trashedPath.toStdString()), isLink) << given.constData();
         EXPECT_TRUE(isThere(path("other/target.mp3")));
         Trash::restore(item);
-        EXPECT_TRUE(isThere(path(row.stood))) << row.given.constData();
+        EXPECT_TRUE(isThere(path(stood))) << given.constData();
     }
     EXPECT_TRUE(isThere(path("music/album/deep/a.mp3")));
 }

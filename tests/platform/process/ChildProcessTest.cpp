@@ -1,13 +1,13 @@
 #include "platform/process/ChildProcess.h"
 #include "platform/process/Descriptor.h"
 #include "support/Machine.h"
+#include "support/Thrown.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <functional>
 #include <thread>
 
 #include <fcntl.h>
@@ -95,12 +95,10 @@ TEST(ChildProcess, SaysWhyItCannotStart)
     const std::pair<QString, int> cases[] = {
         {folder.filePath(QStringLiteral("missing")), ENOENT}, {plain, EACCES}, {folder.path(), EACCES}};
     for (const auto& [path, code] : cases) {
-        try {
-            ChildProcess child({.executable = path, .arguments = {}});
-            ADD_FAILURE() << "started " << qPrintable(path);
-        } catch (const std::system_error& error) {
-            EXPECT_EQ(error.code().value(), code) << qPrintable(path);
-        }
+        const auto start = [&executable = path] { ChildProcess({.executable = executable, .arguments = {}}); };
+        const auto error = thrown<std::system_error>(start);
+        ASSERT_TRUE(error) << "started " << qPrintable(path);
+        EXPECT_EQ(error->code().value(), code) << qPrintable(path);
     }
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child that never ran its program is left";
 }

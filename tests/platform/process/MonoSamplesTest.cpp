@@ -77,15 +77,15 @@ TEST_F(MonoSamplesTest, RealFilesOfEveryFormatGiveTheirSound)
     const std::pair<const char*, const char*> cases[] = {
         {"a.wav", "pcm_s16le"}, {"b %d.flac", "flac"}, {"c д:' #1.mp3", "libmp3lame"}, {"d.m4a", "aac"}};
     for (const auto& [name, codec] : cases) {
-        const QUrl url = encoded(
-            QString::fromUtf8(name),
-            ("-f lavfi -i aevalsrc=0.5*sin(2*PI*440*t)|0.5*sin(2*PI*440*t):d=3 -c:a " + std::string(codec)).c_str());
+        const QString tone = QStringLiteral("aevalsrc=0.5*sin(2*PI*440*t)|0.5*sin(2*PI*440*t):d=3 -c:a ");
+        const QUrl url = encoded(QString::fromUtf8(name), tone + QLatin1StringView(codec));
         const Samples samples = decode(by(realDecoder(), url, 22050));
         EXPECT_NEAR(double(samples.size()), 3 * 22050, 0.1 * 22050) << name;
         EXPECT_NEAR(strengthOf(440, samples, 22050), 0.5 * M_SQRT2, 0.05) << name;
     }
-    const QUrl two = encoded(QStringLiteral("two.mka"), "-f lavfi -i sine=300:duration=1 -f lavfi -i "
-                                                        "sine=1000:duration=2 -map 0 -map 1 -c:a flac");
+    const QUrl two =
+        encoded(QStringLiteral("two.mka"),
+                QStringLiteral("sine=300:duration=1 -f lavfi -i sine=1000:duration=2 -map 0 -map 1 -c:a flac"));
     const Samples first = decode(by(realDecoder(), two));
     EXPECT_EQ(first.size(), 11025U);
     EXPECT_GT(strengthOf(300, first, 11025), 0.05);
@@ -95,11 +95,11 @@ TEST_F(MonoSamplesTest, RealFilesOfEveryFormatGiveTheirSound)
 TEST_F(MonoSamplesTest, BrokenFilesGiveWhatTheyCanOrTheirError)
 {
     const QUrl silentPicture =
-        encoded(QStringLiteral("picture.mkv"), "-f lavfi -i color=size=64x64:duration=1 -c:v mpeg4");
+        encoded(QStringLiteral("picture.mkv"), QStringLiteral("color=size=64x64:duration=1 -c:v mpeg4"));
     EXPECT_EQ(endOf(by(realDecoder(), silentPicture)), "decodingFailed");
     EXPECT_EQ(endOf(by(realDecoder(), file(QStringLiteral("missing.mp3")))), "decodingFailed");
 
-    const QUrl cut = encoded(QStringLiteral("cut.mp3"), "-f lavfi -i sine=300:duration=10 -b:a 128k");
+    const QUrl cut = encoded(QStringLiteral("cut.mp3"), QStringLiteral("sine=300:duration=10 -b:a 128k"));
     QFile file(cut.toLocalFile());
     ASSERT_TRUE(file.resize(file.size() / 2 + 7));
     EXPECT_NEAR(double(decode(by(realDecoder(), cut)).size()) / 11025, 5, 0.5);

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <optional>
 
 #include <sys/stat.h>
 #include <sys/wait.h>

@@ -1,6 +1,7 @@
 #include "support/WrittenFiles.h"
 
 #include "core/model/AudioTags.h"
+#include "support/Encoder.h"
 #include "support/FailingFileCalls.h"
 #include "tags/keeping/KeepingWriter.h"
 #include "tags/vault/VaultError.h"
@@ -118,45 +119,29 @@ void expectWholeAtEveryStep(const QString& name, const QByteArray& original, con
 {
     const FileFolder folder;
     const QUrl url = folder.write(name, original);
-    QByteArrayList steps;
-    {
-        FailingFileCalls calls;
-        change(url);
-        steps = calls.names();
-    }
+    const QByteArrayList steps = callsOf([&] { change(url); });
     const QByteArray changed = folder.read(name);
     ASSERT_NE(changed, original) << "the change changes nothing";
     const qsizetype swap = steps.indexOf("rename");
     ASSERT_GT(swap, 0);
-
-    for (int step = 0; step < steps.size(); ++step) {
-        for (const bool ends : {false, true}) {
-            SCOPED_TRACE(steps.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
-            folder.write(name, original);
-            bool hasFailed = false;
-            {
-                FailingFileCalls calls;
-                (ends ? calls.stopStep : calls.failingStep) = step;
-                hasFailed = !failureOf(change, url).isEmpty();
-            }
-            // What the kernel cannot copy is read and written instead.
-            const bool isNeeded = step <= swap && (ends || steps.at(step) != "copyRange");
-            EXPECT_TRUE(ends || hasFailed == isNeeded);
-            EXPECT_TRUE(folder.read(name) == (isNeeded ? original : changed));
-            if (ends || keepsTemporary)
-                folder.removeTemporaries();
-            EXPECT_EQ(folder.names(), QStringList{name});
-        }
-    }
+    const auto check = [&](int step, bool ends, const QString& failure) {
+        // What the kernel cannot copy is read and written instead.
+        const bool isNeeded = step <= swap && (ends || steps.at(step) != "copyRange");
+        EXPECT_TRUE(ends || failure.isEmpty() != isNeeded);
+        EXPECT_TRUE(folder.read(name) == (isNeeded ? original : changed));
+        if (ends || keepsTemporary)
+            folder.removeTemporaries();
+        EXPECT_EQ(folder.names(), QStringList{name});
+    };
+    breakAtEveryCall(
+        steps, [&] { folder.write(name, original); }, [&] { return failureOf(change, url); }, check);
 }
 
 QUrl makeSound(const FileFolder& folder, const QString& name, const QString& arguments)
 {
     const QString path = folder.path(name);
-    const QString words =
-        QStringLiteral("-v error -f lavfi -i anoisesrc=d=1:seed=7:r=44100,aformat=channel_layouts=stereo ") + arguments;
-    if (!runProgram(QStringLiteral("ffmpeg"), words.split(u' ', Qt::SkipEmptyParts) + QStringList{path}))
-        ADD_FAILURE() << "cannot make " << name.toStdString();
+    const QString noise = QStringLiteral("anoisesrc=d=1:seed=7:r=44100,aformat=channel_layouts=stereo ");
+    EXPECT_TRUE(Encoder::encode(noise + arguments, path)) << "cannot make " << name.toStdString();
     return QUrl::fromLocalFile(path);
 }
 

@@ -3,9 +3,6 @@
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
 
-#include <QDir>
-#include <QFile>
-
 #include <gtest/gtest.h>
 
 #include <random>

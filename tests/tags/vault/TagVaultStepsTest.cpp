@@ -29,13 +29,6 @@ protected:
     {
         return failureOf([&](const QUrl& file) { TagVault(vaultPath()).restore(file); }, url);
     }
-    /// The file calls of an operation that succeeds.
-    static QByteArrayList stepsOf(const std::function<QString()>& operation)
-    {
-        FailingFileCalls calls;
-        EXPECT_EQ(operation(), QString());
-        return calls.names();
-    }
     void clearVault() const
     {
         for (const QString& name : entries())
@@ -49,39 +42,30 @@ protected:
 
 TEST_F(TagVaultStepsTest, aFailureOfKeepingIsToldAndLeavesNoEntry)
 {
-    const QByteArrayList steps = stepsOf([this] { return failureOfKeeping(m_url); });
+    const auto keep = [this] { return failureOfKeeping(m_url); };
+    const QByteArrayList steps = callsOf(keep);
     const qsizetype swap = steps.indexOf("rename");
     ASSERT_GT(swap, 0);
     EXPECT_LT(steps.indexOf("sync"), swap) << "the entry is durable before it is seen";
     EXPECT_GT(steps.lastIndexOf("sync"), swap) << "and its name is durable then";
     const qsizetype lastNeeded = steps.lastIndexOf("sync");
-    for (int step = 0; step < steps.size(); ++step) {
-        for (const bool ends : {false, true}) {
-            SCOPED_TRACE(steps.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
-            clearVault();
-            QString failure;
-            {
-                FailingFileCalls calls;
-                (ends ? calls.stopStep : calls.failingStep) = step;
-                failure = failureOfKeeping(m_url);
-            }
-            // Behind the swap only folders are closed, whose names have been synced.
-            const bool isNeeded = step <= lastNeeded && (ends || step < swap || steps.at(step) != "close");
-            EXPECT_EQ(failure != QString(), isNeeded);
-            if (!ends) {
-                EXPECT_EQ(entries().size(), isNeeded ? 0 : 1) << "an entry or nothing, and no part of one";
-            }
-            EXPECT_TRUE(contentOf(m_url) == m_original);
-            // Whatever stands there now, the next time all is well.
-            EXPECT_EQ(failureOfKeeping(m_url), QString());
-            EXPECT_EQ(failureOfRestoring(m_url), QString());
-        }
-    }
+    const auto check = [&](int step, bool ends, const QString& failure) {
+        // Behind the swap only folders are closed, whose names have been synced.
+        const bool isNeeded = step <= lastNeeded && (ends || step < swap || steps.at(step) != "close");
+        EXPECT_EQ(failure != QString(), isNeeded);
+        EXPECT_TRUE(ends || entries().size() == (isNeeded ? 0 : 1)) << "an entry or nothing, and no part of one";
+        EXPECT_TRUE(contentOf(m_url) == m_original);
+        // Whatever stands there now, the next time all is well.
+        EXPECT_EQ(failureOfKeeping(m_url), QString());
+        EXPECT_EQ(failureOfRestoring(m_url), QString());
+    };
+    breakAtEveryCall(
+        steps, [this] { clearVault(); }, keep, check);
 }
 
 TEST_F(TagVaultStepsTest, aFolderThatCannotBeSyncedIsNoFailureWhereNoneCanBe)
 {
-    const int lastSync = static_cast<int>(stepsOf([this] { return failureOfKeeping(m_url); }).lastIndexOf("sync"));
+    const auto lastSync = static_cast<int>(callsOf([this] { failureOfKeeping(m_url); }).lastIndexOf("sync"));
     for (const int error : {EINVAL, ENOTSUP, EIO, ENOSPC}) {
         clearVault();
         FailingFileCalls calls;
@@ -98,27 +82,21 @@ TEST_F(TagVaultStepsTest, aFailureOfRestoringLeavesTheFileAsItIs)
     ASSERT_EQ(failureOfKeeping(m_url), QString());
     ASSERT_EQ(failureOf(writing(fullTags()), m_url), QString());
     const QByteArray present = contentOf(m_url);
-    const QByteArrayList steps = stepsOf([this] { return failureOfRestoring(m_url); });
+    const auto restore = [this] { return failureOfRestoring(m_url); };
+    const QByteArrayList steps = callsOf(restore);
+    ASSERT_TRUE(contentOf(m_url) == m_original);
     const qsizetype swap = steps.indexOf("rename");
     const qsizetype entryClosed = steps.indexOf("close"); // has been read whole
-    for (int step = 0; step < steps.size(); ++step) {
-        for (const bool ends : {false, true}) {
-            SCOPED_TRACE(steps.at(step).toStdString() + " " + std::to_string(step) + (ends ? " ends" : " fails"));
-            m_folder.write(QStringLiteral("a.mp3"), present);
-            QString failure;
-            {
-                FailingFileCalls calls;
-                (ends ? calls.stopStep : calls.failingStep) = step;
-                failure = failureOfRestoring(m_url);
-            }
-            // What the kernel does not copy is read and written.
-            const bool isNeeded = step <= swap && step != entryClosed && steps.at(step) != "copyRange";
-            EXPECT_EQ(failure != QString(), isNeeded || (ends && step <= swap));
-            EXPECT_TRUE(contentOf(m_url) == (failure == QString() ? m_original : present));
-            EXPECT_LE(m_folder.removeTemporaries(), ends ? 1 : 0);
-            EXPECT_EQ(m_folder.names(), QStringList{QStringLiteral("a.mp3")});
-        }
-    }
+    const auto check = [&](int step, bool ends, const QString& failure) {
+        // What the kernel does not copy is read and written.
+        const bool isNeeded = step <= swap && step != entryClosed && steps.at(step) != "copyRange";
+        EXPECT_EQ(failure != QString(), isNeeded || (ends && step <= swap));
+        EXPECT_TRUE(contentOf(m_url) == (failure == QString() ? m_original : present));
+        EXPECT_LE(m_folder.removeTemporaries(), ends ? 1 : 0);
+        EXPECT_EQ(m_folder.names(), QStringList{QStringLiteral("a.mp3")});
+    };
+    breakAtEveryCall(
+        steps, [&] { m_folder.write(QStringLiteral("a.mp3"), present); }, restore, check);
     EXPECT_EQ(entries().size(), 1);
     EXPECT_EQ(failureOfRestoring(m_url), QString());
 }

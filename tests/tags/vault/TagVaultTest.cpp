@@ -1,6 +1,5 @@
 #include "tags/vault/TagVault.h"
 
-#include "core/model/AudioTags.h"
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
 #include "tags/writing/WriteErrors.h"
@@ -35,33 +34,29 @@ QString failureOfRestoring(TagVault& vault, const QUrl& url)
 
 TEST_F(TagVaultTest, leavesAFileOfOtherSoundAlone)
 {
-    const struct {
-        QString name;
-        QByteArray original;
-        QByteArray other;
-    } cases[] = {
+    const std::tuple<QString, QByteArray, QByteArray> cases[] = {
         {QStringLiteral("a.mp3"), id3v2(textFrame("TIT2", "x")) + mpegFrames(30), mpegFrames(31)},
         {QStringLiteral("a.mp3"), mpegFrames(30) + "last", mpegFrames(30) + "LAST"},
         {QStringLiteral("a.wav"), wave(400), wave(401)},
         {QStringLiteral("a.wav"), wave(400, riffChunk("data", "ab")), wave(400, riffChunk("data", "ac"))},
         {QStringLiteral("a.m4a"), m4a({}, QByteArray(3'000'000, 'x')), m4a({}, QByteArray(3'000'000, 'y'))},
     };
-    for (const auto& c : cases) {
-        const QUrl url = m_folder.write(c.name, c.original);
+    for (const auto& [name, original, other] : cases) {
+        const QUrl url = m_folder.write(name, original);
         m_vault.keep(url);
-        m_folder.write(c.name, c.other);
-        EXPECT_EQ(failureOfRestoring(m_vault, url), QStringLiteral("noEntry")) << c.name.toStdString();
-        EXPECT_TRUE(contentOf(url) == c.other);
+        m_folder.write(name, other);
+        EXPECT_EQ(failureOfRestoring(m_vault, url), QStringLiteral("noEntry")) << name.toStdString();
+        EXPECT_TRUE(contentOf(url) == other);
 
         m_vault.keep(url); // the file of this path is another one now
         EXPECT_EQ(failureOf(writing(fullTags()), url), QString());
         EXPECT_EQ(failureOfRestoring(m_vault, url), QString());
-        EXPECT_TRUE(contentOf(url) == c.other);
+        EXPECT_TRUE(contentOf(url) == other);
 
-        m_folder.write(c.name, c.original); // and now the first one has come back, edited elsewhere
+        m_folder.write(name, original); // and now the first one has come back, edited elsewhere
         EXPECT_EQ(failureOf(writing({}), url), QString());
         EXPECT_EQ(failureOfRestoring(m_vault, url), QString());
-        EXPECT_TRUE(contentOf(url) == c.original) << "both have an entry";
+        EXPECT_TRUE(contentOf(url) == original) << "both have an entry";
     }
 }
 
@@ -140,11 +135,7 @@ TEST_F(TagVaultTest, saysWhatCannotBeKeptOrPutBack)
 {
     const Change keep = [&](const QUrl& url) { m_vault.keep(url); };
     const QString corrupt = QStringLiteral("fileReadCorruptFile");
-    const struct {
-        QString name;
-        QByteArray bytes;
-        QString failure;
-    } cases[] = {
+    const std::tuple<QString, QByteArray, QString> cases[] = {
         {QStringLiteral("a.ogg"), "OggS", QString()},
         {QStringLiteral("a.aifc"), aiff(3), QString()},
         {QStringLiteral("mp3"), mpegFrames(1), QString()},
@@ -155,12 +146,12 @@ TEST_F(TagVaultTest, saysWhatCannotBeKeptOrPutBack)
         {QStringLiteral("a.m4a"), "short", QStringLiteral("unsupportedFormat m4a")},
         {QStringLiteral("b.mp3"), id3v2(textFrame("TIT2", "x")).chopped(3), corrupt},
     };
-    for (const auto& c : cases) {
-        const QUrl url = m_folder.write(c.name, c.bytes);
-        EXPECT_EQ(failureOf(keep, url), c.failure) << c.name.toStdString();
+    for (const auto& [name, bytes, failure] : cases) {
+        const QUrl url = m_folder.write(name, bytes);
+        EXPECT_EQ(failureOf(keep, url), failure) << name.toStdString();
         EXPECT_FALSE(m_vault.holds(url));
         EXPECT_EQ(failureOfRestoring(m_vault, url), QStringLiteral("noEntry"));
-        EXPECT_TRUE(contentOf(url) == c.bytes);
+        EXPECT_TRUE(contentOf(url) == bytes);
     }
     EXPECT_FALSE(QDir(vaultPath()).exists()) << "only the first entry makes it";
     EXPECT_EQ(failureOf(keep, QUrl::fromLocalFile(m_folder.path(QStringLiteral("none.mp3")))),

@@ -98,11 +98,7 @@ TEST(VaultEntryTest, isNoneWhateverSizesAHostileOneClaims)
     const qsizetype countAt = pathAt + 4 + 6; // "/a.wav"
     const qsizetype soundsAt = countAt + 4;
     const qsizetype piecesAt = soundsAt + 2 * 8;
-    const struct {
-        const char* what;
-        qsizetype place;
-        QByteArray value;
-    } cases[] = {
+    const std::tuple<const char*, qsizetype, QByteArray> cases[] = {
         {"version", 8, little(1, 4)},
         {"label of nothing", 12, little(0, 4)},
         {"label of the whole", 12, little(quint64(bytes.size()), 4)},
@@ -118,11 +114,11 @@ TEST(VaultEntryTest, isNoneWhateverSizesAHostileOneClaims)
         {"piece without end", piecesAt, little(1ull << 62, 8)},
         {"pieces of more than fits", piecesAt, little(256 * 1024 * 1024, 8)},
     };
-    for (const auto& c : cases) {
+    for (const auto& [what, place, value] : cases) {
         QByteArray hostile = bytes;
-        hostile.replace(c.place, c.value.size(), c.value);
-        EXPECT_NE(hostile, bytes) << c.what;
-        EXPECT_FALSE(VaultEntry::fromBytes(sealed(hostile))) << c.what;
+        hostile.replace(place, value.size(), value);
+        EXPECT_NE(hostile, bytes) << what;
+        EXPECT_FALSE(VaultEntry::fromBytes(sealed(hostile))) << what;
     }
 }
 

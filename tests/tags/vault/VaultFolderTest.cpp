@@ -1,10 +1,11 @@
 #include "tags/vault/VaultFolder.h"
 
 #include "support/FailingFileCalls.h"
+#include "support/FileTimes.h"
 #include "support/TagsOf.h"
+#include "support/Thrown.h"
 #include "tags/writing/WriteErrors.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -32,12 +33,9 @@ protected:
             names += vault.read(keyOf(QString(name)), 1) ? QString(name) : QString();
         return names;
     }
-    void setAge(const QString& file, int seconds) const
+    static void setAge(const QString& file, int seconds)
     {
-        QFile opened(file);
-        ASSERT_TRUE(opened.open(QIODevice::ReadWrite));
-        ASSERT_TRUE(
-            opened.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFileDevice::FileModificationTime));
+        setModified(file, QDateTime::currentDateTime().addSecs(-seconds));
     }
 
     FileFolder m_folder;
@@ -64,13 +62,10 @@ TEST_F(VaultFolderTest, refusesWhatAlonePassesTheLimit)
 {
     VaultFolder vault(path(), 100);
     vault.put(keyOf(QStringLiteral("a")), QByteArray(100, 'x'));
-    try {
-        vault.put(keyOf(QStringLiteral("b")), QByteArray(101, 'x'));
-        FAIL();
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.which(), FileError::Case::fileWriteOutOfSpace);
-        EXPECT_EQ(error.path(), QStringLiteral("b"));
-    }
+    const auto error = thrown<FileError>([&] { vault.put(keyOf(QStringLiteral("b")), QByteArray(101, 'x')); });
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->which(), FileError::Case::fileWriteOutOfSpace);
+    EXPECT_EQ(error->path(), QStringLiteral("b"));
     EXPECT_EQ(present(vault), QStringLiteral("a"));
 }
 

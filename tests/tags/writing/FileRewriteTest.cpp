@@ -3,6 +3,7 @@
 #include "platform/TemporaryName.h"
 #include "support/FailingFileCalls.h"
 #include "support/TagBytes.h"
+#include "support/Thrown.h"
 #include "support/WrittenFiles.h"
 #include "tags/writing/WriteErrors.h"
 
@@ -135,12 +136,7 @@ TEST_F(FileRewriteTest, leavesAloneWhatSomebodyElseChangedMeanwhile)
 TEST_F(FileRewriteTest, writesEverySizeWholeHoweverLittleACallMoves)
 {
     constexpr qsizetype kBlock = 1024 * 1024;
-    const struct {
-        qsizetype size;
-        size_t transferLimit;
-        QByteArray failingName;
-        int error;
-    } cases[] = {
+    const std::tuple<qsizetype, size_t, QByteArray, int> cases[] = {
         {10, FailingFileCalls::kNoLimit, "", 0},
         {11, 1, "", 0},
         {5000, 7, "", 0},
@@ -149,15 +145,15 @@ TEST_F(FileRewriteTest, writesEverySizeWholeHoweverLittleACallMoves)
         {2 * kBlock + 10, FailingFileCalls::kNoLimit, "copyRange", EXDEV},
         {2 * kBlock + 9, 300000, "copyRange", EINVAL},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.size);
-        folder.write(kName, noise(c.size));
+    for (const auto& [size, transferLimit, failingName, error] : cases) {
+        SCOPED_TRACE(size);
+        folder.write(kName, noise(size));
         FailingFileCalls calls;
-        calls.transferLimit = c.transferLimit;
-        calls.failingName = c.failingName;
-        calls.error = c.error;
+        calls.transferLimit = transferLimit;
+        calls.failingName = failingName;
+        calls.error = error;
         replaceHead(path);
-        expectAlone(withNewHead(noise(c.size)));
+        expectAlone(withNewHead(noise(size)));
     }
 }
 
@@ -254,13 +250,10 @@ TEST_F(FileRewriteTest, namesTheFailuresOfWriting)
         FailingFileCalls calls;
         calls.error = error;
         calls.failingStep = 2; // the new file cannot be made
-        try {
-            replaceHead(path);
-            ADD_FAILURE() << "nothing thrown";
-        } catch (const FileError& thrown) {
-            EXPECT_EQ(thrown.which(), FileError::Case::fileWriteUnknown);
-            EXPECT_EQ(thrown.message(), FileError::fromWriting(error, path).message());
-        }
+        const auto failure = thrown<FileError>([&] { replaceHead(path); });
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->which(), FileError::Case::fileWriteUnknown);
+        EXPECT_EQ(failure->message(), FileError::fromWriting(error, path).message());
     }
 }
 

@@ -43,12 +43,7 @@ TEST(Id3v2BuilderTest, writesTheFramesInTheirOrder)
 
 TEST(Id3v2BuilderTest, writesWhatIsThereAsItIs)
 {
-    const struct {
-        const char* what;
-        AudioTags tags;
-        std::optional<QByteArray> artwork;
-        QByteArray expected;
-    } cases[] = {
+    const std::tuple<const char*, AudioTags, std::optional<QByteArray>, QByteArray> cases[] = {
         {"nothing", {}, std::nullopt, {}},
         {"blanks", only(&AudioTags::comment, QStringLiteral("  ")), std::nullopt,
          id3v2(frame("COMM", QByteArray::fromHex("01656e670000fffe20002000")))},
@@ -64,8 +59,8 @@ TEST(Id3v2BuilderTest, writesWhatIsThereAsItIs)
          id3v2(frame("APIC", QByteArray("\0image/jpeg\0\3\0\x89PN", 17)))},
         {"an empty picture", {}, QByteArray(""), id3v2(frame("APIC", QByteArray("\0image/jpeg\0\3\0", 14)))},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(Id3v2Builder::tag(c.tags, c.artwork).toHex(' '), c.expected.toHex(' ')) << c.what;
+    for (const auto& [what, tags, artwork, expected] : cases)
+        EXPECT_EQ(Id3v2Builder::tag(tags, artwork).toHex(' '), expected.toHex(' ')) << what;
 }
 
 TEST(Id3v2BuilderTest, expressesSizesOfSevenBits)

@@ -65,11 +65,7 @@ TEST(Id3v2FilterTest, setsTitleAndAlbumInTheTagsOwnForm)
     const QByteArray text = '\x01' + utf16(title);
     const QByteArray album = '\x01' + utf16(QStringLiteral("A"));
     const CleanerFields both = CleanerField::Title | CleanerField::Album;
-    const struct {
-        int version;
-        QByteArray old;
-        QByteArray expected;
-    } cases[] = {
+    const std::tuple<int, QByteArray, QByteArray> cases[] = {
         {2, shortFrame("TT2", "old") + shortFrame("TP1", "kept"),
          shortFrame("TP1", "kept") + shortFrame("TT2", text) + shortFrame("TAL", album)},
         {3, frame("TIT2", "old") + frame("TPE1", "kept"),
@@ -77,8 +73,8 @@ TEST(Id3v2FilterTest, setsTitleAndAlbumInTheTagsOwnForm)
         {4, frame("TIT2", "old", 4) + frame("TPE1", "kept", 4),
          frame("TPE1", "kept", 4) + frame("TIT2", text, 4) + frame("TALB", album, 4)},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(filtered(id3v2(c.old, c.version), both, title, QStringLiteral("A")), id3v2(c.expected, c.version));
+    for (const auto& [version, old, expected] : cases)
+        EXPECT_EQ(filtered(id3v2(old, version), both, title, QStringLiteral("A")), id3v2(expected, version));
 
     const QByteArray untouched = id3v2(frame("TPE1", "kept"));
     EXPECT_EQ(filtered(untouched, both, QString(), QStringLiteral("")), untouched);

@@ -55,12 +55,7 @@ TEST(InventoryTest, countsWhatAPlainSaveDrops)
     AudioTags numbered = dated;
     numbered.track = QStringLiteral("7");
     const TagFields notInM4A = TagFieldSet::kNeverRead | TagField::MusicalKey;
-    const struct {
-        const char* what;
-        const char* name;
-        QByteArray bytes;
-        TagInventory expected;
-    } cases[] = {
+    const std::tuple<const char*, const char*, QByteArray, TagInventory> cases[] = {
         {"no tags", "a.mp3", mpegFrames(3), {}},
         {"what is read, and ID3v1", "a.mp3", id3v2(read + QByteArray(9, '\0')) + mpegFrames(3) + oldTag, {}},
         {"frames", "a.mp3", id3v2(read + others + unread + pictureFrame("p")) + mpegFrames(3),
@@ -116,14 +111,14 @@ TEST(InventoryTest, countsWhatAPlainSaveDrops)
         {"another file", "a.flac", wave(3), {}},
         {"cut", "a.wav", wave(3, info(riffChunk("ICOP", "me"))) + "LIST" + little(99, 4), holding(false, 1)},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.name) + ", " + c.what);
-        const TagInventory found = inventoryOf(QLatin1StringView(c.name), c.bytes);
-        EXPECT_EQ(found.hasPicture, c.expected.hasPicture);
-        EXPECT_EQ(found.otherEntries, c.expected.otherEntries);
-        EXPECT_EQ(found.unread, c.expected.unread);
-        EXPECT_EQ(found.unwritable, c.expected.unwritable);
-        EXPECT_EQ(found.isUnknown, c.expected.isUnknown);
+    for (const auto& [what, name, bytes, expected] : cases) {
+        SCOPED_TRACE(std::string(name) + ", " + what);
+        const TagInventory found = inventoryOf(QLatin1StringView(name), bytes);
+        EXPECT_EQ(found.hasPicture, expected.hasPicture);
+        EXPECT_EQ(found.otherEntries, expected.otherEntries);
+        EXPECT_EQ(found.unread, expected.unread);
+        EXPECT_EQ(found.unwritable, expected.unwritable);
+        EXPECT_EQ(found.isUnknown, expected.isUnknown);
         EXPECT_TRUE(!found.isUnknown || found.losesAnything(fullTags(), true));
     }
 }

@@ -1,7 +1,6 @@
 #include "core/model/AudioTags.h"
 #include "support/TagBytes.h"
 #include "support/WrittenFiles.h"
-#include "tags/AudioMetadataLoader.h"
 
 #include <gtest/gtest.h>
 

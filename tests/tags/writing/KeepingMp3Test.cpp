@@ -167,11 +167,7 @@ TEST(KeepingMp3Test, leavesWhatItDoesNotUnderstand)
     const QByteArray title = textFrame("TIT2", "O");
     QByteArray highBit = id3v2(title);
     highBit[9] = static_cast<char>(highBit[9] | 0x80);
-    const struct {
-        const char* what;
-        QByteArray bytes;
-        QString failure;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QString> cases[] = {
         {"version 5", id3v2(title, 5) + kSound, unknown},
         {"unknown flag", id3v2(title, 3, 1) + kSound, unknown},
         {"footer flag of another version", id3v2(title, 3, 0x10) + kSound, unknown},
@@ -189,9 +185,9 @@ TEST(KeepingMp3Test, leavesWhatItDoesNotUnderstand)
         {"another stream behind a tag", id3v2(title) + flac(100, {"TITLE=O"}), other},
         {"another container", wave(10), other},
     };
-    for (const auto& c : cases) {
-        expectRefusals(kName, {{c.what, c.bytes, kRename, c.failure},
-                               {c.what, c.bytes, keepingWithPicture("\x89PNG", kNew), c.failure}});
+    for (const auto& [what, bytes, failure] : cases) {
+        expectRefusals(kName,
+                       {{what, bytes, kRename, failure}, {what, bytes, keepingWithPicture("\x89PNG", kNew), failure}});
     }
 }
 

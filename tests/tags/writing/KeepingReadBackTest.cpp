@@ -85,12 +85,7 @@ protected:
 
 TEST_F(KeepingReadBackTest, realFilesShowWhatWasWrittenAndKeepTheRest)
 {
-    const struct {
-        const char* name;
-        QString arguments;
-        QStringList dress;
-        std::vector<Spelling> spellings;
-    } cases[] = {
+    const std::tuple<const char*, QString, QStringList, std::vector<Spelling>> cases[] = {
         {"new.mp3", QStringLiteral("-id3v2_version 4"), {QStringLiteral("4")}, kId3},
         {"old.mp3", QStringLiteral("-write_id3v1 1"), {QStringLiteral("3")}, kId3},
         {"a.flac", {}, {}, kVorbis},
@@ -98,9 +93,9 @@ TEST_F(KeepingReadBackTest, realFilesShowWhatWasWrittenAndKeepTheRest)
         {"a.aiff", {}, {QStringLiteral("4")}, kId3},
         {"a.m4a", QStringLiteral("-c:a alac"), {}, kMp4},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        const QUrl url = dressed(QLatin1StringView(c.name), c.arguments, c.dress);
+    for (const auto& [name, arguments, dress, spellings] : cases) {
+        SCOPED_TRACE(name);
+        const QUrl url = dressed(QLatin1StringView(name), arguments, dress);
         const QByteArray sound = packetDigest(url);
         const QByteArray others = runPython(kOthers, {url.toLocalFile()});
         const QByteArray picture = AudioMetadataLoader::artwork(url);
@@ -110,7 +105,7 @@ TEST_F(KeepingReadBackTest, realFilesShowWhatWasWrittenAndKeepTheRest)
         AudioTags tags = fullTags();
         ASSERT_EQ(failureOf(keeping(tags), url), QString());
         EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, readableTags());
-        for (const Spelling& spelling : c.spellings)
+        for (const Spelling& spelling : spellings)
             EXPECT_EQ(foreignTag(url, QString::fromUtf8(spelling.key)), tags.*spelling.field) << spelling.key;
         EXPECT_EQ(runPython(kOthers, {url.toLocalFile()}), others);
         EXPECT_EQ(AudioMetadataLoader::artwork(url), picture);
@@ -121,12 +116,12 @@ TEST_F(KeepingReadBackTest, realFilesShowWhatWasWrittenAndKeepTheRest)
         tags = readableTags();
         tags.comment.clear();
         EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, tags);
-        EXPECT_EQ(foreignTag(url, QString::fromUtf8(c.spellings[4].key)), fullTags().*c.spellings[4].field);
+        EXPECT_EQ(foreignTag(url, QString::fromUtf8(spellings[4].key)), fullTags().*spellings[4].field);
         ASSERT_EQ(failureOf(keeping({}), url), QString());
         EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags, AudioTags());
         EXPECT_EQ(runPython(kOthers, {url.toLocalFile()}), others);
         EXPECT_EQ(packetDigest(url), sound);
-        if (c.spellings == kMp4)
+        if (spellings == kMp4)
             continue; // takes no pictures
         for (const QByteArray& cover : {QByteArray("\x89PNG first"), QByteArray("\x89PNG second")}) {
             ASSERT_EQ(failureOf(keepingWithPicture(cover, fullTags()), url), QString());

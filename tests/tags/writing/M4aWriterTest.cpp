@@ -3,9 +3,6 @@
 #include "support/WrittenFiles.h"
 #include "tags/writing/MetadataWriter.h"
 
-#include <QFile>
-#include <QJsonObject>
-
 #include <gtest/gtest.h>
 
 namespace {

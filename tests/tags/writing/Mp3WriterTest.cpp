@@ -25,11 +25,7 @@ TEST(Mp3WriterTest, putsOneTagInThePlaceOfAll)
     sloppySize[9] = static_cast<char>(sloppySize.at(9) | 0x80);
     const QByteArray v1 = id3v1({.title = "x"});
     const QByteArray tag = ape({"Title=One"});
-    const struct {
-        const char* what;
-        QByteArray before;
-        QByteArray sound;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QByteArray> cases[] = {
         {"no tag", sound, sound},
         {"a tag", old + sound, sound},
         {"several", old + id3v2(textFrame("TT2", "x"), 2) + footer + old + sound, sound},
@@ -43,10 +39,10 @@ TEST(Mp3WriterTest, putsOneTagInThePlaceOfAll)
         {"nine bytes", "ID3\3\0\0\0\0", "ID3\3\0\0\0\0"},
         {"sound of a block and more", QByteArray(1024 * 1024 + 1, 'x'), QByteArray(1024 * 1024 + 1, 'x')},
     };
-    for (const auto& c : cases)
-        expectChanges(kName, {{c.what, writing(kNew), c.before, Id3v2Builder::tag(kNew, {}) + c.sound},
-                              {c.what, writing({}), c.before, c.sound},
-                              {c.what, assigning("cover", {}), c.before, Id3v2Builder::tag({}, "cover") + c.sound}});
+    for (const auto& [what, before, sound] : cases)
+        expectChanges(kName, {{what, writing(kNew), before, Id3v2Builder::tag(kNew, {}) + sound},
+                              {what, writing({}), before, sound},
+                              {what, assigning("cover", {}), before, Id3v2Builder::tag({}, "cover") + sound}});
 }
 
 TEST(Mp3WriterTest, leavesBrokenFilesAlone)

@@ -60,21 +60,17 @@ TEST(WavWriterTest, replacesInfoAndID3Alone)
 TEST(WavWriterTest, findsPicturesInTheirChunksAlone)
 {
     const QByteArray large = QByteArray(3 * 1024 * 1024, '\0') + kPng;
-    const struct {
-        const char* what;
-        QByteArray chunks;
-        bool isFound;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, bool> cases[] = {
         {"in small letters", riffChunk("id3 ", kPng), true},
         {"in capital letters", riffChunk("ID3 ", "xx" + kPng + "x"), true},
         {"across the pieces of a search", riffChunk("id3 ", large.mid(kPng.size() - 5)), true},
         {"cut off", riffChunk("id3 ", kPng.chopped(1)), false},
         {"in another chunk", riffChunk("PICT", kPng) + kOldID3, false},
     };
-    for (const auto& c : cases) {
+    for (const auto& [what, chunks, isFound] : cases) {
         const FileFolder folder;
-        const QUrl url = folder.write(kName, file(c.chunks + kSound));
-        EXPECT_EQ(MetadataWriter::containsArtworkBytes(kPng, url), c.isFound) << c.what;
+        const QUrl url = folder.write(kName, file(chunks + kSound));
+        EXPECT_EQ(MetadataWriter::containsArtworkBytes(kPng, url), isFound) << what;
     }
 }
 

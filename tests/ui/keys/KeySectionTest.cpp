@@ -150,20 +150,16 @@ TEST_F(KeySectionTest, KeysMoveOnTheWheelWhileItHasTheFocus)
 TEST(KeyTextsTest, NamesAndNeighbours)
 {
     VelmoraLocalization::setLanguage(AppLanguage::Russian);
-    const struct {
-        const char* code;
-        const char* name;
-        const char* mixes;
-    } kCases[]{{"10B", "ре мажор", "9B 11B 10A"},
-               {"1A", "соль-диез минор", "12A 2A 1B"},
-               {"12B", "ми мажор", "11B 1B 12A"},
-               {"6B", "си-бемоль мажор", "5B 7B 6A"}};
-    for (const auto& each : kCases) {
+    const std::tuple<const char*, const char*, const char*> kCases[] = {{"10B", "ре мажор", "9B 11B 10A"},
+                                                                        {"1A", "соль-диез минор", "12A 2A 1B"},
+                                                                        {"12B", "ми мажор", "11B 1B 12A"},
+                                                                        {"6B", "си-бемоль мажор", "5B 7B 6A"}};
+    for (const auto& [code, name, mixes] : kCases) {
         QStringList codes;
-        for (const MusicalKey& other : KeyTexts::compatible(key(each.code)))
+        for (const MusicalKey& other : KeyTexts::compatible(key(code)))
             codes.append(other.camelot());
-        EXPECT_EQ(codes.join(u' '), QString::fromLatin1(each.mixes)) << each.code;
-        EXPECT_EQ(KeyTexts::name(key(each.code)), QString::fromUtf8(each.name));
+        EXPECT_EQ(codes.join(u' '), QString::fromLatin1(mixes)) << code;
+        EXPECT_EQ(KeyTexts::name(key(code)), QString::fromUtf8(name));
     }
     EXPECT_EQ(KeyTexts::tuning(-32.6), QStringLiteral("−33 цента"));
     EXPECT_EQ(KeyTexts::tuning(0.4), QStringLiteral("0 центов"));

@@ -2,8 +2,6 @@
 #include "ui/keys/KeyWheelGeometry.h"
 #include "ui/theme/Theme.h"
 
-#include <QKeyEvent>
-#include <QSignalSpy>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -40,17 +38,14 @@ protected:
 TEST(KeyWheelGeometryTest, PointsLeadToTheKeysThatAreDrawnThere)
 {
     const KeyWheelGeometry wheel(300);
-    const struct {
-        double x, y;
-        const char* code;
-    } kCases[]{
+    const std::tuple<double, double, const char*> kCases[] = {
         {150, 10, "12B"}, {150, 70, "12A"}, {290, 150, "3B"}, {230, 150, "3A"},
         {150, 290, "6B"}, {10, 150, "9B"},  {112, 12, "11B"}, {187, 12, "1B"}, // just beyond the borders of 12
         {150, 150, ""},   {150, 110, ""},                                      // the middle
         {2, 2, ""},       {150, 0, ""},                                        // outside the circle
     };
-    for (const auto& each : kCases)
-        EXPECT_EQ(codeAt(wheel, each.x, each.y), QString::fromLatin1(each.code)) << each.x << ", " << each.y;
+    for (const auto& [x, y, code] : kCases)
+        EXPECT_EQ(codeAt(wheel, x, y), QString::fromLatin1(code)) << x << ", " << y;
 }
 
 TEST_F(KeyWheelTest, AClickChoosesTheSegmentUnderIt)

@@ -1,6 +1,6 @@
 #include "support/StoreFixture.h"
 
-#include <QFileInfo>
+#include "support/Machine.h"
 
 StoreFixture::StoreFixture()
 {
@@ -137,11 +137,7 @@ QSet<TrackID> StoreFixture::ids(const QList<Track>& tracks)
 
 QUrl StoreFixture::file(const QString& relativePath)
 {
-    const QString path = folder.filePath(relativePath);
-    QDir().mkpath(QFileInfo(path).path());
-    QFile created(path);
-    EXPECT_TRUE(created.open(QIODevice::WriteOnly));
-    return FileURL::fromPath(path);
+    return FileURL::fromPath(writeFile(folder.filePath(relativePath)));
 }
 
 void StoreFixture::append(const QUrl& url, const QByteArray& bytes)

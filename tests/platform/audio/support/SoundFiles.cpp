@@ -1,5 +1,6 @@
 #include "support/SoundFiles.h"
 
+#include "support/Encoder.h"
 #include "support/Machine.h"
 
 #include <QFile>
@@ -15,11 +16,6 @@ QString pathOf(const QString& name)
 {
     static const QTemporaryDir folder;
     return folder.filePath(name);
-}
-
-QByteArray runEncoder(const QStringList& arguments)
-{
-    return outputOf(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-v"), QStringLiteral("error")} + arguments);
 }
 
 } // namespace
@@ -39,10 +35,8 @@ QString SoundFiles::make(const Kind& kind)
     for (int channel = 0; channel < kind.channelCount; ++channel)
         expressions +=
             QStringLiteral("0.4*sin(%1*PI*t*(1+0.2*sin(t)))+0.05*random(%2)").arg(600 + 77 * channel).arg(channel);
-    const QString input = QStringLiteral("aevalsrc=%1:s=%2:d=5").arg(expressions.join(u'|')).arg(kind.sampleRate);
-    QStringList arguments{QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"), input};
-    arguments += QString::fromLatin1(kind.arguments).split(u' ', Qt::SkipEmptyParts);
-    runEncoder(arguments + QStringList{QStringLiteral("-y"), path});
+    const QString sound = QStringLiteral("aevalsrc=%1:s=%2:d=5 ").arg(expressions.join(u'|')).arg(kind.sampleRate);
+    EXPECT_TRUE(Encoder::encode(sound + QLatin1StringView(kind.arguments), path)) << kind.name;
     return path;
 }
 
@@ -60,8 +54,12 @@ QByteArray SoundFiles::bytesOf(const QString& path)
 
 std::vector<float> SoundFiles::decoded(const QString& path)
 {
-    const QByteArray bytes = runEncoder({QStringLiteral("-i"), path, QStringLiteral("-map"), QStringLiteral("0:a:0"),
-                                         QStringLiteral("-f"), QStringLiteral("f32le"), QStringLiteral("-")});
+    const QStringList output = QStringLiteral("-v error -map 0:a:0 -f f32le -").split(u' ');
+    return samplesOf(outputOf(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-i"), path} + output));
+}
+
+std::vector<float> SoundFiles::samplesOf(const QByteArray& bytes)
+{
     std::vector<float> samples(static_cast<size_t>(bytes.size()) / sizeof(float));
     std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(float));
     return samples;

@@ -3,7 +3,6 @@
 #include "platform/audio/AudioFileReader.h"
 
 #include <QByteArray>
-#include <QStringList>
 
 #include <ostream>
 #include <vector>
@@ -26,6 +25,8 @@ QString write(const QString& name, const QByteArray& bytes);
 QByteArray bytesOf(const QString& path);
 /// What ffmpeg delivers for the file, interleaved floats.
 std::vector<float> decoded(const QString& path);
+/// Raw floats as they stand in memory.
+std::vector<float> samplesOf(const QByteArray& bytes);
 /// The rest of the file, read in pieces of odd sizes. Fails the test if it comes to no end.
 std::vector<float> rest(AudioFileReader& reader);
 

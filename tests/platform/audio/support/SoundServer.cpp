@@ -1,12 +1,12 @@
 #include "support/SoundServer.h"
 
 #include "support/Machine.h"
+#include "support/Recordings.h"
+#include "support/SoundFiles.h"
 #include "support/TestTones.h"
 
 #include <QFile>
 #include <QStandardPaths>
-
-#include <cstring>
 
 namespace {
 constexpr int kStartMilliseconds = 10'000;
@@ -79,15 +79,8 @@ void SoundServer::startRecording()
 
 std::vector<float> SoundServer::recorded() const
 {
-    QFile file(m_folder.filePath(QStringLiteral("recording")));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray bytes = file.readAll();
-    std::vector<float> stereo(static_cast<size_t>(bytes.size()) / sizeof(float));
-    std::memcpy(stereo.data(), bytes.constData(), stereo.size() * sizeof(float));
-    std::vector<float> samples = TestTones::left(stereo);
-    samples.erase(samples.begin(), std::ranges::find_if(samples, [](float sample) { return sample != 0; }));
-    return samples;
+    const QByteArray bytes = readFile(m_folder.filePath(QStringLiteral("recording")));
+    return Recordings::withoutSilenceInFront(TestTones::left(SoundFiles::samplesOf(bytes)));
 }
 
 std::vector<float> SoundServer::stopRecording()

@@ -1,10 +1,10 @@
 #include "support/TestTones.h"
 
-#include "support/Machine.h"
+#include "support/Encoder.h"
 
 namespace TestTones {
 
-bool make(const QString& path, double seconds, int sampleRate, const QStringList& arguments, int channels)
+bool make(const QString& path, double seconds, int sampleRate, const QString& arguments, int channels)
 {
     // Two tones and seeded noise: no two moments are alike, so that a repeat or a gap cannot hide.
     const QString source =
@@ -13,9 +13,7 @@ bool make(const QString& path, double seconds, int sampleRate, const QStringList
                      .join(u'|'))
             .arg(sampleRate)
             .arg(seconds);
-    const QStringList all = QStringLiteral("-v error -y -f lavfi -i").split(u' ') + QStringList{source} + arguments +
-                            QStringList{QStringLiteral("file:") + path};
-    return runProgram(QStringLiteral("ffmpeg"), all);
+    return Encoder::encode(source + u' ' + arguments, path);
 }
 
 std::vector<float> left(const std::vector<float>& stereo)

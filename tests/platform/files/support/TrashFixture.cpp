@@ -1,6 +1,7 @@
 #include "support/TrashFixture.h"
 
 #include "support/Machine.h"
+#include "support/Thrown.h"
 
 #include <QFile>
 
@@ -82,12 +83,8 @@ unsigned modeOf(const QByteArray& path)
 
 std::optional<TrashError::Case> errorOf(const std::function<void()>& call)
 {
-    try {
-        call();
-    } catch (const TrashError& error) {
-        return error.which();
-    }
-    return std::nullopt;
+    const auto error = thrown<TrashError>(call);
+    return error ? std::optional(error->which()) : std::nullopt;
 }
 
 QMap<QByteArray, ReadInfo> readByAnother(const QByteArray& trash)
