@@ -130,7 +130,7 @@ int main(int argc, char** argv)
     QString path = application.arguments().value(1);
     if (path.isEmpty()) {
         path = folder.filePath(QStringLiteral("tone.mp3"));
-        TestTones::make(path, 375, kRate, {QStringLiteral("-b:a"), QStringLiteral("320k")});
+        TestTones::make(path, 375, kRate, QStringLiteral("-b:a 320k"));
     }
     std::printf("%s, %.1f MB\n", qPrintable(QFileInfo(path).fileName()), double(QFileInfo(path).size()) / 1e6);
     SoundServer server(kRate);

@@ -2,6 +2,7 @@
 #include "WaveformScrubber/cache/EnvelopeFolder.h"
 #include "WaveformScrubber/cache/EnvelopeKey.h"
 #include "WaveformScrubber/shape/Envelope.h"
+#include "support/FileTimes.h"
 #include "support/Machine.h"
 #include "support/Stopped.h"
 
@@ -127,9 +128,7 @@ TEST_F(EnvelopeFilesTest, AReadMarksTheEntryAsUsedOnceADay)
     EXPECT_TRUE(EnvelopeFile::read(path(kName)));
     EXPECT_LT(secondsSinceWritten(kName), 60);
 
-    const time_t anHourAgo = time(nullptr) - 3600;
-    const timespec times[2] = {{anHourAgo, 0}, {anHourAgo, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path(kName)).constData(), times, 0), 0);
+    setModified(path(kName), QDateTime::currentDateTime().addSecs(-3600));
     EXPECT_TRUE(EnvelopeFile::read(path(kName)));
     EXPECT_GE(secondsSinceWritten(kName), 3600);
 }

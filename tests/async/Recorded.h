@@ -3,9 +3,9 @@
 #include "async/Cancelled.h"
 #include "async/MainQueue.h"
 #include "async/TaskSlot.h"
+#include "support/Machine.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -31,9 +31,9 @@ inline async::Task<> recorded(Log* log, std::string name, async::Task<> task)
 /// Turns the event loop until nothing is alive; the limit only keeps a fault from hanging the program.
 inline void spinUntilIdle()
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (async::liveTaskCount() > 0 && timer.elapsed() < 60'000)
+    comesTrue([] {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
+        return async::liveTaskCount() == 0;
+    });
     ASSERT_EQ(async::liveTaskCount(), 0) << "tasks never ended";
 }

@@ -6,7 +6,6 @@
 #include "async/ThreadNiceness.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <atomic>
 #include <gtest/gtest.h>
 #include <thread>
@@ -170,11 +169,10 @@ TEST(ThreadExecutor, ThePlayerWaitsForNoOtherWork)
     group.add([&](std::stop_token stop) -> Task<> {
         return executor.run(Priority::Player, std::move(stop), [&isOpen](std::stop_token) { isOpen = true; });
     });
-    QElapsedTimer timer;
-    timer.start();
-    while (!isOpen && timer.elapsed() < 10'000)
+    EXPECT_TRUE(comesTrue([&] {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    EXPECT_TRUE(isOpen);
+        return isOpen.load();
+    }));
     saves.request_stop();
     spinUntilIdle();
 }

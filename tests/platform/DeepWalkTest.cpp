@@ -144,16 +144,10 @@ TEST_F(DeepWalkTest, CountsUnreadableFolders)
 
 TEST_F(DeepWalkTest, CountsNamesThatAreNotUtf8)
 {
-    make("\xEF\xBB\xBFgood \xD0\xB9.mp3");
-    make("decomposed \xD0\xB8\xCC\x86.mp3");
-    make("100% #1?.mp3");
-    make("line\nend\\.mp3");
-    make("\xE4\xF6\xFC.mp3");
-    make("\xE4\xF6\xFC.txt");
-    make("x.mp3\xFF");
-    make("\xFF/inside.mp3");
-    make("\xFF/deeper/inside.mp3");
-    make("\xFF/inside.txt");
+    for (const char* path : {"\xEF\xBB\xBFgood \xD0\xB9.mp3", "decomposed \xD0\xB8\xCC\x86.mp3", "100% #1?.mp3",
+                             "line\nend\\.mp3", "\xE4\xF6\xFC.mp3", "\xE4\xF6\xFC.txt", "x.mp3\xFF", "\xFF/inside.mp3",
+                             "\xFF/deeper/inside.mp3", "\xFF/inside.txt"})
+        make(path);
     const DeepWalk::Result result = walkRoot();
     EXPECT_EQ(relative(result.files), (Paths{"100% #1?.mp3", "decomposed \xD0\xB8\xCC\x86.mp3", "line\nend\\.mp3",
                                              "\xEF\xBB\xBFgood \xD0\xB9.mp3"}));

@@ -63,31 +63,24 @@ TEST_F(PreferencesTest, WhatIsWrittenIsThereAtOnceAndOnDiskAtTheEnd)
     auto written = std::make_unique<Preferences>(std::make_unique<SettingsFile>(path));
     Preferences& writing = *written;
     EXPECT_FALSE(QFile::exists(path));
-    writing.genreList.set(awkward);
-    writing.quickGenreSlots.set(text("\n\nPop\n"));
-    writing.favoriteGenreFilter.set(text("@Invalid()"));
-    writing.windowGeometry.set(geometry);
-    writing.seekStep.set(0.1);
-    writing.converterBitrate.set(-256);
-    writing.sidebarCollapsed.set(true);
-    writing.compactSidebarCollapsed.set(false);
-    writing.playlistScrollOffset.set(1e9 + 0.5);
-    writing.hotkey(HotkeyAction::Trash).secondary.set(text("⌘⇧Delete"));
-
-    EXPECT_EQ(writing.genreList.get(), awkward);
+    const auto visit = [&](Preferences& preferences, const auto& use) {
+        use(preferences.genreList, awkward);
+        use(preferences.quickGenreSlots, text("\n\nPop\n"));
+        use(preferences.favoriteGenreFilter, text("@Invalid()"));
+        use(preferences.windowGeometry, geometry);
+        use(preferences.seekStep, 0.1);
+        use(preferences.converterBitrate, -256);
+        use(preferences.sidebarCollapsed, true);
+        use(preferences.compactSidebarCollapsed, false);
+        use(preferences.playlistScrollOffset, 1e9 + 0.5);
+        use(preferences.hotkey(HotkeyAction::Trash).secondary, text("⌘⇧Delete"));
+    };
+    const auto expect = [](const auto& preference, const auto& value) { EXPECT_EQ(preference.get(), value); };
+    visit(writing, [](auto& preference, const auto& value) { preference.set(value); });
+    visit(writing, expect);
     written.reset();
-
     Preferences reading = onDisk();
-    EXPECT_EQ(reading.genreList.get(), awkward);
-    EXPECT_EQ(reading.quickGenreSlots.get(), text("\n\nPop\n"));
-    EXPECT_EQ(reading.favoriteGenreFilter.get(), text("@Invalid()"));
-    EXPECT_EQ(reading.windowGeometry.get(), geometry);
-    EXPECT_EQ(reading.seekStep.get(), 0.1);
-    EXPECT_EQ(reading.converterBitrate.get(), -256);
-    EXPECT_TRUE(reading.sidebarCollapsed.get());
-    EXPECT_FALSE(reading.compactSidebarCollapsed.get());
-    EXPECT_EQ(reading.playlistScrollOffset.get(), 1e9 + 0.5);
-    EXPECT_EQ(reading.hotkey(HotkeyAction::Trash).secondary.get(), text("⌘⇧Delete"));
+    visit(reading, expect);
     EXPECT_EQ(reading.store().keys().size(), 10);
 
     {

@@ -17,12 +17,7 @@ using namespace TagBytes;
 
 TEST(AudioMetadataLoaderTest, letsTheLastItemWinAndTheFirstKey)
 {
-    const struct {
-        const char* what;
-        QByteArray frames;
-        QString AudioTags::*field;
-        QString value;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QString AudioTags::*, QString> cases[] = {
         {"two titles", textFrame("TIT2", "One") + textFrame("TIT2", "Two"), &AudioTags::title, QStringLiteral("Two")},
         {"empty behind", textFrame("TIT2", "One") + textFrame("TIT2", ""), &AudioTags::title, QStringLiteral("One")},
         {"no title", textFrame("TPE1", "A"), &AudioTags::title, QStringLiteral("fallback")},
@@ -46,9 +41,9 @@ TEST(AudioMetadataLoaderTest, letsTheLastItemWinAndTheFirstKey)
     AudioTags fallback;
     fallback.title = QStringLiteral("fallback");
     fallback.bpm = QStringLiteral("120");
-    for (const auto& c : cases) {
-        const AudioTags tags = folder.load(QStringLiteral("a.mp3"), id3v2(c.frames) + mpegFrames(3), fallback).tags;
-        EXPECT_EQ(tags.*c.field, c.value) << c.what;
+    for (const auto& [what, frames, field, value] : cases) {
+        const AudioTags tags = folder.load(QStringLiteral("a.mp3"), id3v2(frames) + mpegFrames(3), fallback).tags;
+        EXPECT_EQ(tags.*field, value) << what;
     }
 }
 

@@ -35,11 +35,7 @@ TEST(CorpusTest, findsWhatTheFilesSay)
 {
     if (!QFileInfo::exists(kCorpus))
         GTEST_SKIP() << "there is no corpus";
-    const struct {
-        QStringView file;
-        QString AudioTags::*field;
-        QStringView value;
-    } cases[] = {
+    const std::tuple<QStringView, QString AudioTags::*, QStringView> cases[] = {
         {u"taglib/has-tags.m4a", &AudioTags::artist, u"Test Artist"},
         {u"taglib/multiple-vc.flac", &AudioTags::artist, u"Artist 1"},
         {u"taglib/duplicate_tags.wav", &AudioTags::title, u"Title1"},
@@ -49,10 +45,9 @@ TEST(CorpusTest, findsWhatTheFilesSay)
         {u"tinytag/id3v24_genre_null_byte.mp3", &AudioTags::album, u"秘密"},
         {u"tinytag/multi_value_utf16.mp3", &AudioTags::title, u"some title / another title / yet another title"},
     };
-    for (const auto& c : cases) {
-        const QUrl url = QUrl::fromLocalFile(kCorpus + u'/' + c.file.toString());
-        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.*c.field, c.value.toString())
-            << c.file.toString().toStdString();
+    for (const auto& [file, field, value] : cases) {
+        const QUrl url = QUrl::fromLocalFile(kCorpus + u'/' + file.toString());
+        EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.*field, value.toString()) << file.toString().toStdString();
     }
 }
 

@@ -14,11 +14,7 @@ class CoverAssignmentTest : public WindowFixture {
 protected:
     CoverAssignmentTest()
     {
-        tracks = rows(4);
-        for (Track& each : tracks)
-            each.setIsInCoverWorkspace(true);
-        fill(tracks);
-        show();
+        tracks = coverRows(4);
         open(LibraryTab::Covers);
     }
     ~CoverAssignmentTest() override { QGuiApplication::clipboard()->clear(); }

@@ -8,11 +8,7 @@ class CoverGridTest : public WindowFixture {
 protected:
     void showCovers(int count)
     {
-        QList<Track> tracks = rows(count);
-        for (Track& each : tracks)
-            each.setIsInCoverWorkspace(true);
-        fill(tracks);
-        show();
+        coverRows(count);
         open(LibraryTab::Covers);
     }
     CoverGrid& grid() { return static_cast<CoverGrid&>(window->section(LibraryTab::Covers).list()); }

@@ -8,14 +8,7 @@
 
 class PlayingMarkTest : public WindowFixture {
 protected:
-    void start(int count)
-    {
-        tracks = rows(count);
-        for (Track& each : tracks)
-            each.setIsInCoverWorkspace(true);
-        fill(tracks);
-        show();
-    }
+    void start(int count) { tracks = coverRows(count); }
     QRect row(int number) { return table().visualRect(table().model()->index(number, 0)); }
     /// Pixels of the accent in the gutter of a row.
     int marked(int number)

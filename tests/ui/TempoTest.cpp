@@ -61,8 +61,7 @@ protected:
     {
         for (const double pause : pauses) {
             clock.advance(async::seconds(pause));
-            QTest::mousePress(&tapButton(), Qt::LeftButton);
-            QTest::mouseRelease(&tapButton(), Qt::LeftButton);
+            QTest::mouseClick(&tapButton(), Qt::LeftButton);
         }
     }
 };

@@ -28,39 +28,34 @@ QList<Track> edited(QList<Track> rows, QRandomGenerator& random, int& nextName)
     const auto fresh = [&] {
         return Track::unread(FileURL::fromPath(QStringLiteral("/music/new%1.mp3").arg(nextName++)));
     };
-    switch (random.bounded(8)) {
-    case 0: // a run of new rows
-        for (int i = place(), n = static_cast<int>(random.bounded(1, 9)); n > 0; --n)
-            rows.insert(i, fresh());
-        break;
-    case 1: // a run leaves
-        if (!rows.isEmpty()) {
-            const int first = static_cast<int>(random.bounded(rows.size()));
-            rows.remove(first, random.bounded(rows.size() - first) + 1);
-        }
-        break;
-    case 2: // scattered rows leave
-        rows.removeIf([&](const Track&) { return random.bounded(3) == 0; });
-        break;
-    case 3: // scattered rows come, more runs than are worth single edits
-        for (int n = 0; n < 130; ++n)
-            rows.insert(place(), fresh());
-        break;
-    case 4:
-        std::shuffle(rows.begin(), rows.end(), random);
-        break;
-    case 5: // everything at once
-        rows.removeIf([&](const Track&) { return random.bounded(2) == 0; });
-        std::shuffle(rows.begin(), rows.end(), random);
-        for (int n = 0; n < 5; ++n)
-            rows.insert(place(), fresh());
-        break;
-    case 6:
-        rows.clear();
-        break;
-    default:
-        break;
-    }
+    const auto shuffle = [&] { std::shuffle(rows.begin(), rows.end(), random); };
+    const std::function<void()> edits[] = {
+        [&] { // a run of new rows
+            for (int i = place(), n = static_cast<int>(random.bounded(1, 9)); n > 0; --n)
+                rows.insert(i, fresh());
+        },
+        [&] { // a run leaves
+            if (!rows.isEmpty()) {
+                const int first = static_cast<int>(random.bounded(rows.size()));
+                rows.remove(first, random.bounded(rows.size() - first) + 1);
+            }
+        },
+        [&] { rows.removeIf([&](const Track&) { return random.bounded(3) == 0; }); }, // scattered rows leave
+        [&] { // scattered rows come, more runs than are worth single edits
+            for (int n = 0; n < 130; ++n)
+                rows.insert(place(), fresh());
+        },
+        shuffle,
+        [&] { // everything at once
+            rows.removeIf([&](const Track&) { return random.bounded(2) == 0; });
+            shuffle();
+            for (int n = 0; n < 5; ++n)
+                rows.insert(place(), fresh());
+        },
+        [&] { rows.clear(); },
+        [] {},
+    };
+    edits[random.bounded(int(std::size(edits)))]();
     for (Track& track : rows) { // values change as well
         if (random.bounded(6) == 0)
             track.setIsFavorite(!track.isFavorite());

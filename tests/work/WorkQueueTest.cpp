@@ -90,17 +90,13 @@ TEST_F(WorkQueueTest, WithdrawnKeysAreGoneAtOnceAndMayComeBack)
 
 TEST_F(WorkQueueTest, AFailedKeyGetsOneMoreTryBehindTheOthers)
 {
-    struct Case {
-        WorkEnd end;
-        std::string log;
-    };
-    for (const Case& each : {Case{WorkEnd::OnceMore, "-1 2 -1"}, Case{WorkEnd::Done, "-1 2"}}) {
+    for (const auto& [end, log] : {std::pair(WorkEnd::OnceMore, "-1 2 -1"), {WorkEnd::Done, "-1 2"}}) {
         NumberWork work(kOne, m_bench.scheduler, m_bench.executor);
-        work.failed = {{-1, each.end}};
+        work.failed = {{-1, end}};
         work.queue.append({-1, 2});
         work.queue.prefer({-1}); // once only
         m_bench.executor.runAll();
-        EXPECT_EQ(work.log(), each.log);
+        EXPECT_EQ(work.log(), log);
         EXPECT_TRUE(work.queue.isEmpty());
     }
     NumberWork work(kOne, m_bench.scheduler, m_bench.executor);

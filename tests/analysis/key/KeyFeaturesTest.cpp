@@ -111,15 +111,12 @@ TEST(KeyFeatures, GiveWayOnEveryTwelfthFrame)
     const WorkerClock clock{.now = [] { return async::Duration(0); },
                             .wait = [&](async::Duration duration, int) { sleeps.push_back(duration); }};
     const auto samples = [](std::size_t frames) { return Samples(8192 + 4096 * (frames - 1), 0.1F); };
-    const struct {
-        std::size_t frames;
-        std::size_t sleeps;
-    } cases[] = {{12, 1}, {13, 2}, {24, 2}, {25, 3}};
-    for (const auto& entry : cases) {
+    const std::pair<std::size_t, std::size_t> cases[] = {{12, 1}, {13, 2}, {24, 2}, {25, 3}};
+    for (const auto& [frames, rests] : cases) {
         sleeps.clear();
-        thrown<Error>([&] { MusicalKeyAnalyzer::features(samples(entry.frames), kRate, true, {}, clock); });
+        thrown<Error>([&] { MusicalKeyAnalyzer::features(samples(frames), kRate, true, {}, clock); });
         EXPECT_THAT(sleeps, testing::Each(std::chrono::milliseconds(1)));
-        EXPECT_EQ(sleeps.size(), entry.sleeps) << entry.frames;
+        EXPECT_EQ(sleeps.size(), rests) << frames;
     }
     sleeps.clear();
     MusicalKeyAnalyzer::features(TestMusic::tone(440, 13), kRate, false, {}, clock);

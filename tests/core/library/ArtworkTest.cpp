@@ -29,23 +29,18 @@ protected:
 TEST_F(ArtworkTest, NormalizesPictures)
 {
     EXPECT_EQ(ArtworkImage::normalizedArtworkData(png), png) << "byte for byte";
-    struct Case {
-        const char* name;
-        QByteArray bytes;
-        bool isTaken;
-    };
     QByteArray huge = png;
     huge.resize(ArtworkImage::kMaximumBytes + 1);
-    const Case cases[] = {
+    const std::tuple<const char*, QByteArray, bool> cases[] = {
         {"JPEG", picture("JPEG"), true},          {"BMP", picture("BMP"), true},
         {"no picture", "hello", false},           {"nothing", QByteArray(), false},
         {"cut", picture("BMP").first(40), false}, {"larger than any cover", huge, false},
     };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.name);
-        const std::optional<QByteArray> result = ArtworkImage::normalizedArtworkData(test.bytes);
-        ASSERT_EQ(result.has_value(), test.isTaken);
-        if (test.isTaken) {
+    for (const auto& [name, bytes, isTaken] : cases) {
+        SCOPED_TRACE(name);
+        const std::optional<QByteArray> result = ArtworkImage::normalizedArtworkData(bytes);
+        ASSERT_EQ(result.has_value(), isTaken);
+        if (isTaken) {
             EXPECT_TRUE(result->startsWith(QByteArrayView("\xff\xd8\xff"))) << "JPEG";
             EXPECT_EQ(QImage::fromData(*result).size(), QSize(40, 20));
         }

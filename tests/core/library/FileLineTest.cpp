@@ -120,19 +120,17 @@ TEST_F(FileLineTest, FailuresHoldNothingUpAndRowsCatchUpEveryFewFiles)
 
 TEST_F(FileLineTest, AMissingFileHidesNoOtherReason)
 {
-    const struct {
-        QList<int> failing, missing;
-        int told;
-    } cases[] = {{{1, 2, 3}, {1}, 2}, {{1, 2, 3}, {2}, 1}, {{1, 2}, {1, 2}, 1}, {{2, 3}, {2}, 3}};
-    for (const auto& each : cases) {
+    const std::tuple<QList<int>, QList<int>, int> cases[] = {
+        {{1, 2, 3}, {1}, 2}, {{1, 2, 3}, {2}, 1}, {{1, 2}, {1, 2}, 1}, {{2, 3}, {2}, 3}};
+    for (const auto& [failing, missing, told] : cases) {
         const auto files = round({1, 2, 3});
-        files->failing = each.failing;
-        files->missing = each.missing;
+        files->failing = failing;
+        files->missing = missing;
         append(files);
         executor.runAll();
         ASSERT_TRUE(files->ended && files->ended->firstFailure);
-        EXPECT_EQ(files->ended->firstFailure->message, QString::number(each.told));
-        EXPECT_EQ(files->ended->failed, each.failing.size());
+        EXPECT_EQ(files->ended->firstFailure->message, QString::number(told));
+        EXPECT_EQ(files->ended->failed, failing.size());
     }
 }
 

@@ -82,26 +82,23 @@ TEST_F(TempoChoicesTest, WithoutANewEstimateTheOldOneStays)
     const auto settles = [this](const QList<Track>&) { settle(); };
     const auto stops = [this](const QList<Track>&) { tempo().dropBPMQueue(); };
     const auto chooses = [this](const QList<Track>& rows) { choices().setTempo(ids(rows), 130); };
-    const struct {
-        const char* name;
-        std::function<void(const QList<Track>&)> act;
-        QString estimate;
-    } cases[] = {{"the analysis fails", settles, QStringLiteral("140")},
-                 {"it is stopped", stops, QStringLiteral("140")},
-                 {"another one is chosen", chooses, QStringLiteral("130")}};
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
+    const std::tuple<const char*, std::function<void(const QList<Track>&)>, QString> cases[] = {
+        {"the analysis fails", settles, QStringLiteral("140")},
+        {"it is stopped", stops, QStringLiteral("140")},
+        {"another one is chosen", chooses, QStringLiteral("130")}};
+    for (const auto& [name, act, expected] : cases) {
+        SCOPED_TRACE(name);
         const QList<Track> tracks = make(1);
         choices().setTempo(ids(tracks), 140);
         settle();
         outcomes[QStringLiteral("a.mp3")] = {{Case::PermanentFailure, {}}};
         tempo().detectAgain(ids(tracks));
         EXPECT_TRUE(tempo().isQueueing());
-        test.act(tracks);
+        act(tracks);
         settle();
-        EXPECT_EQ(estimate(tracks[0]), test.estimate);
+        EXPECT_EQ(estimate(tracks[0]), expected);
         EXPECT_EQ(tempo().confidence(tracks[0].id()), 1);
-        EXPECT_EQ(kept(tracks[0]), CachedBPMEstimate::make(tracks[0].url(), test.estimate, 1));
+        EXPECT_EQ(kept(tracks[0]), CachedBPMEstimate::make(tracks[0].url(), expected, 1));
         outcomes.clear();
     }
 }

@@ -60,9 +60,6 @@ TEST(FallbackTags, AreGuessedFromTheFileName)
         expected.artist = QString::fromUtf8(artist);
         expected.title = QString::fromUtf8(title);
         const QUrl url = FileURL::fromPath(QStringLiteral("/128 - 8A - folder/") + QString::fromUtf8(name));
-        const AudioTags tags = Track::fallbackTags(url);
-        EXPECT_EQ(tags.artist, expected.artist) << name;
-        EXPECT_EQ(tags.title, expected.title) << name;
-        EXPECT_EQ(tags, expected) << name << ": the other fields are empty";
+        EXPECT_EQ(Track::fallbackTags(url), expected) << name;
     }
 }

@@ -13,7 +13,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <iostream>
 #include <thread>
 
 namespace {
@@ -22,16 +21,6 @@ constexpr int kRate = 44100;
 constexpr double kSeekLimitSeconds = 0.1;
 
 using Seconds = std::chrono::duration<double>;
-
-struct Format {
-    const char* name;
-    QString arguments;
-};
-
-std::ostream& operator<<(std::ostream& out, const Format& format)
-{
-    return out << format.name;
-}
 
 class MonitorTest : public testing::Test {
 protected:
@@ -62,11 +51,11 @@ protected:
     std::unique_ptr<AudioSystem> system;
 };
 
-class MonitoredFormat : public MonitorTest, public testing::WithParamInterface<Format> {};
+class MonitoredFormat : public MonitorTest, public testing::WithParamInterface<SoundFiles::Kind> {};
 
 TEST_P(MonitoredFormat, WhatIsHeardEqualsTheDecodedFile)
 {
-    const QString path = makeFile(GetParam().name, 3, GetParam().arguments);
+    const QString path = makeFile(GetParam().name, 3, QString::fromLatin1(GetParam().arguments));
     const std::vector<float> expected = TestTones::left(SoundFiles::decoded(path));
     server->startRecording();
     auto player = system->open(path, {});
@@ -82,10 +71,10 @@ TEST_P(MonitoredFormat, WhatIsHeardEqualsTheDecodedFile)
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, MonitoredFormat,
-                         testing::Values(Format{"tone.mp3", QStringLiteral("-b:a 320k")}, Format{"tone.flac", {}},
-                                         Format{"tone.wav", {}}, Format{"tone.aiff", {}},
-                                         Format{"tone.m4a", QStringLiteral("-b:a 256k")}),
-                         [](const testing::TestParamInfo<Format>& info) {
+                         testing::Values(SoundFiles::Kind{"tone.mp3", "-b:a 320k"}, SoundFiles::Kind{"tone.flac", ""},
+                                         SoundFiles::Kind{"tone.wav", ""}, SoundFiles::Kind{"tone.aiff", ""},
+                                         SoundFiles::Kind{"tone.m4a", "-b:a 256k"}),
+                         [](const auto& info) {
                              return QString::fromLatin1(info.param.name).section(u'.', 1).toStdString();
                          });
 

@@ -7,11 +7,7 @@ TEST(TrashName, NumbersStandBeforeTheExtensionAndNamesFit)
     constexpr int kMost = 245;                                        // bytes: 255 less ".trashinfo"
     const QByteArray cyrillic = QByteArrayLiteral("Ж").repeated(124); // 248 bytes
     const QByteArray broken(250, '\x80');
-    const struct {
-        QByteArray name;
-        int number;
-        QByteArray kept;
-    } rows[] = {
+    const std::tuple<QByteArray, int, QByteArray> rows[] = {
         {"song.mp3", 1, "song.mp3"},
         {"song.mp3", 2, "song 2.mp3"},
         {"song.mp3", 1234, "song 1234.mp3"},
@@ -32,9 +28,9 @@ TEST(TrashName, NumbersStandBeforeTheExtensionAndNamesFit)
         {broken, 1, broken.first(kMost)},
         {broken, 2, broken.first(kMost - 2) + " 2"},
     };
-    for (const auto& row : rows) {
-        const QByteArray kept = TrashName::numbered(row.name, row.number);
-        EXPECT_EQ(kept, row.kept) << row.name.constData() << ' ' << row.number;
+    for (const auto& [name, number, expected] : rows) {
+        const QByteArray kept = TrashName::numbered(name, number);
+        EXPECT_EQ(kept, expected) << name.constData() << ' ' << number;
         EXPECT_LE(TrashName::infoName(kept).size(), 255);
     }
 }

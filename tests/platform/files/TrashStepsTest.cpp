@@ -50,23 +50,19 @@ protected:
 
 TEST_F(TrashStepsTest, AMoveThatBreaksLeavesTheFileInOneOfTheTwoPlaces)
 {
-    const struct {
-        QByteArray folder;
-        QByteArray volume;
-        QByteArray info;
-    } rows[] = {
+    const std::tuple<QByteArray, QByteArray, QByteArray> rows[] = {
         {"music", {}, "home/Trash/info"},
         {"volume", path("volume"), "volume/.Trash-" + QByteArray::number(geteuid()) + "/info"},
     };
-    for (const auto& row : rows) {
-        const QByteArray file = row.folder + "/a.mp3";
+    for (const auto& [folder, volume, info] : rows) {
+        const QByteArray file = folder + "/a.mp3";
         const auto prepare = [&] { write(file); };
         const auto change = [&] { trash().moveToTrash(path(file)); };
-        breakEverywhere(row.volume, prepare, change, [&](bool ends, bool hasThrown) {
+        breakEverywhere(volume, prepare, change, [&](bool ends, bool hasThrown) {
             EXPECT_TRUE(ends || isThere(path(file)) == hasThrown);
-            EXPECT_TRUE(ends || names(row.info).size() == (hasThrown ? 0 : 1));
+            EXPECT_TRUE(ends || names(info).size() == (hasThrown ? 0 : 1));
             if (!isThere(path(file))) {
-                EXPECT_EQ(readByAnother(path(row.info.chopped(5))).size(), 1) << "a kept file has its whole info file";
+                EXPECT_EQ(readByAnother(path(info.chopped(5))).size(), 1) << "a kept file has its whole info file";
             }
         });
     }

@@ -91,9 +91,8 @@ TEST_F(TrashTest, TheHomeTrashIsFoundThroughTheEnvironment)
 
 TEST_F(TrashTest, TakenNamesGetANumber)
 {
-    makeFolder("home/Trash", 0700);
-    makeFolder("home/Trash/files", 0700);
-    makeFolder("home/Trash/info", 0700);
+    for (const char* folder : {"home/Trash", "home/Trash/files", "home/Trash/info"})
+        makeFolder(folder, 0700);
     write("home/Trash/info/a 2.mp3.trashinfo", "an info file without its file");
     write("home/Trash/files/a 4.mp3", "a file without its info file");
     link("home/Trash/files/a 5.mp3", "nowhere");
@@ -140,10 +139,7 @@ TEST_F(TrashTest, FoldersAndLinksMoveThemselves)
 TEST_F(TrashTest, WhatCannotGoMakesNoTrash)
 {
     write("music/a.mp3");
-    const struct {
-        QByteArray given;
-        Case error;
-    } rows[] = {
+    const std::pair<QByteArray, Case> rows[] = {
         {path("music/missing.mp3"), Case::noSuchFile},
         {path("nowhere/a.mp3"), Case::noSuchFile},
         {path("music/a.mp3/b.mp3"), Case::noSuchFile},
@@ -153,8 +149,8 @@ TEST_F(TrashTest, WhatCannotGoMakesNoTrash)
         {"", Case::unknown},
         {path("music/a.mp3") + QByteArray(1, '\0'), Case::unknown},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(errorOf([&] { trash().moveToTrash(row.given); }), row.error) << row.given.constData();
+    for (const auto& [given, error] : rows)
+        EXPECT_EQ(errorOf([&] { trash().moveToTrash(given); }), error) << given.constData();
     EXPECT_EQ(names("home"), QByteArrayList());
     EXPECT_EQ(names("music"), QByteArrayList{"a.mp3"});
     EXPECT_EQ(errorOf([&] { trash().moveToTrash(path("home")); }), Case::unknown) << "the Trash into itself";

@@ -10,6 +10,9 @@
 #include <utility>
 #include <vector>
 
+inline const QString kCorrupt = QStringLiteral("fileReadCorruptFile");
+inline const QByteArray kPng = "\x89PNG picture";
+
 /// Changes a file, by its URL.
 using Change = std::function<void(const QUrl&)>;
 

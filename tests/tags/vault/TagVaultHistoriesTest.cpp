@@ -57,11 +57,6 @@ std::vector<std::pair<const char*, Change>> changes()
     };
 }
 
-struct Sample {
-    QString name;
-    QByteArray bytes;
-};
-
 QByteArray encoded(const QString& name, const QString& arguments = {})
 {
     const FileFolder folder;
@@ -70,7 +65,7 @@ QByteArray encoded(const QString& name, const QString& arguments = {})
 }
 
 /// Files of every container, made by an encoder and with tags of many kinds around the sound.
-std::vector<Sample> samples()
+std::vector<std::pair<QString, QByteArray>> samples()
 {
     const QString mp3 = QStringLiteral("a.mp3");
     const QString flacName = QStringLiteral("a.flac");
@@ -86,7 +81,7 @@ std::vector<Sample> samples()
     const QByteArray wave = encoded(QStringLiteral("a.wav"));
     QByteArray tailed = wave + riffChunk("odd ", "123") + riffChunk("id3 ", second) + "tail";
     qToLittleEndian(quint32(tailed.size() - 8), tailed.data() + 4);
-    std::vector<Sample> all{
+    std::vector<std::pair<QString, QByteArray>> all{
         {mp3, plainMp3},
         {mp3, first + second + plainMp3 + trailer},
         {mp3, mpegFrames(30)},
@@ -106,9 +101,9 @@ std::vector<Sample> samples()
                       atom("mdat", "second")},
     };
     for (const QByteArray& behind : trailers()) {
-        all.push_back({mp3, first + mpegFrames(3) + behind});
-        all.push_back({mp3, mpegFrames(3) + behind});
-        all.push_back({flacName, flac(100, {"TITLE=x", "MOOD=odd"}, flacBlock(6, flacPicture(kPicture))) + behind});
+        all.emplace_back(mp3, first + mpegFrames(3) + behind);
+        all.emplace_back(mp3, mpegFrames(3) + behind);
+        all.emplace_back(flacName, flac(100, {"TITLE=x", "MOOD=odd"}, flacBlock(6, flacPicture(kPicture))) + behind);
     }
     return all;
 }

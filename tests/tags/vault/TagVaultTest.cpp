@@ -134,17 +134,16 @@ TEST_F(TagVaultTest, knowsFilesByTheirPathsInAnyScript)
 TEST_F(TagVaultTest, saysWhatCannotBeKeptOrPutBack)
 {
     const Change keep = [&](const QUrl& url) { m_vault.keep(url); };
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const std::tuple<QString, QByteArray, QString> cases[] = {
         {QStringLiteral("a.ogg"), "OggS", QString()},
         {QStringLiteral("a.aifc"), aiff(3), QString()},
         {QStringLiteral("mp3"), mpegFrames(1), QString()},
         {QStringLiteral("a.flac"), id3v2({}) + flac(1, {}), QStringLiteral("unsupportedFormat flac")},
         {QStringLiteral("a.wav"), "RF64" + wave(3).mid(4), QStringLiteral("unsupportedFormat wav")},
-        {QStringLiteral("a.wav"), wave(30).chopped(3), corrupt},
-        {QStringLiteral("a.m4a"), m4a({}).chopped(3), corrupt},
+        {QStringLiteral("a.wav"), wave(30).chopped(3), kCorrupt},
+        {QStringLiteral("a.m4a"), m4a({}).chopped(3), kCorrupt},
         {QStringLiteral("a.m4a"), "short", QStringLiteral("unsupportedFormat m4a")},
-        {QStringLiteral("b.mp3"), id3v2(textFrame("TIT2", "x")).chopped(3), corrupt},
+        {QStringLiteral("b.mp3"), id3v2(textFrame("TIT2", "x")).chopped(3), kCorrupt},
     };
     for (const auto& [name, bytes, failure] : cases) {
         const QUrl url = m_folder.write(name, bytes);

@@ -2,12 +2,11 @@
 
 #include "support/FailingFileCalls.h"
 #include "support/FileTimes.h"
-#include "support/TagsOf.h"
 #include "support/Thrown.h"
+#include "support/WrittenFiles.h"
 #include "tags/writing/WriteErrors.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 
 #include <gtest/gtest.h>
@@ -44,17 +43,13 @@ protected:
 TEST_F(VaultFolderTest, letsTheOldestGoBeyondTheLimit)
 {
     VaultFolder vault(path(), 100);
-    const struct {
-        char name;
-        int size;
-        const char* present;
-    } steps[] = {
+    const std::tuple<char, int, const char*> steps[] = {
         {'a', 40, "a"},   {'b', 40, "ab"}, {'c', 20, "abc"}, {'d', 1, "bcd"}, {'b', 10, "bcd"},
         {'e', 80, "bde"}, {'f', 100, "f"}, {'g', 0, "fg"},   {'h', 1, "gh"},
     };
-    for (const auto& step : steps) {
-        vault.put(keyOf(QString(QLatin1Char(step.name))), QByteArray(step.size, 'x'));
-        EXPECT_EQ(present(vault), QLatin1StringView(step.present)) << step.name << step.size;
+    for (const auto& [name, size, left] : steps) {
+        vault.put(keyOf(QString(QLatin1Char(name))), QByteArray(size, 'x'));
+        EXPECT_EQ(present(vault), QLatin1StringView(left)) << name << size;
     }
 }
 
@@ -130,11 +125,9 @@ TEST_F(VaultFolderTest, isSharedByThreadsAndInstances)
     }
     threads.clear();
     qint64 size = 0;
-    QDirIterator files(path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QFileInfo file(files.next());
-        size += file.size();
-        EXPECT_EQ(file.size(), 100) << "each entry is whole";
+    for (const QString& entry : filesBelow(path())) {
+        size += QFileInfo(entry).size();
+        EXPECT_EQ(QFileInfo(entry).size(), 100) << "each entry is whole";
     }
     EXPECT_LE(size, 4000 + 400);
 }

@@ -10,7 +10,6 @@ namespace {
 using namespace TagBytes;
 
 const QString kName = QStringLiteral("sound.aiff");
-const QByteArray kPng = "\x89PNG picture";
 
 QByteArray file(const QByteArray& chunks, const char* kind = "AIFF", const QByteArray& trailing = {})
 {
@@ -72,19 +71,18 @@ TEST(AiffWriterTest, cleansInPlace)
 TEST(AiffWriterTest, refusesWhatItCannotRewrite)
 {
     const QByteArray good = file(kSound);
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const QString unsupported = QStringLiteral("unsupportedFormat aiff");
     const Change write = writing(fullTags());
     const Change clean = cleaning(CleanerField::Title);
-    expectRefusals(kName,
-                   {{"empty", {}, write, unsupported},
-                    {"other kind of FORM", "FORM" + good.mid(4, 4) + "8SVX" + good.mid(12), write, unsupported},
-                    {"WAV by another name", wave(10), clean, unsupported},
-                    {"cut in the sound", good.left(500), write, corrupt},
-                    {"chunk beyond the end", file(kSound + "ANNO" + big(0xFFFFFFFF, 4)), clean, corrupt},
-                    {"ID3v2 beyond its chunk", file(kSound + aiffChunk("ID3 ", id3v2("x").chopped(1))), clean, corrupt},
-                    {"no ID3v2 in its chunk", file(kSound + aiffChunk("ID3 ", "something else")), clean,
-                     QStringLiteral("rewriteFailed ID3")}});
+    expectRefusals(
+        kName, {{"empty", {}, write, unsupported},
+                {"other kind of FORM", "FORM" + good.mid(4, 4) + "8SVX" + good.mid(12), write, unsupported},
+                {"WAV by another name", wave(10), clean, unsupported},
+                {"cut in the sound", good.left(500), write, kCorrupt},
+                {"chunk beyond the end", file(kSound + "ANNO" + big(0xFFFFFFFF, 4)), clean, kCorrupt},
+                {"ID3v2 beyond its chunk", file(kSound + aiffChunk("ID3 ", id3v2("x").chopped(1))), clean, kCorrupt},
+                {"no ID3v2 in its chunk", file(kSound + aiffChunk("ID3 ", "something else")), clean,
+                 QStringLiteral("rewriteFailed ID3")}});
 }
 
 } // namespace

@@ -98,11 +98,7 @@ protected:
 
 TEST_F(FileRewriteTest, leavesAloneWhatSomebodyElseChangedMeanwhile)
 {
-    const struct {
-        const char* name;
-        std::function<void()> meanwhile;
-        const char* error;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, const char*> cases[] = {
         {"written into",
          [&] {
              QFile file(path);
@@ -118,16 +114,16 @@ TEST_F(FileRewriteTest, leavesAloneWhatSomebodyElseChangedMeanwhile)
          "rewriteFailed bin"},
         {"removed", [&] { ASSERT_TRUE(QFile::remove(path)); }, "fileNoSuchFile"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, meanwhile, error] : cases) {
+        SCOPED_TRACE(name);
         folder.write(kName, bytes);
         const auto change = [&] {
             FileRewrite rewrite(path, kFormat);
             rewrite.copy(0, rewrite.sourceSize());
-            c.meanwhile();
+            meanwhile();
             rewrite.commit({}, kFormat);
         };
-        EXPECT_EQ(errorOf(change), QLatin1StringView(c.error));
+        EXPECT_EQ(errorOf(change), QLatin1StringView(error));
         EXPECT_EQ(folder.names(), QFile::exists(path) ? QStringList{kName} : QStringList()) << "and no new file";
         EXPECT_NE(folder.read(kName), bytes) << "what the other one wrote stands";
     }
@@ -180,12 +176,7 @@ TEST_F(FileRewriteTest, leavesTheOldOrTheNewFileAtEveryStep)
 TEST_F(FileRewriteTest, refusesSoundThatDiffers)
 {
     const QByteArray large = noise(3'000'000);
-    const struct {
-        const char* what;
-        qint64 patchAt;
-        SoundSpan span;
-        bool isRefused;
-    } cases[] = {
+    const std::tuple<const char*, qint64, SoundSpan, bool> cases[] = {
         {"before the sound", 99, {100, 100, 2'900'000 - 100}, false},
         {"its first byte", 100, {100, 100, 2'900'000 - 100}, true},
         {"in a later block", 2'500'000, {100, 100, 2'900'000 - 100}, true},
@@ -194,18 +185,18 @@ TEST_F(FileRewriteTest, refusesSoundThatDiffers)
         {"another place", 0, {100, 101, 1000}, true},
         {"longer than the new file", 0, {100, 100, 2'999'901}, true},
     };
-    for (const auto& c : cases) {
+    for (const auto& [what, patchAt, span, isRefused] : cases) {
         folder.write(kName, large);
         QByteArray patched = large;
-        patched[c.patchAt] = static_cast<char>(~large.at(c.patchAt));
+        patched[patchAt] = static_cast<char>(~large.at(patchAt));
         const QString error = errorOf([&] {
             FileRewrite rewrite(path, kFormat);
             rewrite.copy(0, large.size());
-            rewrite.patch(c.patchAt, patched.sliced(c.patchAt, 1));
-            rewrite.commit({{0, 0, 0}, c.span}, kFormat);
+            rewrite.patch(patchAt, patched.sliced(patchAt, 1));
+            rewrite.commit({{0, 0, 0}, span}, kFormat);
         });
-        EXPECT_EQ(error, c.isRefused ? QStringLiteral("rewriteFailed bin") : QString()) << c.what;
-        expectAlone(c.isRefused ? large : patched);
+        EXPECT_EQ(error, isRefused ? QStringLiteral("rewriteFailed bin") : QString()) << what;
+        expectAlone(isRefused ? large : patched);
     }
 }
 
@@ -214,22 +205,21 @@ TEST_F(FileRewriteTest, saysWhyASourceCannotBeRead)
     ASSERT_EQ(mkfifo(QFile::encodeName(folder.path(QStringLiteral("fifo"))).constData(), 0600), 0);
     ASSERT_EQ(symlink("nowhere", QFile::encodeName(folder.path(QStringLiteral("broken"))).constData()), 0);
     const auto open = [&](const QString& name) { return errorOf([&] { FileRewrite(folder.path(name), kFormat); }); };
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     for (const QString& name : {QStringLiteral("none.bin"), QStringLiteral("broken"), QStringLiteral("a.bin/b")})
         EXPECT_EQ(open(name), QStringLiteral("fileNoSuchFile")) << name.toStdString();
-    EXPECT_EQ(open(QStringLiteral(".")), corrupt);
-    EXPECT_EQ(open(QStringLiteral("fifo")), corrupt);
+    EXPECT_EQ(open(QStringLiteral(".")), kCorrupt);
+    EXPECT_EQ(open(QStringLiteral("fifo")), kCorrupt);
 
     constexpr qint64 kHuge = std::numeric_limits<qint64>::max();
     for (const auto& [offset, count] :
          {std::pair<qint64, qint64>{0, 101}, {100, 1}, {101, 0}, {-1, 2}, {5, kHuge}, {0, -1}}) {
         FileRewrite rewrite(path, kFormat);
-        EXPECT_EQ(errorOf([&] { rewrite.read(offset, count); }), corrupt) << offset;
-        EXPECT_EQ(errorOf([&] { rewrite.copy(offset, count); }), corrupt) << offset;
+        EXPECT_EQ(errorOf([&] { rewrite.read(offset, count); }), kCorrupt) << offset;
+        EXPECT_EQ(errorOf([&] { rewrite.copy(offset, count); }), kCorrupt) << offset;
     }
     FileRewrite rewrite(path, kFormat);
     ASSERT_EQ(truncate(nativePath.constData(), 30), 0);
-    EXPECT_EQ(errorOf([&] { rewrite.copy(0, bytes.size()); }), corrupt) << "it shrinks meanwhile";
+    EXPECT_EQ(errorOf([&] { rewrite.copy(0, bytes.size()); }), kCorrupt) << "it shrinks meanwhile";
 }
 
 TEST_F(FileRewriteTest, namesTheFailuresOfWriting)

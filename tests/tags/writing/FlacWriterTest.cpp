@@ -10,7 +10,6 @@ namespace {
 using namespace TagBytes;
 
 const QString kName = QStringLiteral("sound.flac");
-const QByteArray kPng = "\x89PNG picture";
 const QByteArray kSound(5000, '\x5a');
 
 struct Block {
@@ -108,7 +107,6 @@ TEST(FlacWriterTest, refusesWhatItCannotRewrite)
 {
     const QByteArray good = file({kInfo, commentBlock("v", {"A=B"})});
     const QByteArray tagged = id3v2(textFrame("TIT2", "T")) + good;
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const QString unsupported = QStringLiteral("unsupportedFormat flac");
     const QString failed = QStringLiteral("rewriteFailed flac");
     const QString large(0x1000000, u'x');
@@ -120,17 +118,17 @@ TEST(FlacWriterTest, refusesWhatItCannotRewrite)
          {"other marker", "OggS" + good, write, unsupported},
          {"ID3v2 in front", tagged, write, unsupported},
          {"ID3v2 in front, cleaning", tagged, clean, unsupported},
-         {"marker alone", "fLaC", write, corrupt},
-         {"cut in a block", good.left(60), write, corrupt},
-         {"block beyond the end", "fLaC" + big(0x80FFFFFF, 4) + "few", write, corrupt},
-         {"no last block", "fLaC" + flacBlock(0, kInfo.body), write, corrupt},
+         {"marker alone", "fLaC", write, kCorrupt},
+         {"cut in a block", good.left(60), write, kCorrupt},
+         {"block beyond the end", "fLaC" + big(0x80FFFFFF, 4) + "few", write, kCorrupt},
+         {"no last block", "fLaC" + flacBlock(0, kInfo.body), write, kCorrupt},
          {"nothing left", file({commentBlock("v", {"A=B"})}), writing({}), QStringLiteral("fileWriteUnknown")},
          {"picture beyond 24 bits", good, assigning(large.toLatin1(), {}), failed},
          {"comments beyond 24 bits", good, writing(tagsWith({{&AudioTags::comment, large}})), failed},
          {"comments beyond 24 bits, cleaning", good, cleaning(CleanerField::Title, large), failed},
          {"comment beyond its block", file({kInfo, {4, little(0, 4) + little(1, 4) + little(0xFFFFFFFF, 4)}}), clean,
-          corrupt},
-         {"more comments than there are", file({kInfo, {4, little(0, 4) + little(0xFFFFFFFF, 4)}}), clean, corrupt}});
+          kCorrupt},
+         {"more comments than there are", file({kInfo, {4, little(0, 4) + little(0xFFFFFFFF, 4)}}), clean, kCorrupt}});
 }
 
 } // namespace

@@ -11,7 +11,6 @@ using namespace TagBytes;
 
 const CleanerFields kAll(0x3ff);
 const CleanerFields kNone;
-const QString kCorrupt = QStringLiteral("fileReadCorruptFile");
 const QString kRefused = QStringLiteral("rewriteFailed ID3");
 
 QByteArray filtered(const QByteArray& tag, CleanerFields fields, const std::optional<QString>& title = {},
@@ -99,11 +98,7 @@ TEST(Id3v2FilterTest, refusesWhatItDoesNotUnderstand)
     const QByteArray good = textFrame("TIT2", "x");
     QByteArray badSize = id3v2(good);
     badSize[9] = static_cast<char>(badSize.at(9) | 0x80);
-    const struct {
-        const char* what;
-        QByteArray tag;
-        QString error;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QString> cases[] = {
         {"unsynchronisation", id3v2(good, 3, 0x80), kRefused},
         {"extended header", id3v2(good, 3, 0x40), kRefused},
         {"footer", id3v2(good, 4, 0x10), kRefused},
@@ -122,8 +117,8 @@ TEST(Id3v2FilterTest, refusesWhatItDoesNotUnderstand)
         {"short frame past the end", id3v2("TT2" + big(4, 3) + "abc", 2), kCorrupt},
         {"high bit in a frame's size", id3v2("TIT2" + big(0x80, 4) + big(0, 2) + QByteArray(128, 'a'), 4), kCorrupt},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(errorOf([&] { filtered(c.tag, kAll); }), c.error) << c.what;
+    for (const auto& [what, tag, error] : cases)
+        EXPECT_EQ(errorOf([&] { filtered(tag, kAll); }), error) << what;
 }
 
 TEST(Id3v2FilterTest, knowsTheLimitOfTheSizeField)

@@ -12,7 +12,6 @@ const TagFields kTitle = TagField::Title;
 const AudioTags kNew = tagsWith({{&AudioTags::title, QStringLiteral("N")}});
 const Change kRename = keeping(kNew, kTitle);
 const Change kCredit = keeping(tagsWith({{&AudioTags::albumArtist, QStringLiteral("V")}}), TagField::AlbumArtist);
-const QByteArray kPng = "\x89PNG picture";
 const QByteArray kNewFrame = frame("TIT2", QByteArray("\1\xFF\xFEN\0", 5));
 const QByteArray kArtistFrame = frame("TPE2", QByteArray("\1\xFF\xFEV\0", 5));
 const QByteArray kPrivate = frame("PRIV", "owner");
@@ -135,32 +134,32 @@ TEST(KeepingContainersTest, m4aChangesItems)
 
 TEST(KeepingContainersTest, leaveWhatTheyDoNotUnderstand)
 {
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const QString failed = QStringLiteral("rewriteFailed flac");
     const QByteArray large(1 << 24, 'x');
     const QByteArray keys =
         atom("meta", atom("hdlr", big(0, 8) + "mdta" + QByteArray(9, '\0')) + atom("keys", big(0, 8)));
     const Change keep = keeping(kNew);
     const Change huge = keeping(tagsWith({{&AudioTags::title, QString::fromLatin1(large)}}), kTitle);
-    expectRefusals(QStringLiteral("a.flac"),
-                   {{"comments beyond their block", flacFile({{4, comments("v", {"A=b"}).chopped(1)}}), keep, corrupt},
-                    {"more comments than there are", flacFile({{4, big(0, 4) + little(0xFFFFFFFF, 4)}}), keep, corrupt},
-                    {"block beyond the file", "fLaC" + flacBlock(0, "x", true).chopped(1), keep, corrupt},
-                    {"texts too large", flacFile({}), huge, failed},
-                    {"picture too large", flacFile({}), keepingWithPicture(large, {}), failed},
-                    {"tag in front", id3v2(kPrivate) + flacFile({}), keep, QStringLiteral("unsupportedFormat flac")}});
+    expectRefusals(
+        QStringLiteral("a.flac"),
+        {{"comments beyond their block", flacFile({{4, comments("v", {"A=b"}).chopped(1)}}), keep, kCorrupt},
+         {"more comments than there are", flacFile({{4, big(0, 4) + little(0xFFFFFFFF, 4)}}), keep, kCorrupt},
+         {"block beyond the file", "fLaC" + flacBlock(0, "x", true).chopped(1), keep, kCorrupt},
+         {"texts too large", flacFile({}), huge, failed},
+         {"picture too large", flacFile({}), keepingWithPicture(large, {}), failed},
+         {"tag in front", id3v2(kPrivate) + flacFile({}), keep, QStringLiteral("unsupportedFormat flac")}});
     expectRefusals(
         QStringLiteral("a.wav"),
-        {{"chunk in the list", wave(3, info("INAM" + little(99, 4))), keep, corrupt},
+        {{"chunk in the list", wave(3, info("INAM" + little(99, 4))), keep, kCorrupt},
          {"no tag in its chunk", wave(3, riffChunk("id3 ", "none at all")), keep, QStringLiteral("rewriteFailed ID3")},
-         {"tag beyond its chunk", wave(3, riffChunk("id3 ", id3v2(kPrivate).chopped(1))), keep, corrupt}});
+         {"tag beyond its chunk", wave(3, riffChunk("id3 ", id3v2(kPrivate).chopped(1))), keep, kCorrupt}});
     expectRefusals(QStringLiteral("a.aif"),
-                   {{"chunk beyond the file", aiff(3, "NAME" + big(99, 4)), keep, corrupt},
+                   {{"chunk beyond the file", aiff(3, "NAME" + big(99, 4)), keep, kCorrupt},
                     {"another file", wave(3), keep, QStringLiteral("unsupportedFormat aiff")}});
     expectRefusals(QStringLiteral("a.m4a"),
                    {{"numbered keys", atom("ftyp", "M4A ") + atom("moov", atom("udta", keys)), keep,
                      QStringLiteral("rewriteFailed m4a")},
-                    {"list beyond its end", m4a(big(99, 4) + "\251nam"), keep, corrupt},
+                    {"list beyond its end", m4a(big(99, 4) + "\251nam"), keep, kCorrupt},
                     {"picture", m4a({}), keepingWithPicture(kPng, {}), QStringLiteral("unsupportedFormat m4a")}});
     expectRefusals(QStringLiteral("a.ogg"), {{"another kind", "OggS", keep, QStringLiteral("unsupportedFormat ogg")}});
     expectRefusals(QStringLiteral("a.aac"), {{"raw sound", "\xFF\xF1", keep, QStringLiteral("unsupportedFormat aac")}});

@@ -161,7 +161,6 @@ TEST(KeepingMp3Test, putsTheNewCoverWhereItIsShown)
 
 TEST(KeepingMp3Test, leavesWhatItDoesNotUnderstand)
 {
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const QString unknown = QStringLiteral("rewriteFailed ID3");
     const QString other = QStringLiteral("unsupportedFormat mp3");
     const QByteArray title = textFrame("TIT2", "O");
@@ -173,14 +172,14 @@ TEST(KeepingMp3Test, leavesWhatItDoesNotUnderstand)
         {"footer flag of another version", id3v2(title, 3, 0x10) + kSound, unknown},
         {"compressed as a whole", id3v2(title, 2, 0x40) + kSound, unknown},
         {"second tag of version 9", id3v2(title) + id3v2(title, 9) + kSound, unknown},
-        {"high bit in the size", highBit + kSound, corrupt},
-        {"cut", id3v2(title).chopped(1), corrupt},
-        {"frame beyond the end", id3v2(title.first(4) + big(5000, 4) + title.sliced(8)) + kSound, corrupt},
-        {"no frame", id3v2(title + "tit2" + QByteArray(20, 'x')) + kSound, corrupt},
-        {"padding with something in it", id3v2(title + QByteArray(20, '\0') + "x") + kSound, corrupt},
-        {"extended header beyond the end", id3v2(big(500, 4) + title, 3, 0x40) + kSound, corrupt},
-        {"number of items", kSound + withCount(ape({"Title=O"}), 9), corrupt},
-        {"size of items", kSound + withSize(ape({"Title=O"}), 1 << 30), corrupt},
+        {"high bit in the size", highBit + kSound, kCorrupt},
+        {"cut", id3v2(title).chopped(1), kCorrupt},
+        {"frame beyond the end", id3v2(title.first(4) + big(5000, 4) + title.sliced(8)) + kSound, kCorrupt},
+        {"no frame", id3v2(title + "tit2" + QByteArray(20, 'x')) + kSound, kCorrupt},
+        {"padding with something in it", id3v2(title + QByteArray(20, '\0') + "x") + kSound, kCorrupt},
+        {"extended header beyond the end", id3v2(big(500, 4) + title, 3, 0x40) + kSound, kCorrupt},
+        {"number of items", kSound + withCount(ape({"Title=O"}), 9), kCorrupt},
+        {"size of items", kSound + withSize(ape({"Title=O"}), 1 << 30), kCorrupt},
         {"another stream", flac(100, {"TITLE=O"}), other},
         {"another stream behind a tag", id3v2(title) + flac(100, {"TITLE=O"}), other},
         {"another container", wave(10), other},

@@ -38,8 +38,7 @@ TEST(LargeFilesTest, keepSoundBeyondFourGigabytes)
     for (const auto& [name, begin] : cases) {
         const FileFolder folder;
         const QUrl url = makeLarge(folder, QLatin1StringView(name), begin);
-        AudioTags tags;
-        tags.title = QStringLiteral("T");
+        const AudioTags tags = tagsWith({{&AudioTags::title, QStringLiteral("T")}});
         MetadataWriter::write(tags, false, url);
         QFile file(url.toLocalFile());
         ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;

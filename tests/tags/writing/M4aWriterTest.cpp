@@ -87,7 +87,6 @@ TEST(M4aWriterTest, cleansInPlace)
 TEST(M4aWriterTest, refusesWhatItCannotRewrite)
 {
     const QByteArray good = file(userData(metaAtom({})));
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const QString unsupported = QStringLiteral("unsupportedFormat m4a");
     const QString failed = QStringLiteral("rewriteFailed m4a");
     const Change write = writing(fullTags());
@@ -104,16 +103,16 @@ TEST(M4aWriterTest, refusesWhatItCannotRewrite)
         kName,
         {{"empty", {}, write, unsupported},
          {"other file", wave(10), write, unsupported},
-         {"cut in the sound", good.chopped(1), write, corrupt},
-         {"no movie", begin + atom("mdat", "x"), write, corrupt},
-         {"two movies", good + atom("moov", {}), write, corrupt},
+         {"cut in the sound", good.chopped(1), write, kCorrupt},
+         {"no movie", begin + atom("mdat", "x"), write, kCorrupt},
+         {"two movies", good + atom("moov", {}), write, kCorrupt},
          {"fragments", good + atom("moof", {}), write, failed},
          {"fragments to come", file({}, atom("mvex", {})), write, failed},
-         {"child beyond the movie", begin + atom("moov", big(100, 4) + "udta"), write, corrupt},
-         {"no size", file({}, big(0, 4) + "udta"), clean, corrupt},
-         {"list beyond its parent", file(userData(atom("meta", big(0, 4) + big(9, 4) + "ilst"))), clean, corrupt},
-         {"size below its header", file(userData(big(7, 4) + "meta")), clean, corrupt},
-         {"table beyond its end", movie(atom("stco", big(0, 4) + big(0xFFFFFFFF, 4))), write, corrupt},
+         {"child beyond the movie", begin + atom("moov", big(100, 4) + "udta"), write, kCorrupt},
+         {"no size", file({}, big(0, 4) + "udta"), clean, kCorrupt},
+         {"list beyond its parent", file(userData(atom("meta", big(0, 4) + big(9, 4) + "ilst"))), clean, kCorrupt},
+         {"size below its header", file(userData(big(7, 4) + "meta")), clean, kCorrupt},
+         {"table beyond its end", movie(atom("stco", big(0, 4) + big(0xFFFFFFFF, 4))), write, kCorrupt},
          {"place beyond 32 bits", movie(atom("stco", big(0, 4) + big(1, 4) + big(0xFFFFFFFF, 4))), write, failed},
          {"places of encryption", movie(atom("saio", big(0, 4))), write, failed},
          {"places in a compressed movie", file({}, atom("cmov", {})), write, failed},

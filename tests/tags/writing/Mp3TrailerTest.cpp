@@ -11,7 +11,6 @@ namespace {
 using namespace TagBytes;
 
 const QString kPath = QStringLiteral("a.mp3");
-const QString kCorrupt = QStringLiteral("fileReadCorruptFile");
 
 QByteArray withoutHeader(const QByteArray& ape)
 {
@@ -119,10 +118,7 @@ TEST(Mp3TrailerTest, emptiesFieldsOfId3v1InTheirPlaces)
 TEST(Mp3TrailerTest, takesItemsOutOfApe)
 {
     const QByteArrayList items{"Title=T", "Comment=C", "comments=D", "Cover Art (Front)=P", "Album Artist=A", "Mood=M"};
-    const struct {
-        CleanerFields fields;
-        QByteArrayList expected;
-    } cases[] = {
+    const std::pair<CleanerFields, QByteArrayList> cases[] = {
         {{}, items},
         {CleanerField::Comment, {items[0], items[3], items[4], items[5]}},
         {CleanerField::Artwork | CleanerField::Title, {items[1], items[2], items[4], items[5]}},
@@ -130,13 +126,13 @@ TEST(Mp3TrailerTest, takesItemsOutOfApe)
         {CleanerFields(0x3ff), {items[5]}},
     };
     const QByteArray v1 = id3v1({.artist = "x"});
-    for (const auto& c : cases) {
+    for (const auto& [fields, expected] : cases) {
         const auto filtered = [&](const QByteArray& trailer) {
-            return Mp3Trailer::filtered(trailer, c.fields, std::nullopt, kPath).toHex();
+            return Mp3Trailer::filtered(trailer, fields, std::nullopt, kPath).toHex();
         };
-        EXPECT_EQ(filtered(ape(items)), ape(c.expected).toHex());
-        EXPECT_EQ(filtered(withoutHeader(ape(items))), withoutHeader(ape(c.expected)).toHex());
-        EXPECT_EQ(filtered(ape(items) + v1), (ape(c.expected) + v1).toHex());
+        EXPECT_EQ(filtered(ape(items)), ape(expected).toHex());
+        EXPECT_EQ(filtered(withoutHeader(ape(items))), withoutHeader(ape(expected)).toHex());
+        EXPECT_EQ(filtered(ape(items) + v1), (ape(expected) + v1).toHex());
     }
     EXPECT_EQ(Mp3Trailer::filtered(ape({"Year=1"}), CleanerField::Year, {}, kPath), ape({}));
     EXPECT_EQ(Mp3Trailer::filtered({}, CleanerField::Year, {}, kPath), "");
@@ -151,10 +147,7 @@ TEST(Mp3TrailerTest, refusesBrokenTrailers)
         return "APETAGEX" + little(2000, 4) + little(size, 4) + little(count, 4) + little(0x80000000, 4) +
                QByteArray(8, '\0');
     };
-    const struct {
-        const char* what;
-        QByteArray trailer;
-    } cases[] = {
+    const std::pair<const char*, QByteArray> cases[] = {
         {"two ID3v1", v1 + v1},
         {"ID3v1 in front", v1 + tag},
         {"two APEv2", tag + tag},
@@ -169,8 +162,8 @@ TEST(Mp3TrailerTest, refusesBrokenTrailers)
         {"a value past the end", item + '\0' + "ab" + footer(46, 1)},
         {"an item of seven bytes", item.first(7) + footer(39, 1)},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(errorOf([&] { Mp3Trailer::filtered(c.trailer, {}, {}, kPath); }), kCorrupt) << c.what;
+    for (const auto& [what, trailer] : cases) {
+        EXPECT_EQ(errorOf([&] { Mp3Trailer::filtered(trailer, {}, {}, kPath); }), kCorrupt) << what;
     }
 }
 

@@ -12,7 +12,6 @@ namespace {
 using namespace TagBytes;
 
 const QString kName = QStringLiteral("a.mp3");
-const QString kCorrupt = QStringLiteral("fileReadCorruptFile");
 const AudioTags kNew =
     tagsWith({{&AudioTags::title, QStringLiteral("New")}, {&AudioTags::comment, QStringLiteral(" ")}});
 

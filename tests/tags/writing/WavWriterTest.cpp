@@ -10,7 +10,6 @@ namespace {
 using namespace TagBytes;
 
 const QString kName = QStringLiteral("sound.wav");
-const QByteArray kPng = "\x89PNG picture";
 
 QByteArray file(const QByteArray& chunks, const QByteArray& trailing = {})
 {
@@ -115,7 +114,6 @@ TEST(WavWriterTest, refusesWhatItCannotRewrite)
     const QByteArray good = file(kSound + kOldInfo);
     const QByteArray unsized = file(kFormat + "data" + little(0, 4) + QByteArray(64, '\0'));
     const QByteArray flagged = id3v2(textFrame("TIT2", "T"), 3, 0x80);
-    const QString corrupt = QStringLiteral("fileReadCorruptFile");
     const QString unsupported = QStringLiteral("unsupportedFormat wav");
     const Change write = writing(fullTags());
     const Change clean = cleaning(CleanerField::Title);
@@ -126,13 +124,13 @@ TEST(WavWriterTest, refusesWhatItCannotRewrite)
          {"RF64", "RF64" + good.mid(4), write, unsupported},
          {"RF64, cleaning", "RF64" + good.mid(4), clean, unsupported},
          {"other kind of RIFF", "RIFF" + good.mid(4, 4) + "AVI " + good.mid(12), write, unsupported},
-         {"cut in the sound", good.left(500), write, corrupt},
-         {"size of a stream", file(kFormat + "data" + little(0xFFFFFFFF, 4) + "sound"), write, corrupt},
-         {"last padding cut", file(kSound).chopped(1), write, corrupt},
-         {"size never written", unsized, write, corrupt},
-         {"size never written, cleaning", unsized, clean, corrupt},
-         {"broken list", file(kSound + info("INAM" + little(100, 4))), clean, corrupt},
-         {"ID3v2 beyond its chunk", file(kSound + riffChunk("id3 ", id3v2("x").chopped(1))), clean, corrupt},
+         {"cut in the sound", good.left(500), write, kCorrupt},
+         {"size of a stream", file(kFormat + "data" + little(0xFFFFFFFF, 4) + "sound"), write, kCorrupt},
+         {"last padding cut", file(kSound).chopped(1), write, kCorrupt},
+         {"size never written", unsized, write, kCorrupt},
+         {"size never written, cleaning", unsized, clean, kCorrupt},
+         {"broken list", file(kSound + info("INAM" + little(100, 4))), clean, kCorrupt},
+         {"ID3v2 beyond its chunk", file(kSound + riffChunk("id3 ", id3v2("x").chopped(1))), clean, kCorrupt},
          {"ID3v2 with flags", file(kSound + riffChunk("id3 ", flagged)), clean, QStringLiteral("rewriteFailed ID3")}});
 }
 

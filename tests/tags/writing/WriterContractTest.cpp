@@ -15,30 +15,25 @@ namespace {
 
 using namespace TagBytes;
 
-const QByteArray kPicture = "\x89PNG picture";
-
-struct RealFile {
-    const char* name;
-    const char* options; ///< of the encoder
-};
+/// A name, and options of the encoder.
+using RealFile = std::pair<const char*, const char*>;
 
 class RealFiles : public testing::TestWithParam<RealFile> {};
 
 TEST_P(RealFiles, KeepEverySampleAndShowWhatWasWritten)
 {
-    const RealFile& kind = GetParam();
-    const QString name = QString::fromLatin1(kind.name);
+    const QString name = QString::fromLatin1(GetParam().first);
     const bool holdsMore = name != QStringLiteral("a.m4a"); // pictures and keys
     const bool isFlac = name == QStringLiteral("a.flac");
     // As another library spells them.
     const QString titleKey = QString::fromUtf8(!holdsMore ? "©nam" : isFlac ? "title" : "TIT2");
     const QString artistKey = QString::fromUtf8(!holdsMore ? "©ART" : isFlac ? "artist" : "TPE1");
     const FileFolder folder;
-    const QUrl url = makeSound(folder, name, QString::fromLatin1(kind.options));
+    const QUrl url = makeSound(folder, name, QString::fromLatin1(GetParam().second));
     const QByteArray before = packetDigest(url);
     ASSERT_FALSE(before.isEmpty());
     if (holdsMore)
-        MetadataWriter::assignArtwork(kPicture, fullTags(), url);
+        MetadataWriter::assignArtwork(kPng, fullTags(), url);
     else
         MetadataWriter::write(fullTags(), false, url);
     EXPECT_EQ(packetDigest(url), before);
@@ -47,7 +42,7 @@ TEST_P(RealFiles, KeepEverySampleAndShowWhatWasWritten)
         expected.musicalKey.clear();
     const LoadedTrackMetadata loaded = AudioMetadataLoader::load(url, {});
     EXPECT_EQ(loaded.tags, expected);
-    EXPECT_EQ(loaded.artworkData.bytes(), holdsMore ? kPicture : QByteArray());
+    EXPECT_EQ(loaded.artworkData.bytes(), holdsMore ? kPng : QByteArray());
     EXPECT_EQ(foreignTag(url, titleKey), fullTags().title);
 
     const QString title = QStringLiteral("A much longer title than before");
@@ -102,9 +97,9 @@ TEST(WriterContract, leavesAWholeFileAtEveryStep)
     // Looking for the picture comes behind the swap, so that only what fails before leaves the old file.
     const FileFolder folder;
     const QUrl url = folder.write(QStringLiteral("a.mp3"), taggedFiles().front().second);
-    EXPECT_EQ(failureOf(keepingWithPicture(kPicture, tags, TagField::Title), url), QString());
+    EXPECT_EQ(failureOf(keepingWithPicture(kPng, tags, TagField::Title), url), QString());
     EXPECT_EQ(folder.names(), QStringList{QStringLiteral("a.mp3")});
-    EXPECT_TRUE(contentOf(url).contains(kPicture));
+    EXPECT_TRUE(contentOf(url).contains(kPng));
 }
 
 TEST(WriterContract, choosesTheWriterByTheExtensionAndFindsThePictureItHasWritten)
@@ -118,14 +113,14 @@ TEST(WriterContract, choosesTheWriterByTheExtensionAndFindsThePictureItHasWritte
         const QUrl url = folder.write(name, bytes);
         EXPECT_EQ(failureOf(cleaning(CleanerField::Title), url), QString()) << name.toStdString();
         EXPECT_NE(contentOf(url), bytes) << name.toStdString();
-        EXPECT_FALSE(MetadataWriter::containsArtworkBytes(kPicture, url));
+        EXPECT_FALSE(MetadataWriter::containsArtworkBytes(kPng, url));
         const bool takesPictures = name != QStringLiteral("A.M4A");
-        EXPECT_EQ(failureOf(assigning(kPicture, tags), url),
+        EXPECT_EQ(failureOf(assigning(kPng, tags), url),
                   takesPictures ? QString() : QStringLiteral("unsupportedFormat m4a"));
-        EXPECT_EQ(MetadataWriter::containsArtworkBytes(kPicture, url), takesPictures) << name.toStdString();
+        EXPECT_EQ(MetadataWriter::containsArtworkBytes(kPng, url), takesPictures) << name.toStdString();
         for (const bool removeArtwork : {true, false}) {
             MetadataWriter::write(tags, removeArtwork, url);
-            EXPECT_FALSE(MetadataWriter::containsArtworkBytes(kPicture, url)) << name.toStdString();
+            EXPECT_FALSE(MetadataWriter::containsArtworkBytes(kPng, url)) << name.toStdString();
         }
         EXPECT_EQ(AudioMetadataLoader::load(url, {}).tags.title, tags.title) << name.toStdString();
     }
@@ -133,7 +128,7 @@ TEST(WriterContract, choosesTheWriterByTheExtensionAndFindsThePictureItHasWritte
         const QString refusal = QStringLiteral("unsupportedFormat ") + extension;
         expectRefusals(QStringLiteral("a.") + extension.toUpper(),
                        {{"tags", aiff(10), writing(tags), refusal},
-                        {"picture", aiff(10), assigning(kPicture, tags), refusal},
+                        {"picture", aiff(10), assigning(kPng, tags), refusal},
                         {"cleaning", aiff(10), cleaning(CleanerField::Title), refusal}});
     }
 }

@@ -110,17 +110,14 @@ public:
 
     int count(const char* name) const
     {
-        return static_cast<int>(std::count_if(calls.begin(), calls.end(),
-                                              [&](const Call& call) { return call.name == QLatin1StringView(name); }));
+        return static_cast<int>(std::ranges::count(calls, QLatin1StringView(name), &Call::name));
     }
     /// The last call of this name; an empty one if there was none.
     Call last(const char* name) const
     {
-        for (auto call = calls.crbegin(); call != calls.crend(); ++call) {
-            if (call->name == QLatin1StringView(name))
-                return *call;
-        }
-        return {};
+        const auto call = std::find_if(calls.crbegin(), calls.crend(),
+                                       [&](const Call& each) { return each.name == QLatin1StringView(name); });
+        return call == calls.crend() ? Call() : *call;
     }
 
     QList<Call> calls;

@@ -6,19 +6,6 @@
 #include <QDragEnterEvent>
 #include <QWheelEvent>
 
-extern std::unique_ptr<QCoreApplication> (*makeTestApplication)(int&, char**);
-
-namespace {
-
-std::unique_ptr<QCoreApplication> makeWidgetApplication(int& argc, char** argv)
-{
-    return std::make_unique<QApplication>(argc, argv);
-}
-
-[[maybe_unused]] const bool kIsRegistered = (makeTestApplication = &makeWidgetApplication) != nullptr;
-
-} // namespace
-
 WindowFixture::WindowFixture()
     : waveforms(clock, executor, folder.filePath(QStringLiteral("waveforms")),
                 [this](const QUrl& url, LowImpact, const std::stop_token&) {
@@ -92,6 +79,16 @@ QList<Track> WindowFixture::rows(int count)
     QList<Track> tracks;
     for (int i = 0; i < count; ++i)
         tracks.append(track(QStringLiteral("%1.mp3").arg(i, 2, 10, QChar(u'0'))));
+    return tracks;
+}
+
+QList<Track> WindowFixture::coverRows(int count)
+{
+    QList<Track> tracks = rows(count);
+    for (Track& each : tracks)
+        each.setIsInCoverWorkspace(true);
+    fill(tracks);
+    show();
     return tracks;
 }
 

@@ -28,6 +28,8 @@ protected:
     void show();
     /// The same with so many rows in the playlist.
     QList<Track> showRows(int count);
+    /// The same, and they are among the covers too.
+    QList<Track> coverRows(int count);
     /// Goes to a section.
     void open(LibraryTab tab);
     void speakEnglish();

@@ -2,6 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+
+std::vector<float> Recordings::samplesOf(const QByteArray& bytes)
+{
+    std::vector<float> samples(static_cast<size_t>(bytes.size()) / sizeof(float));
+    std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(float));
+    return samples;
+}
 
 size_t Recordings::firstDifference(const std::vector<float>& one, const std::vector<float>& other)
 {

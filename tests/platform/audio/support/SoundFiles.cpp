@@ -2,13 +2,12 @@
 
 #include "support/Encoder.h"
 #include "support/Machine.h"
+#include "support/Recordings.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <cstring>
 
 namespace {
 
@@ -55,14 +54,7 @@ QByteArray SoundFiles::bytesOf(const QString& path)
 std::vector<float> SoundFiles::decoded(const QString& path)
 {
     const QStringList output = QStringLiteral("-v error -map 0:a:0 -f f32le -").split(u' ');
-    return samplesOf(outputOf(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-i"), path} + output));
-}
-
-std::vector<float> SoundFiles::samplesOf(const QByteArray& bytes)
-{
-    std::vector<float> samples(static_cast<size_t>(bytes.size()) / sizeof(float));
-    std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(float));
-    return samples;
+    return Recordings::samplesOf(outputOf(QStringLiteral("ffmpeg"), QStringList{QStringLiteral("-i"), path} + output));
 }
 
 std::vector<float> SoundFiles::rest(AudioFileReader& reader)

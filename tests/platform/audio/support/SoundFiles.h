@@ -25,8 +25,6 @@ QString write(const QString& name, const QByteArray& bytes);
 QByteArray bytesOf(const QString& path);
 /// What ffmpeg delivers for the file, interleaved floats.
 std::vector<float> decoded(const QString& path);
-/// Raw floats as they stand in memory.
-std::vector<float> samplesOf(const QByteArray& bytes);
 /// The rest of the file, read in pieces of odd sizes. Fails the test if it comes to no end.
 std::vector<float> rest(AudioFileReader& reader);
 

@@ -2,7 +2,6 @@
 
 #include "support/Machine.h"
 #include "support/Recordings.h"
-#include "support/SoundFiles.h"
 #include "support/TestTones.h"
 
 #include <QFile>
@@ -80,7 +79,7 @@ void SoundServer::startRecording()
 std::vector<float> SoundServer::recorded() const
 {
     const QByteArray bytes = readFile(m_folder.filePath(QStringLiteral("recording")));
-    return Recordings::withoutSilenceInFront(TestTones::left(SoundFiles::samplesOf(bytes)));
+    return Recordings::withoutSilenceInFront(TestTones::left(Recordings::samplesOf(bytes)));
 }
 
 std::vector<float> SoundServer::stopRecording()

@@ -1,4 +1,8 @@
-#include "support/AppFixture.h"
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <memory>
 
 extern std::unique_ptr<QCoreApplication> (*makeTestApplication)(int&, char**);
 
