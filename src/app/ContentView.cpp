@@ -30,6 +30,7 @@ ContentView::ContentView(LibraryStore& library, AudioPlayer& player, Surrounding
     connect(&library.preferences(), &Preferences::changed, this, &ContentView::preferenceChanged);
     connect(&library.notifications(), &Notifications::velmoraRestartOnboarding, this, &ContentView::restartOnboarding);
     connect(&library.notifications(), &Notifications::velmoraPlaybackDidFinish, this, &ContentView::playbackDidFinish);
+    connect(&library.workspace(), &Workspace::restoringChanged, this, &ContentView::importWaiting);
     StoreCommands::bind(m_commands, library);
     bindCommands();
     bindPlayer();
@@ -103,8 +104,22 @@ void ContentView::receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab)
     activateTab(tab);
 }
 
+void ContentView::importWaiting(bool isRestoring)
+{
+    if (isRestoring)
+        return;
+    const QList<Waiting> waiting = std::exchange(m_waiting, {});
+    for (const Waiting& each : waiting)
+        receiveDroppedTracks(each.urls, each.tab);
+}
+
+/// Rows that are there before the last session is would make it give way to them.
 void ContentView::importInto(const QList<QUrl>& urls, LibraryTab tab)
 {
+    if (m_library.workspace().isRestoringWorkspaceSession()) {
+        m_waiting.append({urls, tab});
+        return;
+    }
     using List = Track::MetadataDestination;
     Imports& imports = m_library.imports();
     const LibrarySection& section = LibrarySection::of(tab);

@@ -59,6 +59,7 @@ private:
     void chooseAndAssignCover(const QSet<TrackID>& ids);
     void choose(LibraryTab tab);
     void importInto(const QList<QUrl>& urls, LibraryTab tab);
+    void importWaiting(bool isRestoring);
     void addImportedToFavorites(const Imports::Outcome& outcome);
     void preferenceChanged(const QString& key);
     void deactivatePopularitySort();
@@ -69,9 +70,16 @@ private:
     void findReturnPlayback();
     void afterSwitch(LibraryTab tab);
 
+    /// Files that came before the last session was back.
+    struct Waiting {
+        QList<QUrl> urls;
+        LibraryTab tab;
+    };
+
     LibraryStore& m_library;
     AudioPlayer& m_player;
     Surroundings m_surroundings;
     CommandCenter m_commands;
     std::optional<TrackID> m_playlistReturnPlaybackID;
+    QList<Waiting> m_waiting;
 };

@@ -123,27 +123,16 @@ void VelmoraApp::open(const QList<QUrl>& files)
     watchLifecycle();
     m_window->show();
     m_sweep.start([this](std::stop_token stop) { return sweepTemporaryFiles(std::move(stop)); });
-    receive(files);
+    m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
 }
 
 void VelmoraApp::openAgain(const QList<QUrl>& files)
 {
-    receive(files);
+    m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
-}
-
-/// Rows that are there before the last session is would make it give way to them.
-void VelmoraApp::receive(const QList<QUrl>& files)
-{
-    if (files.isEmpty())
-        return;
-    if (m_library->workspace().isRestoringWorkspaceSession())
-        m_waitingFiles.append(files);
-    else
-        m_contentView->receiveDroppedTracks(files, LibraryTab::Playlist);
 }
 
 void VelmoraApp::buildStore()
@@ -175,10 +164,6 @@ void VelmoraApp::buildStore()
         .editJournal = m_editJournal.get(),
     });
     keepEnvelopes(m_library->fileEvents(), *m_waveforms, this);
-    connect(&m_library->workspace(), &Workspace::restoringChanged, this, [this](bool isRestoring) {
-        if (!isRestoring)
-            receive(std::exchange(m_waitingFiles, {}));
-    });
 }
 
 /// Takes away what decoders left behind when an earlier run was killed.

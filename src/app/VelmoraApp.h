@@ -64,7 +64,6 @@ public:
 
 private:
     void buildStore();
-    void receive(const QList<QUrl>& files);
     void buildPlayer();
     void buildWindow();
     void watchLifecycle();
@@ -95,7 +94,6 @@ private:
     std::unique_ptr<Lifecycle> m_lifecycle;
     std::unique_ptr<TerminationSignals> m_terminationSignals;
     std::unique_ptr<MainWindow> m_window;
-    QList<QUrl> m_waitingFiles; ///< until the last session is back
     async::TaskSlot m_sweep;
     async::TaskSlot m_imageRead;
 };

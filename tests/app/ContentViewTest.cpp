@@ -125,6 +125,17 @@ TEST_F(ContentViewTest, DropsGoToTheirSection)
     EXPECT_EQ(workspace().activeTab(), LibraryTab::Playlist) << "a drop of nothing activates nothing";
 }
 
+TEST_F(ContentViewTest, WhatIsDroppedBeforeTheSessionIsBackComesBehindIt)
+{
+    workspace().setRestoringWorkspaceSession(true);
+    view.receiveDroppedTracks({file(QStringLiteral("a.mp3"))}, LibraryTab::Playlist);
+    settle();
+    EXPECT_TRUE(workspace().tracks().isEmpty());
+    workspace().setRestoringWorkspaceSession(false);
+    settle();
+    EXPECT_EQ(workspace().tracks().size(), 1);
+}
+
 TEST_F(ContentViewTest, RowsLeaveTheSectionShownAndComeBackByUndo)
 {
     const Track a = favorite(QStringLiteral("a.mp3"));

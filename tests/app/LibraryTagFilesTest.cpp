@@ -221,7 +221,11 @@ TEST_F(StoreFixture, TheEndFinishesTheFileInProgress)
                                 read(QStringLiteral("c.mp3"))};
         fill(rows);
         store->tagWriting().assignGenre(QStringLiteral("House"), ids(rows));
-        begun.get_future().wait();
+        const std::future<void> write = begun.get_future();
+        ASSERT_TRUE(comesTrue([&] {
+            async::MainQueue::drain(); // the file is looked at first
+            return write.wait_for(std::chrono::milliseconds(1)) == std::future_status::ready;
+        }));
         store.reset();
         async::MainQueue::drain();
         EXPECT_EQ(finished, 0) << "closing the library does not wait";

@@ -149,6 +149,7 @@ TEST_F(MessagesTest, EditsThatAreNotInTheirFilesAreOfferedAndAskedAboutAtTheEnd)
     settle();
     EXPECT_FALSE(again->isVisible());
 
+    filesHold({{&AudioTags::comment, "prime"}});
     files.fail();
     typeForAll(tracks, {{&AudioTags::comment, ""}});
     settle();

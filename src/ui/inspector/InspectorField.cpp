@@ -103,8 +103,11 @@ void InspectorField::setText(const QString& text)
 
 void InspectorField::setState(const State& state)
 {
+    const bool isDone = m_state.isTouched && !state.isTouched;
     m_state = state;
     setText(state.text);
+    if (isDone)
+        forgetSteps();
     if (m_line)
         m_line->setPlaceholderText(state.hint);
     else
@@ -114,6 +117,17 @@ void InspectorField::setState(const State& state)
     m_revert->setVisible(state.isTouched && state.isEnabled);
     place();
     update();
+}
+
+/// What was typed has been saved or taken back: from here on Ctrl+Z means the program's own undo.
+void InspectorField::forgetSteps()
+{
+    m_isSetting = true;
+    if (m_line)
+        m_line->setText(m_line->text());
+    else
+        m_text->document()->clearUndoRedoStacks();
+    m_isSetting = false;
 }
 
 void InspectorField::setWords(const QString& label, const QString& revert)
@@ -190,6 +204,11 @@ bool InspectorField::handleKey(int key, bool hasShift)
 
 bool InspectorField::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::ShortcutOverride && !m_state.isTouched) {
+        auto* press = static_cast<QKeyEvent*>(event);
+        if (press->matches(QKeySequence::Undo) || press->matches(QKeySequence::Redo))
+            return true; // not the field's
+    }
     if (event->type() == QEvent::KeyPress) {
         auto* press = static_cast<QKeyEvent*>(event);
         const QMimeData* data =

@@ -64,6 +64,7 @@ private:
     void buildText();
     void place();
     void applyColours();
+    void forgetSteps();
     void setText(const QString& text);
     bool handleKey(int key, bool hasShift);
 

@@ -66,6 +66,7 @@ TEST_F(ImportsTest, AFileThatComesFromElsewhereBetweenTheSlicesGetsNoSecondRow)
     store->sending().addTracksToAnalysis(ids({late}));
     settle();
     EXPECT_EQ(workspace().analysisTracks().size(), 250);
+    EXPECT_TRUE(tempoAsked.contains(late.id()));
 }
 
 TEST_F(ImportsTest, AKnownFileNeverGetsASecondRow)

@@ -2,13 +2,15 @@
 
 TEST_F(StoreFixture, SendsCopiesToTheAnalysisOnce)
 {
-    const Track a = favorite(QStringLiteral("a.mp3"));
+    Track a = favorite(QStringLiteral("a.mp3"));
+    a.edit(a.tags(), TagField::Genre);
     fill({b, a});
     store->sending().addTracksToAnalysis(ids({a, b}));
     const QList<Track> rows = workspace().analysisTracks().rows();
     EXPECT_EQ(titles(rows), QStringList({QStringLiteral("b"), QStringLiteral("a")})) << "in list order";
     EXPECT_FALSE(ids(rows).intersects(ids({a, b}))) << "ids of their own";
     EXPECT_FALSE(rows.last().isFavorite());
+    EXPECT_FALSE(rows.last().editedFields()) << "edits stay with their row";
     EXPECT_EQ(qualityAsked, ids(rows));
     EXPECT_EQ(statusText(), QStringLiteral("Отправлено в анализ: 2"));
     workspace().setWorkspaceStatus(std::nullopt);

@@ -69,7 +69,8 @@ TEST(SessionKill, TheLastCompletedSaveIsThere)
         ASSERT_TRUE(writer.waitForReadyRead(kLimitMilliseconds));
         writer.waitForFinished(static_cast<int>(random() % (round % 10 == 0 ? 600 : 40)));
         writer.kill();
-        ASSERT_TRUE(writer.waitForFinished(kLimitMilliseconds));
+        const bool hasEnded = writer.state() == QProcess::NotRunning; // a quick machine writes all before the end
+        ASSERT_TRUE(hasEnded || writer.waitForFinished(kLimitMilliseconds));
         const QList<Save> completed = saves(writer.readAllStandardOutput());
         ASSERT_FALSE(completed.isEmpty());
 

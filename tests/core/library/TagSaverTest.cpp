@@ -25,6 +25,7 @@ protected:
     const Track a = read(QStringLiteral("a.mp3"));
     const Track b = read(QStringLiteral("b.mp3"));
     const Track c = read(QStringLiteral("c.mp3"));
+    const Track d = read(QStringLiteral("d.mp3"));
 };
 
 TEST_F(TagSaverTest, AFailureStopsNoOtherFileAndOnlyTheFirstIsTold)
@@ -48,18 +49,26 @@ TEST_F(TagSaverTest, AFailureStopsNoOtherFileAndOnlyTheFirstIsTold)
 
 TEST_F(TagSaverTest, AStoppedBatchEndsBeforeItsNextFile)
 {
-    fillEdited({a, b, c});
-    QSignalSpy stopped(&saver(), &TagSaver::stopped);
-    files.before = [&](const FakeTagFiles::Call&) { saver().cancelBatches(); };
-    saver().writeBatch(items({a, b, c}));
-    EXPECT_EQ(saver().progress().total, 3);
-    settle();
-    EXPECT_EQ(files.names(), QStringLiteral("a.mp3")) << "the file in progress is finished";
-    ASSERT_EQ(stopped.size(), 1);
-    EXPECT_EQ(stopped.first().first().toInt(), 2);
-    EXPECT_EQ(saver().progress().total, 0);
-    EXPECT_EQ(statusText(), QStringLiteral("Запись остановлена, в файлы не записано: 2"));
-    EXPECT_FALSE(workspace().lastError());
+    for (const bool fails : {false, true}) {
+        fillEdited({a, b, c, d});
+        files.calls.clear();
+        QSignalSpy stopped(&saver(), &TagSaver::stopped);
+        files.before = [&](const FakeTagFiles::Call&) {
+            saver().cancelBatches();
+            if (fails)
+                throw TagFileError(QStringLiteral("disk full"), false);
+        };
+        saver().writeBatch(items({a, b}));
+        saver().writeBatch(items({c, d}));
+        EXPECT_EQ(saver().progress().total, 4);
+        settle();
+        EXPECT_EQ(files.names(), QStringLiteral("a.mp3 c.mp3")) << "the files in progress are finished";
+        ASSERT_EQ(stopped.size(), 1) << "told once for both";
+        EXPECT_EQ(stopped.first().first().toInt(), fails ? 4 : 2);
+        EXPECT_EQ(saver().progress().total, 0);
+        EXPECT_TRUE(statusText().startsWith(QStringLiteral("Запись остановлена, в файлы не записано: ")));
+        EXPECT_EQ(workspace().lastError().has_value(), fails);
+    }
 }
 
 TEST_F(TagSaverTest, AFileHoldsWhatItsRowSaysHoweverManySavesWait)
@@ -128,13 +137,29 @@ TEST_F(TagSaverTest, ARowThatWasNeverReadIsReadFirst)
 
 TEST_F(TagSaverTest, AFileThatCannotBeReadIsNotOverwritten)
 {
-    const Track unread = favorite(QStringLiteral("Guessed - Name.mp3"));
-    fill({unread});
-    store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}));
+    const Track there = favorite(file(QStringLiteral("Guessed - Name.mp3")).path());
+    const Track gone = favorite(QStringLiteral("Gone - Name.mp3"));
+    for (const Track& unread : {there, gone}) {
+        fill({unread});
+        store->tagWriting().assignGenre(QStringLiteral("House"), ids({unread}));
+        settle();
+        EXPECT_TRUE(files.calls.isEmpty());
+        EXPECT_EQ(workspace().lastError().value_or(QString()).contains(QStringLiteral("Guessed - Name.mp3")),
+                  unread.id() == there.id())
+            << "that a file has gone shows in the list";
+        workspace().setLastError(std::nullopt);
+    }
+}
+
+TEST_F(TagSaverTest, OtherRowsOfAFileFollowItsWrite)
+{
+    Track copy = a.withID(freshID());
+    copy.replaceTags(TagTexts::of({{&AudioTags::genre, "Old"}}, copy.tags()));
+    workspace().setList(Track::MetadataDestination::Analysis, {copy});
+    fill({a});
+    type(a, {{&AudioTags::genre, "New"}});
     settle();
-    EXPECT_TRUE(files.calls.isEmpty());
-    ASSERT_TRUE(workspace().lastError());
-    EXPECT_TRUE(workspace().lastError()->contains(QStringLiteral("Guessed - Name.mp3")));
+    EXPECT_EQ(workspace().analysisTracks().at(0).tags().genre, QStringLiteral("New"));
 }
 
 TEST_F(TagSaverTest, AsksOnceBeforeTheFirstSaveThatWouldDropSomething)

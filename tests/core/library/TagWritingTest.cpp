@@ -145,6 +145,24 @@ TEST_F(TagWritingTest, AStoppedEditIsTakenBackWithoutAWriteWhereNothingWasWritte
     }
 }
 
+TEST_F(TagWritingTest, WhatCameToNoFileIsTakenBackWithoutAWrite)
+{
+    Track row = one;
+    row.replaceTags(TagTexts::of({{&AudioTags::genre, "Old"}}, row.tags()));
+    filesHold({{&AudioTags::genre, "Old"}});
+    fill({row});
+    files.fail();
+    writing().assignGenre(QStringLiteral("House"), ids({row}));
+    settle();
+    EXPECT_EQ(now(row).editedFields(), TagFields(TagField::Genre));
+    files.before = {};
+    files.calls.clear();
+    undo();
+    EXPECT_TRUE(files.calls.isEmpty()) << "the file never held anything else";
+    EXPECT_EQ(now(row).tags().genre, QStringLiteral("Old"));
+    EXPECT_FALSE(now(row).editedFields());
+}
+
 TEST_F(TagWritingTest, AnAlbumLeavesAllElseInTheFileAlone)
 {
     Track unread = favorite(QStringLiteral("Guess - Name.mp3"));
@@ -154,6 +172,7 @@ TEST_F(TagWritingTest, AnAlbumLeavesAllElseInTheFileAlone)
     writing().assignAlbum(QStringLiteral("Set"), ids({one, unread}));
     settle();
     EXPECT_FALSE(workspace().isAskingWhatSavesKeep()) << "nothing is taken away";
+    filesHold({{&AudioTags::album, "Set"}});
     undo();
     QStringList albums;
     for (const FakeTagFiles::Call& call : std::as_const(files.calls)) {

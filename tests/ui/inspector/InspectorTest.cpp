@@ -211,6 +211,24 @@ TEST_F(InspectorTest, EscapeTakesAnEditBackThenLeaves)
     EXPECT_EQ(dashboard.count("saveTags"), 0);
 }
 
+TEST_F(InspectorTest, UndoIsTheFieldsOwnOnlyWhileItIsTouched)
+{
+    select({first});
+    const auto takesUndo = [&] {
+        QKeyEvent press(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+        press.ignore();
+        QApplication::sendEvent(&line(TagField::Album), &press);
+        return press.isAccepted();
+    };
+    type(TagField::Album, QStringLiteral("Set"));
+    EXPECT_TRUE(takesUndo());
+    inspector().save();
+    turn();
+    EXPECT_FALSE(takesUndo());
+    QTest::keyClick(&line(TagField::Album), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(inspector().model().touched()) << "what was saved is not typed away";
+}
+
 TEST_F(InspectorTest, UnsavedEditsStayWithTheirTrack)
 {
     select({first});

@@ -21,6 +21,17 @@ constexpr int kSlice = 200;           // rows that join the list in one assignme
 constexpr double kSlicePause = 0.016; // seconds: one frame for the window between slices
 constexpr int kParallelWalks = 4;     // a folder on a slow disk does not hold up the next drop
 
+/// Those of the rows that are in the list still, with what was edited meanwhile.
+QList<Track> asTheyAre(const TrackList& list, const QList<Track>& rows)
+{
+    QList<Track> result;
+    for (const Track& row : rows) {
+        if (const Track* now = list.find(row.id()))
+            result.append(*now);
+    }
+    return result;
+}
+
 } // namespace
 
 /// How the sections with lists of their own take files in.
@@ -88,6 +99,7 @@ async::Task<> Imports::completePlaylistImport(AudioFileList::Expansion expansion
     const ImportPlan::Membership joining{.playlist = true};
     const Appended appended = co_await appendInSlices(Destination::Library, split.freshURLs, joining, stop);
     ids.append(appended.ids);
+    m_dependencies.tempo.detectBPM(appended.found);
     if (!appended.added.isEmpty())
         m_dependencies.waveforms.preloadWaveforms(appended.addedURLs);
     announceAdded(QStringLiteral("Добавлено в плейлист: %d"), appended.added.size(), expansion.leftOut(),
@@ -118,8 +130,11 @@ async::Task<Imports::Appended> Imports::appendInSlices(Destination destination, 
         ImportPlan::Split split{{}, urls.mid(first, kSlice)};
         if (workspace.listRevision() != known)
             split = ImportPlan::split(workspace.list(destination), split.freshURLs);
-        for (const int row : std::as_const(split.knownRows))
-            result.ids.append(workspace.list(destination).at(row).id());
+        for (const int row : std::as_const(split.knownRows)) {
+            const TrackID& id = workspace.list(destination).at(row).id();
+            result.ids.append(id);
+            result.found.insert(id);
+        }
         const QList<Track> slice = ImportPlan::freshTracks(split.freshURLs, membership);
         workspace.setList(destination,
                           ImportPlan::withMembership(workspace.list(destination), split.knownRows, membership) + slice);
@@ -133,7 +148,7 @@ async::Task<Imports::Appended> Imports::appendInSlices(Destination destination, 
         if (first + kSlice < urls.size())
             co_await m_dependencies.clock.sleep(async::seconds(kSlicePause), stop);
     }
-    m_dependencies.loads.schedule(added, destination);
+    m_dependencies.loads.schedule(asTheyAre(workspace.list(destination), added), destination);
     co_return result;
 }
 

@@ -93,6 +93,7 @@ private:
     struct Appended {
         QList<TrackID> ids; ///< all, those of files that came to the list meanwhile among them
         QSet<TrackID> added;
+        QSet<TrackID> found; ///< of the files that came meanwhile
         QList<QUrl> addedURLs;
     };
     using Expanded = std::function<void(const AudioFileList::Expansion&)>;

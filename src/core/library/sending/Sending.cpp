@@ -22,10 +22,13 @@ QList<Track> inListOrder(const TrackList& tracks, const QSet<TrackID>& ids)
     return result;
 }
 
-/// A row of its own for a track's file: same tags and facts, member of nothing.
+/// A row of its own for a track's file: same tags and facts, member of nothing. It shows what the file says, which its
+/// read tells: edits that are not in the file stay with their row.
 Track copied(const Track& track)
 {
     Track copy = track.withID(freshID());
+    copy.forgetEdits(TagFieldSet::kAll);
+    copy.setTagSource(Track::TagSource::Remembered);
     copy.setMetadataVersion(Track::MetadataVersion());
     copy.setIsFavorite(false);
     copy.setIsInPlaylist(false);

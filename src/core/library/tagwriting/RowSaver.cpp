@@ -16,6 +16,13 @@ TagFields replacedFields(const AudioTags& tags, TagFields edited, const std::opt
     return edited | (differing & ~TagFieldSet::kNeverRead) | (TagFieldSet::filled(tags) & TagFieldSet::kNeverRead);
 }
 
+/// The fields of a row that its file's name may have suggested to the look at the file.
+TagFields suggestedFields(const Track& track)
+{
+    const TagFields differing = TagFieldSet::differing(Track::fallbackTags(track.url()), track.tags());
+    return track.isRead() ? TagFields() : ~differing & TagFieldSet::filled(track.tags());
+}
+
 /// The edited fields that the file says already, as far as the look can tell: where it says nothing, the look of a row
 /// that was never read shows what the file's name suggests.
 TagFields fieldsInFile(const Track& track, TagFields edited, const SaveJobs::Look& look)
@@ -24,12 +31,22 @@ TagFields fieldsInFile(const Track& track, TagFields edited, const SaveJobs::Loo
     TagFields held;
     if (!look.inventory.isUnknown)
         held = edited & TagFieldSet::kNeverRead & ~TagFieldSet::differing(look.inventory.unread, tags);
-    if (!track.isRead() && look.tags) {
-        const TagFields suggested =
-            ~TagFieldSet::differing(Track::fallbackTags(track.url()), tags) & TagFieldSet::filled(tags);
-        held |= edited & ~TagFieldSet::kNeverRead & ~suggested & ~TagFieldSet::differing(look.tags->tags, tags);
-    }
+    if (look.tags)
+        held |= edited & ~TagFieldSet::kNeverRead & ~suggestedFields(track) &
+                ~TagFieldSet::differing(look.tags->tags, tags);
     return held;
+}
+
+/// What rows of another list learn; a read of theirs that is on its way shall find no newer stamp.
+QList<SavedRow> concerning(const TrackList& rows, const QList<SavedRow>& learned)
+{
+    QList<SavedRow> result;
+    for (const SavedRow& each : learned) {
+        const std::optional<int> place = rows.indexOfURL(each.url);
+        if (place && (each.restored || rows.at(*place).isRead()))
+            result.append(each);
+    }
+    return result;
 }
 
 } // namespace
@@ -74,7 +91,7 @@ async::Task<> RowSaver::write(Item item, Artwork artwork, std::shared_ptr<Saved>
     const SaveJobs::Look look = co_await this->look(before, stop);
     const Turn turn = turnOf(item); // edits may have been made or taken back while the file was looked at
     if (!(before.track.isRead() && turn.track.isRead()) && !look.tags) {
-        saved->failure = SaveJobs::unreadable(url);
+        saved->failure = SaveJobs::unreadable(url, look.isMissing);
         co_return;
     }
     tell(before, look);
@@ -171,7 +188,7 @@ SaveJobs::Wanted RowSaver::wantedOf(const Turn& turn) const
     const AudioTags fallback = turn.track.isRead()
                                    ? AudioTags()
                                    : TagFieldSet::merged(turn.track.tags(), Track::fallbackTags(url), turn.edited);
-    return {(isPreferred && m_dependencies.question.mayKeep()) || !turn.track.isRead(), fallback,
+    return {(isPreferred && m_dependencies.question.mayKeep()) || !turn.track.isRead() || turn.edited, fallback,
             (isPreferred && m_dependencies.question.isOpen()) || (turn.edited & TagFieldSet::kNeverRead)};
 }
 
@@ -258,9 +275,11 @@ void RowSaver::learn()
         each.losesArtwork = each.losesArtwork && holdsPicture(each.id, each.pictureMark); // else one came meanwhile
     Workspace& workspace = m_dependencies.workspace;
     workspace.setTracks(SavedRows::applied(workspace.tracks(), learned));
-    if (std::ranges::none_of(learned, [](const SavedRow& each) { return each.restored.has_value(); }))
-        return;
     using List = Track::MetadataDestination;
-    for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates})
-        workspace.setList(list, SavedRows::applied(workspace.list(list), learned));
+    for (const List list : {List::Analysis, List::MusicalKey, List::Duplicates}) {
+        const TrackList& rows = workspace.list(list);
+        const QList<SavedRow> theirs = concerning(rows, learned);
+        if (!theirs.isEmpty())
+            workspace.setList(list, SavedRows::applied(rows, theirs));
+    }
 }

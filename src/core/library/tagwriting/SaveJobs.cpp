@@ -8,9 +8,9 @@ namespace SaveJobs {
 
 namespace {
 
-TagFileError named(const QString& text, const QUrl& url)
+TagFileError named(const QString& text, const QUrl& url, bool isMissing = false)
 {
-    return TagFileError(VelmoraLocalization::format(text, {FileURL::lastPathComponent(url)}), false);
+    return TagFileError(VelmoraLocalization::format(text, {FileURL::lastPathComponent(url)}), isMissing);
 }
 
 template <typename Change>
@@ -85,6 +85,7 @@ Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted)
     Look result;
     if (wanted.tags)
         result.tags = read(reader, url, wanted.fallbackTags);
+    result.isMissing = wanted.tags && !result.tags && !FileStamp::of(url);
     if (wanted.inventory)
         result.inventory = inventoryOf(files, url);
     return result;
@@ -135,9 +136,9 @@ Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const P
     return result;
 }
 
-TagFileError unreadable(const QUrl& url)
+TagFileError unreadable(const QUrl& url, bool isMissing)
 {
-    return named(QStringLiteral("Теги файла %@ не удалось прочитать, поэтому они не перезаписаны."), url);
+    return named(QStringLiteral("Теги файла %@ не удалось прочитать, поэтому они не перезаписаны."), url, isMissing);
 }
 
 } // namespace SaveJobs

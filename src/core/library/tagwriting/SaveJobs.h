@@ -21,6 +21,7 @@ struct Wanted {
 };
 struct Look {
     std::optional<LoadedTrackMetadata> tags; ///< nothing if not wanted or not readable
+    bool isMissing = false;                  ///< not readable because there is no such file
     TagInventory inventory;
 };
 Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted);
@@ -67,6 +68,6 @@ struct Restored {
 Restored restore(TagFiles& files, const Reader& reader, const QUrl& url, const PutBack& what);
 
 /// That a file's tags could not be read, so that they were left alone.
-TagFileError unreadable(const QUrl& url);
+TagFileError unreadable(const QUrl& url, bool isMissing = false);
 
 } // namespace SaveJobs

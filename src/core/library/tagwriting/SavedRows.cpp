@@ -4,9 +4,18 @@ namespace SavedRows {
 
 namespace {
 
+/// Another row of the file shows what it holds now; one that was never read learns it by its own read.
+void followWrite(Track& track, const SavedRow& saved)
+{
+    const TagFields taken = saved.writtenFields & ~track.editedFields();
+    if (taken && track.isRead())
+        track.replaceTags(TagFieldSet::merged(track.tags(), saved.written, taken));
+}
+
 /// A row of another list shows what its file holds.
 void follow(Track& track, const SavedRow& saved)
 {
+    followWrite(track, saved);
     if (!saved.restored)
         return;
     if (saved.keepsFields) {

@@ -156,11 +156,14 @@ void TagSaver::restoreBatch(const QList<Track>& tracks, const QHash<TrackID, Put
         m_line.append(std::make_shared<Restores>(*this, items, what, wanted, std::move(ended)));
 }
 
+/// A stop ends all rounds, and is told once.
 void TagSaver::finish(const FileRound::End& end, int givenUp)
 {
-    if (end.left + givenUp > 0)
-        emit stopped(end.left + givenUp);
-    else if (end.firstFailure)
+    if (end.left + givenUp > 0 || m_leftOut > 0)
+        m_leftOut += end.left + givenUp + end.failed;
+    if (m_leftOut > 0 && !m_line.isActive())
+        emit stopped(std::exchange(m_leftOut, 0));
+    if (end.firstFailure)
         emit failed(*end.firstFailure);
 }
 

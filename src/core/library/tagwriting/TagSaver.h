@@ -79,7 +79,7 @@ public:
 
 Q_SIGNALS:
     void progressChanged();
-    /// \param notDone files that a stopped batch left out.
+    /// \param notDone files that the stopped batches left out, or failed to write before.
     void stopped(int notDone);
     /// The first failure of a batch, at its end.
     void failed(const FileFailure& failure);
@@ -94,5 +94,6 @@ private:
     Dependencies m_dependencies;
     KeepQuestion m_question;
     RowSaver m_rows;
+    int m_leftOut = 0; ///< files of stopped rounds, until the last of them ends
     FileLine m_line;
 };
