@@ -867,6 +867,10 @@
     <translation>The covers and other fields of the files stay</translation>
   </message>
   <message>
+    <source>Обложки, которые сейчас пишутся, будут дописаны до выхода.</source>
+    <translation>Covers on their way will be written before the program ends.</translation>
+  </message>
+  <message>
     <source>Они больше, чем хранилище копий вмещает.</source>
     <translation>They are larger than the backup storage can hold.</translation>
   </message>
@@ -1147,6 +1151,10 @@
     <translation>The edits could not be kept until the next start</translation>
   </message>
   <message>
+    <source>Правки сняты: %d</source>
+    <translation>Edits given up: %d</translation>
+  </message>
+  <message>
     <source>Правки тегов не сохранены. Чтобы выйти без них, закройте окно ещё раз</source>
     <translation>Edits of tags are not saved. Close the window again to leave without them</translation>
   </message>
@@ -1237,6 +1245,10 @@
   <message>
     <source>Сначала выберите изображение</source>
     <translation>Choose an image first</translation>
+  </message>
+  <message>
+    <source>Снять правки</source>
+    <translation>Give up edits</translation>
   </message>
   <message>
     <source>Состояние</source>

@@ -18,6 +18,7 @@
 #include "core/library/session/Session.h"
 #include "core/library/status/StatusLine.h"
 #include "core/library/tagwriting/ClosingQuestion.h"
+#include "core/library/tagwriting/GivenUpEdits.h"
 #include "core/library/tagwriting/OriginalTags.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tagwriting/UnwrittenEdits.h"
@@ -57,6 +58,7 @@ struct LibraryConcerns {
     ClosingQuestion closingQuestion;
     Artwork artwork;
     MetadataLoads loads;
+    GivenUpEdits givenUpEdits;
     Tempo tempo;
     TempoChoices tempoChoices;
     Sending sending;
@@ -71,6 +73,7 @@ private:
     void wirePreferences();
     void wireRemoval();
     void wireStoppedWrites();
+    void wireClosing();
     void wireOrder();
     void wirePower();
 

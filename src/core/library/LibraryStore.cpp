@@ -59,6 +59,10 @@ UnwrittenEdits& LibraryStore::unwrittenEdits() const
 {
     return m_concerns->unwrittenEdits;
 }
+GivenUpEdits& LibraryStore::givenUpEdits() const
+{
+    return m_concerns->givenUpEdits;
+}
 ClosingQuestion& LibraryStore::closingQuestion() const
 {
     return m_concerns->closingQuestion;

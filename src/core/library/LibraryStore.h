@@ -14,6 +14,7 @@ class Notifications;
 class Order;
 class OriginalTags;
 class UnwrittenEdits;
+class GivenUpEdits;
 class Playback;
 class Preferences;
 class QuickLists;
@@ -55,6 +56,7 @@ public:
     TagWriting& tagWriting() const;
     OriginalTags& originalTags() const;
     UnwrittenEdits& unwrittenEdits() const;
+    GivenUpEdits& givenUpEdits() const;
     ClosingQuestion& closingQuestion() const;
     Tempo& tempo() const;
     TempoChoices& tempoChoices() const;

@@ -34,6 +34,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     , artwork({workspace, status, services.notifications, services.clock, services.executor, tagSaver, originalTags})
     , loads(
           {workspace, services.notifications, services.clock, services.executor, scheduler, board, services.tagReader})
+    , givenUpEdits({workspace, status, services.notifications, history, loads})
     , tempo(tempoDependencies())
     , tempoChoices({workspace, tempo, tempoResults, status, tagWriting, history, services.clock, services.executor})
     , sending({workspace, status, loads})
@@ -47,6 +48,7 @@ LibraryConcerns::LibraryConcerns(const LibraryServices& libraryServices)
     wirePreferences();
     wireRemoval();
     wireStoppedWrites();
+    wireClosing();
     wireOrder();
     wirePower();
 }
@@ -111,6 +113,13 @@ void LibraryConcerns::wireStoppedWrites()
         status.showCounted(QStringLiteral("Запись остановлена, в файлы не записано: %d"), {notWritten},
                            StatusIcon::Warning, WorkspaceStatus::Tone::Warning);
     });
+}
+
+/// What is not kept for the next start, the program does not end on unseen.
+void LibraryConcerns::wireClosing()
+{
+    QObject::connect(&artwork, &Artwork::failed, &closingQuestion, &ClosingQuestion::noteLoss);
+    QObject::connect(&tagWriting, &TagWriting::tookBack, &closingQuestion, &ClosingQuestion::noteLoss);
 }
 
 /// The playlist is put in order when the reading of tags has come to an end.

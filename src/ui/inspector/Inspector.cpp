@@ -3,6 +3,7 @@
 #include "core/library/LibraryStore.h"
 #include "core/library/selection/Selection.h"
 #include "core/library/status/StatusLine.h"
+#include "core/library/tagwriting/GivenUpEdits.h"
 #include "core/library/tagwriting/TagWriting.h"
 #include "core/library/tagwriting/UnwrittenEdits.h"
 #include "core/library/workspace/Workspace.h"
@@ -253,7 +254,10 @@ void Inspector::showModel()
                                                       : QStringLiteral("Оставлять обложку и прочее"));
     m_saveBar->setSummary(SaveSummary::text(m_model, keepsOthers),
                           SaveSummary::dependsOnPreference(m_model) ? link : QString());
-    m_saveBar->setCanSave((m_model.touched() || !m_model.unwrittenIDs().isEmpty()) && m_model.writableCount() > 0);
+    const bool isUnwritten = !m_model.unwrittenIDs().isEmpty();
+    const bool isLeft = isUnwritten && m_context.store.unwrittenEdits().leftCount() > 0;
+    m_saveBar->setEnabled((m_model.touched() || isUnwritten) && m_model.writableCount() > 0,
+                          m_model.touched() || isLeft);
 }
 
 void Inspector::showSubject()
@@ -322,7 +326,10 @@ bool Inspector::mayClose()
 
 void Inspector::revertAll()
 {
-    m_model.revertAll();
+    if (m_model.touched())
+        m_model.revertAll();
+    else
+        m_context.store.givenUpEdits().giveUp(m_model.unwrittenIDs());
     refresh();
 }
 

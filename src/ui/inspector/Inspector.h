@@ -40,7 +40,7 @@ public:
     void save();
     /// Whether the window may go. Unsaved edits hold it back once, with a word in the status line.
     bool mayClose();
-    /// Takes all edits back.
+    /// Takes all unsaved edits back; without any, those that did not come to their files.
     void revertAll();
 
     const InspectorModel& model() const { return m_model; }

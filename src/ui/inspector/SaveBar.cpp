@@ -40,7 +40,7 @@ SaveBar::SaveBar(const Theme& theme, QWidget* parent)
     layout->setSpacing(Metrics::kSpace2);
     layout->addLayout(words);
     layout->addWidget(m_buttons);
-    setCanSave(false);
+    setEnabled(false, false);
     retranslate();
 }
 
@@ -61,10 +61,10 @@ void SaveBar::setButtonsShown(bool areShown)
     m_buttons->setVisible(areShown);
 }
 
-void SaveBar::setCanSave(bool canSave)
+void SaveBar::setEnabled(bool canSave, bool canRevert)
 {
     m_save->setEnabled(canSave);
-    m_revert->setEnabled(canSave);
+    m_revert->setEnabled(canRevert);
 }
 
 void SaveBar::retranslate()

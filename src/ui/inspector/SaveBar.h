@@ -16,8 +16,8 @@ public:
     void setSummary(const QString& summary, const QString& link);
     /// What a save keeps and drops, in words.
     const QString& summary() const;
-    /// Whether there is anything to be saved; else both buttons are disabled.
-    void setCanSave(bool canSave);
+    /// Which of the two buttons have something to do.
+    void setEnabled(bool canSave, bool canRevert);
     /// Whether the two buttons have their row here.
     void setButtonsShown(bool areShown);
     /// Takes the language of the interface over.

@@ -142,10 +142,13 @@ void Banner::fillClosing()
         return;
     }
     m_title->setText(Texts::localized(QStringLiteral("Есть правки, которых ещё нет в файлах")));
-    m_text->setText(VelmoraLocalization::format(
+    QString text = VelmoraLocalization::format(
         QStringLiteral("Файлов с такими правками: %d. Их можно дописать сейчас или оставить до следующего запуска: "
                        "тогда Velmora запишет их сама."),
-        {count}));
+        {count});
+    if (!m_context.store.workspace().artworkWritingIDs().isEmpty())
+        text += u' ' + Texts::localized(QStringLiteral("Обложки, которые сейчас пишутся, будут дописаны до выхода."));
+    m_text->setText(text);
     setAnswers(QStringLiteral("Дописать и выйти"), QStringLiteral("Оставить до следующего запуска"));
 }
 

@@ -1,7 +1,9 @@
 #include "core/library/tagwriting/UnwrittenEdits.h"
 
 #include "core/library/tagwriting/ClosingQuestion.h"
+#include "core/library/tagwriting/GivenUpEdits.h"
 #include "support/FailingFileCalls.h"
+#include "support/Pictures.h"
 #include "support/StoreFixture.h"
 
 namespace {
@@ -386,7 +388,57 @@ TEST_F(UnwrittenEditsTest, ClosingWaitsForWhatIsNoEditOfARow)
     closing().answer(ClosingQuestion::Answer::Finish);
     EXPECT_TRUE(wanted.isEmpty()) << "the cover is on its way";
     workspace().setArtworkWritingIDs({});
+    settle();
     EXPECT_EQ(wanted.size(), 1);
+}
+
+TEST_F(UnwrittenEditsTest, ClosingStaysWithWhatIsLostAndWaitsForCovers)
+{
+    using Answer = ClosingQuestion::Answer;
+    const QByteArray png = Pictures::plain({4, 4}, 0xFFFF0000, "PNG");
+    for (const Answer answer : {Answer::Finish, Answer::Keep}) {
+        for (const bool fails : {false, true}) {
+            SCOPED_TRACE(fails ? "the cover fails" : "the cover is written");
+            start();
+            fill({a, b});
+            files.fail("disk full", b.url());
+            if (answer == Answer::Keep)
+                assign("House", {b});
+            settle();
+            files.before = {};
+            if (fails)
+                files.fail();
+            store->artwork().assignArtwork(png, ids({a}));
+            executor.runOne(); // the picture is prepared
+            QSignalSpy wanted(&closing(), &ClosingQuestion::closeWanted);
+            ASSERT_FALSE(closing().mayClose());
+            closing().answer(answer);
+            EXPECT_TRUE(wanted.isEmpty()) << "a cover is kept nowhere";
+            settle();
+            EXPECT_EQ(wanted.size(), fails ? 0 : 1);
+        }
+    }
+}
+
+TEST_F(UnwrittenEditsTest, WhatCannotBeWrittenIsGivenUpAndComesBackByUndo)
+{
+    filesHold({{&AudioTags::genre, "Old"}});
+    fill({a});
+    files.fail();
+    assign("House", {a});
+    store->givenUpEdits().giveUp(ids({a, b}));
+    settle();
+    EXPECT_EQ(now(a).tags().genre, QStringLiteral("Old")) << "as the file says";
+    EXPECT_TRUE(now(a).isRead());
+    EXPECT_TRUE(edits().rows().isEmpty());
+    EXPECT_TRUE(closing().mayClose());
+    const qsizetype calls = files.calls.size();
+    undo();
+    EXPECT_EQ(now(a).tags().genre, QStringLiteral("House"));
+    EXPECT_EQ(edits().rows(), ids({a}));
+    EXPECT_EQ(files.calls.size(), calls) << "it waits to be written again";
+    redo();
+    EXPECT_TRUE(edits().rows().isEmpty());
 }
 
 TEST_F(UnwrittenEditsTest, WhatFailsBeforeClosingIsTriedOnceMore)

@@ -178,6 +178,8 @@ void Artwork::finish(const Run& run)
 {
     Workspace& workspace = m_dependencies.workspace;
     StatusLine& status = m_dependencies.status;
+    if (run.failed > 0)
+        emit failed(); // told before the rows are free again
     workspace.setArtworkWritingIDs(workspace.artworkWritingIDs() - run.asked);
     emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QStringLiteral("artworkBatch"), run.asked);
     const auto written = static_cast<int>(run.written.size());

@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QObject>
 #include <QSet>
 
 #include <memory>
@@ -18,7 +19,9 @@ class TagSaver;
 class Workspace;
 
 /// Pictures assigned to tracks and written into their files. Thread: main.
-class Artwork {
+class Artwork : public QObject {
+    Q_OBJECT
+
 public:
     struct Dependencies {
         Workspace& workspace;
@@ -31,12 +34,16 @@ public:
     };
 
     explicit Artwork(const Dependencies& dependencies);
-    ~Artwork();
+    ~Artwork() override;
 
     /// Writes a picture into the files of these tracks, one after another; the whole request is refused while a picture
     /// is on its way into one of them. \param image the bytes of any picture; what cannot be decoded is told in the
     /// status line. One step of undo, which brings the old pictures back.
     void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids);
+
+Q_SIGNALS:
+    /// A request has ended that left out files because of failures.
+    void failed();
 
 private:
     struct Run;

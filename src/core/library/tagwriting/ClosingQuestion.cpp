@@ -40,14 +40,15 @@ void ClosingQuestion::answer(Answer answer)
     VELMORA_ASSERT_MAIN_THREAD();
     if (m_state != State::Asking)
         return;
+    m_hasLost = false;
     switch (answer) {
     case Answer::Stay:
         setState(State::Open);
         return;
     case Answer::Keep:
         if (m_dependencies.edits.keep()) {
-            setState(State::Closing);
-            emit closeWanted();
+            setState(State::Leaving);
+            finish();
         } else {
             setState(State::Open);
             m_dependencies.status.showStatus(QStringLiteral("Правки не удалось сохранить до следующего запуска"),
@@ -67,14 +68,15 @@ void ClosingQuestion::answer(Answer answer)
 }
 
 /// What failed may have been a moment's trouble, so all that is left is tried once more. The program stays open with
-/// what cannot be written then.
+/// what cannot be written then. Covers are waited for even where edits are kept: they are not.
 void ClosingQuestion::finish()
 {
+    if (m_state == State::Leaving && m_dependencies.workspace.artworkWritingIDs().isEmpty())
+        close();
     if (m_state != State::Finishing || m_isTryingAgain || isWriting())
         return;
     if (m_dependencies.edits.rows().isEmpty()) {
-        setState(State::Closing);
-        emit closeWanted();
+        close();
         return;
     }
     if (!std::exchange(m_hasTriedAgain, true)) {
@@ -85,6 +87,28 @@ void ClosingQuestion::finish()
         });
         return;
     }
+    stayOpen();
+}
+
+/// On the next turn: a batch tells its failures after its end.
+void ClosingQuestion::close()
+{
+    async::MainQueue::post([self = QPointer(this)] {
+        const bool waits = self && (self->m_state == State::Finishing || self->m_state == State::Leaving);
+        if (!waits ||
+            (self->m_state == State::Finishing && (self->isWriting() || !self->m_dependencies.edits.rows().isEmpty())))
+            return;
+        if (self->m_hasLost) {
+            self->stayOpen();
+            return;
+        }
+        self->setState(State::Closing);
+        emit self->closeWanted();
+    });
+}
+
+void ClosingQuestion::stayOpen()
+{
     setState(State::Open);
     m_dependencies.status.showStatus(QStringLiteral("Velmora не закрыта: не все правки удалось записать"),
                                      StatusIcon::Warning, WorkspaceStatus::Tone::Warning);

@@ -30,6 +30,8 @@ public:
 
     /// Whether the window may close now; if not, the question is asked, and closeWanted() may come of it.
     bool mayClose();
+    /// Something was not written that is no edit of a row, and so is not kept: a cover, a key, a tempo.
+    void noteLoss() { m_hasLost = true; }
     bool isAsking() const { return m_state == State::Asking; }
     void answer(Answer answer);
 
@@ -40,16 +42,19 @@ Q_SIGNALS:
     void closeWanted();
 
 private:
-    enum class State { Open, Asking, Finishing, Closing };
+    enum class State { Open, Asking, Finishing, Leaving, Closing };
 
     void setState(State state);
     bool isWriting() const;
     void finish();
+    void close();
+    void stayOpen();
     void writeAgain();
 
     Dependencies m_dependencies;
     bool m_isTryingAgain = false; ///< the second try is about to begin
     bool m_hasTriedAgain = false;
+    bool m_hasLost = false; ///< since the last answer
     State m_state = State::Open;
     QSet<TrackID> m_agreed; ///< rows with edits that may wait for the next start
 };

@@ -34,7 +34,6 @@ public:
         const RowSaver::Saved saved = co_await change(item, stop);
         if (saved.isGivenUp) {
             ++m_givenUp;
-            m_outcome.notWritten.insert(saved.row.id);
             co_return std::nullopt;
         }
         if (!saved.failure) {

@@ -241,6 +241,8 @@ void TagWriting::ended(UndoStep& step, const QSet<TrackID>& notWritten)
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(step.fieldName, putBack);
     }
     step.ended(notWritten, putBack);
+    if (!notWritten.isEmpty())
+        emit tookBack();
 }
 
 /// \param noEdits fields that are as their files have them, for all that is known: they count as not edited.

@@ -78,6 +78,8 @@ public:
 Q_SIGNALS:
     /// The tempo of these rows was edited, or put back as their files had it at first.
     void tempoEdited(const QSet<TrackID>& ids);
+    /// Texts that could not be written, and that no edit of a row remembers, were taken back.
+    void tookBack();
 
 private:
     struct UndoStep;
