@@ -8,6 +8,7 @@
 
 namespace async {
 
+/// Spans of time and points of a Clock's time alike; signed, about 292 years at most.
 using Duration = std::chrono::nanoseconds;
 
 /// Seconds as the rest of the program writes them.

@@ -25,6 +25,7 @@ public:
     Task<> wait(std::stop_token stop);
     /// Opens the gate for good; further calls are ignored.
     void open();
+    /// Whether open() was called. True even before those that waited have resumed.
     bool isOpen() const;
 
 private:
@@ -47,7 +48,8 @@ public:
     /// one.
     Task<T> wait(std::stop_token stop) { return waitFor(m_gate.wait(std::move(stop)), m_value); }
 
-    /// The first value counts, further ones are ignored.
+    /// Gives the value to all that wait and will wait, who resume on later turns of the main queue. The first value
+    /// counts, further ones are ignored.
     void resolve(T value)
     {
         if (m_gate.isOpen())
@@ -56,6 +58,7 @@ public:
         m_gate.open();
     }
 
+    /// Whether resolve() was called; those that wait may still be on their way.
     bool isResolved() const { return m_gate.isOpen(); }
 
 private:

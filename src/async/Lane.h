@@ -9,7 +9,10 @@ namespace async {
 /// waiting ones, whose awaiters throw Cancelled. The executor outlives the lane. Thread: main.
 class Lane {
 public:
+    /// \param executor shares its workers fairly: the lane hands it one job at a time
+    /// \param priority of all jobs of this lane
     Lane(Executor& executor, Priority priority);
+    /// Does not wait for the running job.
     ~Lane();
     Lane(const Lane&) = delete;
     Lane& operator=(const Lane&) = delete;

@@ -25,6 +25,7 @@ public:
     void release();
     /// Permits that are held, those on their way to a waiter included.
     int active() const;
+    /// Tasks that stand in line and have no permit on its way to them.
     int waiting() const;
 
 private:

@@ -28,7 +28,9 @@ struct Outcome {
     }
 
     const std::shared_ptr<WaitPoint> point;
+    /// What the job returned; empty where it threw, was stopped before it began, or has not ended.
     std::optional<Value> value;
+    /// What the job threw; null where it returned.
     std::exception_ptr error;
 };
 
@@ -38,6 +40,7 @@ class JobCall final : public Call {
 public:
     using Result = std::invoke_result_t<Job, std::stop_token>;
 
+    /// \param job called once at most. \param stop handed to the job, and looked at before it begins.
     JobCall(Job job, std::stop_token stop)
         : m_job(std::move(job))
         , m_stop(std::move(stop))
@@ -51,8 +54,10 @@ public:
             MainQueue::post([point = m_outcome->point] { point->abandon(); });
     }
 
+    /// Shared with the waiter, who may read it once its point has resumed.
     const std::shared_ptr<Outcome<Result>>& outcome() const { return m_outcome; }
 
+    /// Runs the job unless a stop was requested by now; what it throws goes to the waiter. Thread: a worker.
     void run() noexcept override
     {
         if (!m_stop.stop_requested()) {
@@ -72,6 +77,7 @@ public:
     }
 
 private:
+    /// Keeps what the job returns; what it throws goes on to run().
     void invoke()
     {
         if constexpr (std::is_void_v<Result>) {
@@ -96,7 +102,8 @@ private:
     bool m_hasEnded = false;
 };
 
-/// Waits on the main queue, and gives the value or throws what the job threw.
+/// Waits on the main queue, and gives the value or throws what the job threw. Throws Cancelled after a stop request
+/// or where the call was dropped unrun.
 template <typename Result>
 Task<Result> awaitOutcome(std::shared_ptr<Outcome<Result>> outcome)
 {

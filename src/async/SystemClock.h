@@ -16,6 +16,7 @@ public:
     /// Forgets all deadlines; tasks that sleep on it are stopped before.
     ~SystemClock() override;
 
+    /// Since the machine's start or another fixed point: only differences mean something, and only within one run.
     Duration now() const override;
 
 protected:

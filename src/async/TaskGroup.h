@@ -13,8 +13,11 @@ public:
     TaskGroup(const TaskGroup&) = delete;
     TaskGroup& operator=(const TaskGroup&) = delete;
 
+    /// Starts the task at once if there is room, else when one of those before it has ended. A task that was stopped
+    /// keeps its room until it has ended.
     void add(TaskFactory factory);
-    /// Stops the running tasks and drops the waiting ones.
+    /// Requests a stop of the running tasks and drops the waiting ones, whose factories are never called. Does not
+    /// wait.
     void cancelAll();
     /// Waiting and running; those that were stopped and have not ended yet are left out.
     int count() const;

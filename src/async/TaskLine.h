@@ -11,15 +11,18 @@ namespace async {
 /// because a task may destroy its queue or group while it runs. Thread: main.
 class TaskLine : public std::enable_shared_from_this<TaskLine> {
 public:
+    /// Names one task of one line; never given twice, never 0.
     using Handle = quint64;
+    /// Before or behind all that wait; what runs goes on in either case.
     enum class Place { Front, End };
 
     /// \param limit tasks that run at once, at least 1.
     explicit TaskLine(int limit);
 
-    /// Adds a task and starts it at once if there is room.
+    /// Adds a task and starts it if there is room, at once or, when called by a task that is being started, right
+    /// after that.
     Handle add(TaskFactory factory, Place place);
-    /// Stops or drops one. A stopped task keeps its room until it has ended.
+    /// Stops or drops one; unknown handles are ignored. A stopped task keeps its room until it has ended.
     void cancel(Handle handle);
     /// The same for every task. What is added meanwhile, by a task that ends, stays.
     void cancelAll();

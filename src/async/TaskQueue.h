@@ -10,6 +10,7 @@ namespace async {
 /// others. Thread: main.
 class TaskQueue {
 public:
+    /// Names one task of this queue; it stays valid, and does nothing, after the task has ended.
     using Handle = quint64;
 
     TaskQueue();
@@ -23,6 +24,8 @@ public:
     Handle prepend(TaskFactory factory);
     /// Stops or drops one; unknown handles are ignored. The next task starts when a stopped one has ended.
     void cancel(Handle handle);
+    /// Requests a stop of the running task and drops the others. A task that is added afterwards waits for the
+    /// stopped one.
     void cancelAll();
     /// Waiting and running; those that were stopped and have not ended yet are left out.
     int count() const;

@@ -15,9 +15,11 @@ public:
 
     /// Starts the task, which may end before this returns. \param ended called once when it has ended, however it did.
     void start(std::function<void()> ended = {});
+    /// Asks the task to end. It has not ended when this returns: it throws Cancelled from its wait on a later turn.
     void requestStop() { m_stop.request_stop(); }
     /// Neither ended nor stopped.
     bool isActive() const { return !m_hasEnded && !m_stop.stop_requested(); }
+    /// Returned, was cancelled or failed.
     bool hasEnded() const { return m_hasEnded; }
 
 private:

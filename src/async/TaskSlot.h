@@ -26,7 +26,8 @@ public:
     TaskSlot(const TaskSlot&) = delete;
     TaskSlot& operator=(const TaskSlot&) = delete;
 
-    /// Stops the running task, if any, and starts the new one at once.
+    /// Requests a stop of the running task, if any, and starts the new one at once, without waiting for the end of
+    /// the old.
     void start(const TaskFactory& factory);
     /// Requests a stop; the slot counts as empty from here on.
     void cancel();

@@ -17,6 +17,8 @@ public:
     ThreadExecutor();
     ~ThreadExecutor() override;
 
+    /// Jobs of one priority begin in the order of submission, side by side. Throws std::system_error where the system
+    /// gives no thread to a pool that has none yet.
     void submit(Priority priority, std::function<void()> job) override;
 
 private:

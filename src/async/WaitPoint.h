@@ -14,6 +14,7 @@ namespace async {
 /// stop may be requested on any thread.
 class WaitPoint : public std::enable_shared_from_this<WaitPoint> {
 public:
+    /// \param stop may be requested already: the wait then throws Cancelled on the queue's next turn
     explicit WaitPoint(std::stop_token stop);
     WaitPoint(const WaitPoint&) = delete;
     WaitPoint& operator=(const WaitPoint&) = delete;
@@ -25,6 +26,7 @@ public:
     void settle();
     /// The event will never come: the wait throws Cancelled.
     void abandon();
+    /// Whether the wait will throw Cancelled, or has.
     bool isStopRequested() const { return m_stop.stop_requested(); }
 
     /// What is awaited, once, while the caller holds the point. Trivial to copy, because compilers do copy awaiters.
@@ -36,6 +38,7 @@ public:
         /// Throws Cancelled after a stop request or abandon().
         void await_resume() const { point->endWaiting(); }
     };
+    /// To be awaited on the main thread. The awaiter keeps no share of the point: the caller's own pointer does.
     Awaiter wait() { return Awaiter{this}; }
 
 private:

@@ -14,7 +14,7 @@ class WorkerPool {
 public:
     /// \param niceness    nice value of its threads. \param threadLimit threads at most, at least 1.
     WorkerPool(int niceness, int threadLimit);
-    /// Lets running jobs finish and drops the waiting ones.
+    /// Waits for running jobs to finish and drops the waiting ones.
     ~WorkerPool();
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;

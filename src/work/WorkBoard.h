@@ -15,15 +15,19 @@ class WorkEntry : public QObject {
     Q_OBJECT
 
 public:
+    /// Whether the user is offered a button that ends the work. With None stop() does nothing.
     enum class Stop { Offered, None };
 
     /// Work in the background. \param board outlives the entry.
+    /// \param kind gives rank and text; it is read here and not kept.
     WorkEntry(WorkBoard& board, const WorkKind& kind);
     /// Work that the user waits for, before all that goes on in the background. \param rank lower comes first.
     WorkEntry(WorkBoard& board, int rank, QString text, Stop stop = Stop::Offered);
+    /// Takes the entry off the board, which says changed() if it was shown.
     ~WorkEntry() override;
 
-    /// Shows how far the work is, or hides the entry where nothing is left to do.
+    /// Shows how far the work is, or hides the entry where nothing is left to do. Nothing is emitted where nothing
+    /// differs.
     void show(const WorkProgress& progress);
     /// The same, under another text from now on.
     void show(const QString& text, const WorkProgress& progress);
@@ -32,13 +36,17 @@ public:
 
     /// With a place for what is done and one for all; not translated.
     const QString& text() const { return m_text; }
+    /// As last shown; 0 of 0 before.
     const WorkProgress& progress() const { return m_progress; }
+    /// Whether work is left by progress().
     bool isShown() const { return m_progress.done < m_progress.total; }
+    /// Whether a stop is offered, by how the entry was made.
     bool isStoppable() const { return m_stop == Stop::Offered; }
-    /// The user wants no more of it.
+    /// The user wants no more of it: emits stopRequested(). The entry stays until its concern shows other progress.
     void stop();
 
 Q_SIGNALS:
+    /// For the concern that holds the entry. Emitted where isStoppable() only, also when the entry is hidden.
     void stopRequested();
 
 private:
@@ -63,7 +71,8 @@ public:
     WorkBoard();
     ~WorkBoard() override;
 
-    /// What is shown, the most important first. Valid until the next change.
+    /// What is shown, the most important first: what the user waits for, then what was set ahead, then by rank. Of
+    /// equals the one that was made first comes first. The pointers are valid until the next change.
     QList<WorkEntry*> entries() const;
     /// The first of entries(); null while nothing is shown.
     WorkEntry* first() const;

@@ -8,6 +8,7 @@
 
 /// How gently a job goes about its work.
 enum class Pace {
+    /// It takes all the time that its thread gets.
     Full,
     Gentle, ///< it rests every few milliseconds, so that playback and window stay smooth
 };

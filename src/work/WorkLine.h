@@ -7,14 +7,17 @@
 #include <algorithm>
 #include <unordered_map>
 
+/// Where a key of a queue stands.
 enum class WorkState {
+    /// Not queued: never asked for, done, or withdrawn.
     None,
+    /// Its turn has not come, or its job was stopped and begins anew.
     Waiting,
     Running, ///< and was not stopped
     Ending,  ///< its result is being taken over
 };
 
-/// How far work is. Nothing is to be told where both are equal.
+/// How far work is, in keys. Nothing is to be told where both are equal.
 struct WorkProgress {
     int done = 0;
     int total = 0;
@@ -22,7 +25,8 @@ struct WorkProgress {
     bool operator==(const WorkProgress&) const = default;
 };
 
-/// The keys of a queue in order, each once, with their states and failures. A value. Thread: main.
+/// The keys of a queue in order, each once, with their states and failures. A value, held by a WorkQueue, which runs
+/// the jobs; this class starts nothing. Key has qHash() and ==. Thread: main.
 template <typename Key>
 class WorkLine {
 public:
@@ -41,17 +45,20 @@ public:
         m_total += static_cast<int>(added.size());
         return added;
     }
+    /// These come before all others while they wait, the first of them first; keys of an earlier call lose that
+    /// place. Keys that are not queued count from when they are appended.
     void prefer(const QList<Key>& keys) { m_preferred = keys; }
+    /// Whether the last prefer() named it and it has not ended since.
     bool isPreferred(const Key& key) const { return m_preferred.contains(key); }
 
-    /// The key whose turn it is; one waits.
+    /// The key whose turn it is. To be asked only while one waits.
     Key next() const
     {
         const auto preferred =
             std::ranges::find_if(m_preferred, [this](const Key& key) { return stateOf(key) == WorkState::Waiting; });
         return preferred == m_preferred.cend() ? m_waiting.first() : *preferred;
     }
-    /// A waiting key runs from now on.
+    /// A waiting key runs from now on. Only for keys that wait.
     void take(const Key& key)
     {
         if (m_waiting.first() == key)
@@ -60,6 +67,8 @@ public:
             m_waiting.removeOne(key);
         m_entries.at(key).state = WorkState::Running;
     }
+    /// The job of a key that was taken has ended and its result is looked at. std::out_of_range for a key that is not
+    /// queued.
     void setEnding(const Key& key) { m_entries.at(key).state = WorkState::Ending; }
     /// Puts a key back that was taken; others are left alone.
     void putBack(const Key& key)
@@ -84,7 +93,7 @@ public:
         m_entries.erase(key);
         m_preferred.removeOne(key);
     }
-    /// Ends queued keys wherever they stand; they count no more.
+    /// Ends keys wherever they stand; they count no more. \param keys all of them queued, else progress() is wrong.
     void withdraw(const QSet<Key>& keys)
     {
         for (const Key& key : keys)
@@ -93,13 +102,16 @@ public:
         m_total -= static_cast<int>(keys.size());
     }
 
+    /// Waiting, Running or Ending for a queued key, None for any other. Takes the same time however long the line is.
     WorkState stateOf(const Key& key) const
     {
         const auto entry = m_entries.find(key);
         return entry == m_entries.end() ? WorkState::None : entry->second.state;
     }
     bool isQueued(const Key& key) const { return m_entries.contains(key); }
+    /// Keys in any state but None.
     qsizetype queuedCount() const { return static_cast<qsizetype>(m_entries.size()); }
+    /// All keys in any state but None, in no order.
     QSet<Key> queued() const
     {
         QSet<Key> keys;
@@ -107,7 +119,9 @@ public:
             keys.insert(key);
         return keys;
     }
+    /// Waiting keys in the order in which they were appended or put back; those preferred are not moved in it.
     const QList<Key>& waiting() const { return m_waiting; }
+    /// Ended keys and all keys since the line was last empty and something was appended, without the withdrawn ones.
     WorkProgress progress() const { return {m_total - static_cast<int>(m_entries.size()), m_total}; }
 
 private:

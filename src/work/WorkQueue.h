@@ -17,6 +17,7 @@
 
 /// What becomes of a key whose job has ended.
 enum class WorkEnd {
+    /// The key leaves the queue, with or without a result.
     Done,
     OnceMore, ///< to the end of the queue after its first failure, else it is done
     PutBack,  ///< to the front: the job gave up without being told to
@@ -30,20 +31,23 @@ public:
 
     /// The job for a key whose turn has come. It only looks: the queue stays as it is.
     virtual WorkJob<Result> begin(const Key& key, const Allowance& allowance) = 0;
-    /// Takes the result over, of a job that nobody stopped. \param result nothing where the job threw.
+    /// Takes the result over, of a job that was not stopped. The key still counts as queued, in the state Ending.
+    /// \param result nothing where the job threw
+    /// \return what becomes of the key
     virtual WorkEnd finished(const Key& key, std::optional<Result> result) = 0;
-    /// Jobs of these keys began or ended, or the keys left the queue. append() tells its caller instead.
+    /// Jobs of these keys began, ended or were stopped, or the keys left the queue. append() tells its caller
+    /// instead. May be called from inside append() and withdraw(), for the keys that begin or end by it.
     virtual void statesChanged(const QSet<Key>& keys) = 0;
 };
 
 /// The queue of one kind of work: keys in order, each once, and the jobs that run. The Scheduler says when jobs begin
-/// and which pause. A stopped job's key is at the front again at once, or gone where nobody wants it; the queue waits
-/// for that job to end before another begins. Owned by its concern, and declared after all that the concern's functions
-/// use. Thread: main.
+/// and which pause. A stopped job's key is at the front again at once, or gone where it is no longer wanted; the
+/// queue waits for that job to end before another begins. Owned by its concern, and declared after all that the
+/// concern's functions use. Thread: main.
 template <typename Key, typename Result>
 class WorkQueue final : public ScheduledWork {
 public:
-    /// All are outlived by what they refer to.
+    /// All four are kept by reference and live longer than the queue.
     WorkQueue(const WorkKind& kind, WorkConcern<Key, Result>& concern, Scheduler& scheduler, async::Executor& executor)
         : m_kind(kind)
         , m_concern(concern)
@@ -53,6 +57,7 @@ public:
     {
         m_scheduler.add(*this);
     }
+    /// Requests a stop of what runs and does not wait for it; finished() is not called any more.
     ~WorkQueue() override { m_scheduler.remove(*this); }
     WorkQueue(const WorkQueue&) = delete;
     WorkQueue& operator=(const WorkQueue&) = delete;
@@ -72,7 +77,8 @@ public:
         m_scheduler.queueChanged();
     }
     bool isPreferred(const Key& key) const { return m_line.isPreferred(key); }
-    /// Ends keys wherever they stand; what runs for them is stopped.
+    /// Ends keys wherever they stand, without finished(); what runs for them is stopped. Keys that are not queued are
+    /// ignored.
     void withdraw(const QSet<Key>& keys)
     {
         QSet<Key> gone;
@@ -90,15 +96,16 @@ public:
         m_concern.statesChanged(gone);
         m_scheduler.queueChanged();
     }
-    /// Ends all.
+    /// Ends all keys, running and waiting ones.
     void drop() { withdraw(m_line.queued()); }
-    /// Stops what runs for others than this key; they return to the front.
+    /// Stops what runs for others than this key; they return to the front. \param key nothing stops all
     void interruptOthersThan(const std::optional<Key>& key)
     {
         stopWhere([&](const Running& running) { return running.key != key; });
         m_scheduler.queueChanged();
     }
 
+    /// None for a key that is not queued.
     WorkState stateOf(const Key& key) const { return m_line.stateOf(key); }
     bool isQueued(const Key& key) const { return m_line.isQueued(key); }
     /// Nothing waits or runs.
@@ -223,6 +230,8 @@ private:
         co_return std::nullopt;
     }
 
+    /// One job from its start to its end, on whichever thread it wants. \param stop of the queue itself: nothing is
+    /// told after it.
     async::Task<> run(RunningPtr running, std::stop_token stop)
     {
         std::optional<Result> result;
@@ -235,6 +244,7 @@ private:
         end(running, std::move(result));
     }
 
+    /// Tells the concern, unless the job was stopped, and lets the next one begin.
     void end(const RunningPtr& running, std::optional<Result> result)
     {
         m_running.removeOne(running);
