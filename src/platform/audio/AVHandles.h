@@ -11,6 +11,7 @@ extern "C" {
 /// Owners of the objects of libav.
 namespace av {
 
+/// Gives each object back by the library's own function.
 struct Free {
     void operator()(AVFormatContext* format) const { avformat_close_input(&format); }
     void operator()(AVCodecContext* codec) const { avcodec_free_context(&codec); }
@@ -25,6 +26,7 @@ struct Free {
     }
 };
 
+/// The one owner of such an object; null where it could not be made.
 template <class T>
 using Owner = std::unique_ptr<T, Free>;
 

@@ -2,7 +2,8 @@
 
 #include <exception>
 
-/// Why an audio file cannot be opened or decoded.
+/// Why an audio file cannot be opened or decoded. The one error of this folder: whatever a decoder or the system
+/// reports ends in one of its cases.
 class AudioFileError : public std::exception {
 public:
     enum class Case {
@@ -16,6 +17,7 @@ public:
     {
     }
 
+    /// What to tell the user by; what() is the same text for every case.
     Case which() const { return m_case; }
     const char* what() const noexcept override { return "audio file cannot be read"; }
 

@@ -30,7 +30,9 @@ public:
 
     int sampleRate() const;   ///< hertz, of what is delivered
     int channelCount() const; ///< of what is delivered
+    /// Hertz, as the decoder delivers the file's first frame.
     int fileSampleRate() const;
+    /// Channels of the file's first frame, before any mixing.
     int fileChannelCount() const;
     /// Length in delivered frames, at least 0. Becomes the true one when the end is met, should the container have told
     /// another.
@@ -42,9 +44,10 @@ public:
     /// \param into room for whole frames. \return frames written; fewer than asked for only at the end, then 0. A file
     /// that can no longer be read ends there.
     qint64 read(std::span<float> into);
-    /// Whether the end came early because the file could no longer be read.
+    /// Whether the end came early because the file could no longer be read. Stays so: nothing is read after that.
     bool hasFailed() const;
-    /// Goes to a frame, exact to the sample in every format; beyond the end means the end.
+    /// Goes to a frame, exact to the sample in every format; before the beginning means the beginning, beyond the end
+    /// the end. Takes longest, a walk over all packets, with the first seek in a bare stream without an index.
     void seek(qint64 frame);
 
 private:

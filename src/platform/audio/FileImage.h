@@ -9,7 +9,7 @@
 
 /// The bytes of one file as they were when it was opened: in memory as far as fill() has come, and read from the one
 /// descriptor of the opening beyond that, never again by name. So whatever reads it goes on undisturbed when the file
-/// is replaced, renamed or removed, and once it is held also when somebody writes into it. Thread: any.
+/// is replaced, renamed or removed, and once it is held also when it is written into. Thread: any.
 class FileImage {
 public:
     /// Files up to this size are held in memory; larger ones are always read from the descriptor. Chosen: three hours
@@ -19,7 +19,7 @@ public:
     /// Opens a file and reads nothing yet. \param path standardized path. \param heldBytes limit of what is held.
     /// Errors: AudioFileError (CannotOpen) for what is not there, not readable or no regular file.
     static std::shared_ptr<FileImage> open(const QString& path, qint64 heldBytes = kHeldBytes);
-    /// An image of these bytes, held from the start.
+    /// An image of a copy of these bytes, held from the start. Errors: AudioFileError (OutOfMemory).
     static std::shared_ptr<FileImage> ofBytes(const QByteArray& bytes);
     ~FileImage();
     FileImage(const FileImage&) = delete;

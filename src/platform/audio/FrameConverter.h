@@ -12,6 +12,7 @@ public:
     /// one is repeated.
     FrameConverter(const AVFrame& like, int channelCount);
 
+    /// Of what is delivered; at least 1.
     int channelCount() const { return m_channelCount; }
     /// Replaces the content of \p into by the frame's sound. Errors: AudioFileError (NoAudio, OutOfMemory).
     void convert(const AVFrame& frame, std::vector<float>& into);

@@ -11,13 +11,17 @@ class FileImage;
 /// the network are not followed.
 class MediaInput {
 public:
-    /// Errors: AudioFileError (NoAudio, OutOfMemory).
+    /// Opens the file's format and chooses its sound; pictures and other streams are left out. Turns the library's
+    /// own messages off for the whole process. Errors: AudioFileError (NoAudio, OutOfMemory).
     explicit MediaInput(std::shared_ptr<FileImage> image);
 
+    /// The chosen sound. Belongs to this object and is replaced by rewind().
     const AVStream& stream() const { return *m_stream; }
+    /// The bytes that all is read from.
     const FileImage& image() const { return *m_image; }
 
-    /// The next packet; false at the end. The packet is empty on entry.
+    /// The next packet of the sound; false at the end, which 64 errors of reading in a row count as. The packet is
+    /// empty on entry; what it holds afterwards is the caller's to release. Errors: AudioFileError (OutOfMemory).
     bool next(AVPacket& packet);
     /// Goes to a packet from which decoding gives exact sound at \p time, in the stream's time base. \return false
     /// where the file cannot be gone through; then only rewind() helps.

@@ -18,10 +18,11 @@ struct Information {
     bool hasGaps = false; ///< delay and padding are told
 };
 
-/// \param firstFrame offset of the first frame of sound.
+/// Looks for the information frame right in front of the sound; nothing where there is none or it cannot be read.
+/// \param firstFrame offset in bytes of the first frame of sound
 std::optional<Information> informationBefore(const FileImage& image, qint64 firstFrame);
 
-/// Samples of encoder and decoder delay and of padding that are not to be heard.
+/// Samples of encoder and decoder delay and of padding that are not to be heard; 0 where they are not told.
 qint64 silentSamples(const Information& information);
 
 /// Every frame from \p firstFrame on, if they follow each other without a gap up to the end or to the tags behind; else

@@ -4,17 +4,21 @@
 
 class MediaInput;
 
-/// Turns the packets of one stream into frames of sound, on the calling thread.
+/// Turns the packets of one stream into frames of sound, on the calling thread. Movable; a new one starts without any
+/// memory of what was decoded before, which flush() cannot promise for every decoder.
 class PacketDecoder {
 public:
-    /// Errors: AudioFileError (NoAudio) where there is no decoder for the stream.
+    /// \param stream is read here and not kept.
+    /// Errors: AudioFileError (NoAudio) where there is no decoder for the stream, OutOfMemory.
     explicit PacketDecoder(const AVStream& stream);
 
-    /// The next frame; null at the end. Packets that cannot be decoded are passed over. Valid until the next call.
+    /// The next frame with sound in it; null at the end, and from then on until flush(). Packets that cannot be
+    /// decoded are passed over. The frame belongs to the decoder and is valid until the next call. Errors:
+    /// AudioFileError (OutOfMemory).
     const AVFrame* next(MediaInput& input);
     /// Forgets what was decoded, after the input has gone elsewhere.
     void flush();
-    /// Packets depend on nothing before them.
+    /// Whether packets depend on nothing before them, as with lossless codecs: decoding may begin at any of them.
     bool isIndependent() const { return m_isIndependent; }
 
 private:

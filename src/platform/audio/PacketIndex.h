@@ -11,6 +11,7 @@ class PacketIndex {
 public:
     /// Samples of a packet that are not to be heard.
     struct Trim {
+        /// At the packet's begin and at its end, in samples of the file's rate.
         quint32 front = 0;
         quint32 back = 0;
         bool operator==(const Trim&) const = default;
@@ -28,13 +29,16 @@ public:
     /// Time behind the last packet.
     void setEnd(qint64 time) { m_end = time; }
 
+    /// Whether no packet was found; startFor() must not be asked then.
     bool isEmpty() const { return m_entries.empty(); }
+    /// As set by setEnd(), in the stream's time base; 0 before.
     qint64 end() const { return m_end; }
     /// The last packet from which a decoder has gathered all it needs when it comes to \p time: enough packets and
-    /// enough bytes for a reservoir of bits before it.
+    /// enough bytes for a reservoir of bits before it. Early times give the first packet. The index is not empty.
     const Entry& startFor(qint64 time) const;
-    /// The packet that begins at that offset.
+    /// The packet that begins at that offset in bytes; nothing where none begins exactly there.
     std::optional<Entry> at(qint64 offset) const;
+    /// What is not to be heard of the packet at that offset; zeros for one without a trim.
     Trim trimAt(qint64 offset) const;
 
 private:

@@ -11,19 +11,28 @@
 /// stands at, fills gaps of the stream with silence and goes to any frame exactly.
 class SoundStream {
 public:
-    /// \param channelCount of what is delivered; 0 as in the file. Errors: AudioFileError.
+    /// Decodes the first frame, which tells rate and channels. \param channelCount of what is delivered; 0 as in the
+    /// file.
+    /// Errors: AudioFileError; NoAudio also for more than 64 channels and for rates outside 1 kHz to 1.536 MHz.
     SoundStream(std::shared_ptr<FileImage> image, int channelCount);
 
+    /// Hertz and channels of the first frame, whatever comes behind it.
     int sampleRate() const { return m_sampleRate; }
     int fileChannelCount() const { return m_fileChannelCount; }
     int channelCount() const { return m_converter->channelCount(); }
+    /// The frame that the next read() begins with, counted from the first audible one.
     qint64 position() const { return m_position; }
 
-    /// The next frames, interleaved. \return frames written; fewer than there is room for only at the end.
+    /// The next frames, interleaved. Gaps of up to 10 seconds between packets become silence; a longer jump of the
+    /// timestamps is taken for a fault and passed over. Errors: AudioFileError when the file can no longer be
+    /// decoded.
+    /// \return frames written; fewer than there is room for only at the end
     qint64 read(std::span<float> into);
-    /// Goes to a frame. Beyond the end the stream stands at its end.
+    /// Goes to a frame, exactly: decoding begins some frames before it. Beyond the end the stream stands at its end.
+    /// Errors: AudioFileError.
     void seek(qint64 frame);
-    /// Length in frames: told by the file where that holds, else counted. Leaves the stream at its beginning.
+    /// Length in frames: told by the file where that holds, else counted, which goes over all packets. Leaves the
+    /// stream at its beginning; to be called before the first read(). Errors: AudioFileError.
     qint64 measure();
 
 private:

@@ -17,8 +17,11 @@ class AudioEngine final : public AudioSystem, private SoundSource {
 public:
     using MakeBackend = std::function<std::unique_ptr<OutputBackend>()>;
 
-    /// \param makeBackend called on the engine's thread, which alone uses the backend.
+    /// Starts the engine's thread and returns at once; the backend is made there.
+    /// \param makeBackend called on the engine's thread, which alone uses the backend; gives no null
     explicit AudioEngine(MakeBackend makeBackend);
+    /// Closes the output and waits for the engine's thread, and for what was still being read of files that were
+    /// given up.
     ~AudioEngine() override;
 
     std::unique_ptr<AudioFilePlayer> open(const QString& path, std::stop_token stop) override;
@@ -30,9 +33,14 @@ public:
 
     // For the player objects. Thread: any.
 
+    /// Makes this file the one that is heard, in place of another. It sounds if its voice wants to play.
     void start(std::shared_ptr<FileSound> sound);
+    /// Decodes from a place on. \param jump the number that PlaybackVoice::jumpTo() gave.
     void jump(std::shared_ptr<FileSound> sound, double seconds, uint32_t jump);
+    /// The player object is gone: lets a pause fade out, then lets the file go on a thread of its own, for a disk may
+    /// take long.
     void release(std::shared_ptr<FileSound> sound);
+    /// Seconds until what is handed over now is heard; 0 before there is an output.
     double latency() const;
 
 private:

@@ -16,12 +16,13 @@ struct DeviceTurn {
 /// by the device's callback, read on the main thread.
 class DeviceClock {
 public:
-    /// The system's monotonic clock. Never blocks.
+    /// The system's monotonic clock, in seconds since a fixed point. Never blocks. Thread: any.
     static double systemSeconds();
 
-    /// Callback: tells of a turn.
+    /// Callback: tells of a turn, also of one without sound. Never blocks.
     void tell(const DeviceTurn& turn) { m_turns.write(turn); }
-    /// Seconds of sound so far; never goes back.
+    /// Seconds of sound so far; never goes back. It follows what the callback tells within 0.2 s, and at once where
+    /// that is 80 ms or more away. Thread: one, the main thread.
     double now() { return at(systemSeconds()); }
     /// The same for a moment of the system's clock; for tests.
     double at(double systemTime);

@@ -7,10 +7,12 @@
 class AudioEngine;
 struct FileSound;
 
-/// The player object of the audio engine.
+/// The player object of the audio engine. It only states wishes: the voice and the engine's thread carry them out.
 class EngineFilePlayer final : public AudioFilePlayer {
 public:
+    /// \param engine outlives the player. \param sound shared with the engine, which has primed it.
     EngineFilePlayer(AudioEngine& engine, std::shared_ptr<FileSound> sound);
+    /// Pauses, without the finish handler, and gives the file back. Does not wait. Thread: any.
     ~EngineFilePlayer() override;
 
     void play() override;

@@ -15,14 +15,18 @@ public:
     using Turn = std::function<Seconds()>;
 
     EngineThread() = default;
-    /// Does what was posted and ends.
+    /// As finish().
     ~EngineThread() { finish(); }
     EngineThread(const EngineThread&) = delete;
     EngineThread& operator=(const EngineThread&) = delete;
 
+    /// Starts the thread; what was posted before is done first. Called once.
     void start(Turn turn);
-    /// What \p task throws is logged. Dropped after finish(). Thread: any.
+    /// Done on the thread, in the order of posting, before its next turn. What \p task throws is logged. Dropped
+    /// after finish(). Thread: any.
     void post(std::function<void()> task);
+    /// Takes no more tasks, lets the thread do what was posted and waits for its end. Not to be called on the thread
+    /// itself.
     void finish();
 
 private:

@@ -7,12 +7,16 @@
 #include <mutex>
 #include <thread>
 
-/// All that one opened file needs to be heard, shared by its player object and the engine.
+/// All that one opened file needs to be heard, shared by its player object and the engine. Its end waits for a block
+/// that is being read, so the engine lets it come on a thread that has nothing else to do.
 struct FileSound {
+    /// Begins to bring the file into memory, on a thread of its own. \param reader delivers two channels.
     FileSound(std::shared_ptr<FileImage> image, std::unique_ptr<AudioFileReader> reader);
 
     /// Calls the finish handler, if there still is one. Thread: the engine's.
     void finish(bool successfully);
+    /// Replaces the handler, or takes it away where it is empty; on return the former one is not running and will not
+    /// be called. Thread: any.
     void setFinishHandler(std::function<void(bool)> handler);
     /// Lets the reading into memory end at its next block.
     void stopReading() { m_reading.request_stop(); }

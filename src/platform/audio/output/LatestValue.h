@@ -3,8 +3,9 @@
 #include <array>
 #include <atomic>
 
-/// Hands the newest of a series of values from one thread to another; older ones are lost. Neither side ever waits.
-/// One thread writes, one reads. T is copied by assignment, which must not allocate where that matters.
+/// Hands the newest of a series of values from one thread to another; older ones are lost. Neither side ever waits:
+/// of three slots one is written, one is read, and the third is exchanged in one step. One thread writes, one reads.
+/// T is copied by assignment, which must not allocate where that matters.
 template <typename T>
 class LatestValue {
 public:
@@ -13,13 +14,14 @@ public:
     {
     }
 
+    /// Writer: replaces what was not read yet.
     void write(const T& value)
     {
         m_slots[m_back] = value;
         m_back = m_middle.exchange(m_back | kFresh, std::memory_order_acq_rel) & kIndex;
     }
 
-    /// The newest value, the initial one before the first write.
+    /// Reader: the newest value, the initial one before the first write. Valid until the next call.
     const T& read()
     {
         if (m_middle.load(std::memory_order_relaxed) & kFresh)

@@ -6,26 +6,37 @@
 #include <chrono>
 #include <mutex>
 
-/// The one stream that is open at a time: opens it where and how it is wanted, stands in a silent one where there is no
-/// device, and gives the device back when nothing was heard for a while. Thread: the engine's, but for what is marked.
+/// The one stream that is open at a time: opens it where and how it is wanted, stands in a silent one where there is
+/// no device, and gives the device back when nothing was heard for ten seconds. Owned by the engine. Thread: the
+/// engine's, but for what is marked.
 class OutputPort {
 public:
     using Events = std::function<void(AudioOutputEvent)>;
 
+    /// \param source outlives the port. \param events called on the engine's thread.
     OutputPort(std::unique_ptr<OutputBackend> backend, SoundSource& source, Events events);
 
-    /// Sees to a stream on the chosen device, for a file's rate. \return the stream's rate.
+    /// Sees to a stream on the chosen device, for a file's rate; opens nothing where the one that is there fits.
+    /// Where the device runs out of sound now and then, a new stream gets twice the buffer, up to 0.14 s.
+    /// \return the stream's rate in hertz, another than asked for where the device cannot do it
     int open(int sampleRate);
+    /// Lets the open stream run; a silent one takes its place where the device refuses. Does nothing without a
+    /// stream.
     void start();
+    /// Gives the device back, in the midst of whatever sounds; takes as long as the stream needs for it.
     void close() { m_stream.reset(); }
+    /// Whether sound is pulled, be it by a silent stream.
     bool isRunning() const { return m_stream && m_stream->isRunning(); }
     /// Closes a stream whose device is gone. \return whether that was so.
+    /// The devices are looked at again before the next opening.
     bool closeIfLost();
-    /// Stops a stream through which nothing sounds any more.
+    /// Closes a stream through which nothing has sounded for ten seconds. To be called every now and then.
     void closeIfIdle(bool isSounding);
 
+    /// Closes the stream where the device is another one; open() goes to the new one.
     void setDevice(const QString& id);
-    /// \param isSounding something is heard: then the looking waits for the next opening, which it would interrupt.
+    /// Looks for devices again and tells DevicesChanged where they differ.
+    /// \param isSounding something is heard: then the looking waits for the next opening, which it would interrupt
     void refreshDevices(bool isSounding);
     QList<AudioDevice> devices() const;          ///< any thread
     double latency() const { return m_latency; } ///< any thread

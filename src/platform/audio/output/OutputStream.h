@@ -19,12 +19,13 @@ class OutputStream {
 public:
     virtual ~OutputStream() = default;
 
-    /// \return whether it runs.
+    /// Begins to pull sound. \return whether it runs; true also where it ran already.
     virtual bool start() = 0;
     /// Ends at once; no call of the source comes after the return.
     virtual void stop() = 0;
+    /// Between start() and stop(), whether or not the device is still there.
     virtual bool isRunning() const = 0;
-    /// False once the device is gone.
+    /// False once the device is gone, for good. Told while running only: a stopped stream counts as alive.
     virtual bool isAlive() const = 0;
     virtual int sampleRate() const = 0; ///< hertz
     /// Seconds between a call of the source and the sound of its first frame.
@@ -42,6 +43,7 @@ public:
 
     /// Looks for devices again. Only while no stream is open.
     virtual void rescan() = 0;
+    /// As found by the last rescan() or at the beginning: outputs of at least two channels, without the default.
     virtual QList<AudioDevice> devices() const = 0;
     /// What is wished for; the stream tells what it got.
     struct Wish {

@@ -31,16 +31,24 @@ class PlaybackVoice {
 public:
     // Main thread.
 
+    /// The callback's next turn goes on from position().
     void play();
+    /// The callback's next turn fades out within 5 ms, without using that sound up.
     void pause();
+    /// Whether it is to play: since play(), until pause() or a jump that does not stay playing. True also while the
+    /// decoder has nothing to give and after the end.
     bool wantsPlaying() const { return m_controls.isPlaying; }
     /// \return the number of the jump, for the engine to answer with a segment. \param staysPlaying whether a playing
     /// voice plays on there.
     uint32_t jumpTo(double seconds, bool staysPlaying);
+    /// The number that jumpTo() gave last; 0, which the first segment answers, before.
     uint32_t lastJump() const { return m_controls.jump; }
+    /// Moves there within \p fadeSeconds, 0 for a step that does not click; counted from now on, or from the first
+    /// frame after a jump that has not been made. Replaces an earlier wish that the callback has not taken.
     void setGain(float gain, double fadeSeconds);
     /// Seconds in the file of the next frame that goes out, or the target of a jump that has not been made yet.
     double position() const;
+    /// Seconds of this file's sound that have gone out, whatever its position; never goes back.
     double deviceTime() { return m_clock.now(); }
     /// Whether everything up to the end has gone out since the last jump.
     bool hasEnded() const { return m_endedJump.load(std::memory_order_acquire) == m_controls.jump; }
@@ -53,22 +61,24 @@ public:
     void publishSegment();
     /// Takes the place of a callback while there is none: adopts what was published.
     void adoptWithoutCallback();
-    /// The jump up to whose end everything has gone out; kNoJump before.
     /// Whether the main thread wants it to be heard.
     bool isPlayingWanted() const { return m_isPlayingWanted.load(std::memory_order_acquire); }
     /// Whether the callback's last turn ended in sound.
     bool isSounding() const { return m_wasSounding.load(std::memory_order_acquire); }
     /// Seconds in the file up to which it has gone out, if \p jump was made; else nothing.
     std::optional<double> positionAfter(uint32_t jump) const;
+    /// The jump up to whose end everything has gone out; kNoJump before.
     uint32_t endedJump() const { return m_endedJump.load(std::memory_order_acquire); }
     /// Seconds that were missing because the decoder was late, for measuring.
     double starvedSeconds() const { return m_starvedSeconds.load(std::memory_order_relaxed); }
 
+    /// Never given by jumpTo().
     static constexpr uint32_t kNoJump = 0xFFFFFFFF;
 
     // Device's callback. Never locks, allocates or blocks.
 
-    /// Fills \p out with stereo frames.
+    /// Fills \p out with stereo frames, interleaved; what is missing becomes silence. \param sampleRate of the
+    /// segments.
     void render(std::span<float> out, int sampleRate);
 
 private:

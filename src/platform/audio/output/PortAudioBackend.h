@@ -4,7 +4,8 @@
 
 #include <optional>
 
-/// The system's outputs through PortAudio. One object per process.
+/// The system's outputs through PortAudio. One object per process. Where the library cannot be started there are no
+/// devices and no streams, until a rescan() succeeds.
 class PortAudioBackend final : public OutputBackend {
 public:
     PortAudioBackend();

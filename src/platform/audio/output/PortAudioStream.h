@@ -18,6 +18,7 @@ public:
     bool start() override;
     void stop() override;
     bool isRunning() const override { return m_isRunning; }
+    /// Also false for a device that has not asked for sound for two seconds, whatever it says.
     bool isAlive() const override;
     int sampleRate() const override { return m_sampleRate; }
     double latency() const override;

@@ -8,6 +8,7 @@
 /// Stereo frames on their way from the decoder to the device. One thread writes, one reads; neither ever waits.
 class SampleRing {
 public:
+    /// Left and right; all that goes to a device has two channels.
     static constexpr int kChannels = 2;
 
     /// Makes room and empties the ring. Only while neither side uses it.

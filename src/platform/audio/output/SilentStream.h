@@ -14,6 +14,7 @@ public:
     ~SilentStream() override;
 
     bool start() override;
+    /// Waits for the turn that runs, about 10 ms.
     void stop() override;
     bool isRunning() const override { return m_thread.joinable(); }
     bool isAlive() const override { return true; }

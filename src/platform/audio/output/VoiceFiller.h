@@ -26,12 +26,15 @@ public:
     /// The number of the jump that was made last.
     uint32_t lastJump() const { return m_jump; }
 
-    /// Goes to a place and lets the voice have it as soon as there is something to hear.
+    /// Goes to a place, kept within the file, decodes the first 60 ms and lets the voice have it. Blocks for that
+    /// long.
+    /// \param jump the number of the voice's jump that this answers
     void jump(double seconds, uint32_t jump);
     /// Goes on at another rate where it is. Only while no callback renders the voice.
     /// Errors: AudioFileError when the file cannot be opened that way.
     void retune(int sampleRate);
-    /// Decodes a bit. \return whether there is more to decode right now.
+    /// Decodes at most 4096 frames, where there is room for as many. \return whether there is more to decode right
+    /// now.
     bool fill();
     /// Seconds until what was decoded is used up, where that is all there is; nothing before the end is known.
     std::optional<double> secondsToEnd() const;
