@@ -16,6 +16,7 @@ struct Result {
     /// Wanted by name, but no regular file or not nameable in UTF-8. AppleDouble companions are left out without a
     /// word.
     int notTaken = 0;
+    /// Folders that could not be opened or read to their end; those that vanished meanwhile are not counted.
     int unreadableFolders = 0;
     QList<QUrl> strayTemporaries; ///< leftovers of interrupted writes (".velmora-" and a UUID), not among the files
 };

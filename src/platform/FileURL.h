@@ -6,7 +6,7 @@
 /// The compares and cuts of file locations, in one place.
 namespace FileURL {
 
-/// The file URL of a local path.
+/// The file URL of a local path, standardized; a relative one counts from the current folder.
 QUrl fromPath(const QString& path);
 /// The URL with an absolute path without ".", "..", doubled slashes and a trailing slash. Links are not resolved and
 /// nothing is asked of the file system, so the file need not exist. Letters keep their normalisation form.
@@ -27,6 +27,7 @@ struct Place {
     QString folder;
     QString name;
 };
+/// Both of the standardized path.
 Place place(const QUrl& url);
 
 } // namespace FileURL

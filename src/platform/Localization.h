@@ -7,6 +7,7 @@
 /// The languages of the interface; raw values "ru" and "en" stand in the preference `appLanguage`.
 enum class AppLanguage { Russian, English };
 
+/// The text that the preference keeps.
 QString rawValue(AppLanguage language);
 /// Russian for an unknown value.
 AppLanguage appLanguageFromRawValue(const QString& raw);
@@ -15,6 +16,7 @@ AppLanguage appLanguageFromRawValue(const QString& raw);
 /// rest.
 namespace VelmoraLocalization {
 
+/// The present one: Russian until setLanguage() is called.
 AppLanguage language();
 /// Switches at once; what shows texts redraws on Notifications::velmoraLanguageDidChange.
 void setLanguage(AppLanguage language);
@@ -28,6 +30,7 @@ QString string(const QString& key);
 /// by a text. Too few arguments leave the placeholder standing.
 QString format(const QString& key, std::initializer_list<QVariant> arguments);
 /// The counted form of a key that contains "%n", by the language's plural rule and number form, e.g. "1 248 треков".
+/// A key without translation is used as it is.
 QString plural(const QString& key, qint64 count);
 
 } // namespace VelmoraLocalization

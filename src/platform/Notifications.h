@@ -31,23 +31,29 @@ Q_SIGNALS:
     void velmoraFocusFavoriteTrack(const QUuid& trackID);
     /// \param field "genre", "comment", "album", or empty when many fields may have changed (\p ids may then be empty).
     void velmoraTrackMetadataDidChange(const QString& field, const QSet<QUuid>& ids);
-    /// The list of genres in the settings.
+    /// The list of genres in the settings was changed.
     void velmoraGenresDidChange();
     /// Rows became favourites or ceased to be.
     void velmoraFavoriteMembershipDidChange();
+    /// The genre by which the favourites are narrowed, or their filter of untagged rows.
     void velmoraFavoriteGenreFilterDidChange();
     /// Tempos were estimated or chosen; at most ten times a second.
     void velmoraBPMDidChange();
     // Keys that the converter and the duplicates answer in lists of their own.
     void velmoraSelectAllConversionItems();
+    /// A step of the focus in the converter's list.
     void velmoraNavigateConversionItems(Notifications::Direction direction);
+    /// The selected jobs shall leave the converter's queue.
     void velmoraRemoveConversionItems();
+    /// A step of the focus in the list of duplicates.
     void velmoraNavigateDuplicateItems(Notifications::Direction direction);
     // Menus and keys of the covers.
     void velmoraChooseCoverArtwork();
+    /// The chosen picture goes to the rows that are selected in Covers.
     void velmoraApplyCoverArtwork();
     /// Texts are asked for again: VelmoraLocalization answers in the new language already.
     void velmoraLanguageDidChange();
+    /// The user asked for the introduction of the sections once more.
     void velmoraRestartOnboarding();
     // What is opened by a key wherever the keyboard stands.
     void velmoraRequestCleaner();

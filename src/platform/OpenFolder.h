@@ -27,12 +27,13 @@ public:
 
     bool isOpen() const { return m_stream != nullptr; }
     int error() const { return m_error; } ///< errno of the failure
+    /// As of the opening; zeros if it failed.
     Identity identity() const { return m_identity; }
 
     /// The next entry but "." and "..", valid until the next call; null at the end or after a failure, which error()
     /// tells apart.
     const dirent* next();
-    /// For calls relative to this folder.
+    /// For calls relative to this folder. It belongs to this object; only while isOpen().
     int descriptor() const { return dirfd(m_stream); }
 
 private:
@@ -44,9 +45,10 @@ private:
 /// Files by a name relative to an open folder, or by an absolute path where the folder is AT_FDCWD.
 namespace FileAt {
 
-/// What stands under the name, links followed.
+/// What stands under the name, links followed; nothing where that cannot be told, whatever the reason.
 std::optional<struct stat> facts(int folder, const char* name);
-/// The first bytes of a regular file; fewer where there are not so many, none if it cannot be read.
+/// The first bytes of a regular file, links followed; fewer where there are not so many, none if it cannot be read.
+/// Pipes and devices are not waited for.
 QByteArray head(int folder, const char* name, qsizetype size);
 
 } // namespace FileAt

@@ -18,6 +18,7 @@ public:
     virtual bool contains(const QString& key) const = 0;
     /// An invalid variant if the key has no value.
     virtual QVariant value(const QString& key) const = 0;
+    /// Keys that have a value, in alphabetical order.
     virtual QStringList keys() const = 0;
     /// Replaces the value of a key, and tells onChange.
     void set(const QString& key, const QVariant& value);
@@ -30,7 +31,9 @@ public:
     std::function<void(bool isSaved)> onSaved;
 
 protected:
+    /// Keeps a value; set() tells of it.
     virtual void write(const QString& key, const QVariant& value) = 0;
+    /// Forgets a value; remove() tells of it.
     virtual void erase(const QString& key) = 0;
 };
 
@@ -38,6 +41,7 @@ protected:
 template <typename T>
 class Preference {
 public:
+    /// \param store outlives the preference. \param key as it stands in the file: on disk, never change.
     Preference(PreferenceStore& store, QString key, T defaultValue)
         : m_store(&store)
         , m_key(std::move(key))
@@ -48,6 +52,7 @@ public:
     /// As it stands in the file.
     const QString& key() const { return m_key; }
     const T& defaultValue() const { return m_default; }
+    /// Whether the store has a value, be it readable or not.
     bool isSet() const { return m_store->contains(m_key); }
 
     /// The default too for a number that is none or not finite, and for a text that is no truth value.
@@ -62,7 +67,9 @@ public:
         else
             return result;
     }
+    /// Written at once, also where the value is the same or the default.
     void set(const T& value) { m_store->set(m_key, QVariant::fromValue(value)); }
+    /// Goes back to the default.
     void remove() { m_store->remove(m_key); }
 
 private:
@@ -86,7 +93,9 @@ private:
 /// disk.
 class SettingsFile final : public PreferenceStore {
 public:
-    /// \param path full path of the file; created with the first value.
+    /// Reads the file; what cannot be read counts as unset. What the disk refuses is tried again with the next
+    /// change.
+    /// \param path full path of the file; created with the first value
     explicit SettingsFile(const QString& path);
     /// Waits until everything that was set is on disk, or until the disk has refused it.
     ~SettingsFile() override;

@@ -8,9 +8,11 @@ class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
+    /// Takes the three requests over until its end; where that fails they end the program at once, as without it.
     explicit TerminationSignals(QObject* parent = nullptr);
     ~TerminationSignals() override;
 
 Q_SIGNALS:
+    /// A request has come. Several that come close together are one.
     void requested();
 };

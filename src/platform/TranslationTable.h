@@ -12,7 +12,7 @@ public:
     /// \param language "ru" or "en". Missing files are a fault of the build and are reported with qCritical.
     explicit TranslationTable(const QString& language);
 
-    /// The translation of a key, or the key.
+    /// The translation of a key, or the key. The first question for a key searches the files, later ones a table.
     QString text(const QString& key) const;
     /// The counted form of a key with "%n", which is left in place; the key where there is none.
     QString pluralText(const QString& key, qint64 count) const;

@@ -13,11 +13,12 @@ namespace AtomicFile {
 /// the next.
 inline constexpr char kUnfinishedEnding[] = ".new";
 
-/// Puts bytes in place of a file: written beside it, synced, renamed, the folder synced. Only one write at a time may
-/// go to a target. \return 0, or the errno of the step that failed; the target is untouched then.
+/// Puts bytes in place of a file: written beside it, synced, renamed, the folder synced. Only this user can read the
+/// new file, whatever the old one allowed. Only one write at a time may go to a target.
+/// \return 0, or the errno of the step that failed; the target is untouched then
 int write(const QByteArray& path, QByteArrayView bytes);
 
-/// The whole of a regular file; nothing if it cannot be read or is larger than \p limit bytes.
+/// The whole of a regular file, links followed; nothing if it cannot be read or is larger than \p limit bytes.
 std::optional<QByteArray> read(const QByteArray& path, qint64 limit);
 
 } // namespace AtomicFile

@@ -7,7 +7,9 @@ struct TrashFolder {
     QByteArray path;   ///< holds "files" and "info"
     QByteArray topdir; ///< of the volume, against which the info files' paths stand; empty for the home trash
 
+    /// Where the files are kept, each under a name of its own.
     QByteArray files() const { return path + "/files"; }
+    /// Where the text of each stands: where it was and when it was deleted.
     QByteArray info() const { return path + "/info"; }
 
     /// The home trash for a folder on the same mount, else that of the folder's volume; made where it is missing.

@@ -20,9 +20,11 @@ public:
     /// Whether the bytes are one valid JSON value in valid UTF-8, whole.
     static bool isValid(QByteArrayView bytes);
 
+    /// Whether anything read so far was not what was asked for.
     bool hasFailed() const { return m_failed; }
+    /// For callers to whom a value means nothing: all later calls fail as well.
     void fail() { m_failed = true; }
-    /// The kind of the value that comes next.
+    /// The kind of the value that comes next, told by its first character; Invalid at the end and after a failure.
     Kind peek();
 
     /// Steps into an object or an array; the loop is
@@ -33,10 +35,14 @@ public:
     /// The key of a member with its colon; read with an open key it stays valid until the next call.
     QByteArrayView key();
 
+    /// A string with its escapes undone; empty after a failure.
     QString string();
+    /// Fails for a number beyond the range of a double.
     double number();
-    /// A number that is a whole one, written in any way.
+    /// A number that is a whole one, written in any way: 3, 3.0, 3e0. One with a point or an exponent fails beyond
+    /// 2^53, where it would not be exact.
     qint64 integer();
+    /// False after a failure.
     bool boolean();
     /// A string's bytes between its quotes where it holds no escapes, else decoded. Valid until the next call.
     QByteArrayView stringBytes();

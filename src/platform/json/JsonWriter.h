@@ -11,11 +11,15 @@ public:
     /// \param expectedSize bytes that are set aside.
     explicit JsonWriter(qsizetype expectedSize);
 
+    /// '{' or '['. A comma comes in front where one is due.
     void open(char bracket);
+    /// '}' or ']', as it was opened; that is not checked.
     void close(char bracket);
-    /// The key of a member; written as it is.
+    /// The key of a member; written as it is, so it holds nothing that needs an escape.
     void key(QLatin1StringView name);
+    /// The same with escapes where they are needed.
     void key(const QString& name);
+    /// A value with escapes; half a surrogate pair becomes U+FFFD.
     void string(QStringView text);
     /// Upper-case canonical form.
     void uuid(const QUuid& id);
@@ -26,6 +30,7 @@ public:
     void number(qint64 value);
     void boolean(bool value);
 
+    /// The text; the writer is of no use afterwards.
     QByteArray take();
 
 private:

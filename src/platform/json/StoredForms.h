@@ -11,10 +11,12 @@
 /// The texts that identities and file locations have on disk, at the price that lists of 100,000 can pay.
 namespace StoredForms {
 
+/// Characters of a UUID with its four dashes and without braces.
 inline constexpr qsizetype kUUIDLength = 36;
 
 /// Writes the upper-case canonical form. \param target room for kUUIDLength bytes.
 void writeUUID(const QUuid& id, char* target);
+/// The same form in new bytes.
 QByteArray uuidText(const QUuid& id);
 /// Reads the canonical form, in letters of either case; nothing for anything else.
 std::optional<QUuid> uuidFromText(QByteArrayView text);

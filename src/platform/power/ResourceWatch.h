@@ -11,7 +11,8 @@
 /// tells of neither. Thread: main.
 class ResourceWatch : public PowerWatch {
 public:
-    /// \param root the folder that the kernel tells in; see PowerState.
+    /// \param clock, executor live longer than the watch. \param root the folder that the kernel tells in; see
+    ///     PowerState.
     ResourceWatch(async::Clock& clock, async::Executor& executor, QString root = QStringLiteral("/sys"));
 
     void setWatching(bool isWatching) override;

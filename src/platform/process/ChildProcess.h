@@ -11,6 +11,7 @@
 /// program ends; so that thread stays as long as the object. Thread: any, one at a time.
 class ChildProcess {
 public:
+    /// Stands for /dev/null.
     static constexpr int kNullDevice = -1;
 
     /// What to start and how.
@@ -42,6 +43,7 @@ public:
     /// Once isRunning() has said no: the exit status, 0 to 255, or 128 and the number of the signal that ended it, as
     /// shells say it.
     std::optional<int> exitStatus() const { return m_exitStatus; }
+    /// The system's number of the child; may belong to another process once isRunning() has said no.
     qint64 processID() const { return m_id; }
 
 private:

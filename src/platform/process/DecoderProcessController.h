@@ -15,14 +15,18 @@ public:
     /// How long to wait for a child and how often to look after it. The end of a child is noticed at once where the
     /// system can tell, a stop only at the next look.
     struct Patience {
+        /// From the call of waitForEnd() on.
         async::Duration timeout;
+        /// Between two looks at the stop request.
         async::Duration interval;
     };
+    /// How a wait came to its end: the child ended by itself, whatever its status, or was ended here.
     enum class End { Ended, Stopped, TimedOut };
 
     /// Starts the child. Throws std::system_error when that is impossible.
     explicit DecoderProcessController(const ChildProcess::Launch& launch, WorkerClock clock = WorkerClock::system());
 
+    /// As ChildProcess::isRunning().
     bool isRunning();
     /// Blocks until the child has ended. Calls stop() at a stop request and when the time is over; Stopped also where
     /// the request came with the end of the child.

@@ -9,7 +9,9 @@
 /// Owner of one open file descriptor of the system.
 class Descriptor {
 public:
+    /// Owns none, until another one is moved in.
     Descriptor() = default;
+    /// \param descriptor is closed with this object; negative for none
     explicit Descriptor(int descriptor)
         : m_descriptor(descriptor)
     {
@@ -32,8 +34,11 @@ public:
         return *this;
     }
 
+    /// Stays this object's; -1 for none.
     int get() const { return m_descriptor; }
+    /// Whether there is one to be closed.
     bool isOpen() const { return m_descriptor >= 0; }
+    /// Early and once; a failure of closing is not told.
     void close()
     {
         if (m_descriptor >= 0)

@@ -20,7 +20,8 @@ public:
 
     /// At least 1.
     qint64 count() const { return m_count; }
-    /// The next samples, from the first on. \return how many; 0 at the end. Errors: std::system_error.
+    /// The next samples, from the first on, in the machine's own byte order. \return how many; 0 at the end. Errors:
+    /// std::system_error, also for a file that has become shorter.
     std::size_t read(std::span<float> into);
 
 private:
@@ -57,9 +58,9 @@ struct MonoDecoding {
     int sampleRate = 0;                         ///< hertz of the result
     std::optional<double> maximumDuration = {}; ///< seconds from the start, rounded up to whole ones; all without it,
                                                 ///< and for values that are not finite or not above 0
-    bool isLowImpact = false;               ///< lowest priority, looked after every 0.05 instead of 0.02 seconds
-    async::Duration timeout = {};           ///< wall-clock limit for `ffmpeg`
-    OwnedTemporaryFile::Naming output = {}; ///< of the file that `ffmpeg` fills
+    bool isLowImpact = false;                   ///< nice value 10, not 5; looked after every 0.05 s, not 0.02
+    async::Duration timeout = {};               ///< wall-clock limit for `ffmpeg`
+    OwnedTemporaryFile::Naming output = {};     ///< of the file that `ffmpeg` fills
 };
 
 /// Decodes the first audio stream of a file by `ffmpeg`: the samples of a mono file at full scale 1, of a stereo file

@@ -26,6 +26,7 @@ public:
     OwnedTemporaryFile(const OwnedTemporaryFile&) = delete;
     OwnedTemporaryFile& operator=(const OwnedTemporaryFile&) = delete;
 
+    /// Absolute where the folder was; stays the same however the file is written.
     const QString& path() const { return m_path; }
 
     /// Deletes the files in \p folder that match the naming, are regular files of this user, were last written more
