@@ -19,7 +19,8 @@ LoadedTrackMetadata load(const QUrl& url, const AudioTags& fallbackTags, bool re
 /// The same, but nothing for what is no regular file, cannot be opened, or holds neither known sound nor tags.
 std::optional<LoadedTrackMetadata> loadIfReadable(const QUrl& url, const AudioTags& fallbackTags,
                                                   bool readsWindows1251 = true);
-/// The bytes of the picture that load() finds; empty if there is none.
+/// The bytes of the picture that load() finds, as they stand in the file; empty if there is none or the file cannot
+/// be read.
 QByteArray artwork(const QUrl& url);
 
 } // namespace AudioMetadataLoader

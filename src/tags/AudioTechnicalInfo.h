@@ -11,7 +11,8 @@ namespace AudioTechnicalInfo {
 
 using Details = SoundDetails;
 
-/// Nothing if the file cannot be opened or holds no sound that is known. Blocks; not for the main thread.
+/// What the container itself tells; unlike AudioMetadataLoader it estimates no bit rate. Nothing if the file cannot
+/// be opened or holds no sound that is known. Blocks; not for the main thread.
 std::optional<Details> read(const QUrl& url);
 
 } // namespace AudioTechnicalInfo

@@ -12,7 +12,7 @@ namespace MP3Header {
 /// A file of variable bit rate reports its first frame. Blocks; not for the main thread.
 std::optional<double> bitRate(const QUrl& url);
 
-/// The same of bytes from the begin of a file.
+/// The same of bytes from the begin of a file, all of which are looked at. Thread: any.
 std::optional<double> bitRate(QByteArrayView head);
 
 } // namespace MP3Header

@@ -10,7 +10,8 @@ struct Atom {
     ByteRange body;  ///< ends where the parent ends if the size claims more
 };
 
-/// The atoms of a file or of another atom, in order. Looks one level deep only, so nothing nests without end.
+/// The atoms of a file or of another atom, in order (ISO/IEC 14496-12, 4.2). Looks one level deep only, so nothing
+/// nests without end. Thread: that of the source.
 class AtomWalker {
 public:
     explicit AtomWalker(const ByteRange& atoms)
@@ -18,7 +19,8 @@ public:
     {
     }
 
-    /// Nothing at the end and at an impossible size.
+    /// The next atom; an atom whose size claims more than there is ends where the walk ends. Nothing at the end and
+    /// at an impossible size, and then for good.
     std::optional<Atom> next();
 
 private:

@@ -6,7 +6,8 @@
 #include <optional>
 
 /// Walks through bytes with every length checked against what remains. A read that fails turns all later reads into
-/// failures that give 0 or nothing, so that a parser may read on and ask hasFailed() once.
+/// failures that give 0 or nothing, so that a parser may read on and ask hasFailed() once. The bytes live longer than
+/// the reader and the views that it gives. Never throws.
 class ByteReader {
 public:
     explicit ByteReader(QByteArrayView bytes)
@@ -14,7 +15,9 @@ public:
     {
     }
 
+    /// Whether a read asked for more than there was.
     bool hasFailed() const { return m_hasFailed; }
+    /// Whether nothing can be read any more; true also after a failure, so a loop of reads ends.
     bool isAtEnd() const { return m_hasFailed || m_position == m_bytes.size(); }
     /// Bytes that can still be read; 0 after a failure.
     qsizetype remaining() const { return m_hasFailed ? 0 : m_bytes.size() - m_position; }
@@ -32,7 +35,9 @@ public:
         m_position += static_cast<qsizetype>(count);
         return taken;
     }
+    /// All that remains; empty after a failure.
     QByteArrayView rest() { return bytes(remaining()); }
+    /// Leaves bytes out; fails like bytes().
     void skip(qint64 count) { bytes(count); }
 
     // Whole numbers, unsigned; "be" the highest byte first, "le" the lowest.

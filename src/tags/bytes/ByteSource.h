@@ -11,7 +11,9 @@
 struct ReadLimits {
     /// Of the reader's own work, without waiting for the disk.
     std::chrono::milliseconds ownTime{5000};
+    /// Since the source was made, the waiting included.
     std::chrono::milliseconds wallTime{30000};
+    /// Calls of ByteSource::readInto() and read().
     qint64 readCount = 50'000'000;
     /// Bytes for each byte of the source, and some more for small ones.
     qint64 timesSize = 4;
@@ -22,6 +24,7 @@ struct ReadLimits {
 /// has been reached, so that a loop of reads comes to an end whatever the bytes say. Thread: one at a time.
 class ByteSource {
 public:
+    /// The reader's own time that a source allows where nothing else is asked for.
     static constexpr std::chrono::milliseconds kDefaultTimeLimit = ReadLimits().ownTime;
 
     explicit ByteSource(const ReadLimits& limits = ReadLimits());
@@ -66,15 +69,18 @@ private:
 /// A part of a source: offsets count from the part's begin, and nothing outside it is seen.
 struct ByteRange {
     ByteSource* source = nullptr;
+    /// Bytes from the source's beginning.
     qint64 begin = 0;
     qint64 end = 0; ///< begin <= end <= source->size()
 
+    /// \param source outlives the range and all its parts.
     static ByteRange whole(ByteSource& source) { return {&source, 0, source.size()}; }
     qint64 size() const { return end - begin; }
     /// \p count bytes from \p offset on, fewer where the range ends.
     QByteArray read(qint64 offset, qint64 count) const;
     /// The part from \p offset with at most \p count bytes; clamped to this range, empty outside.
     ByteRange part(qint64 offset, qint64 count) const;
+    /// The part from \p offset to the range's end; empty for an offset beyond it.
     ByteRange from(qint64 offset) const { return part(offset, size()); }
 };
 

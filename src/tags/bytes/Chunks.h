@@ -14,14 +14,17 @@ struct Chunk {
 /// The chunks of a file, or of a list within one, in order.
 class ChunkWalker {
 public:
+    /// Order of the bytes of sizes: little in RIFF, big in AIFF.
     enum class Endian { Little, Big };
+    /// \param chunks what follows the file's or the list's own header
     ChunkWalker(const ByteRange& chunks, Endian endian)
         : m_chunks(chunks)
         , m_endian(endian)
     {
     }
 
-    /// Nothing at the end, and where no id of printable letters stands.
+    /// The next chunk, whether or not the one before was padded to an even size. Nothing at the end, and where no id
+    /// of printable letters stands.
     std::optional<Chunk> next();
     /// Goes on behind a body that is longer than the 32 bits of the last chunk's size could say.
     void continueAfter(qint64 bodySize);

@@ -7,7 +7,8 @@
 #include <memory>
 #include <vector>
 
-/// A regular file, opened once and read through a window, since tag readers ask for a few bytes at a time.
+/// A regular file, opened once and read through a window of 16 KiB, since tag readers ask for a few bytes at a time.
+/// A file that shrinks meanwhile gives fewer bytes than size() says.
 class FileBytes final : public ByteSource {
 public:
     /// Null if there is no such file, it cannot be opened, or it is no regular file; FIFOs, devices and sockets are

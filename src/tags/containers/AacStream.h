@@ -8,6 +8,8 @@ namespace AacStream {
 
 /// \param stream what the tags in front and behind leave.
 /// \return nothing if no frame is found. Goes through the whole stream: nothing else tells its length.
+/// The bit rate is the average of the frames with their headers; where half of the source's limits is spent the rest
+/// is estimated.
 std::optional<Sound> read(const ByteRange& stream);
 
 } // namespace AacStream

@@ -9,7 +9,9 @@ class ItemCollector;
 namespace FlacFile {
 
 /// Reads the metadata blocks of a native FLAC stream.
-/// \param items gets comments and pictures. Blocks that are broken or beyond the limits of fields are passed over.
+/// \param file begins with the marker "fLaC".
+/// \param items gets the comments of the first comment block, then one picture: the last that is not empty, wherever
+///     it stands. Broken blocks are passed over.
 /// \return nothing if the file does not say what its sound is.
 std::optional<Sound> read(const ByteRange& file, ItemCollector& items);
 

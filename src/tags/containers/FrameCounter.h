@@ -10,11 +10,13 @@
 /// byte 255.
 namespace FrameCounter {
 
+/// One frame of sound as its header tells.
 struct Frame {
     double seconds = 0;
     qint64 byteCount = 0; ///< with its header, at least 1
 };
 
+/// What was counted, or estimated from a part: the length, and the bytes of the frames alone.
 struct Count {
     double seconds = 0;
     double bytes = 0;

@@ -6,7 +6,8 @@
 /// What the audio tracks of an MPEG-4 file say about themselves.
 namespace Mp4Sound {
 
-/// Of the first audio track: its length by its own header, else by its fragments, and bit rate and depth by its coding.
+/// Of the first audio track: its length by its own header, else by its fragments, else by the movie's header; bit
+/// rate and depth by its coding.
 /// \param movie the body of the atom "moov".
 /// \param file where its fragments are looked for.
 /// \param mediaBytes bytes of all media data: the sound's own, if there is one track only.

@@ -8,6 +8,7 @@
 /// A range of bytes as the tag library wants to see it: read-only, and bounded like the range itself.
 class TagLibStream final : public TagLib::IOStream {
 public:
+    /// \param range its source outlives the stream
     explicit TagLibStream(const ByteRange& range)
         : m_range(range)
     {
@@ -34,6 +35,7 @@ private:
 /// are not used, because what they allocate and how deep they go is decided by the file.
 class TagLibFile final : public TagLib::File {
 public:
+    /// \param stream outlives the file
     explicit TagLibFile(TagLibStream& stream)
         : TagLib::File(&stream)
     {

@@ -9,6 +9,7 @@ struct FieldName {
     QLatin1StringView format; ///< "id3", "vorbis", "ape", "riff", "aiff", "itsk" or "itlk"
     QString key;
     std::optional<CommonKey> commonKey = std::nullopt;
+    /// What the field calls itself, see MetadataItem.
     std::optional<QString> extraDescription = std::nullopt;
 };
 
@@ -19,12 +20,14 @@ public:
     /// Chosen: far above any real file; what comes after is not kept.
     static constexpr std::size_t kMaximumItems = 4096;
 
+    /// Adds decoded text. Like all of these it does nothing once the collector is full.
     void addText(const FieldName& name, const QString& value);
     /// \param bytes of a field meant for Latin-1.
     /// \param transform applied to each of its values; may be null.
     void addLegacyText(const FieldName& name, QByteArrayView bytes, QString (*transform)(const QString&) = nullptr);
     /// \param bytes of a field meant for UTF-8. What is something else counts as a field meant for Latin-1.
     void addUtf8(const FieldName& name, QByteArrayView bytes);
+    /// Adds bytes, such as a picture.
     void addData(const FieldName& name, const QByteArray& value);
     std::size_t size() const { return m_items.size(); }
 

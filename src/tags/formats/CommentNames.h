@@ -9,7 +9,8 @@
 /// The field names that APEv2 and Vorbis comments share, in capital letters.
 namespace CommentNames {
 
-/// The shared meaning of a name, in any case of letters; nothing if it has none.
+/// The shared meaning of a name, in any case of letters; nothing if it has none. Other names of the same thing
+/// ("DESCRIPTION") are a matter of each format.
 inline std::optional<CommonKey> commonKey(const QString& name)
 {
     struct Entry {

@@ -6,7 +6,7 @@
 
 namespace Id3v2 {
 
-/// Bytes with the zero after every 0xFF taken out.
+/// Bytes with the zero after every 0xFF taken out (ID3v2.4.0 section 6.1). Other bytes stay as they are.
 QByteArray withoutUnsynchronisation(QByteArrayView bytes);
 
 /// One frame of a tag, not read yet.

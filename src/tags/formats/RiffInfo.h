@@ -7,7 +7,9 @@ class ItemCollector;
 /// The text chunks of a WAVE file's LIST INFO.
 namespace RiffInfo {
 
-/// \param list what follows the list's type "INFO".
+/// Adds every chunk as text up to its first zero; the encoding is found out later, as nothing tells it. Texts beyond
+/// FieldLimits are passed over.
+/// \param list what follows the list's type "INFO"
 void read(const ByteRange& list, ItemCollector& items);
 
 } // namespace RiffInfo

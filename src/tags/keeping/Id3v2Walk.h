@@ -14,10 +14,12 @@ public:
     /// that have no meaning there, FileError (fileReadCorruptFile) for a broken size.
     Id3v2Walk(const ByteRange& file, const QString& path);
 
+    /// 2, 3 or 4: the second number of ID3v2.x.
     int version() const { return m_version; }
     /// Of the whole tag with its header and footer.
     qint64 size() const { return m_size; }
 
+    /// A frame in both forms, valid during the visit alone.
     struct Frame {
         Id3v2::Frame parts;
         QByteArray header;  ///< as it stands, with the id

@@ -22,6 +22,7 @@ public:
     void setUnknown() { m_inventory.isUnknown = true; }
     /// Entries that have no meaning here.
     void addOther() { ++m_inventory.otherEntries; }
+    /// A picture, however many there are.
     void addPicture() { m_inventory.hasPicture = true; }
 
 private:

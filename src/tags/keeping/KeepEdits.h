@@ -13,6 +13,7 @@ enum class News { Add, Leave };
 struct KeepEdits {
     AudioTags tags;
     TagFields fields;
+    /// The new cover; nothing leaves the pictures alone.
     std::optional<QByteArray> artwork = {};
 
     /// The texts that come: those of the chosen fields.

@@ -24,6 +24,7 @@ struct TagEntry {
     /// As a read decodes it.
     QString text;
 
+    /// Whether it stands for one of these fields.
     bool isField(TagFields fields) const { return kind == Kind::Field && fields.testFlag(field); }
 };
 

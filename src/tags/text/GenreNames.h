@@ -5,7 +5,7 @@
 /// The numbered genres of ID3v1 and of players that extended its list.
 namespace GenreNames {
 
-/// Empty for a number without name.
+/// The name of a number of the list, counted from 0. Empty for a number without name.
 QString fromNumber(int number);
 /// A genre of ID3v2.2 and 2.3 with its references in brackets put into words: "(17)" gives "Rock", "(4)Eurodisco" its
 /// own wording "Eurodisco", "(31)(39)" both names, "(RX)" and "(CR)" Remix and Cover, and "((x)" is the escape of

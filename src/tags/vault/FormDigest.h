@@ -11,8 +11,10 @@
 /// BLAKE2b with 256 bits: of the toolkit's secure digests the one that is quick enough to be made with every save.
 class FormDigest {
 public:
+    /// Bytes of result().
     static constexpr qsizetype kSize = 32;
 
+    /// A number as eight bytes, the lowest first.
     void add(qint64 number)
     {
         char bytes[sizeof(number)];
@@ -27,6 +29,7 @@ public:
     /// Bytes whose length has been added before.
     void addRaw(QByteArrayView bytes) { m_hash->addData(bytes); }
 
+    /// The digest of what was added so far; kSize bytes.
     QByteArray result() const { return m_hash->result(); }
 
 private:

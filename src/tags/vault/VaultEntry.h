@@ -50,6 +50,7 @@ public:
     /// CRC-32 as it stands behind the label and behind the whole.
     static quint32 checksum(QByteArrayView bytes);
 
+    /// Which file the entry belongs to.
     const Label& label() const { return m_label; }
     /// The kept pieces with the sound of the present file between them, which has to be the entry's.
     RewritePlan planRestore(const FileAnatomy& present) const;

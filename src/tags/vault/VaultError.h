@@ -20,7 +20,9 @@ public:
     Case which() const { return m_case; }
     /// The name of the case in reports, e.g. "noEntry".
     QLatin1StringView caseName() const;
+    /// Of the file whose tags they are.
     const QString& path() const { return m_path; }
+    /// The errno; 0 where no call failed.
     int systemError() const { return m_systemError; }
     /// The text for people, localised, with the system's reason behind it.
     QString message() const;

@@ -11,6 +11,7 @@
 /// in all than the limit. Other instances of the program may use it at the same time. Thread: any; blocks.
 class VaultFolder {
 public:
+    /// Looks at no disk yet. \param folder absolute; made with the first entry. \param limit bytes of all entries.
     VaultFolder(const QString& folder, qint64 limit);
 
     /// What an entry belongs to.
@@ -19,6 +20,8 @@ public:
         QByteArray soundDigest;
     };
 
+    /// Where the entry stands, or would stand: the digest of its path as the folder's name, that of its sound as the
+    /// file's.
     QString fileFor(const Key& key) const;
     /// Whether there is an entry of the path, whatever its sound. Cheap.
     bool holds(const QString& path) const;

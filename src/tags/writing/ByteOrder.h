@@ -6,6 +6,7 @@
 /// Numbers as the bytes that stand in a file.
 namespace ByteOrder {
 
+/// Four bytes, the highest first.
 inline QByteArray big32(quint32 value)
 {
     QByteArray bytes(4, '\0');
@@ -13,6 +14,7 @@ inline QByteArray big32(quint32 value)
     return bytes;
 }
 
+/// Four bytes, the lowest first.
 inline QByteArray little32(quint32 value)
 {
     QByteArray bytes(4, '\0');
@@ -20,6 +22,7 @@ inline QByteArray little32(quint32 value)
     return bytes;
 }
 
+/// Three bytes, the highest first; \p value below 2^24.
 inline QByteArray big24(quint32 value)
 {
     return big32(value).sliced(1);

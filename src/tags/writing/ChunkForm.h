@@ -14,13 +14,18 @@ public:
     static constexpr qint64 kFileHeaderSize = 12; ///< id, size, kind of file
     static constexpr qint64 kHeaderSize = 8;
 
+    /// WAV: the lowest byte of a size first, the extension "wav".
     static const ChunkForm& riff();
+    /// AIFF and AIFC: the highest byte of a size first, the extension "aiff".
     static const ChunkForm& aiff();
 
     /// A chunk with its padding. \param id four letters. The body must fit 32 bits: see fits().
     QByteArray chunk(QByteArrayView id, const QByteArray& body) const;
+    /// Whether a size can be said in 32 bits.
     static bool fits(qint64 size);
+    /// A size as it stands in a header. \param size one that fits().
     QByteArray sizeBytes(qint64 size) const;
+    /// The size of the body in a chunk's header. \param header kHeaderSize bytes.
     qint64 sizeOf(QByteArrayView header) const;
     /// The extension that errors name.
     const QString& extension() const { return m_extension; }

@@ -12,7 +12,7 @@ RewritePlan begin(const ChunkForm& form, const RewriteSource& source);
 /// Keeps a chunk with its padding, marked if it is the sound.
 void keep(RewritePlan& plan, const ChunkForm& form, const FileChunk& chunk);
 
-/// "ID3 ", or "id3 " as it is in WAV files; both are read by others in both forms.
+/// Whether the id is "ID3 ", or "id3 " as it is in WAV files; both are read by others in both forms.
 bool isID3(const FileChunk& chunk);
 /// Adds a chunk of new bytes. WriteError (rewriteFailed) beyond 32 bits.
 void addChunk(RewritePlan& plan, const ChunkForm& form, QByteArrayView id, const QByteArray& body);

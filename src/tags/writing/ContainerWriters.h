@@ -13,8 +13,11 @@ struct AudioTags;
 /// and swaps it in; when it throws (FileError, WriteError) the source is untouched. Stateless; blocks; for workers.
 namespace ContainerWriters {
 
+/// Comments and pictures are replaced by the ten fields and the picture; without one none stays.
 void writeFLAC(const AudioTags& tags, const std::optional<QByteArray>& artwork, const QString& path);
+/// The list of INFO is made anew, and the ID3v2 chunk too where there is a picture; else it goes.
 void writeWAV(const AudioTags& tags, const std::optional<QByteArray>& artwork, const QString& path);
+/// Text chunks go; a new ID3v2 chunk holds the ten fields and the picture.
 void writeAIFF(const AudioTags& tags, const std::optional<QByteArray>& artwork, const QString& path);
 /// Title, artist, album, genre and comment alone; nothing else of the old tags stays.
 void writeM4A(const AudioTags& tags, const QString& path);

@@ -9,7 +9,9 @@ class RewriteSource;
 /// A metadata block of a FLAC file. Source: RFC 9639, section 8.1.
 struct FlacBlock {
     static constexpr qint64 kHeaderSize = 4;
+    /// In the first byte of the header of the last block.
     static constexpr quint8 kLastFlag = 0x80;
+    /// Kinds of blocks that hold tags; all others are kept unread.
     enum Type : quint8 { VorbisComment = 4, Picture = 6 };
 
     quint8 type = 0;
@@ -27,7 +29,7 @@ class FlacBlockWalker {
 public:
     /// WriteError (unsupportedFormat) if the stream's marker is not at the file's begin.
     explicit FlacBlockWalker(const RewriteSource& source);
-    /// Nothing behind the last block.
+    /// The next block, its body unread. Nothing behind the last block.
     std::optional<FlacBlock> next();
     /// Behind the last block's end: where the sound begins.
     qint64 position() const { return m_position; }

@@ -10,6 +10,7 @@
 /// Empties fields of an ID3v1 tag in their places.
 namespace Id3v1Filter {
 
+/// Bytes of every ID3v1 tag.
 constexpr qsizetype kTagSize = 128;
 
 /// \param tag kTagSize bytes that begin with "TAG". Picture, album artist, tempo, key and artist are not touched.

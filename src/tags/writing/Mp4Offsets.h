@@ -5,6 +5,7 @@
 /// The places of the sound that an MPEG-4 file's movie atom knows.
 namespace Mp4Offsets {
 
+/// Only with Done may the movie be written.
 enum class Outcome { Done, Broken, Impossible };
 
 /// Moves every chunk offset from \p from on by \p delta. \param movie the body of the atom, changed in place.

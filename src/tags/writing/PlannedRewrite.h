@@ -9,7 +9,9 @@
 /// Planners put to work on a file.
 namespace PlannedRewrite {
 
-/// Plans the new file, writes it and swaps it in. \param makePlan from the source to a RewritePlan.
+/// Plans the new file, writes it and swaps it in. Throws what the planner throws, FileError and WriteError; the
+/// source is untouched then. \param makePlan from the source to a RewritePlan.
+/// \param format that a difference of the sound is told with
 template <typename MakePlan>
 void rewrite(const QString& path, const QString& format, const MakePlan& makePlan)
 {
@@ -20,7 +22,7 @@ void rewrite(const QString& path, const QString& format, const MakePlan& makePla
     rewrite.commit(plan.sound(), format);
 }
 
-/// Gives what \p find makes of the file as a RewriteSource.
+/// Gives what \p find makes of the file as a RewriteSource. Throws FileError and what \p find throws.
 template <typename Find>
 auto look(const QString& path, const Find& find)
 {

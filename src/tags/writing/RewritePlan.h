@@ -20,6 +20,7 @@ public:
 
     /// Goes on with a stretch of the old file; neighbours become one.
     void keep(qint64 offset, qint64 length);
+    /// Goes on with new bytes.
     void add(const QByteArray& bytes);
     /// Goes on with all pieces of another plan without patches and sound.
     void append(const RewritePlan& other);
@@ -30,11 +31,12 @@ public:
 
     /// Bytes of the new file so far.
     qint64 size() const { return m_size; }
+    /// What was marked as sound, in the order of the new file.
     const std::vector<SoundSpan>& sound() const { return m_sound; }
 
     /// Writes the new file, without the commit.
     void writeTo(FileRewrite& rewrite) const;
-    /// The new file in memory.
+    /// The new file in memory; for small ones and tests.
     QByteArray toBytes(const RewriteSource& source) const;
 
 private:

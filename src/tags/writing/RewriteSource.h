@@ -19,9 +19,12 @@ public:
     ByteRange range(qint64 offset, qint64 length) const { return {&m_bytes, offset, offset + length}; }
     /// Whether \p needle occurs within the stretch, which is read in pieces. An empty one occurs nowhere.
     bool contains(const QByteArray& needle, qint64 offset, qint64 length) const;
-    /// Throws unless a stretch that begins at \p offset and has \p length bytes lies before \p end.
+    /// Throws FileError (fileReadCorruptFile) unless a stretch that begins at \p offset and has \p length bytes lies
+    /// before \p end.
     void requireWithin(qint64 end, qint64 offset, qint64 length) const;
+    /// Throws FileError (fileReadCorruptFile) with the path.
     [[noreturn]] void failCorrupt() const;
+    /// As given, for errors.
     const QString& path() const { return m_path; }
 
 private:
@@ -37,6 +40,7 @@ public:
     /// Gives exactly the bytes that are asked for, or throws.
     using Read = std::function<QByteArray(qint64 offset, qint64 count)>;
 
+    /// \param size bytes of the file. \param read kept, with what it captures, as long as this object.
     SourceBytes(qint64 size, Read read);
     qint64 size() const override { return m_size; }
 

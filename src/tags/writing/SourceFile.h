@@ -20,6 +20,7 @@ public:
     const QString& path() const { return m_path; }
     /// Without links, in the form of the system.
     const QByteArray& target() const { return m_target; }
+    /// Open for reading as long as this object lives, which closes it.
     int descriptor() const { return m_descriptor; }
     /// Bytes when it was opened.
     qint64 size() const { return m_size; }

@@ -8,8 +8,10 @@
 
 /// Something behind the sound of an MPEG or FLAC file.
 struct TrailerPart {
+    /// Lyrics is a block of Lyrics3, which no writer changes.
     enum class Kind { Id3v1, Ape, Lyrics };
     Kind kind = Kind::Id3v1;
+    /// In bytes from the file's begin; the size is that of the whole part.
     qint64 offset = 0;
     qint64 size = 0;
 };

@@ -8,6 +8,8 @@
 /// A failure of the file system or of a file's form, with the case names that the rest of the program knows.
 class FileError : public std::exception {
 public:
+    /// Named as in reports. Every other error of reading is fileReadCorruptFile, every other one of writing
+    /// fileWriteUnknown.
     enum class Case {
         fileNoSuchFile,
         fileReadCorruptFile,
@@ -26,6 +28,7 @@ public:
     Case which() const { return m_case; }
     /// The name of the case in reports, e.g. "fileNoSuchFile".
     QLatin1StringView caseName() const;
+    /// Of the file that was to be changed, never of the new one beside it.
     const QString& path() const { return m_path; }
     int systemError() const { return m_systemError; } ///< errno, 0 if there is none
     /// The text for people, localised.
@@ -38,7 +41,7 @@ private:
     int m_systemError;
 };
 
-/// A failure of a tag writer by itself.
+/// A failure of a tag writer, as opposed to one of the file system.
 class WriteError : public std::exception {
 public:
     enum class Case { unsupportedFormat, rewriteFailed, artworkVerificationFailed };
@@ -49,6 +52,7 @@ public:
     Case which() const { return m_case; }
     /// The name of the case in reports, e.g. "rewriteFailed".
     QLatin1StringView caseName() const;
+    /// See the constructor; it fills the place in message().
     const QString& payload() const { return m_payload; }
     /// The text for people, localised.
     QString message() const;
