@@ -32,6 +32,7 @@ public:
     /// Limit of the bytes held by the pool, least recently used going first. Chosen: 64 MiB holds the covers of some
     /// hundred albums. Bytes on hand stay on hand until another picture needs the room.
     static void setPoolLimit(qsizetype bytes);
+    /// In bytes; until setPoolLimit() is called.
     static constexpr qsizetype kDefaultPoolLimit = 64 * 1024 * 1024;
     /// Bytes held at this moment.
     static qsizetype pooledByteCount();

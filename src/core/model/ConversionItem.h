@@ -10,7 +10,9 @@
 
 /// One row of the converter's queue.
 struct ConversionItem {
+    /// How far a row of the queue is.
     struct Status {
+        /// Completed and Failed are final: another try is another row.
         enum class Case { Waiting, Converting, Completed, Failed };
         Case value = Case::Waiting;
         QString message; ///< why, for Failed only

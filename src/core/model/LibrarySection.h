@@ -21,5 +21,6 @@ struct LibrarySection {
     /// Whether the rows are tracks of the main list, which tags may be assigned to.
     bool holdsLibraryTracks() const { return list == Track::MetadataDestination::Library && !holdsJobs; }
 
+    /// The entry of a section; it lives as long as the program.
     static const LibrarySection& of(LibraryTab tab);
 };

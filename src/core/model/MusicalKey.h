@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// In this order wherever both are walked.
+/// The two modes, in this order wherever both are walked.
 enum class MusicalKeyMode { Minor, Major };
 
 /// A key: a tonic and a mode, written as a Camelot code, by which DJs mix harmonically.
@@ -24,7 +24,8 @@ struct MusicalKey {
     static std::optional<MusicalKey> fromCamelotCode(const QString& code);
     /// The code of a text that is one but for case, blanks around it and leading zeros, e.g. "8A" for " 08a ".
     static std::optional<QString> normalizedCamelotCode(const QString& text);
-    /// The code of what a tag holds: a code, or the name of a key such as "Am", "A minor", "C♯" or "Db maj".
+    /// The code of what a tag holds: a code, or the name of a key such as "Am", "A minor", "C♯" or "Db maj". A note
+    /// without a mode is major. Nothing for any other text.
     static std::optional<QString> camelotCode(const QString& fromMetadataValue);
     /// The first code that stands by itself in a file name; its extension does not count.
     static std::optional<QString> embeddedCamelotCode(const QString& inFileName);
@@ -32,6 +33,7 @@ struct MusicalKey {
 
 /// The key of a track as an analysis heard it.
 struct MusicalKeyAnalysis {
+    /// Another key that the same sound may be heard in.
     struct Alternative {
         MusicalKey key;
         double relativeStrength = 0; ///< 0 to 1, against the best

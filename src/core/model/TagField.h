@@ -6,7 +6,8 @@
 
 #include <array>
 
-/// One of the ten editable tags. The order is that of AudioTags::fields().
+/// One of the ten editable tags. The order is that of AudioTags::fields(). Each value is one bit, so that several
+/// make up a TagFields.
 enum class TagField {
     Title = 1,
     Artist = 2,
@@ -25,8 +26,9 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(TagFields)
 /// The ten tags as a set.
 namespace TagFieldSet {
 
+/// All ten: the sum of their bits.
 constexpr TagFields kAll(1023);
-/// Those that no read of a file supplies: a row has them only if somebody typed them.
+/// Those that no read of a file supplies: a row has them only if the user typed them.
 constexpr TagFields kNeverRead = TagFields(TagField::AlbumArtist) | TagField::Year | TagField::Track | TagField::Tempo;
 
 /// The ten, in order.

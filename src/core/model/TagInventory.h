@@ -16,12 +16,14 @@ struct TagInventory {
 
     bool operator==(const TagInventory&) const = default;
 
-    /// What a plain save of \p written takes away: entries, and fields with a text in the file.
+    /// Fields with a text in the file that a plain save of \p written takes away: those that it cannot write, and
+    /// those of the unread ones that \p written leaves empty.
     TagFields lostFields(const AudioTags& written) const
     {
         return unwritable | (TagFieldSet::filled(unread) & ~TagFieldSet::filled(written));
     }
-    /// \param replacesPicture whether the save writes a picture of its own.
+    /// Whether a plain save of \p written takes anything away, as far as is known; true where that is not known.
+    /// \param replacesPicture whether the save writes a picture of its own
     bool losesAnything(const AudioTags& written, bool replacesPicture) const
     {
         return isUnknown || (hasPicture && !replacesPicture) || otherEntries > 0 || lostFields(written);

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// How popular a track is, as the sort by rating compares it.
+/// How popular a track is, as the sort by rating compares it. A higher tier is more popular.
 struct TrackPopularitySortValue {
     int tier = 0;
     bool isDirectSignal = false;      ///< told of this very track, not of its artist

@@ -5,6 +5,7 @@
 /// How much room the window takes. Raw values "compact" and "full" stand in the preference `workspaceLayout`.
 enum class WorkspaceLayout { Compact, Full };
 
+/// The text that the preference keeps.
 inline QString rawValue(WorkspaceLayout layout)
 {
     return layout == WorkspaceLayout::Compact ? QStringLiteral("compact") : QStringLiteral("full");

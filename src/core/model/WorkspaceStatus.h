@@ -3,7 +3,7 @@
 #include <QString>
 #include <QUuid>
 
-/// The picture before a message of the status line; the window has a drawing for each.
+/// The picture before a message of the status line, by what the message is about; the window has a drawing for each.
 enum class StatusIcon {
     Info,
     Done,
@@ -27,6 +27,7 @@ enum class StatusIcon {
     Sound,
     SoundOff,
 };
+/// How many pictures there are, for tables by icon; SoundOff stays the last.
 inline constexpr int kStatusIconCount = static_cast<int>(StatusIcon::SoundOff) + 1;
 
 /// One message of the status line.
