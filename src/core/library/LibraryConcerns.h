@@ -33,11 +33,15 @@
 /// The workspace and the concerns of one store, in the order in which they are built. Each calls only those above it,
 /// which it gets by reference, and learns of those below by their signals; so there is no ring among them.
 struct LibraryConcerns {
+    /// Builds all of them, in this order, and connects their signals (LibraryStoreWiring.cpp). \param services
+    /// copied: the references, not what they lead to.
     explicit LibraryConcerns(const LibraryServices& services);
     ~LibraryConcerns();
 
+    /// What the others stand on; knows none of them.
     LibraryServices services;
     Workspace workspace;
+    /// What is told and shared: these call nothing but the services and the workspace.
     FileEvents fileEvents;
     FileLocks fileLocks;
     Scheduler scheduler;
@@ -45,27 +49,32 @@ struct LibraryConcerns {
     StatusLine status;
     History history;
     QuickLists quickLists;
+    /// Rows: their order and selection, and what plays and shows them.
     TempoResults tempoResults;
     Order order;
     Selection selection;
     Playback playback;
     Waveforms waveforms;
     Favorites favorites;
+    /// Tags and pictures on their way into files.
     TagSaver tagSaver;
     TagWriting tagWriting;
     OriginalTags originalTags;
     UnwrittenEdits unwrittenEdits;
     ClosingQuestion closingQuestion;
     Artwork artwork;
+    /// What files tell: reads, then tempos, which go by the tags that were read.
     MetadataLoads loads;
     GivenUpEdits givenUpEdits;
     Tempo tempo;
     TempoChoices tempoChoices;
     Sending sending;
+    /// Rows that go and come.
     Removal removal;
     StrayTemporaries strayTemporaries;
     Imports imports;
     Keys keys;
+    /// Last, for it gathers from all others what outlives the program.
     Session session;
 
 private:

@@ -17,8 +17,10 @@ class Clock;
 class Executor;
 } // namespace async
 
-/// What the store stands on, each behind a small interface; what is not named does nothing. All outlive the store.
+/// What the store stands on, each behind a small interface; what is not named is a form that does nothing. All
+/// outlive the store. A value of references: copying it copies no service.
 struct LibraryServices {
+    /// Needed always, as the four behind it: they have no form that does nothing.
     async::Clock& clock;
     async::Executor& executor;
     Preferences& preferences;

@@ -10,6 +10,7 @@ struct BPMAnalysisMode {
 
 /// How a tempo analysis ended.
 struct BPMAnalysisOutcome {
+    /// Success and PermanentFailure are final; the queue tries a RetryableFailure once more.
     enum class Case {
         Success,          ///< there is an estimate
         RetryableFailure, ///< another try may succeed

@@ -33,6 +33,7 @@ public:
         OriginalTags& originals;
     };
 
+    /// \param dependencies all live longer
     explicit Artwork(const Dependencies& dependencies);
     ~Artwork() override;
 

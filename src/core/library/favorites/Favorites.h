@@ -15,11 +15,13 @@ class Selection;
 class StatusLine;
 class Workspace;
 
-/// Membership of Favorites and Covers, and the filter of Favorites.
+/// Membership of Favorites and Covers, and the filter of Favorites. What the user changes of the membership is one
+/// step of undo. Ids that are not in the main list are ignored. Owned by the store. Thread: main.
 class Favorites : public QObject {
     Q_OBJECT
 
 public:
+    /// The two flags of a row; a favourite that joins is in Covers as well.
     struct MembershipState {
         bool isFavorite = false;
         bool isInCoverWorkspace = false;
@@ -46,14 +48,19 @@ public:
     /// Each track flips on its own.
     void toggleFavorites(const QSet<TrackID>& ids);
 
-    /// The present flags of these tracks.
+    /// The present flags of these tracks, without those that are not in the list.
     MembershipStates favoriteMembershipStates(const QSet<TrackID>& ids) const;
-    /// The only writer of the two flags: one assignment, one notification.
+    /// Sets both flags of these tracks at once: one assignment, one notification, no step of undo. Nothing happens
+    /// where no flag differs.
     void applyFavoriteMembershipStates(const MembershipStates& states);
 
+    /// The genre that Favorites are narrowed to; empty for all.
     QString favoriteGenreFilter() const;
+    /// Narrows Favorites to a genre, which lifts the filter of untagged rows; an empty one shows all.
     void setFavoriteGenreFilter(const QString& genre);
+    /// Whether Favorites show rows without a genre alone.
     bool favoriteOnlyUntagged() const;
+    /// Turns that filter on, which lifts the one by genre, or off.
     void setFavoriteOnlyUntagged(bool value);
     /// The genres that occur among favourites, without empty ones, in localised order.
     QStringList favoriteGenreOptions() const;

@@ -26,16 +26,19 @@ struct FileChange {
     bool isSoundSame = true; ///< what was found out about the sound holds on
 };
 
-/// Tells everybody who knows something about a file what the program itself did to it; told once the change is
-/// complete. Owned by the store, outlives the concerns. Thread: main.
+/// Tells all who know something about a file what the program itself did to it. What other programs do is not told
+/// here. Owned by the store, outlives the concerns. Thread: main.
 class FileEvents : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
+    /// To be called once the change is complete and the file can be looked at; all listeners have followed when it
+    /// returns.
     void tell(const FileChange& change) { emit changed(change); }
 
 Q_SIGNALS:
+    /// Once for each file of an operation, in the order in which they were changed.
     void changed(const FileChange& change);
 };

@@ -69,11 +69,14 @@ public:
     FileLine(FileLocks& locks, const Shown& shown, int roundsAtOnce = 1);
     ~FileLine() override;
 
+    /// Adds a round behind those that wait; it begins at once if fewer than roundsAtOnce are under way. The line
+    /// keeps it until its end.
     void append(std::shared_ptr<FileRound> round);
     /// Ends the rounds under way after the file in hand, at once those that wait for a path; those that wait begin
     /// nevertheless.
     void stop();
     Progress progress() const { return m_progress; }
+    /// Whether a round is under way; one that only waits does not count.
     bool isActive() const { return !m_running.isEmpty(); }
     /// Shows a single file too, as long as it waits for the user.
     void setShownAlways(bool isShownAlways);
@@ -81,6 +84,7 @@ public:
     void setText(const QString& text) { m_text = text; }
 
 Q_SIGNALS:
+    /// After every file, and when a round begins or ends.
     void progressChanged();
     /// stop() was asked for, by whomever: what the work in hand waits for may be given up.
     void stopWanted();

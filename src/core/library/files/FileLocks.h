@@ -21,11 +21,12 @@ public:
     FileLocks(const FileLocks&) = delete;
     FileLocks& operator=(const FileLocks&) = delete;
 
-    /// Returns when the caller holds the path. Throws Cancelled after a stop request; the path is not held then.
+    /// Returns when the caller holds the path. Throws Cancelled when a stop ends its waiting; the path is not held
+    /// then. A path that is free is given at once, even after a stop request. \param path standardized.
     async::Task<> acquire(QString path, std::stop_token stop);
-    /// Gives a held path to the one who has waited longest.
+    /// Gives a held path to the caller that has waited longest; frees it where none waits.
     void release(const QString& path);
-    /// The same with an owner that releases whatever happens.
+    /// As acquire(), with an owner that releases the path whatever happens, even when it goes after the locks.
     async::Task<HeldPath> hold(QUrl url, std::stop_token stop);
 
 private:

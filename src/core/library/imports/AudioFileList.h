@@ -15,6 +15,7 @@ struct LeftOut {
     int strayTemporaries = 0; ///< what interrupted writes left behind
 };
 
+/// What a walk gave.
 struct Expansion {
     QList<QUrl> files; ///< standardized, in the file manager's order of their paths, each once
     int notTaken = 0;  ///< as in LeftOut
@@ -30,7 +31,7 @@ Expansion expand(const QList<QUrl>& urls, bool (*isWanted)(QStringView name), st
 
 /// What the lists of tracks take in.
 bool isPlayable(QStringView fileName);
-/// What the converter takes in: Ogg as well.
+/// What the converter takes in by the file's name: Ogg as well.
 bool isConvertible(QStringView fileName);
 
 } // namespace AudioFileList

@@ -11,6 +11,7 @@ namespace ImportPlan {
 
 /// Flags that an import sets on its tracks.
 struct Membership {
+    /// Whether the rows come into the playlist.
     bool playlist = false;
     bool covers = false;
 };
@@ -21,10 +22,11 @@ struct Split {
     QList<QUrl> freshURLs; ///< the others, in that order
 };
 
+/// \param urls standardized, each once
 Split split(const TrackList& tracks, const QList<QUrl>& urls);
 /// The list with the flags set on these rows.
 QList<Track> withMembership(const TrackList& tracks, const QList<int>& rows, Membership membership);
-/// A row for each file, as it stands before its tags were read.
+/// A row for each file with a fresh id, as it stands before its tags were read: guessed from the name.
 QList<Track> freshTracks(const QList<QUrl>& urls, Membership membership);
 
 } // namespace ImportPlan

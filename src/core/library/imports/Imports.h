@@ -54,12 +54,13 @@ public:
     explicit Imports(const Dependencies& dependencies);
     ~Imports() override;
 
-    /// Into the playlist. Folders are walked in the background; imports queue up and never overlap.
-    /// \param completion called at the end; may be empty.
+    /// Into the playlist. Up to four requests are walked at the same time, in the background; their rows join one
+    /// request after another, 200 at a time. Says how many were added.
+    /// \param completion called at the end; may be empty
     void importURLs(const QList<QUrl>& urls, Completion completion = {});
     /// Into the playlist and Favorites.
     void importForFavorites(const QList<QUrl>& urls);
-    /// Into Covers, without the playlist.
+    /// Into Covers, without the playlist; queues up with the imports into the playlist.
     void importForCovers(const QList<QUrl>& urls, Completion completion = {});
     /// Into the analysis list, as rows of their own.
     void importForAnalysis(const QList<QUrl>& urls);
@@ -67,18 +68,20 @@ public:
     void importForMusicalKeyAnalysis(const QList<QUrl>& urls);
     /// Into the converter's queue; takes Ogg files as well. Says nothing.
     void importForConversion(const QList<QUrl>& urls);
-    /// Adds places for the duplicate search to look through, and lists the files in them.
+    /// Adds places for the duplicate search to look through, and lists the files in them. A place that is known is
+    /// walked again.
     void importDuplicateSearchURLs(const QList<QUrl>& urls);
 
     /// Says how many files were added and how many were left out; nothing if neither. \param message counted text.
     void announceAdded(const QString& message, qsizetype added, AudioFileList::LeftOut leftOut, StatusIcon icon);
 
-    /// Reads the files of these tracks in the background; results reach the given list in batches.
+    /// Reads the files of these tracks in the background, like MetadataLoads::schedule(); results reach the given
+    /// list in batches.
     void scheduleMetadataLoads(const QList<Track>& tracks, Track::MetadataDestination destination);
     /// Starts the trickle of results that were held back while the playlist scrolled.
     void scheduleDeferredMetadataFlush();
 
-    /// Load operations that are alive.
+    /// Loads of metadata that have not ended: one for each call that asked for rows to be read.
     int metadataLoadOperationCount() const;
     /// Whether a batch is being applied at this moment.
     bool isApplyingMetadataBatch() const;

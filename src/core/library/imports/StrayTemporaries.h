@@ -36,6 +36,7 @@ public:
     /// Moves all of them to the Trash in the background and says how many went, or the first error. Those that could
     /// not go stay in the list. Does nothing with an empty list or while it is at it.
     void moveToTrash();
+    /// Whether moveToTrash() is under way.
     bool isMoving() const { return m_isMoving; }
 
 Q_SIGNALS:

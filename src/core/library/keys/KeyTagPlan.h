@@ -16,6 +16,7 @@ namespace KeyTagPlan {
 /// The Camelot codes to be written, by file.
 using Codes = QHash<QUrl, QString>;
 
+/// What is to be written: the codes, and the rows through which their files are reached.
 struct Plan {
     Codes codes;
     QList<TagSaver::Item> items; ///< one per file

@@ -67,6 +67,7 @@ public:
 
     /// Rows that were queued since the queue was last empty, and how many of them are done.
     WorkProgress progress() const { return m_queue.progress(); }
+    /// Where a row stands in the queue; None for one that is determined, undetermined or new.
     WorkState stateOf(const TrackID& id) const { return m_queue.stateOf(id); }
     /// Rows that wait or are being analysed.
     qsizetype queuedCount() const { return m_queue.queuedCount(); }

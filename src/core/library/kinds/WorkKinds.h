@@ -10,6 +10,7 @@ namespace WorkKinds {
 /// Kinds that listen to the whole spectrum of a file, which takes all of a processor: one of them at a time.
 constexpr int kSpectra = 1;
 
+/// The rules; their numbers stand in docs/work.md, and a test compares the two.
 extern const WorkKind kMusicalKey;
 extern const WorkKind kWaveform;
 extern const WorkKind kTempo;

@@ -10,6 +10,7 @@ struct FavoriteFilter {
     QString genre; ///< exactly as in the tags; empty for all
     bool onlyUntagged = false;
 
+    /// Whether a favourite is shown; whether the track is one is not asked.
     bool passes(const Track& track) const;
     bool operator==(const FavoriteFilter&) const = default;
 };
@@ -23,6 +24,7 @@ public:
                              const EstimatedBPMByTrackID& estimatedBPMByTrackID);
     /// Upkeep after a change of the list: new values are taken, rows that left are dropped, all else is forgotten.
     void tracksChanged(const TrackList& tracks, const ListChange& change);
+    /// The next call of rows() sorts anew.
     void forget() { m_rows.reset(); }
     /// Forgets them if they were sorted by tempo.
     void forgetBPM()

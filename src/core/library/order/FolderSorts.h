@@ -21,10 +21,12 @@ public:
     /// What update() gave last, with what refresh() put there.
     const QList<Track>& rows() const { return m_rows; }
 
-    /// Whether new values of rows may belong elsewhere.
+    /// Whether new values of rows may belong elsewhere: Same, they stay where they are; Owed, their folders have to
+    /// be sorted again.
     enum class Placing { Same, Owed };
-    /// Puts new values where the rows stand. \param baseRows which rows of \p base have new values. \param placing Owed
-    /// makes the next update() sort their folders again.
+    /// Puts new values where the rows stand.
+    /// \param baseRows which rows of \p base have new values
+    /// \param placing Owed makes the next update() sort their folders again
     void refresh(const QList<Track>& base, const QList<int>& baseRows, Placing placing);
     /// Lets rows go; the others keep their order, and what is owed to them. Only where rows() are those of the base.
     /// \param baseRows ascending, as they stood. \param sections the folders as they are now.
@@ -39,6 +41,7 @@ public:
         m_areInputsKnown =
             m_areInputsKnown && m_key.field != TrackSortField::BPM && m_key.field != TrackSortField::Rating;
     }
+    /// Gives all rows up; the next update() sorts all folders.
     void clear();
 
     /// Folders sorted so far.

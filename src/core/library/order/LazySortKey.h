@@ -7,6 +7,7 @@ class LazySortKey {
 public:
     using MakeKey = QByteArray (*)(const QString&);
 
+    /// \param makeKey such as Collation::standardSortKey()
     LazySortKey(QString text, MakeKey makeKey)
         : m_text(std::move(text))
         , m_makeKey(makeKey)
@@ -15,7 +16,9 @@ public:
 
     bool isEmpty() const { return m_text.isEmpty(); }
 
-    /// \return negative, 0 or positive.
+    /// Compares by the keys, which are made where they are missing; equal texts need none. Both have the same
+    /// makeKey.
+    /// \return negative, 0 or positive
     static int compare(LazySortKey& left, LazySortKey& right)
     {
         if (left.m_text == right.m_text)

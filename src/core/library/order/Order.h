@@ -41,11 +41,12 @@ public:
     const QList<Track>& favoriteTracks();
     /// Tracks of Covers, in list order.
     QList<Track> coverTracks() const;
-    /// Whether the filter of Favorites lets a track through.
+    /// Whether the filter of Favorites lets a track through; whether it is a favourite is not asked.
     bool passesFavoriteFilter(const Track& track) const { return m_filter.passes(track); }
 
     /// What a section is sorted by; the base order for sections that are never sorted.
     TrackSortField trackSortField(LibraryTab tab) const { return sortKey(tab).field; }
+    /// Which end comes first in a section; ascending for sections that are never sorted.
     TrackSortDirection trackSortDirection(LibraryTab tab) const { return sortKey(tab).direction; }
     /// Sorts the playlist or Favorites by a field. The playlist turns to descending when it comes to be sorted by
     /// rating.
@@ -57,8 +58,10 @@ public:
 
     /// Whether the playlist is in motion; freezes its order. Work in the background learns of it from here.
     void setPlaylistScrolling(bool scrolling);
+    /// As setPlaylistScrolling() was last told.
     bool playlistIsScrolling() const { return m_refresh.isScrolling(); }
-    /// Reading of tags came to an end: a second later the playlist is put in order, if that is owed.
+    /// Reading of tags came to an end: a second later the playlist is put in order, if rows changed while that had to
+    /// wait.
     void scheduleMetadataSortRefresh() { m_refresh.schedule(); }
 
     /// Takes the tempo tables of a session over.
@@ -70,7 +73,8 @@ public:
     /// A round of tempo analysis ended: lists sorted by tempo are put in order, unless that has to wait.
     /// \return whether they were.
     bool settleBPMSort() { return m_refresh.settleBPM(); }
-    /// Takes the ratings over that the playlist may be sorted by.
+    /// Takes the ratings over that the playlist may be sorted by; a playlist in motion is put in order when it has
+    /// come to rest.
     void updatePlaylistPopularitySortValues(const TrackPopularitySortValues& values);
     /// Whether a section has ratings that it could be sorted by: the playlist, once there are any.
     bool hasRatings(LibraryTab tab) const { return tab == LibraryTab::Playlist && !m_popularity.isEmpty(); }

@@ -22,7 +22,9 @@ public:
         bool operator==(const FolderSection&) const = default;
     };
 
+    /// The rows of the playlist in base order.
     const TrackList& rows() const { return m_rows; }
+    /// The runs of rows(), from the first row to the last without gaps. Goes over all rows.
     std::vector<FolderSection> sections() const;
 
     /// Makes the rows those of \p tracks that are in the playlist.

@@ -10,11 +10,13 @@ public:
     /// The preferences outlive the choice.
     SortChoice(Preference<QString>& field, Preference<QString>& direction);
 
+    /// The present choice; the same object all the time.
     const FolderSorts::Key& key() const { return m_key; }
     /// Takes a new choice over and writes what differs.
     /// \return whether anything did.
     bool set(const FolderSorts::Key& key);
-    /// Follows a write of somebody else. \return whether the choice differs now.
+    /// Follows a write that did not come from here. \param preferenceKey any; others than the two are ignored.
+    /// \return whether the choice differs now
     bool preferenceChanged(const QString& preferenceKey);
 
 private:

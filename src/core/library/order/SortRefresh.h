@@ -7,8 +7,9 @@
 
 class Scheduler;
 
-/// When an order change that is owed to the playlist is carried out: not while it scrolls, not while tags stream in,
-/// and a second after both have come to rest. Thread: main.
+/// When the playlist is put in order after changes that had to wait: not while it scrolls, not while tags stream in,
+/// and a second after both have come to rest. What waits is noted here by its reason: values of rows, tempos,
+/// ratings. Thread: main.
 class SortRefresh : public QObject {
     Q_OBJECT
 
@@ -16,9 +17,12 @@ public:
     /// Seconds without news after which the list is put in order again. Chosen: long enough for a reader's pauses.
     static constexpr double kDelay = 1;
 
+    /// \param scheduler tells whether tags are being read. Both outlive it.
     SortRefresh(async::Clock& clock, const Scheduler& scheduler);
 
+    /// As setScrolling() was last told.
     bool isScrolling() const { return m_isScrolling; }
+    /// The list moves, which stops the pause, or has come to rest: from then on one refresh serves for all reasons.
     void setScrolling(bool scrolling);
 
     /// Whether tempos are being searched for.
@@ -31,17 +35,19 @@ public:
     /// Ratings changed while the list scrolled.
     void owePopularity() { m_pendingPopularity = true; }
 
-    /// Starts the pause anew if an order change is owed and nothing holds it back.
+    /// Starts the pause anew if values of rows wait and nothing holds the order back.
     void schedule();
-    /// Pays what oweBPM() left, unless the list scrolls or tempos are still being found. \return whether it did.
+    /// Puts the list in order for what oweBPM() noted, unless the list scrolls or tempos are still being found.
+    /// \return whether it did.
     bool settleBPM();
 
+    /// What waits, by its reason.
     bool isMetadataOwed() const { return m_pendingMetadata; }
     bool isBPMOwed() const { return m_pendingBPM; }
     bool isPopularityOwed() const { return m_pendingPopularity; }
 
 Q_SIGNALS:
-    /// The list is put in order now.
+    /// The list is to be put in order now, for all that waited.
     void due();
 
 private:

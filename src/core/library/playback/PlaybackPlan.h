@@ -12,6 +12,7 @@ namespace PlaybackPlan {
 
 /// What becomes of the player when rows go.
 struct Move {
+    /// The player goes on as it is, plays `track`, or is emptied.
     enum class Kind { Stay, Play, Stop };
     Kind kind = Kind::Stay;
     std::optional<Track> track; ///< what to play

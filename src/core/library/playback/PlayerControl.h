@@ -11,6 +11,8 @@ public:
 
     /// The track that is being played, paused or opened.
     virtual std::optional<TrackID> currentID() const = 0;
+    /// Opens and plays a track in place of the present one. Returns at once.
     virtual void play(const Track& track) = 0;
+    /// Ends the sound and forgets the track.
     virtual void stopAndClear() = 0;
 };

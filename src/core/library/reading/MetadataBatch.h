@@ -23,8 +23,10 @@ struct Sizes {
     int first = 0;
     int further = 0;
 };
+/// \param items rows of the load; 400 and more count as many
 Sizes sizes(qsizetype items);
 
+/// What a batch makes of a list.
 struct Applied {
     QList<Track> rows;
     QSet<TrackID> changedIDs; ///< empty if nothing changed
@@ -32,6 +34,7 @@ struct Applied {
 /// The list with the results taken over by the rule for late results.
 Applied apply(const TrackList& tracks, const QList<PendingMetadataResult>& results);
 
+/// The rows that were read.
 QSet<TrackID> ids(const QList<PendingMetadataResult>& results);
 /// Tracks whose files told no tempo: an empty tag after trimming.
 QSet<TrackID> withoutTempo(const QList<PendingMetadataResult>& results);

@@ -18,9 +18,9 @@ class Scheduler;
 class TagReader;
 class Workspace;
 
-/// Reads the tags of rows in the background, two files at a time over all loads, and applies them in batches, or holds
-/// them back while the playlist scrolls. Work in the
-/// background learns from here that tags are being read. Thread: main.
+/// Reads the tags of rows in the background, two files at a time over all loads, and applies them in batches, or
+/// holds them back while the playlist scrolls. A file that cannot be read leaves its row as it is. Work in the
+/// background learns from here that tags are being read. Owned by the store. Thread: main.
 class MetadataLoads : public QObject {
     Q_OBJECT
 
@@ -44,17 +44,24 @@ public:
     explicit MetadataLoads(const Dependencies& dependencies);
     ~MetadataLoads() override;
 
+    /// Begins a load of these rows, in their order, the focused one first. \param destination the list that gets the
+    /// results; only those of the main list wait for it to come to rest.
     void schedule(const QList<Track>& tracks, Track::MetadataDestination destination);
+    /// Applies what was held back, 250 rows at a time with pauses between, unless the playlist moves again.
     void scheduleDeferredFlush();
     /// Wants no tempo of the rows that wait for the playlist to come to rest.
     void forgetDeferredTempo() { m_deferredTempoIDs.clear(); }
+    /// Loads that have not ended.
     int operationCount() const { return m_operationCount; }
     /// Whether library tags are being read, or results wait for the playlist to come to rest.
     bool isBusy() const { return m_operationCount > 0 || !m_deferred.isEmpty(); }
+    /// Whether the list is being assigned by a batch at this moment: those who listen can tell it from an edit.
     bool isApplyingBatch() const { return m_isApplying; }
+    /// Over all loads under way; 0 of 0 when the last one has ended.
     Progress progress() const { return m_progress; }
 
 Q_SIGNALS:
+    /// When a load begins, after each trip of up to 16 files, and when a load ends.
     void progressChanged();
     /// A load ended, or the last held-back result was applied.
     void settled();

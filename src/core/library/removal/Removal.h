@@ -42,7 +42,8 @@ public:
     explicit Removal(const Dependencies& dependencies);
     ~Removal() override;
 
-    /// Takes rows out of the playlist. Favourites stay in the main list, all others leave it, and with it Covers.
+    /// Takes rows out of the playlist. Favourites stay in the main list, all others leave it, and with it Covers. The
+    /// player moves on from a row that left.
     void removeTracksFromPlaylist(const QSet<TrackID>& ids);
     /// Takes rows out of Covers. Favourites refuse with a notice; a row in no section at all leaves the main list.
     void removeFromCoverWorkspace(const QSet<TrackID>& ids);

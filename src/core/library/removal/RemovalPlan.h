@@ -52,6 +52,7 @@ QList<QUrl> filesOf(const QList<const TrackList*>& lists, const QSet<TrackID>& i
 /// The entries file by file, those of one file together, in the order of the rows.
 QList<QList<RemovedTrack>> byFile(QList<RemovedTrack> entries);
 
+/// The rows of the entries.
 QSet<TrackID> idsOf(const QList<RemovedTrack>& entries);
 
 } // namespace RemovalPlan

@@ -21,6 +21,7 @@ public:
     qint64 byteCount() const override;
     History::Outcome undo() override;
 
+    /// What can still be taken back; empty while its move to the Trash is under way.
     const QList<RemovedTrack>& entries() const { return m_entries; }
     /// The move is over. \param entries of the files that went.
     void moved(QList<RemovedTrack> entries);

@@ -10,6 +10,7 @@
 struct RemovedTrack {
     Track track;           ///< the full value
     int originalIndex = 0; ///< its place in the list before the removal
+    /// Where its file is now; nothing for a row whose file stayed.
     std::optional<TrashedItem> trashed;
     /// Its file when the row left; nothing until that is known.
     std::optional<FileStamp> stamp = std::nullopt;

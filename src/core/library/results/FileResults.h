@@ -20,6 +20,7 @@ public:
     {
     }
 
+    /// All results by standardized path; what outlives the program.
     const Table& table() const { return m_table; }
     /// What is kept for a path, whether or not the file still is the same; null if there is nothing. Valid until the
     /// next change.
@@ -28,6 +29,7 @@ public:
         const auto entry = m_table.constFind(path);
         return entry == m_table.cend() ? nullptr : &*entry;
     }
+    /// Keeps a result in place of another one. \param path standardized.
     void set(const QString& path, const Value& value) { m_table.insert(path, value); }
     void remove(const QString& path) { m_table.remove(path); }
 

@@ -6,15 +6,18 @@
 #include "core/model/TrackPopularitySortValue.h"
 
 /// The tempos that analyses and the user found: the tables that outlive the program, and what this run alone knows.
-/// Values and nothing else; whoever writes them tells those who show or sort them. Thread: main.
+/// Values and nothing else: a writer tells those who show or sort them. Thread: main.
 class TempoResults {
 public:
+    /// What outlives the program.
     TempoTables tables() const { return {m_estimates, m_confidences, m_files.table()}; }
     /// Takes the tables of a session over.
     void assign(TempoTables tables);
 
+    /// The texts shown, by row.
     const EstimatedBPMByTrackID& estimates() const { return m_estimates; }
     bool hasEstimate(const TrackID& id) const { return estimates().contains(id); }
+    /// The text shown for a row; nothing where none was found.
     std::optional<QString> estimate(const TrackID& id) const;
     /// 0 to 1.
     std::optional<double> confidence(const TrackID& id) const;
@@ -24,7 +27,9 @@ public:
     /// Stores the text shown for a track, or removes it with all that is known beside it.
     /// \return whether the text differs now.
     bool setEstimate(const TrackID& id, const std::optional<QString>& text);
+    /// \param confidence 0 to 1; 1 where the user chose the tempo
     void setConfidence(const TrackID& id, double confidence);
+    /// Other tempos of the same rhythm, strongest first; they do not outlive the program.
     void setAlternatives(const TrackID& id, const QList<TempoEstimate::Alternative>& alternatives);
 
     /// The estimates by file.

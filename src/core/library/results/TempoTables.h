@@ -11,7 +11,9 @@
 
 /// A tempo estimate and the state of the file that it was made from.
 struct CachedBPMEstimate {
+    /// The text shown for the tempo.
     QString bpm;
+    /// 0 to 1.
     double confidence = 0;
     qint64 byteCount = 0;
     double modificationDate = 0; ///< seconds since 2001-01-01 00:00:00 UTC
@@ -23,6 +25,7 @@ struct CachedBPMEstimate {
     /// Whether the file is still the one that was analysed: same size, dates less than 0.001 s apart. Thread: any.
     bool matches(const QUrl& url) const;
 
+    /// The state of the file, by size and date alone.
     FileStamp stamp() const;
     void setStamp(const FileStamp& stamp);
 };

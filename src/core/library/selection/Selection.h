@@ -14,12 +14,14 @@ class Workspace;
 /// The rows of the sections and the selection in them, remembered per section.
 class Selection {
 public:
+    /// A selection: rows, and the one that the keyboard stands on. Either may be there without the other.
     struct State {
         QSet<TrackID> ids;
         std::optional<TrackID> focusedID;
         bool operator==(const State&) const = default;
     };
 
+    /// Both outlive it.
     Selection(Workspace& workspace, Order& order);
 
     /// The rows of the active section in display order.

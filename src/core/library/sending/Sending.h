@@ -23,9 +23,11 @@ public:
 
     explicit Sending(const Dependencies& dependencies);
 
-    /// Appends copies, under ids of their own, of those tracks whose file is not in the analysis list yet.
+    /// Appends copies, under ids of their own, of those tracks whose file is not in the analysis list yet, in list
+    /// order. The copies are read anew, and the status line says how many came.
     void addTracksToAnalysis(const QSet<TrackID>& ids);
-    /// Appends queue rows for those tracks whose file is not in the converter's queue yet. \return how many.
+    /// Appends queue rows for those tracks whose file is not in the converter's queue yet, in list order, and says
+    /// how many. \return how many.
     int addTracksToConversion(const QSet<TrackID>& ids);
     /// Appends queue rows for files not queued yet, without a message. \param urls standardized. \return how many.
     int appendToConversion(const QList<QUrl>& urls);

@@ -8,8 +8,8 @@
 #include <functional>
 #include <vector>
 
-/// Which of many files are still there, asked of all volumes at the same time. A volume that does not answer holds
-/// nobody up.
+/// Which of many files are still there, asked of all volumes at the same time. A volume that does not answer delays
+/// no other one, and the whole by its patience alone.
 namespace FilePresence {
 
 /// How long a volume may be silent before it is left alone. Chosen: a sleeping disk spins up within it, hardly.

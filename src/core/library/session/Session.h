@@ -52,13 +52,14 @@ public:
     ~Session() override;
 
     /// Brings the last session back: reads it in the background, then puts it in place. No save happens until then.
+    /// Rows that are there by then stay, and what the file holds becomes a checkpoint.
     void restore();
     /// Saves once nothing has changed for 0.35 s. Not during a restore, nor while read tags are put in.
     void scheduleWorkspaceSave();
     /// Starts a save in the background at once; a running one is overtaken. One that fails is tried again after a while
     /// and with the next change; when it fails again the status line says so until one succeeds.
     void saveWorkspaceSessionNow();
-    /// Saves before it returns.
+    /// Saves before it returns; not during a restore. A failure is not told: the old file stands.
     void saveWorkspaceSessionSynchronouslyForTermination();
 
     /// The record of the present state; also remembers the selection of the section shown.
@@ -68,13 +69,15 @@ public:
 
     /// Files that the last start did not find; 0 once the user looked at the checkpoints.
     int leftOutCount() const { return m_leftOut; }
-    /// Hands over the checkpoints that can be read, newest first; a later call replaces an earlier one.
+    /// Hands over the checkpoints that can be read, newest first; a later call replaces an earlier one, which is not
+    /// answered then. Ends the offer of leftOutCount().
     void listCheckpoints(std::function<void(const QList<Checkpoint>&)> listed);
     /// Lets the next start begin with a checkpoint; the session that it replaces becomes a checkpoint then. Says so in
     /// the status line, or that the copy cannot be read.
     void restoreFromCheckpoint(const QUrl& url);
 
 Q_SIGNALS:
+    /// leftOutCount() differs.
     void leftOutChanged();
 
 private:

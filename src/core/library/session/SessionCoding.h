@@ -10,6 +10,7 @@
 /// The session file's JSON, described in docs/formats/session.md. On disk, never change. Thread: any.
 namespace SessionCoding {
 
+/// The whole file in UTF-8.
 QByteArray encode(const SessionRecord& record);
 /// Nothing for what is no JSON, lacks a required key anywhere, or holds a value of another type under a known key.
 /// Unknown keys are passed over. Tracks count as read, have standardized URLs, and favourites are in Covers.

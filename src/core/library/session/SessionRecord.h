@@ -16,6 +16,7 @@
 /// tags and the three memberships are kept.
 struct SessionRecord {
     QList<Track> tracks; ///< in list order
+    /// The focus of the section that was shown, and its selection.
     std::optional<TrackID> selectedID;
     QSet<TrackID> selectedIDs;
     QString activeTab; ///< raw value of a section, perhaps one that this version does not know

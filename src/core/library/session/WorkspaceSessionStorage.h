@@ -14,11 +14,13 @@
 /// Why a session was not stored.
 class SessionStorageError : public std::runtime_error {
 public:
+    /// InvalidValue: the bytes are no session; NotWritten: the disk refused them.
     enum class Case { InvalidValue, NotWritten };
 
     /// \param code errno of the call that failed, or 0.
     SessionStorageError(Case which, int code);
     Case which() const { return m_which; }
+    /// The errno; 0 where no call failed.
     int code() const { return m_code; }
 
 private:
@@ -31,6 +33,7 @@ private:
 /// time uses a folder. Thread: any; blocks.
 class WorkspaceSessionStorage {
 public:
+    /// For tests and for a program that shall keep nothing; the defaults are the program's.
     struct Options {
         bool skipInTests = true;
         double checkpointInterval = 900; ///< seconds between two copies that nothing else asks for
@@ -54,6 +57,7 @@ public:
         : WorkspaceSessionStorage(std::move(folder), Options())
     {
     }
+    /// \param folder absolute; made with the first write
     WorkspaceSessionStorage(QString folder, const Options& options);
 
     /// The one that keeps nothing.
@@ -63,6 +67,7 @@ public:
     /// Whether nothing here has an effect.
     bool isOff() const;
 
+    /// Paths in the folder; none of them need exist.
     QString sessionFile() const;
     QString pendingFile() const;
     QString backupFolder() const;
@@ -78,6 +83,7 @@ public:
     std::optional<QByteArray> readPendingRestore();
     /// Puts a session there to be restored at the next start. Throws SessionStorageError.
     void writePendingRestore(const QByteArray& data);
+    /// Deletes the session that was put there to be restored; nothing happens without one.
     void discardPendingRestore();
     /// Lets the next successful write delete the pending file.
     void clearPendingAfterWrite();

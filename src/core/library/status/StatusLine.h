@@ -12,12 +12,13 @@
 class QVariant;
 class Workspace;
 
-/// The one message of the status line; a later one replaces an earlier one and starts its own clock. Where nothing new
-/// is to be said, a warning stands there as long as what it warns of lasts.
+/// The one message of the status line; a later one replaces an earlier one and starts its own clock. Where nothing
+/// new is to be said, a warning stands there as long as what it warns of lasts. Owned by the store. Thread: main.
 class StatusLine {
 public:
     static constexpr double kDefaultDuration = 3.6; ///< seconds
 
+    /// \param workspace shows the message; both outlive the line.
     StatusLine(Workspace& workspace, async::Clock& clock);
 
     /// Shows a message for a time. \param message Russian key, localised here. \param duration
@@ -34,6 +35,7 @@ public:
     /// Shows a warning whenever nothing else is shown, until it is let go. \param about tells one from another; a later
     /// text about the same takes the place of the earlier one. \param text final.
     void hold(const QString& about, const QString& text);
+    /// Ends a warning; nothing happens for one that is not held.
     void letGo(const QString& about);
 
 private:

@@ -15,6 +15,7 @@ namespace AssignmentPlan {
 
 /// Name of the field in notifications: "genre", "comment" or "album".
 QString fieldName(AssignedField field);
+/// The same field among the ten.
 TagField tagField(AssignedField field);
 /// The field's place in the tags.
 QString AudioTags::*member(AssignedField field);

@@ -14,5 +14,6 @@ struct AssignmentWords {
     QString clearAction;
     StatusIcon icon = StatusIcon::Tag;
 
+    /// The entry of a field; it lives as long as the program.
     static const AssignmentWords& of(AssignedField field);
 };

@@ -33,6 +33,9 @@ public:
     /// Something was not written that is no edit of a row, and so is not kept: a cover, a key, a tempo.
     void noteLoss() { m_hasLost = true; }
     bool isAsking() const { return m_state == State::Asking; }
+    /// The user's answer; ignored where no question is asked. Finish tries once more what failed before, and stays
+    /// open with what cannot be written then; Keep stays open where the edits cannot be kept on disk. The status line
+    /// says so.
     void answer(Answer answer);
 
 Q_SIGNALS:

@@ -14,6 +14,7 @@ struct EditAnnouncement {
     int rows = 0; ///< that have the value when all is done; those that had it before count too
     std::optional<QString> value = {};
 
+    /// To be called before the first file is written.
     void showWriting(StatusLine& status) const;
     /// \param notWritten rows whose files do not hold it; why has a message of its own.
     void showWritten(StatusLine& status, int notWritten) const;

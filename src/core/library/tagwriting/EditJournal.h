@@ -15,6 +15,7 @@
 /// Edits of one file that are not in it. No fields: it holds all that was edited.
 struct KeptEdit {
     QUrl url;
+    /// Which tags were edited.
     TagFields fields;
     AudioTags tags; ///< of the fields
     /// The file when the edit was noted; nothing where it is not known.

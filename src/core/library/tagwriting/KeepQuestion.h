@@ -17,10 +17,12 @@ class KeepQuestion : public QObject {
     Q_OBJECT
 
 public:
+    /// \param workspace says that the question is asked. Both outlive this. Setting the preference answers as well.
     KeepQuestion(Workspace& workspace, Preferences& preferences);
     ~KeepQuestion() override;
 
-    /// Whether a save that would take something away has to ask.
+    /// Whether a save that would take something away has to ask: the user neither wants others kept nor was asked
+    /// before.
     bool isOpen() const;
     /// Whether a save may keep something, now or after the question.
     bool mayKeep() const;

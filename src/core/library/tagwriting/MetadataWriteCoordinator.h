@@ -23,6 +23,7 @@ public:
 
     /// As FileLocks has them.
     async::Task<> acquire(QString path, std::stop_token stop) { return m_locks.acquire(std::move(path), stop); }
+    /// \param path one that acquire() gave
     void release(const QString& path) { m_locks.release(path); }
     async::Task<HeldPath> hold(QUrl url, std::stop_token stop) { return m_locks.hold(std::move(url), stop); }
 

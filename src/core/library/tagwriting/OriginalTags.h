@@ -36,9 +36,10 @@ public:
     /// byte where that could be kept, else the ten fields. \param ids rows of any list.
     void restore(const QSet<TrackID>& ids);
     /// Makes pictures that are about to be written one step of undo, which brings the former pictures back and leaves
-    /// all fields as the rows have them by then. Whoever writes them adds the rows, ends early where the undo is wanted
-    /// by then, and calls picturesWritten().
+    /// all fields as the rows have them by then. The caller writes them, adds the rows, ends early where the undo is
+    /// wanted by then, and calls picturesWritten().
     std::shared_ptr<PutBackStep> beginPictures(const QString& actionName);
+    /// The last of these pictures is written, or the rest is left out. \param step as beginPictures() gave it.
     void picturesWritten(const std::shared_ptr<PutBackStep>& step);
     /// Whether the original tags of one of the files are kept; true without asking for a large number of files.
     bool canRestore(const QSet<TrackID>& ids) const;

@@ -36,7 +36,9 @@ public:
     History::Outcome undo() override;
     History::Outcome redo() override;
 
+    /// Whether all is put back, or the picture alone.
     TagSaver::Wanted wanted() const { return m_wanted; }
+    /// The rows whose files can be brought one step further; empty while none was changed.
     const QHash<TrackID, Row>& rows() const { return m_rows; }
     /// What brings the rows' files one step further.
     QHash<TrackID, TagSaver::PutBack> next(Direction direction) const;

@@ -48,6 +48,7 @@ public:
         std::shared_ptr<const Asked> asked = {}; ///< by ask()
         qsizetype place = 0;                     ///< of its edit there
     };
+    /// What came of one file.
     struct Saved {
         SavedRow row;
         std::optional<TagFileError> failure = {};

@@ -19,11 +19,13 @@ struct Wanted {
     AudioTags fallbackTags; ///< for fields that the file does not supply
     bool inventory = false;
 };
+/// What was found in a file before its write.
 struct Look {
     std::optional<LoadedTrackMetadata> tags; ///< nothing if not wanted or not readable
     bool isMissing = false;                  ///< not readable because there is no such file
     TagInventory inventory;
 };
+/// Looks at what is wanted and at nothing else.
 Look look(TagFiles& files, const Reader& reader, const QUrl& url, Wanted wanted);
 
 /// A file before and after a change of its tags, as far as it could be looked at.
@@ -32,6 +34,7 @@ struct Rewrite {
     std::optional<FileStamp> after;
 };
 
+/// What came of one write.
 struct Written {
     std::optional<TagFileError> failure;
     Rewrite rewrite;   ///< of a success
@@ -56,6 +59,7 @@ struct PutBack {
     /// What has to be in the file still; nothing: whatever it holds.
     std::optional<Left> expected;
 };
+/// What came of putting the tags of one file back.
 struct Restored {
     bool isHeld = false;      ///< whether there was anything to put back
     bool isLeftAlone = false; ///< the file holds something else than expected

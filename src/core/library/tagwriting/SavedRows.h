@@ -27,6 +27,7 @@ struct SavedRow {
     bool losesArtwork = false;
     quint64 pictureMark = 0;
 
+    /// Whether the row has anything to learn.
     bool changesRow() const { return read || restored || losesArtwork || writtenFields; }
     /// The edited fields of a row of this file that the write brought into it.
     TagFields settled(const Track& row) const

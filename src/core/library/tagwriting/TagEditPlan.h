@@ -15,8 +15,8 @@ using TagValues = QHash<TrackID, AudioTags>;
 
 /// The ten fields without white space and line ends around them.
 AudioTags trimmed(const AudioTags& tags);
-/// The present tags of those of the tracks in which one of the fields changes, or may change in the file: of a row that
-/// was never read, and of fields that no read supplies, nobody knows.
+/// The present tags of those of the tracks in which one of the fields changes, or may change in the file: of a row
+/// that was never read, and of fields that no read supplies, the file's value is not known.
 TagValues valuesBefore(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
 /// Those of the tracks that say what the edit wants already, while their files do not.
 QList<Track> notInFile(const TrackList& tracks, const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);

@@ -20,6 +20,7 @@ public:
     {
     }
     const QString& message() const { return m_message; }
+    /// Whether the file is gone, which its rows will show by themselves.
     bool isMissing() const { return m_isMissing; }
     const char* what() const noexcept override { return "tag file error"; }
 
@@ -44,7 +45,9 @@ class TagFiles {
 public:
     virtual ~TagFiles() = default;
 
+    /// Writes the tags into the file. The file is as it was when this throws.
     virtual void write(const TagWrite& write) = 0;
+    /// The same with a picture in place of the file's cover. \param artwork bytes that ArtworkImage made.
     virtual void assignArtwork(const QByteArray& artwork, const TagWrite& write) = 0;
     /// Takes fields out, and sets the title and album where their field is among them.
     virtual void clean(CleanerFields fields, const std::optional<QString>& title, const std::optional<QString>& album,
@@ -53,6 +56,7 @@ public:
     virtual TagInventory inventory(const QUrl& url) = 0;
     /// Whether the tags that the file had before the first change are kept. Cheap, any thread.
     virtual bool holdsOriginal(const QUrl& url) const = 0;
+    /// Puts the tags back that the file had before the first change, byte for byte.
     virtual void restoreOriginal(const QUrl& url) = 0;
     /// The tags as they stand in the file now, byte for byte in a form of its own; empty for kinds of files whose tags
     /// cannot be put back.

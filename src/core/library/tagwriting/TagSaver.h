@@ -65,6 +65,7 @@ public:
                       std::function<void(const Outcome&)> ended = {});
     /// Stops all batches before their next file; what is not done then is told by stopped().
     void cancelBatches();
+    /// Files written and to be written by the batches under way; 0 of 0 when none is.
     Progress progress() const { return m_line.progress(); }
 
     /// Writes a picture and the row's tags into its file. Throws TagFileError. \return what holdsPicture() wants, and
@@ -75,9 +76,11 @@ public:
     /// The user's answer to what saves keep; writes that waited for it go on.
     void answerWhatSavesKeep(bool keepsOthers) { m_question.answer(keepsOthers); }
 
+    /// Its part that does one file; for those who listen to what saves find out.
     RowSaver& rows() { return m_rows; }
 
 Q_SIGNALS:
+    /// After every file, and when a batch begins or ends.
     void progressChanged();
     /// \param notDone files that the stopped batches left out, or failed to write before.
     void stopped(int notDone);

@@ -42,13 +42,18 @@ public:
 
     /// Assigns a genre, trimmed, to those of the tracks that are favourites.
     void assignGenre(const QString& text, const QSet<TrackID>& ids);
+    /// Assigns a comment, trimmed, to favourites in the same way: one step of undo, told in the status line, which
+    /// also says where none of the tracks is a favourite.
     void assignComment(const QString& text, const QSet<TrackID>& ids);
-    /// An empty text clears the album.
+    /// Assigns an album, trimmed, to favourites; an empty text clears it. Nothing else is written into the files.
     void assignAlbum(const QString& text, const QSet<TrackID>& ids);
+    /// Takes the genre out of favourites; says so where none of them has one.
     void clearGenres(const QSet<TrackID>& ids);
+    /// Takes the comment out of favourites; says so where none of them has one.
     void clearComments(const QSet<TrackID>& ids);
 
-    /// Stores a row's tags and writes them into its file.
+    /// Stores a row's tags and writes them into its file, without a step of undo. Nothing happens for a row that is
+    /// gone.
     void save(const AudioTags& tags, TrackID id);
     /// Writes the chosen fields into rows and files, as one step of undo.
     void saveFields(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids);
@@ -61,18 +66,18 @@ public:
         std::function<void()> redone; ///< called after they were written again; may be empty
         /// Called when the last file is done, unless the texts were taken back before. The step leaves rows out whose
         /// files were not written; \p putBack are those of them that have their former text again, that is all that
-        /// nobody changed meanwhile. May be empty.
+        /// were not edited meanwhile. May be empty.
         std::function<void(const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack)> ended;
     };
-    /// Writes each row's own text into rows and files, as one step of undo. Whoever asks for it sees to what goes with
-    /// the field: tempoEdited() is not told.
+    /// Writes each row's own text into rows and files, as one step of undo. What goes with the field is the caller's
+    /// to do: tempoEdited() is not told.
     void saveTexts(const FieldTexts& edit);
     /// Sets the key of all rows of these files, in the list that is handed in. \param keys by standardized path.
     static void synchronizeMusicalKeyTags(const QHash<QString, QString>& keys, QList<Track>& tracks);
 
     /// Takes a failed write to the user; a file that has gone is no news.
     void reportWriteError(const FileFailure& failure);
-    /// Writes under way.
+    /// What writes; for its progress and its stop.
     TagSaver& saver() { return m_dependencies.saver; }
 
 Q_SIGNALS:

@@ -17,9 +17,9 @@ class TagSaver;
 class Workspace;
 struct FileChange;
 
-/// The edits that are not in their files: watches the rows, keeps a note of each edit on disk until its file holds it,
-/// brings back what an earlier run left, and writes again what failed; by itself not into files that were changed by
-/// others meanwhile. Thread: main.
+/// The edits that are not in their files: watches the rows, keeps a note of each edit on disk until its file holds
+/// it, brings back what an earlier run left, and writes again what failed. Into a file that another program changed
+/// meanwhile it writes only when the user asks for it. Thread: main.
 class UnwrittenEdits : public QObject {
     Q_OBJECT
 
@@ -52,14 +52,18 @@ Q_SIGNALS:
 private:
     void tracksChanged(const ListChange& change);
     void rowsMoved();
+    /// Notes a row's edits, or that it has none any more.
     void look(const Track& row);
     void fileChanged(const FileChange& change);
+    /// A file holds these fields now. Rows tell that themselves; the note of a file without a row goes here.
     void fileSettled(const QUrl& url, TagFields fields, const AudioTags& values);
     void note(const KeptEdit& edit);
+    /// Hands what is not on disk yet to a worker.
     void sendNotes();
     bool noted(bool isOnDisk);
     void takeKept(const QList<KeptEdit>& kept);
     void bringBackLater();
+    /// Gives edits of an earlier run to the rows of their files, as edits.
     void bringBack();
     async::Task<> read(std::stop_token stop);
     async::Task<> writeNotes(std::stop_token stop);

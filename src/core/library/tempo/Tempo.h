@@ -68,6 +68,7 @@ public:
 
     /// How far analysis is now; nothing while nothing is queued. The board shows it at most every tenth of a second.
     std::optional<WorkProgress> bpmAnalysisProgress() const;
+    /// What a row shows: whether its file is being heard at this moment, and the text that was found.
     PlaylistBPMState playlistBPMState(const TrackID& id) const;
     /// Of the estimate, 0 to 1; 1 where the user chose it.
     std::optional<double> confidence(const TrackID& id) const { return m_dependencies.results.confidence(id); }
@@ -76,7 +77,7 @@ public:
     {
         return m_dependencies.results.alternatives(id);
     }
-    /// Whether tracks wait for their tempo or are being analysed.
+    /// Whether tracks wait for their tempo or are being analysed; requests that are still gone through do not count.
     bool isQueueing() const { return !m_queue.isEmpty(); }
 
     /// The tables that outlive the program.
@@ -88,7 +89,8 @@ public:
     QSet<TrackID> withdraw(const QSet<TrackID>& ids);
     /// Stores or removes what is shown of a row. estimatesChosen() tells of it.
     void setEstimatedBPM(const TrackID& id, const std::optional<QString>& text);
-    /// Tells of the estimates that were set since the last time.
+    /// Tells of the estimates that were set since the last time: rows repaint, the order follows, the session is
+    /// saved.
     void estimatesChosen();
     /// The tag tells the tempo of these rows from now on. What is known of their files stays, for the tag may go again.
     void giveUp(const QSet<TrackID>& ids);

@@ -31,6 +31,7 @@ public:
         async::Executor& executor;
     };
 
+    /// \param dependencies all live longer
     explicit TempoChoices(const Dependencies& dependencies);
     ~TempoChoices();
     TempoChoices(const TempoChoices&) = delete;
@@ -58,6 +59,7 @@ private:
     void choose(const ChoicePtr& choice);
     void run(const ChoicePtr& choice, Slice slice);
     async::Task<> runSlices(ChoicePtr choice, Slice slice, std::stop_token stop);
+    /// What is done to one slice of rows: the choice, its undo, and the choice again.
     void chooseSlice(Choice& choice, const QList<TrackID>& ids);
     void takeBackSlice(Choice& choice, const QList<TrackID>& ids);
     void chooseAgainSlice(Choice& choice, const QList<TrackID>& ids);
@@ -67,6 +69,7 @@ private:
 
     void tempoWritten(TakenEstimates& step, const QSet<TrackID>& notWritten, const QSet<TrackID>& putBack);
     void giveBack(const TakenEstimates& taken);
+    /// Keeps the estimates of these rows for their files too, which are looked at on a worker.
     void record(const QSet<TrackID>& ids);
     static QList<std::optional<CachedBPMEstimate>> recordsOf(const QList<ChosenFile>& files);
     async::Task<> recordFiles(QList<ChosenFile> files, std::stop_token stop);

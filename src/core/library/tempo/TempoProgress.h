@@ -12,7 +12,7 @@ class TempoProgress {
 public:
     /// The list differs from what was counted.
     void forget() { m_count.reset(); }
-    /// A row of the list gets or loses its estimate.
+    /// A row of the list gets or loses its estimate, so that the count need not be made anew.
     void estimateChanged(const Track& row, bool hasEstimate);
     /// \param batch of the queue, which is not empty.
     WorkProgress of(const TrackList& tracks, const TempoResults& results, const WorkProgress& batch);

@@ -15,9 +15,11 @@ public:
         bool again = false; ///< whether those that have an estimate want another one
     };
 
+    /// Adds a request behind the others. \param again those that have an estimate want another one.
     void add(QSet<TrackID> ids, bool again);
     bool isEmpty() const { return m_requests.empty(); }
-    /// The next slice, which may be empty; tracks that are not in the list are left out.
+    /// The next slice of the first request, which may be empty; tracks that are not in the list are left out. Empty
+    /// also where there is no request.
     Slice next(const TrackList& tracks);
 
 private:

@@ -7,9 +7,10 @@
 #include <functional>
 #include <memory>
 
-/// All that the user did and can take back, in one line of time: edits, removals, moves to the Trash, renames, choices.
-/// Whatever happened last is taken back first; a move to the Trash goes before edits that were made after it. What is
-/// taken back can be done again where its step knows how, until something new is done. Thread: main.
+/// All that the user did and can take back, in one line of time: edits, removals, moves to the Trash, renames,
+/// choices. Whatever happened last is taken back first; a move to the Trash goes before edits that were made after
+/// it. What is taken back can be done again where its step knows how, until something new is done. It keeps 200 steps
+/// and 256 MiB at most; the oldest go. Owned by the store. Thread: main.
 class History : public QObject {
     Q_OBJECT
 
@@ -17,6 +18,7 @@ public:
     using Action = std::function<void()>;
     using Question = std::function<bool()>;
 
+    /// Which steps go before others: see the class.
     enum class Kind { Edit, Removal, Trash };
     /// What came of taking a step back.
     enum class Outcome {
@@ -46,9 +48,12 @@ public:
         virtual QString name() const = 0;
         /// Whether nothing is left to take back. Asked often.
         virtual bool isSpent() const { return false; }
-        /// What it keeps in memory, about.
+        /// Bytes that it keeps in memory, about.
         virtual qint64 byteCount() const { return 0; }
+        /// Takes back what was done. A step that goes on in the background calls ended() once, even if nothing came
+        /// of it; likewise for redo().
         virtual Outcome undo() = 0;
+        /// Whether redo() does something; asked when the step was taken back.
         virtual bool canRedo() const { return false; }
         /// \return Done or UnderWay.
         virtual Outcome redo() { return Outcome::Done; }
@@ -69,6 +74,7 @@ public:
     /// The same by two actions; registrations of one name within one turn of the event loop are one step.
     /// \param actionName localisation key. \param isSpent whether nothing is left to take back; may be empty.
     void registerUndo(const QString& actionName, Action undo, Action redo, Question isSpent = {});
+    /// The same of an edit of which more is known.
     void registerUndo(const QString& actionName, const Facts& facts, Action undo, Action redo, Question isSpent = {});
     /// A step came to nothing, or is taken back otherwise.
     void withdraw(const Step& step);
@@ -76,22 +82,31 @@ public:
     /// with what is left of it, or, by Done, where a step goes that was taken back or done again.
     void ended(const Step& step, Outcome outcome = Outcome::Nothing);
 
+    /// False also while a step is being taken back or done again in the background.
     bool canUndo() const;
+    /// False also while a step is being taken back or done again in the background.
     bool canRedo() const;
     /// Localised name of what undo() takes back; empty if there is nothing.
     QString undoActionName() const;
+    /// Localised name of what redo() does again; empty if there is nothing.
     QString redoActionName() const;
     /// Whether something is being taken back: what was done before it has to wait.
     bool isBusy() const { return m_underWay != nullptr; }
+    /// Takes back the next step; steps with nothing left to take back are passed over. Does nothing where canUndo()
+    /// is false.
     void undo();
+    /// Does again what was taken back last. Does nothing where canRedo() is false.
     void redo();
+    /// Forgets all steps without taking them back.
     void clear();
 
 Q_SIGNALS:
     /// What can be undone or redone changed.
     void changed();
-    /// An edit was taken back, or done again; steps that go on in files say so themselves. \param actionName localised.
+    /// An edit was taken back; steps that tell themselves (Step::tellsItself()) are left out. \param actionName
+    /// localised.
     void undone(const QString& actionName);
+    /// The same of an edit that was done again.
     void redone(const QString& actionName);
 
 private:

@@ -27,6 +27,7 @@ public:
         Envelopes& envelopes;
     };
 
+    /// \param dependencies all live longer
     explicit Waveforms(const Dependencies& dependencies);
 
     /// Makes the waveform of one file ahead.

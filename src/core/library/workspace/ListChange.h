@@ -6,6 +6,7 @@
 
 /// How a list of tracks differs from the one before, so that views repaint rows instead of everything.
 struct ListChange {
+    /// Which rows a view has to look at again.
     enum class Kind {
         Contents, ///< same rows in the same places; those in `rows` have new values
         Appended, ///< rows from `first` on are new, all before is untouched

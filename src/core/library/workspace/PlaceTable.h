@@ -41,6 +41,7 @@ public:
     /// Rows entered.
     int count() const { return m_count; }
 
+    /// Forgets all rows.
     void clear()
     {
         m_slots.clear();
@@ -71,6 +72,7 @@ private:
         return size_t((bits * 0x9e3779b97f4a7c15u) >> m_shift);
     }
 
+    /// Puts a row at the first free slot from its home on; there is always one.
     void enter(const Slot& entered)
     {
         const size_t mask = m_slots.size() - 1;
@@ -83,6 +85,7 @@ private:
         m_slots[place] = entered;
     }
 
+    /// Enters all rows again into so many slots. \param capacity a power of two, at least two.
     void grow(size_t capacity)
     {
         const std::vector<Slot> old = std::exchange(m_slots, std::vector<Slot>(capacity));

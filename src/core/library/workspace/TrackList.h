@@ -8,18 +8,22 @@
 
 #include <optional>
 
-/// A list of tracks with their places by id.
+/// A list of tracks with their places by id. A value, cheap to copy. Thread: one at a time, for questions fill its
+/// tables.
 class TrackList {
 public:
+    /// The rows in the order of the list; shared, so a copy of it costs nothing.
     const QList<Track>& rows() const { return m_rows; }
     int size() const { return static_cast<int>(m_rows.size()); }
     bool isEmpty() const { return m_rows.isEmpty(); }
+    /// \param row 0 to size() - 1
     const Track& at(int row) const { return m_rows[row]; }
     auto begin() const { return m_rows.cbegin(); }
     auto end() const { return m_rows.cend(); }
 
     /// The row of a track; nothing if it is not in the list. The table behind it is built when first asked for.
     std::optional<int> indexOf(const TrackID& id) const;
+    /// Takes the same time however long the list is, once its table is built.
     bool contains(const TrackID& id) const { return indexOf(id).has_value(); }
     /// The first row of a file; nothing if it is not in the list. \param url standardized.
     std::optional<int> indexOfURL(const QUrl& url) const;
@@ -28,7 +32,7 @@ public:
 
     /// Replaces the rows. \return how the new list differs, found by comparing values by pointer.
     ListChange assign(QList<Track> rows);
-    /// Gives a row a new value of the same track and file. Copies the list only if somebody else holds it.
+    /// Gives a row a new value of the same track and file. Copies the list only if another copy shares it.
     void refresh(int row, const Track& track);
 
 private:
