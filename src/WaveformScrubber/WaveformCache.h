@@ -48,6 +48,7 @@ public:
     /// Cancels the computation for this file, for all who wait for it. The next samples() begins a new one.
     void cancelLoading(const QUrl& url);
 
+    /// What the kept envelopes take on disk; counted on a worker. Throws Cancelled after a stop.
     async::Task<EnvelopeCacheSize> cacheSize(std::stop_token stop);
     /// Forgets everything, in memory and on disk. Computations go on.
     async::Task<> emptyCache(std::stop_token stop);

@@ -7,6 +7,7 @@
 /// What the wheel does over the waveform; raw values "volume" and "seek" stand in the preference waveformScrollAction.
 enum class WaveformScrollAction { Volume, Seek };
 
+/// The text that the preference keeps.
 QString rawValue(WaveformScrollAction action);
 /// Nothing for an unknown value.
 std::optional<WaveformScrollAction> waveformScrollActionFromRawValue(const QString& raw);

@@ -13,7 +13,9 @@ public:
     double duration() const { return m_duration; }
 
 Q_SIGNALS:
+    /// currentTime() differs from what was told last.
     void currentTimeChanged();
+    /// duration() differs: another track, or decoding found another length.
     void durationChanged();
 
 private:

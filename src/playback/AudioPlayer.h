@@ -59,6 +59,7 @@ public:
         std::function<void(const QString& message, bool isWarning)> report;
     };
 
+    /// Takes the volume of the last run up. \param services all outlive the player.
     explicit AudioPlayer(const Services& services);
     ~AudioPlayer() override;
 
@@ -79,9 +80,11 @@ public:
     const std::optional<Track>& requestedTrack() const { return m_openingTrack ? m_openingTrack : m_currentTrack; }
     /// Position and length, told apart from the player's own signals.
     AudioPlaybackProgress& progress() { return m_progress; }
+    /// The volume as it was set last, told apart from the player's own signals too.
     AudioVolumeState& volumeState() { return m_volumeState; }
 
-    /// Starts a track, toggles the current one, restarts the finished one.
+    /// Starts a track, toggles the current one, restarts the finished one. A track that is being opened is paused or
+    /// goes on once it is open.
     void play(const Track& track);
     /// Play or pause; nothing without a file.
     void toggle();
@@ -93,8 +96,9 @@ public:
     void scheduleSeek(double to, bool reportCompletionAtEnd);
     /// The user holds the position by hand: ticks publish nothing meanwhile.
     void setScrubbing(bool scrubbing);
+    /// As setScrubbing() was last told.
     bool isScrubbing() const { return m_isScrubbing; }
-    /// 0 to 1; stored 250 ms after the last change.
+    /// Kept within 0 and 1, a value that is no number is ignored; stored 250 ms after the last change.
     void setVolume(double volume);
     /// Position of what is being heard as a fraction 0 to 1. Costs a clock read; for drawing at the screen's rate.
     double synchronizedWaveformProgress() const;
@@ -104,6 +108,7 @@ public:
 Q_SIGNALS:
     /// Another track or none; its file is open by then.
     void currentTrackChanged();
+    /// isPlaying() differs.
     void isPlayingChanged();
     /// At the limit of patience, and when the opening that passed it has ended in any way.
     void isOpeningSlowlyChanged();

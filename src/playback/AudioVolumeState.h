@@ -7,9 +7,11 @@ class AudioVolumeState : public QObject {
     Q_OBJECT
 
 public:
+    /// As the user chose it; the fade of a seek is not seen here.
     float value() const { return m_value; }
 
 Q_SIGNALS:
+    /// value() differs.
     void valueChanged();
 
 private:

@@ -21,6 +21,7 @@ public:
 
     using Jump = std::function<void(double target)>;
 
+    /// \param clock outlives it
     explicit SeekFade(async::Clock& clock);
 
     /// Asks for a jump; replaces one that is pending. The gain stays at 0 for \p jump to raise. \param audio is

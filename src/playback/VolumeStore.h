@@ -11,6 +11,7 @@ public:
     /// From the last change to the write, seconds: one write for a whole drag.
     static constexpr double kDelay = 0.25;
 
+    /// Both outlive the store.
     VolumeStore(Preferences& preferences, async::Clock& clock);
     /// Writes what still waits.
     ~VolumeStore();
@@ -19,6 +20,7 @@ public:
 
     /// 0 to 1; the default for a value that is missing or no number.
     double stored() const;
+    /// Takes the place of a volume that still waits. \param volume 0 to 1.
     void storeLater(double volume);
 
 private:

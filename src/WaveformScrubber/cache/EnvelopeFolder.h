@@ -17,6 +17,7 @@ struct EnvelopeCacheSize {
 /// other file is left alone. Errors are passed over. Stop: polled at every file. Thread: any but main.
 namespace EnvelopeFolder {
 
+/// Where an envelope is kept. \param key as envelopeKey() gave it.
 QString entryPath(const QString& folder, const QString& key);
 /// Counts complete and unfinished entries.
 EnvelopeCacheSize size(const QString& folder, const std::stop_token& stop);

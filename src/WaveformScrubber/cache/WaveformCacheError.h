@@ -19,6 +19,7 @@ public:
     {
     }
 
+    /// Why nothing was computed.
     Case which() const { return m_case; }
     /// "WaveformCache" for TemporarilyUnavailable, else empty.
     QLatin1StringView domain() const;

@@ -18,6 +18,7 @@ public:
     {
     }
 
+    /// Why there is no envelope.
     Case which() const { return m_case; }
     /// The name of the case in reports, e.g. "timedOut".
     QLatin1StringView caseName() const;

@@ -10,5 +10,5 @@ using Envelope = std::shared_ptr<const std::vector<float>>;
 /// Values of every envelope that the cache hands out. On disk, never change without a new format version.
 constexpr int kEnvelopeSampleCount = 4096;
 
-/// Whether work gives way to everything else (it is done ahead) or somebody looks at an empty place meanwhile.
+/// Whether work gives way to everything else (it is done ahead) or the user looks at an empty place meanwhile.
 enum class LowImpact { No, Yes };

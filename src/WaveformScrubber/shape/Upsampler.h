@@ -17,6 +17,7 @@ enum class UpsampleStrategy {
 
 /// "smooth", "cosine", "linear", "hold" or "none".
 QLatin1StringView rawValue(UpsampleStrategy strategy);
+/// Nothing for an unknown value.
 std::optional<UpsampleStrategy> upsampleStrategyFromRawValue(QLatin1StringView raw);
 
 namespace Upsampler {

@@ -22,6 +22,7 @@ public:
     {
     }
 
+    /// Why there are no samples.
     Case which() const { return m_case; }
     /// The name of the case in reports, e.g. "timedOut".
     QLatin1StringView caseName() const;

@@ -8,6 +8,7 @@
 
 namespace MusicalKeyAnalyzer {
 
+/// How well one key fits: a correlation, 1 for a perfect one.
 struct KeyScore {
     MusicalKey key;
     double score = 0; ///< -1 to 1

@@ -17,15 +17,18 @@ public:
         NoTransform,        ///< the Fourier transform cannot be set up
     };
 
+    /// \param key localisation key of the message; empty for a case that is not told to the user
     explicit Error(Case which, const QString& key = {})
         : m_case(which)
         , m_key(key)
     {
     }
 
+    /// Stands before the code in reports.
     static QLatin1StringView domain() { return QLatin1StringView("Velmora.MusicalKey"); }
     /// 1 to 4, the number of the case.
     int code() const { return static_cast<int>(m_case); }
+    /// Why there is none.
     Case which() const { return m_case; }
     /// The name of the case in reports, e.g. "tooLittleAudio".
     QLatin1StringView caseName() const;

@@ -16,6 +16,7 @@ public:
     FourierTransform(FourierTransform&&) noexcept;
     FourierTransform& operator=(FourierTransform&&) noexcept;
 
+    /// N, as it was given.
     int size() const;
     /// The N real samples of the next frame, to be filled before transform(), which may spoil them.
     std::span<float> frame();

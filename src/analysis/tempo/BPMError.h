@@ -27,7 +27,9 @@ public:
     }
 
     Case which() const { return m_case; }
+    /// 1 to 7, the number of the case.
     int code() const { return static_cast<int>(m_case); }
+    /// Stands before the code in reports.
     static QLatin1StringView domain() { return QLatin1StringView("Velmora.BPM"); }
     /// The name of the case in reports, e.g. "badRange".
     QLatin1StringView caseName() const;

@@ -5,6 +5,7 @@
 
 namespace BPMAnalyzer {
 
+/// A lag with all that was found for and against it.
 struct RankedCandidate {
     LagCandidate candidate;
     float score = 0;
@@ -13,6 +14,7 @@ struct RankedCandidate {
 
 /// The grid contexts of one section, nothing for series without onsets. Do not own the series.
 using SectionGrid = std::array<std::optional<BeatGridContext>, kSeriesCount>;
+/// \param section outlives the result
 SectionGrid gridOf(const OnsetSection& section);
 
 /// The largest periodicity of the candidates within one frame of \p lag; 0 if there is none.

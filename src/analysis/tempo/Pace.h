@@ -20,6 +20,7 @@ struct Pace {
         if (isCancelled())
             throw async::Cancelled();
     }
+    /// Rests if it is time; see CooperativeDSPBudget. Does not look at the stop.
     void checkpoint(int index, int interval) { budget.checkpoint(index, interval); }
 };
 

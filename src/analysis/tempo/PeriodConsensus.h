@@ -8,6 +8,7 @@
 
 namespace BPMAnalyzer {
 
+/// A value and how much it counts.
 struct WeightedValue {
     double value = 0;
     double weight = 0;

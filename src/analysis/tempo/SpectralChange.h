@@ -50,6 +50,7 @@ private:
 
 /// Sum of values in eight parts, which vector code can add at the same time.
 float sumOf(std::span<const float> values);
+/// The same of their squares.
 float sumOfSquares(std::span<const float> values);
 
 } // namespace BPMAnalyzer
