@@ -10,13 +10,13 @@ class QPainter;
 class Theme;
 struct ThemeColours;
 
-/// Draws the cells that show what is known of keys.
+/// Draws the cells that show what is known of keys. Thread: main.
 namespace KeyCells {
 
 /// From here on a result is shown as a safe one. Chosen: what is below is often its relative or a neighbour.
 inline constexpr double kSafeConfidence = 0.65;
 
-/// \param rect the cell without the gap to the next one.
+/// Draws a cell of a column about keys (KeyTexts::isKeyColumn). \param rect the cell without the gap to the next one.
 void paint(QPainter& painter, const QRect& rect, const Theme& theme, TrackColumn column, const Track& track,
            const KeyState& state);
 /// The bar of a confidence, 0 to 1, in the middle of \p rect.

@@ -56,8 +56,9 @@ QString text(TrackColumn column, const Track& track);
 /// What a screen reader says of a cell; never empty.
 QString spokenText(TrackColumn column, const Track& track);
 
-/// The widths of columns that share \p available pixels: 0 for those that had to go. The album goes first; title, tempo
-/// and heart never go. What is left over goes to the wordy columns.
+/// The widths of columns that share \p available pixels: 0 for those that had to go. The album goes first; title,
+/// tempo and heart never go. What is left over goes to the wordy columns.
+/// \return as many as columns, in their order
 std::vector<int> widths(const std::vector<TrackColumn>& columns, int available);
 
 } // namespace TrackColumns

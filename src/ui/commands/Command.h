@@ -63,12 +63,14 @@ enum class CommandID {
     // Offers of the status line.
     TrashLeftovers,
 };
+/// Entries of the table; TrashLeftovers stays the last.
 inline constexpr int kCommandCount = static_cast<int>(CommandID::TrashLeftovers) + 1;
 
 /// One entry of the table of commands. What it does is bound elsewhere, see CommandCenter.
 struct Command {
     /// Whether it is for rows, and cannot be given without any.
     enum class ActsOn { Nothing, Rows };
+    /// What a key does that is held down.
     enum class Repeat { No, Yes };
 
     CommandID id;
@@ -90,8 +92,10 @@ struct Command {
 
 /// What a command is to act on.
 struct CommandTarget {
+    /// Rows of the section are reduced to what it shows; what the player has is acted on wherever it stands.
     enum class Of { Section, Player };
 
+    /// The rows; empty for a command that is for none.
     QSet<TrackID> ids = {};
     Of of = Of::Section;             ///< whether they are rows of the section shown or what the player has
     std::optional<Track> track = {}; ///< the row to play

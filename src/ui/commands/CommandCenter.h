@@ -26,20 +26,22 @@ public:
     /// Asked whenever a menu or a button is shown; cheap.
     using State = std::function<CommandState(const CommandTarget&)>;
 
-    /// \param library outlives it.
+    /// Nothing is bound yet. \param library outlives it.
     explicit CommandCenter(const LibraryStore& library);
 
-    /// Says what a command does. \param state when it can be given, beside what its entry says; may be empty.
+    /// Says what a command does, in place of what it did before. \param state when it can be given, beside what its
+    /// entry says; may be empty.
     void bind(CommandID id, Perform perform, State state = {});
-    /// A command without binding cannot be given.
+    /// Whether it can be given now. A command cannot that is not bound, that the section does not have, or that is
+    /// for rows and has none; in the converter the rows are left to what is bound.
     CommandState state(CommandID id, const CommandTarget& target = {}) const;
-    /// Does it, where it can be given; whether it could.
+    /// Does it on the reduced rows, where it can be given. \return whether it could.
     bool perform(CommandID id, const CommandTarget& target = {});
     /// What of a target is acted on: rows that the section does not show never are, whatever put them into a selection.
     QSet<TrackID> rows(const CommandTarget& target) const;
 
 Q_SIGNALS:
-    /// A command is carried out now, on these rows.
+    /// A command is carried out now, on these rows; told before it is.
     void performing(CommandID id, const CommandTarget& target);
 
 private:

@@ -11,12 +11,13 @@ public:
     /// \param clock outlives the delay. \param then may start it again.
     Delay(async::Clock& clock, async::Duration pause, std::function<void()> then);
 
-    /// From the beginning, if it runs already.
+    /// Counts the pause from now on, also where it runs already.
     void start();
-    /// Unless it runs already.
+    /// Starts, unless it runs already: a burst of calls becomes one.
     void startOnce();
-    /// What was to be called is not.
+    /// What was to be called is not; start() begins anew.
     void stop();
+    /// Whether the call is still to come.
     bool isActive() const { return m_isActive; }
 
 private:

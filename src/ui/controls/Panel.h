@@ -4,13 +4,15 @@
 
 #include <QWidget>
 
-/// A plain area in one of the theme's colours, with a hairline at some of its edges.
+/// A plain area in one of the theme's colours, with a hairline at some of its edges. Follows the theme. Thread: main,
+/// as all widgets.
 class Panel : public QWidget {
     Q_OBJECT
 
 public:
     /// \param fill the colour of its ground. \param lines the edges with a hairline.
     Panel(const Theme& theme, QColor ThemeColours::*fill, Qt::Edges lines, QWidget* parent = nullptr);
+    /// The edges that have a hairline from now on.
     void setLines(Qt::Edges lines);
 
 protected:

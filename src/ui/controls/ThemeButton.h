@@ -13,6 +13,7 @@ public:
     /// How it looks; a window has one accented button at most.
     enum class Kind { Accent, Plain, Quiet, Link, Round };
 
+    /// \param theme outlives the button. \param kind never changes.
     ThemeButton(const Theme& theme, Kind kind, QWidget* parent = nullptr);
 
     /// \param text label, spoken name too. \param iconName drawing before the text; may be empty.
@@ -23,6 +24,7 @@ public:
     void setIconColour(const QColor& colour);
     /// A ring around a round button: what was asked for is under way. It turns unless the desktop wants no animations.
     void setBusy(bool isBusy);
+    /// As setBusy() was last told.
     bool isBusy() const { return m_isBusy; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }

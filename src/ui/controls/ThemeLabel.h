@@ -12,14 +12,15 @@ class ThemeLabel : public QWidget {
 public:
     using ColourOf = QColor ThemeColours::*;
 
+    /// \param theme outlives the label. \param role decides its font, for good.
     ThemeLabel(const Theme& theme, TextRole role, ColourOf colour, QWidget* parent = nullptr);
 
-    /// The text as it is shown, localised already.
+    /// The text as it is shown, localised already; a screen reader says it too.
     void setText(const QString& text);
     const QString& text() const { return m_text; }
     /// A member of ThemeColours, so that it follows a change of the theme.
     void setColour(ColourOf colour);
-    /// Wraps at this width and centres.
+    /// Wraps at this width, in pixels, and centres; 0 goes back to one line.
     void setWrapped(int width);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

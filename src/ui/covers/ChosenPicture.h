@@ -17,7 +17,9 @@ struct ChosenPicture {
     /// Chosen: covers with a shorter side look blurred on players and large displays.
     static constexpr int kSmallSide = 500; // pixels
 
+    /// Whether nothing of it is cut off where covers are square.
     bool isSquare() const { return size.width() == size.height(); }
+    /// Whether the card warns that it will look blurred.
     bool isSmall() const { return std::min(size.width(), size.height()) < kSmallSide; }
     /// A PNG goes into files as it is; all others are written as JPEG.
     bool isKept() const { return bytes.startsWith(QByteArrayView("\x89PNG")); }

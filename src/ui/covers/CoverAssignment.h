@@ -22,13 +22,15 @@ public:
     /// \param section the section of covers, whose list exists already.
     CoverAssignment(const WindowContext& context, SectionView& section);
 
+    /// The strip below the header; owned by the page.
     CoverChoiceCard& card() const { return *m_card; }
+    /// The picture that would be assigned.
     const CoverChoice& choice() const { return m_choice; }
 
     /// Opens the dialog for a picture.
     void choose();
     void take(const QMimeData& data) override;
-    /// Says so where there is no picture.
+    /// Takes the picture of the clipboard; says so where there is none.
     void paste() override;
     /// Assigns the chosen picture to the selected tracks; says what is missing.
     void apply();

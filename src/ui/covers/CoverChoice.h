@@ -18,12 +18,13 @@ public:
     void choose(const PictureSource& source);
     /// Nothing is chosen any more; a picture that is being prepared is forgotten.
     void clear();
+    /// The one that is chosen and decoded; nothing where none is.
     const std::optional<ChosenPicture>& picture() const { return m_picture; }
 
 Q_SIGNALS:
     /// Another picture is chosen, or none.
     void changed();
-    /// What was to be chosen is no picture.
+    /// What was to be chosen is no picture, cannot be read or is too large; the former choice stays.
     void refused();
 
 private:

@@ -15,6 +15,7 @@ class CoverChoiceCard : public Panel {
     Q_OBJECT
 
 public:
+    /// Hidden until a picture is set.
     explicit CoverChoiceCard(const WindowContext& context, QWidget* parent = nullptr);
 
     /// Shows a picture, or hides the card for none.

@@ -9,7 +9,7 @@
 class TrackListModel;
 
 /// Covers as a grid of equal cells with title and artist below. Every place is computed from the row number, so that
-/// the size of the list does not matter.
+/// the size of the list does not matter. Owned by the page. Thread: main.
 class CoverGrid : public QListView {
     Q_OBJECT
 

@@ -18,8 +18,10 @@ public:
 
     /// Whether a picture is taken where there is nothing to import.
     void setTakesPictures(bool takes) { m_takesPictures = takes; }
+    /// Whether something usable is held over the widget.
     bool isHighlighted() const { return m_isHighlighted; }
-    /// The local files and folders of a drag; empty unless at least one is a folder or an audio file.
+    /// The local files and folders of a drag; empty unless one of the first 64 is a folder or an audio file. Longer
+    /// drags are not looked through: they count as usable.
     static QList<QUrl> usableURLs(const QMimeData& data, bool takesOgg);
 
 Q_SIGNALS:

@@ -13,6 +13,7 @@ class CoverWell : public QAbstractButton {
     Q_OBJECT
 
 public:
+    /// Pixels of its side, in a window that is high enough.
     static constexpr int kSide = 144;
     static constexpr int kSmallSide = 72; ///< in a low window
 
@@ -27,6 +28,7 @@ public:
     void setCovers(const QList<Track>& covers);
     /// Whether pictures are taken; while one is being written a veil lies over the cover.
     void setMode(Mode mode);
+    /// As setMode() was last told; Open at first.
     Mode mode() const { return m_mode; }
     /// Why pictures are not taken, or what may be done; localised.
     void setHint(const QString& hint);

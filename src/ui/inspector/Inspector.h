@@ -21,6 +21,7 @@ class Inspector : public Panel {
     Q_OBJECT
 
 public:
+    /// Pixels; the panel has no other width.
     static constexpr int kWidth = 340;
     /// Chosen: up to here a look at all tracks takes about a millisecond and is had at once.
     static constexpr int kManyTracks = 2000;
@@ -31,18 +32,21 @@ public:
         InventoryLoads::Read readInventory;
     };
 
+    /// Shown or not as the preference says, which it follows.
     Inspector(const WindowContext& context, const Services& services, QWidget* parent = nullptr);
     ~Inspector() override;
 
     /// Takes the language of the interface over; edits stay.
     void retranslate();
-    /// Writes the touched fields into the tracks shown.
+    /// Writes the touched fields into the tracks shown; without any it writes again what a failed or stopped save
+    /// left out of their files.
     void save();
     /// Whether the window may go. Unsaved edits hold it back once, with a word in the status line.
     bool mayClose();
     /// Takes all unsaved edits back; without any, those that did not come to their files.
     void revertAll();
 
+    /// What it shows, and its pieces; owned by the panel.
     const InspectorModel& model() const { return m_model; }
     InspectorFields& fields() const { return *m_fields; }
     CoverWell& well() const { return *m_well; }

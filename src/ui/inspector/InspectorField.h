@@ -28,11 +28,14 @@ public:
         bool isEnabled = true;
     };
 
+    /// \param theme outlives the field. \param field, lines never change.
     InspectorField(const Theme& theme, TagField field, Lines lines, QWidget* parent = nullptr);
 
+    /// The tag that is edited here.
     TagField field() const { return m_field; }
     /// Shows a state. A text that is there already keeps its cursor and its steps of undo.
     void setState(const State& state);
+    /// As setState() was last told; what was typed since is in text().
     const State& state() const { return m_state; }
     /// \param label localised. \param revert what the button says that takes an edit back.
     void setWords(const QString& label, const QString& revert);

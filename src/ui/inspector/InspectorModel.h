@@ -21,15 +21,19 @@ public:
     void follow(const TrackList& tracks, const QSet<TrackID>& selection);
     /// What a read of the single track's file found; nothing while that is not known.
     void setInventory(const std::optional<TagInventory>& inventory) { m_inventory = inventory; }
+    /// As it was set last.
     const std::optional<TagInventory>& inventory() const { return m_inventory; }
 
     /// Types a text. The value that all tracks have already is no edit.
     void edit(TagField field, const QString& text);
+    /// Takes back what was typed into a field.
     void revert(TagField field) { m_edits.remove(field); }
+    /// Takes back all that was typed; the tracks follow the selection with the next follow().
     void revertAll() { m_edits.clear(); }
 
     /// What the field shows: the edit, else the common value, empty where the values differ.
     QString text(TagField field) const;
+    /// Whether something else was typed than all tracks have.
     bool isTouched(TagField field) const { return m_edits.contains(field); }
     /// Whether the tracks differ in the field, whatever was typed.
     bool isMixed(TagField field) const { return m_mixed.testFlag(field); }
@@ -45,14 +49,17 @@ public:
 
     /// The tracks shown.
     const QSet<TrackID>& ids() const { return m_ids; }
+    /// How many tracks are shown.
     int count() const { return static_cast<int>(m_ids.size()); }
     /// Those whose files can be written.
     QSet<TrackID> writableIDs() const { return m_readOnly.isEmpty() ? m_ids : m_ids - m_readOnly; }
     /// Those of them with edits that their files do not hold.
     const QSet<TrackID>& unwrittenIDs() const { return m_unwritten; }
+    /// How many of the tracks have files that can be written.
     int writableCount() const { return static_cast<int>(m_ids.size() - m_readOnly.size()); }
     /// Those whose files can take a picture.
     QSet<TrackID> picturableIDs() const { return m_withoutPicture.isEmpty() ? m_ids : m_ids - m_withoutPicture; }
+    /// Whether the file of at least one track can take a picture.
     bool takesPictures() const { return m_ids.size() > m_withoutPicture.size(); }
     /// Whether the tracks shown are those of unsaved edits, and no longer the selection.
     bool isPinned() const { return m_isPinned; }

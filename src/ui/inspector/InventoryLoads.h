@@ -29,7 +29,7 @@ public:
     std::optional<TagInventory> of(const Track& track);
     /// Files were written: everything is read anew when it is asked for.
     void forget();
-    /// Nobody waits any more.
+    /// Gives the read up that is under way: its answer is not wanted any more.
     void cancel();
 
 Q_SIGNALS:

@@ -18,6 +18,7 @@ public:
     const QString& text() const;
     /// Takes the language of the interface over.
     void retranslate();
+    /// Its buttons, for the panel to connect.
     ThemeButton& save() const { return *m_save; }
     ThemeButton& revert() const { return *m_revert; }
 

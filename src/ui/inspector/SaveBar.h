@@ -22,6 +22,7 @@ public:
     void setButtonsShown(bool areShown);
     /// Takes the language of the interface over.
     void retranslate();
+    /// Its buttons, for the panel to connect.
     ThemeButton& save() const { return *m_save; }
     ThemeButton& revert() const { return *m_revert; }
     ThemeButton& link() const { return *m_link; }

@@ -11,16 +11,19 @@ class WrappedText : public QWidget {
 public:
     using ColourOf = QColor ThemeColours::*;
 
+    /// How the text looks, for good.
     struct Look {
         TextRole role;
         ColourOf colour;
         int lines = 1; ///< at most
     };
 
+    /// \param theme outlives the text
     WrappedText(const Theme& theme, const Look& look, QWidget* parent = nullptr);
 
     /// What does not fit the lines ends in an ellipsis, with the full text as tooltip.
     void setText(const QString& text);
+    /// In full, whatever is shown of it.
     const QString& text() const { return m_text; }
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;

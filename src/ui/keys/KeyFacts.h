@@ -11,6 +11,7 @@ class KeyFacts : public QWidget {
     Q_OBJECT
 
 public:
+    /// \param theme outlives the facts; likewise for the other parts of the panel
     explicit KeyFacts(const Theme& theme, QWidget* parent = nullptr);
 
     /// A state without a result empties it.

@@ -16,15 +16,17 @@ class KeyPanel : public Panel {
     Q_OBJECT
 
 public:
+    /// Pixels: the panel's width stays between the two.
     static constexpr int kNarrowest = 340;
     static constexpr int kWidest = 420;
 
     explicit KeyPanel(const Theme& theme, QWidget* parent = nullptr);
 
-    /// \param track nothing if no row is focused.
+    /// Shows a row. \param track nothing if no row is focused. \param state of that row; an empty one without it.
     void setTrack(const std::optional<Track>& track, const KeyState& state);
     /// Takes the language of the interface over.
     void retranslate();
+    /// For the section, which gives it counts and answers its clicks.
     KeyWheel& wheel() const { return *m_wheel; }
 
 protected:

@@ -13,7 +13,7 @@ class ThemeButton;
 enum class CommandID;
 
 /// What the key section has beyond a list: the actions of its header, the states of its rows, and the panel with the
-/// wheel. Owned by the section. Thread: main.
+/// wheel, where a click on a key selects the rows that were found to have it. Owned by the section. Thread: main.
 class KeySection : public SectionParts {
     Q_OBJECT
 
@@ -21,10 +21,13 @@ public:
     /// \param section the key section, whose list exists already.
     KeySection(const WindowContext& context, SectionView& section);
 
+    /// The panel at the right; owned by the page.
     KeyPanel& panel() const { return *m_panel; }
+    /// Estimates the keys of the selected rows; hidden where the header is narrow.
     ThemeButton& selectedButton() const { return *m_selected; }
     /// Estimates all keys that are not queued yet; stopping is a matter of the status line.
     ThemeButton& allButton() const { return *m_all; }
+    /// Writes the keys of all rows that have one into their files.
     ThemeButton& writeButton() const { return *m_write; }
     void retranslate() override;
     void fitHeader(int width) override;

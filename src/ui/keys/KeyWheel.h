@@ -21,14 +21,14 @@ public:
     /// Another key takes the keyboard's place on the wheel along. \param key nothing if there is none. \param words
     /// what stands in the middle then.
     void setKey(const std::optional<MusicalKey>& key, const QString& words);
-    /// How many rows have a key, by its code.
+    /// How many rows have a key, by its Camelot code; keys without an entry have none.
     void setCounts(const QHash<QString, int>& counts);
     /// Takes the language of the interface over.
     void retranslate();
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// By a click, or by Return where the keyboard stands.
+    /// By a click, or by Return or the space bar where the keyboard stands; whether rows have the key is not asked.
     void keyChosen(const MusicalKey& key);
 
 protected:

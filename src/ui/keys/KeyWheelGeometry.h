@@ -10,9 +10,10 @@
 /// Where the keys stand on the Camelot wheel: twelve at the top, numbers clockwise, majors outside, minors inside.
 class KeyWheelGeometry {
 public:
-    /// \param side of the square that holds the wheel, whose top left corner is the origin.
+    /// A value. \param side of the square that holds the wheel, whose top left corner is the origin.
     explicit KeyWheelGeometry(double side);
 
+    /// Of the wheel, in the coordinates of its square.
     QPointF centre() const { return m_centre; }
     /// Of the free disc in the middle.
     double innerRadius() const;
@@ -20,7 +21,8 @@ public:
     QPainterPath segment(const MusicalKey& key) const;
     /// Where the code of a key is written.
     QPointF labelCentre(const MusicalKey& key) const;
-    /// The key at a point; nothing in the middle and outside.
+    /// The key at a point; nothing in the middle and outside. A point on the line between two rings belongs to the
+    /// outer one.
     std::optional<MusicalKey> keyAt(const QPointF& point) const;
 
 private:

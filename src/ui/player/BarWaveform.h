@@ -21,6 +21,7 @@ public:
     /// \param area what it is drawn on; its owner.
     BarWaveform(const WindowContext& context, QWidget& area);
 
+    /// Where the envelope comes from; it is told the file to be shown.
     BarEnvelope& source() { return m_source; }
     /// Whether there is a waveform to be drawn.
     bool isReady() const { return m_source.state() == BarEnvelope::State::Ready; }

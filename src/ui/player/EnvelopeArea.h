@@ -24,8 +24,11 @@ public:
     double shownFraction() const { return m_fraction; }
     /// Seconds of shownFraction().
     double shownTime() const;
+    /// Whether the mouse holds the position.
     bool isHeld() const { return m_isHeld; }
+    /// Whether the cursor is moved at the screen's rate at the moment.
     bool isAnimating() const { return m_frames.isActive(); }
+    /// What is drawn below the cursor.
     BarWaveform& waveform() const { return *m_waveform; }
     QString spokenValue() const override;
     QSize sizeHint() const override;

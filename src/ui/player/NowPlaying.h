@@ -18,11 +18,13 @@ public:
 
     /// \param track nothing if there is none to show.
     void setTrack(const std::optional<Track>& track);
+    /// As setTrack() was last told.
     const std::optional<Track>& track() const { return m_track; }
     /// Takes the language of the interface over.
     void retranslate();
     /// The width at which the words have \p words pixels.
     static int widthFor(int words);
+    /// Toggles whether the track is a favourite.
     ThemeButton& heart() const { return *m_heart; }
 
 protected:

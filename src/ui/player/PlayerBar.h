@@ -20,14 +20,16 @@ class PlayerBar : public Panel {
     Q_OBJECT
 
 public:
+    /// Follows the player by itself; the focused track is the window's to tell, by refresh().
     explicit PlayerBar(const WindowContext& context, QWidget* parent = nullptr);
 
     /// Looks at the current and the focused track again.
     void refresh();
     /// Takes the language of the interface over.
     void retranslate();
-    /// Whether the bar stands above the sections or below them.
+    /// Whether the bar stands above the sections or below them: its hairline lies on the side of the sections.
     void setOnTop(bool onTop);
+    /// For the commands that the window binds to it.
     VolumeControl& volume() const { return *m_volume; }
     TapButton& tapButton() const { return *m_tap; }
     /// The menu of the output devices, at its button.

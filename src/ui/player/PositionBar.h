@@ -18,6 +18,7 @@ public:
     void setAwaitedLength(double seconds);
     /// Takes the language of the interface over.
     void retranslate();
+    /// The area between the two times.
     EnvelopeArea& envelope() const { return *m_envelope; }
     /// What stands at the left, "2:14".
     QString elapsedText() const;

@@ -10,6 +10,7 @@ class ThemeSlider : public QAbstractSlider {
     Q_OBJECT
 
 public:
+    /// \param theme outlives the slider
     explicit ThemeSlider(const Theme& theme, QWidget* parent = nullptr);
 
     /// The value as it is said, e.g. "80 %".
@@ -22,7 +23,9 @@ protected:
     double placeOf(double fraction) const;
     /// \param ground of the part that is not filled.
     void paintGroove(QPainter& painter, double fraction, const QColor& filled, const QColor& ground) const;
+    /// Draws the knob at a part of the whole, 0 to 1.
     void paintKnob(QPainter& painter, double fraction) const;
+    /// Draws the ring of the keyboard's focus, where the slider has it.
     void paintFocus(QPainter& painter) const;
     const Theme& theme() const { return m_theme; }
 

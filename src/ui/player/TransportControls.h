@@ -12,6 +12,7 @@ class TransportControls : public QWidget {
     Q_OBJECT
 
 public:
+    /// Its buttons give the commands of the table.
     explicit TransportControls(const WindowContext& context, QWidget* parent = nullptr);
 
     /// \param hasTrack whether there is one that could be played, loaded or focused.

@@ -18,10 +18,11 @@ public:
 
     /// Whether the slider stands beside the button.
     void setWide(bool isWide);
+    /// As setWide() was last told.
     bool isWide() const { return m_isWide; }
     /// Pixels that it takes, with the slider or without.
     static int widthFor(bool isWide);
-    /// Silence, or back to the volume that was chosen last.
+    /// Silence, or back to the volume that was chosen last; 80 % where none was since the start.
     void toggleMute();
     /// Takes the language of the interface over.
     void retranslate();

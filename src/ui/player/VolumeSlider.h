@@ -5,7 +5,7 @@
 
 class AudioPlayer;
 
-/// The player's volume in per cent. Follows the player and changes it.
+/// The player's volume in per cent, 0 to 100. Follows the player and changes it; the player stores it. Thread: main.
 class VolumeSlider : public ThemeSlider {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
 
     QString spokenValue() const override;
     QSize sizeHint() const override;
-    /// Louder by so many steps of the wheel.
+    /// Louder by so many steps of kStep, softer for a negative number.
     static void change(AudioPlayer& player, int steps);
 
 protected:

@@ -9,7 +9,8 @@ class ThemeButton;
 class ThemeLabel;
 struct SectionDescriptor;
 
-/// What a section without rows shows: an icon, a sentence, a button, and what may be dropped here.
+/// What a section without rows shows: an icon, a sentence, a button, and what may be dropped here; where a filter
+/// hides all rows, that and a button that clears it. Owned by the page.
 class EmptyState : public QWidget {
     Q_OBJECT
 

@@ -13,6 +13,7 @@ class FavoriteActions : public SectionParts {
     Q_OBJECT
 
 public:
+    /// \param page the section of favourites, whose list exists already
     FavoriteActions(const WindowContext& context, SectionView& page);
     void retranslate() override;
 

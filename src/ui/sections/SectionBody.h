@@ -16,8 +16,10 @@ public:
     /// What becomes of the panel where the list needs the room.
     enum class Narrow { Over, Without };
 
+    /// Has no panel at first.
     explicit SectionBody(QWidget* parent = nullptr);
 
+    /// The area of the list, to be given a layout.
     QWidget& content() const { return *m_content; }
     /// Takes a panel in, from another section if it is there; its width stays within its minimum and maximum. Null lets
     /// it go. \param narrow whether it lies over the list where there is no room for both, or is hidden.

@@ -22,6 +22,7 @@ struct SectionDescriptor {
     /// A picture of the icon set.
     QString icon;
 
+    /// The texts of the page and of the commands that the section words in its own way; Russian.
     struct Words {
         QString title; ///< of the page
         QString empty; ///< a sentence for a list without rows
@@ -32,12 +33,14 @@ struct SectionDescriptor {
         QString removal = {};     ///< the command that takes rows out
     } words;
 
+    /// The columns of its table, left to right.
     const std::vector<TrackColumn>& (*columns)();
     /// The line under the title: counts and total length.
     QString (*facts)(LibraryStore& library, const QList<Track>& rows);
 
     /// The list, connected to the page. Null for the table of tracks.
     QAbstractItemView* (*makeList)(const WindowContext& context, SectionView& page) = nullptr;
+    /// What the section has beyond header and list; owned by the page.
     SectionParts* (*makeParts)(const WindowContext& context, SectionView& page) = nullptr;
     /// The rows where they are no tracks of the store's lists. \param before what it gave last, whose values are used
     /// again.
@@ -52,9 +55,12 @@ struct SectionDescriptor {
     /// The event that moves the focus where the section keeps a selection of its own.
     void (Notifications::*navigates)(Notifications::Direction) = nullptr;
 
+    /// Whether a click on a heading sorts, as in Favorites.
     bool sortsByHeadings = false;
     bool remembersScrolling = false; ///< and tells while it scrolls
 
+    /// What the section is to the store.
     const LibrarySection& section() const { return LibrarySection::of(tab); }
+    /// Whether the accented button of the header adds files.
     bool addsByMainButton() const { return words.addFromMenu.isEmpty(); }
 };

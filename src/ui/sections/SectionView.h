@@ -37,14 +37,17 @@ public:
     /// Which section it is.
     LibraryTab tab() const;
     TrackListModel& model() const { return *m_model; }
+    /// The table or the grid; owned by the page.
     QAbstractItemView& list() const { return *m_list; }
+    /// Title, facts and actions; owned by the page.
     SectionHeader& header() const { return *m_header; }
     /// What the section has beyond header and list; null where it has no more.
     SectionParts* parts() const { return m_parts; }
 
-    /// Whether this is the page that the user sees.
+    /// Whether this is the page that the user sees. A page that comes into view catches up with what it missed and
+    /// takes the workspace's selection over.
     void setShown(bool shown);
-    /// Something that the page shows has changed.
+    /// Something that the page shows has changed: it takes its rows anew, now or when it is next shown.
     void markDirty();
     /// Takes the language of the interface over.
     void retranslate();

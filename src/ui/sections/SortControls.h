@@ -22,6 +22,7 @@ public:
     SortControls(const WindowContext& context, const SectionDescriptor& descriptor, SectionHeader& header,
                  TrackTable& table);
 
+    /// Says what the section is sorted by and opens the menu; owned by the header.
     ThemeButton& button() const { return *m_button; }
     void retranslate() { refresh(); }
     /// Puts the fields and the directions into a menu, the present ones marked.

@@ -12,13 +12,15 @@ class TapButton : public ThemeButton {
     Q_OBJECT
 
 public:
+    /// Has no track at first, and is disabled.
     explicit TapButton(const WindowContext& context, QWidget* parent = nullptr);
 
     /// The track that taps are for; nothing disables the button. Another track gives unfinished taps up.
     void setTrack(const std::optional<Track>& track);
     /// Takes the language of the interface over.
     void retranslate();
-    /// One beat, by the button or its key.
+    /// One beat, by the button or its key; ignored without a track. Two seconds after the last one the tempo is
+    /// taken.
     void tap();
     /// As wide as the widest text asks for, so that nothing beside it moves.
     QSize sizeHint() const override;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-/// The tempo of somebody's tapping. A pause begins anew. A value; times are those of any monotonic clock.
+/// The tempo of tapping along. A pause begins anew. A value; times are those of any monotonic clock.
 class TapTempo {
 public:
     static constexpr async::Duration kPause = async::seconds(2); ///< chosen: a beat of 30 BPM
@@ -14,7 +14,9 @@ public:
 
     /// \param now in a monotonic time. A pause of kPause begins anew.
     void tap(async::Duration now);
+    /// The next tap is the first again.
     void clear() { m_taps.clear(); }
+    /// Taps since the last pause, kMostTaps at most.
     int count() const { return static_cast<int>(m_taps.size()); }
     /// Whole beats in a minute, 30 to 400; nothing before the fourth tap and outside that range.
     std::optional<int> bpm() const;

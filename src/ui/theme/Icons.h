@@ -13,7 +13,7 @@ namespace Icons {
 /// The drawing before a message of the status line.
 QString of(StatusIcon icon);
 
-/// Draws an icon, as large as the rectangle, sharp on every scale.
+/// Draws an icon, as large as the rectangle, sharp on every scale. \param name of the icon set.
 void paint(QPainter& painter, const QRect& rect, const QString& name, const QColor& colour);
 /// The same for controls that take a QIcon. Disabled states are drawn by the control. \param selected colour on a
 /// selected row, if it is another one.

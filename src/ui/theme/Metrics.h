@@ -14,6 +14,7 @@ inline constexpr int kRadiusSmall = 6;  ///< chips, thumbnails
 inline constexpr int kRadius = 8;       ///< buttons, rows of the sidebar
 inline constexpr int kRadiusLarge = 10; ///< covers, pictures
 
+/// The parts of the window: fixed widths and heights; the lists take what is left.
 inline constexpr int kSidebarWidth = 216;
 inline constexpr int kSidebarCollapsedWidth = 60;
 inline constexpr int kSidebarRowHeight = 34;
@@ -39,17 +40,21 @@ inline constexpr int kSelectionBar = 3;
 inline constexpr int kChipHeight = 20;
 inline constexpr int kFocusWidth = 2;
 
+/// The grid of covers: the side of a cell before cells share what is left of the width, the gap to the next one,
+/// title and artist below, and the ring of a selected one.
 inline constexpr int kCoverCell = 180;
 inline constexpr int kCoverGap = 18;
 inline constexpr int kCoverCaption = 44;
 inline constexpr int kCoverRing = 2;
 
+/// Controls, wherever they stand.
 inline constexpr int kButtonHeight = 32;
 inline constexpr int kIcon = 18;
 inline constexpr int kIconSmall = 14;
 inline constexpr int kIconLarge = 40;
 inline constexpr int kScrollBar = 10;
 inline constexpr int kMenuRowHeight = 30;
+/// Sheets and sentences: lines that can still be read at a glance.
 inline constexpr int kBannerWidth = 440;
 inline constexpr int kEmptyTextWidth = 440;
 

@@ -18,6 +18,7 @@ struct ThemeColours {
     QColor accent;     ///< focus, selection, main button
     QColor accentText; ///< on the accent
     QColor heart;
+    /// The tones of messages.
     QColor ok;
     QColor warning;
     QColor selection; ///< tint laid over what is selected

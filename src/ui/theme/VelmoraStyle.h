@@ -11,7 +11,9 @@ class VelmoraStyle : public QProxyStyle {
 public:
     VelmoraStyle();
 
+    /// Drawn with from the next repaint on.
     void setColours(const ThemeColours& colours) { m_colours = colours; }
+    /// Takes the desktop's frame and shadow off menus, which draw their own.
     void polish(QWidget* widget) override;
     using QProxyStyle::polish;
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;

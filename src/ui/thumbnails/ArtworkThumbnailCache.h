@@ -18,6 +18,7 @@ public:
     /// Makes a thumbnail; called on the lane. Nothing if the bytes are no picture.
     using Make = std::function<std::optional<QByteArray>(const QByteArray& bytes, int maximumPixelSize)>;
 
+    /// Thumbnails at most, and bytes of all of them: the limit counts that is reached first.
     static constexpr int kMaximumEntryCount = 256;
     static constexpr qsizetype kMaximumTotalBytes = 24 * 1024 * 1024;
 

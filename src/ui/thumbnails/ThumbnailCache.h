@@ -25,6 +25,7 @@ public:
     using ReadArtwork = std::function<QByteArray(const QUrl& url)>;
 
     static constexpr qsizetype kLimit = 64 * 1024 * 1024; ///< bytes of pixels
+    /// Pictures that are made at the same time.
     static constexpr int kJobs = 2;
     static constexpr size_t kMaximumWaiting = 512; ///< chosen: some screens of covers; older requests are dropped
 
@@ -36,6 +37,7 @@ public:
     ThumbnailCache(async::Executor& executor, ReadArtwork readArtwork, QObject* parent = nullptr);
     ~ThumbnailCache() override;
 
+    /// How a cover is shown; each format has thumbnails of its own.
     struct Format {
         int side = 0;     ///< device-independent pixels
         int radius = 0;   ///< of the corners, device-independent pixels

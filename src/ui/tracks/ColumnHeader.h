@@ -11,6 +11,7 @@ class ColumnHeader : public QHeaderView {
     Q_OBJECT
 
 public:
+    /// \param theme outlives the header
     ColumnHeader(const Theme& theme, QWidget* parent = nullptr);
     QSize sizeHint() const override;
     /// Marks the column that the rows are sorted by, with an arrow for the direction.

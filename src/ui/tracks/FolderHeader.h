@@ -9,7 +9,8 @@ class QPainter;
 class QRect;
 class TrackListModel;
 
-/// Draws the headers of folders: name, place, number of tracks, total length.
+/// Draws the headers of folders: name, place, number of tracks, total length. A part of the table. Totals are summed
+/// when a header is first drawn, and kept until forget().
 class FolderHeader {
 public:
     FolderHeader(const WindowContext& context, const TrackListModel& model)

@@ -15,8 +15,10 @@ public:
     /// What the player does with a row's file.
     enum class State { None, Playing, Paused };
 
+    /// Pixels of its side.
     static constexpr int kSide = 18;
 
+    /// \param player outlives the mark
     explicit PlayingMark(const AudioPlayer& player);
 
     /// By the file: two rows of one file are marked alike.

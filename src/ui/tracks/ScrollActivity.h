@@ -14,8 +14,10 @@ public:
     /// Without a move for so long it has come to rest.
     static constexpr async::Duration kRest = async::seconds(0.15);
 
+    /// Owned by the view, whose scroll bar it watches. \param clock outlives it.
     ScrollActivity(QAbstractItemView& view, async::Clock& clock);
 
+    /// As scrollingChanged() was last told.
     bool isScrolling() const { return m_isScrolling; }
     /// While muted, moves of the scroll bar come from the program and do not count.
     void setMuted(bool muted) { m_isMuted = muted; }

@@ -19,6 +19,7 @@ class SelectionSync : public QObject {
     Q_OBJECT
 
 public:
+    /// Owned by the view, and not active at first. The others outlive it.
     SelectionSync(QAbstractItemView& view, TrackListModel& model, Workspace& workspace, DashboardActions& actions);
 
     /// Whether the view is the one shown. Becoming active takes the workspace's selection over.
@@ -27,6 +28,7 @@ public:
     void flush();
     /// To be called around changes of the model's rows, during which the view's selection may shrink by itself.
     void beginRows();
+    /// \param structure whether rows came, went or moved: then the workspace's selection is taken over again
     void endRows(bool structure);
 
     /// The selected rows of the view.

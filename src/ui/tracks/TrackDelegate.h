@@ -18,7 +18,8 @@ struct RowState {
     double played = 0; ///< fraction of the track, for the waveform
 };
 
-/// Draws the cells of a TrackListModel.
+/// Draws the cells of a TrackListModel. Looks nothing up that takes time: covers and waveforms that are not at hand
+/// are asked for and drawn when they have come. Thread: main.
 class TrackDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -26,12 +27,14 @@ public:
     /// Asked for every cell that is drawn; cheap.
     using StateOf = std::function<RowState(const QModelIndex&)>;
 
+    /// \param stateOf of the view that it draws for
     TrackDelegate(const WindowContext& context, StateOf stateOf, QObject* parent = nullptr);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
     /// The full text of a cell where \p cell is too narrow for it or where it is shown in other words; else empty.
+    /// \param cell in pixels of the viewport
     QString tooltip(const QModelIndex& index, const QRect& cell) const;
     /// Where the cover stands in its cell.
     static QRect coverRect(const QRect& cell);

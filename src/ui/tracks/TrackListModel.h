@@ -23,6 +23,7 @@ public:
     /// Becomes this list. Rows are matched by id, values by pointer; costs no more than one pass over pointers where
     /// the structure is the same. Ids occur once (else the model resets itself).
     void setRows(const QList<Track>& rows);
+    /// The rows as they are shown, top to bottom.
     const QList<Track>& rows() const { return m_rows; }
     const Track& track(int row) const { return m_rows[row]; }
     /// The row of an id. One pass over the list.
@@ -30,12 +31,13 @@ public:
 
     /// The texts of the column Status.
     void setStatusTexts(const QHash<TrackID, QString>& texts);
+    /// Empty where none was set.
     QString statusText(const TrackID& id) const { return m_statusTexts.value(id); }
 
-    /// Who knows the tempos beside the tags; nobody at first.
+    /// What tells the tempos beside the tags; without it there are none.
     void setBPMStates(std::function<PlaylistBPMState(const TrackID&)> states) { m_bpmStates = std::move(states); }
     PlaylistBPMState bpmState(const TrackID& id) const { return m_bpmStates ? m_bpmStates(id) : PlaylistBPMState(); }
-    /// That of this row is another one now. Of rows out of view nobody need be told.
+    /// The tempo of this row is another one now. Rows out of view need not be told of.
     void bpmStateChanged(int row);
     /// What the columns about keys show. \param stateOf asked when a cell is; may be empty.
     void setKeyStates(std::function<KeyState(const TrackID&)> stateOf) { m_keyStateOf = std::move(stateOf); }

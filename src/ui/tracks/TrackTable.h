@@ -23,9 +23,11 @@ public:
 
     /// \param density scale of the row height.
     void setDensity(double density);
+    /// Its model.
     TrackListModel& tracks() const { return m_model; }
     /// The folders of the rows as they are now; none for a list without headers.
     void setFolders(const QList<FolderRun>& runs);
+    /// Where rows and headers stand at present.
     const RowLayout& rowLayout() const { return m_layout; }
     /// Totals of the folders may differ from now on.
     void rowsChanged();
@@ -86,6 +88,7 @@ private:
     void lookAtSelection(int first, int last);
     void paintRow(QPainter& painter, QStyleOptionViewItem& option, int row) const;
     void paintFolders(QPainter& painter) const;
+    /// Shares the width of the view out among the columns; see TrackColumns::widths().
     void applyWidths();
     RowState stateOf(const QModelIndex& index) const;
     QModelIndex heartAt(const QPoint& position) const;
@@ -97,6 +100,7 @@ private:
         int end = 0;
     };
     RowRange rowsInView() const;
+    /// Repaints the waveform of a row when it has come, and the played part of the current row as it goes on.
     void connectWaveforms();
     bool showsWaveforms() const;
     void dropWaveformsOutOfView();
@@ -104,6 +108,7 @@ private:
     double playedOf(const Track& track) const;
     void movePlayed();
     void updateTempos(const QSet<TrackID>& ids);
+    /// The row under the pointer; -1 for none.
     void setHoveredRow(int row);
     void updateRow(int row);
     int survivorsAbove(const QList<Track>& before, int row) const;

@@ -23,7 +23,7 @@ int barCount(int width, const Configuration& configuration);
 /// \param samples amplitudes from 0 to 1 over the whole width. \param size of the picture; empty gives nothing, and so
 /// do no samples.
 WaveformShape shape(std::span<const float> samples, QSize size, const Configuration& configuration);
-/// The same for as many values as there are bars.
+/// The same for as many values as barCount() gives: one bar each.
 WaveformShape bars(std::span<const float> values, QSize size, const Configuration& configuration);
 
 } // namespace BarDrawer

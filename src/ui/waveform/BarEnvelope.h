@@ -30,6 +30,7 @@ public:
     /// \param url nothing if there is none to show. The same file is asked for again only when
     /// it comes to be played, and if it failed a while ago.
     void setFile(const std::optional<QUrl>& url, Interest interest);
+    /// Of the file that was set last.
     State state() const { return m_state; }
     /// Null but in the state Ready.
     const Envelope& envelope() const { return m_envelope; }

@@ -16,6 +16,7 @@ public:
     /// \param pixelsPerSample distance of two points; below 1 counts as 1. \param minHeight of the whole area.
     Contour(std::span<const float> samples, QSize size, double pixelsPerSample, double minHeight);
 
+    /// From left to right; empty without samples or room.
     const std::vector<QPointF>& points() const { return m_points; }
     /// The closed area; nothing without points.
     WaveformShape area(const Step& step) const;

@@ -32,6 +32,7 @@ public:
     void arrived(const QUrl& url);
     /// Empties the cache, in memory and on disk.
     void emptyCache();
+    /// Files whose envelope is still to be asked for.
     qsizetype waitingCount() const { return qsizetype(m_waiting.size()); }
 
 Q_SIGNALS:

@@ -10,6 +10,7 @@
 /// How an envelope is drawn, in the order of the settings.
 enum class WaveformDrawer { Bars, LogarithmicBars, Line, Curve, Dots };
 
+/// All of them in the order of WaveformDrawer.
 inline constexpr std::array kAllWaveformDrawers{WaveformDrawer::Bars, WaveformDrawer::LogarithmicBars,
                                                 WaveformDrawer::Line, WaveformDrawer::Curve, WaveformDrawer::Dots};
 

@@ -13,5 +13,6 @@ struct WaveformShape {
     double radius = 0;         ///< of the marks' corners
     QPainterPath area;
 
+    /// Whether there is nothing to be filled.
     bool isEmpty() const { return marks.empty() && area.isEmpty(); }
 };

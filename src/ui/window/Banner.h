@@ -8,9 +8,10 @@
 class ThemeButton;
 class ThemeLabel;
 
-/// A calm sheet inside the window for what the user has to know or decide: what saves shall keep of a file, a failed
-/// save, or why something was refused. One at a time in this order. A question stays until one of its two answers is
-/// chosen; the others until they are closed, by their button, Return or Escape.
+/// A calm sheet inside the window for what the user has to know or decide: whether to close with edits that are in no
+/// file, what saves shall keep of a file, a failed save, or why something was refused. One at a time in this order.
+/// The question of what saves keep stays until one of its two answers is chosen; the others can be closed by their
+/// button, Return or Escape, which for the first means to stay.
 class Banner : public QWidget {
     Q_OBJECT
 

@@ -39,6 +39,7 @@ class Executor;
 
 /// What the window stands on. The references outlive it.
 struct WindowServices {
+    /// As WindowContext has them, before there is a window.
     LibraryStore& store;
     DashboardActions& actions;
     AudioPlayer& player;
@@ -58,15 +59,19 @@ class MainWindow : public QWidget {
     Q_OBJECT
 
 public:
-    /// Not shown yet; its place and size are those that the preferences keep.
+    /// Builds all its pieces and follows the store from then on. Not shown yet; its place and size are those that the
+    /// preferences keep.
     explicit MainWindow(const WindowServices& services);
     ~MainWindow() override;
 
+    /// The page of a section, shown or not; all seven are there from the beginning.
     SectionView& section(LibraryTab tab) const { return *m_sections[static_cast<size_t>(tab)]; }
     /// The page that the user sees.
     SectionView& activeSection() const;
+    /// Its pieces; owned by the window.
     PlayerBar& player() const { return *m_player; }
     Sidebar& sidebar() const { return *m_sidebar; }
+    /// The panel of tags, which moves to the section that is shown.
     Inspector& inspector() const { return *m_inspector; }
     Theme& theme() const { return *m_theme; }
     RowWaveforms& rowWaveforms() const { return *m_rowWaveforms; }

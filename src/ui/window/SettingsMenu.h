@@ -6,7 +6,7 @@ struct WindowContext;
 /// The settings of the window, as a menu.
 namespace SettingsMenu {
 
-/// What the context refers to outlives the menu, whose parent is the window.
+/// Fills the menu with the present values. What the context refers to outlives the menu, whose parent is the window.
 void build(QMenu& menu, const WindowContext& context);
 
 /// Row scales of the lists: the ordinary one and the dense one.

@@ -23,11 +23,13 @@ public:
     void setActiveTab(LibraryTab tab);
     /// Narrow, with icons only.
     void setCollapsed(bool collapsed);
+    /// As setCollapsed() was last told.
     bool isCollapsed() const { return m_isCollapsed; }
-    /// The lists changed; counts follow after a moment.
+    /// The lists changed; the counts follow a tenth of a second later.
     void countsChanged();
     /// Takes the language of the interface over.
     void retranslate();
+    /// The row of a section; owned by the sidebar.
     SidebarRow& row(LibraryTab tab) const { return *m_rows[static_cast<size_t>(tab)]; }
 
 Q_SIGNALS:

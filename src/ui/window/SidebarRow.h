@@ -12,7 +12,8 @@ public:
     /// \param iconName of the icon set.
     SidebarRow(const Theme& theme, const QString& iconName, QWidget* parent = nullptr);
 
-    /// \param label shown and spoken. \param hotkey for the tooltip; may be empty.
+    /// The row's words; in a collapsed row they are its tooltip. \param label shown and spoken. \param hotkey for the
+    /// tooltip; may be empty.
     void setLabel(const QString& label, const QString& hotkey);
     /// Shown right-aligned; nothing for 0.
     void setCount(qint64 count);
@@ -20,6 +21,7 @@ public:
     void setCollapsed(bool collapsed);
     /// A drag that would land here is held over the row.
     void setDropHighlighted(bool isOn);
+    /// As setDropHighlighted() was last told.
     bool isDropHighlighted() const { return m_isDropHighlighted; }
     QSize sizeHint() const override;
 

@@ -15,6 +15,7 @@ class StatusStrip : public Panel {
     Q_OBJECT
 
 public:
+    /// Follows the store by itself; progress is redrawn ten times a second at most.
     explicit StatusStrip(const WindowContext& context, QWidget* parent = nullptr);
 
     /// Takes the language of the interface over.
@@ -39,6 +40,7 @@ private:
     void refreshProgress();
     void stopWork();
     void refreshRestore();
+    /// Lays the message, the links behind it, and the progress at the right out; the message gives way first.
     void place();
     void paintMessage(QPainter& painter) const;
     void paintProgress(QPainter& painter) const;

@@ -12,6 +12,7 @@ class WaveformMenu : public QMenu {
 
 public:
     /// Measures the envelopes on disk while it is open.
+    /// Changes preferences alone: those who draw waveforms follow these.
     WaveformMenu(const WindowContext& context, QWidget* parent);
 
     /// The size of the cache as it is shown. \param size nothing while it is not known.

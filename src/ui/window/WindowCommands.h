@@ -18,7 +18,8 @@ public:
     /// \param window its section shown gives the rows; also binds what the window itself does.
     WindowCommands(const WindowContext& context, MainWindow& window);
 
-    /// What the section shown has of the commands; asked each time it opens.
+    /// Adds what the section shown has of the commands, in its own words where it has some; called each time the menu
+    /// opens.
     void fillMenu(QMenu& menu) const;
     /// Takes the language of the interface over.
     void retranslate();

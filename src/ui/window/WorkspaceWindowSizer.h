@@ -11,6 +11,8 @@ class WorkspaceWindowSizer : public QObject {
     Q_OBJECT
 
 public:
+    /// Device-independent pixels, by WorkspaceLayout: the smallest size, and the one that a change of the layout
+    /// gives.
     static constexpr QSize kFullMinimum{1280, 760};
     static constexpr QSize kFullDefault{1440, 900};
     static constexpr QSize kCompactMinimum{900, 620};
