@@ -30,14 +30,18 @@ public:
         std::function<void(std::function<void(const QByteArray& image)> chosen)> chooseImage = {};
     };
 
+    /// Binds the commands of the store and the dashboard. \param library, player outlive it.
     ContentView(LibraryStore& library, AudioPlayer& player, Surroundings surroundings);
     ~ContentView() override;
 
+    /// Lives as long as the dashboard.
     CommandCenter& commands() override { return m_commands; }
     std::optional<TrackID> playlistReturnPlaybackID() const override { return m_playlistReturnPlaybackID; }
+    /// Imports them as the section does it, then shows the section. Nothing happens without any.
     void receiveDroppedTracks(const QList<QUrl>& urls, LibraryTab tab) override;
     void select(const QSet<TrackID>& ids, const std::optional<TrackID>& focused) override;
     void saveTags(const AudioTags& tags, TagFields fields, const QSet<TrackID>& ids) override;
+    /// Says so in the status line while a picture is on its way into one of the files.
     void assignArtwork(const QByteArray& image, const QSet<TrackID>& ids) override;
     void chooseArtwork(std::function<void(const QByteArray& image)> chosen) override;
     void answerWhatSavesKeep(bool keepsOthers) override;
@@ -47,7 +51,8 @@ public:
     void activateFavoriteSortFromHeader(TrackSortField field) override;
     void dismissMessage() override;
 
-    /// Shows a section, with the selection that it had.
+    /// Shows a section, with the selection that it had; what is being typed is committed before. Nothing happens for
+    /// the one that is shown.
     void activateTab(LibraryTab tab);
 
 private:

@@ -21,7 +21,7 @@ std::optional<MusicalKeyAnalysis> analyzeMusicalKey(const QUrl& url, std::stop_t
 
 } // namespace LibraryAnalyzers
 
-/// The estimators behind the library's interface.
+/// The estimators behind the library's interface. Has no state: one object serves all workers.
 class LibraryAnalyser final : public AudioAnalyser {
 public:
     BPMAnalysisOutcome tempo(const QUrl& url, const BPMAnalysisMode& mode, std::stop_token stop) override

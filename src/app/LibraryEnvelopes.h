@@ -11,6 +11,7 @@ public:
     {
     }
 
+    /// Computes gently where the cache has nothing.
     async::Task<bool> prepare(QUrl url, std::stop_token stop) override { return load(m_cache, std::move(url), stop); }
 
 private:

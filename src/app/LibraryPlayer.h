@@ -7,11 +7,13 @@
 /// ahead of the disk.
 class LibraryPlayer final : public PlayerControl {
 public:
+    /// \param player outlives it
     explicit LibraryPlayer(AudioPlayer& player)
         : m_player(player)
     {
     }
 
+    /// The track that is being opened, else the current one.
     std::optional<TrackID> currentID() const override
     {
         const std::optional<Track>& track = m_player.requestedTrack();

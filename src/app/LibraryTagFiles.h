@@ -3,7 +3,8 @@
 #include "core/library/tagwriting/TagFiles.h"
 #include "tags/vault/TagVault.h"
 
-/// The files on disk: the tag writers, with the vault before every first change.
+/// The files on disk: the tag writers, with the vault before every first change. What writers, readers and vault
+/// throw arrives as TagFileError with a text for people. Thread: workers.
 class LibraryTagFiles final : public TagFiles {
 public:
     /// \param vaultFolder where original tags are kept.

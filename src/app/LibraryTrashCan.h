@@ -2,7 +2,7 @@
 
 #include "core/library/removal/TrashCan.h"
 
-/// The user's Trash.
+/// The user's Trash, by the rules of the desktop. Thread: workers.
 class LibraryTrashCan final : public TrashCan {
 public:
     TrashedItem moveToTrash(const QUrl& url) override { return m_trash.moveToTrash(url.toLocalFile()); }

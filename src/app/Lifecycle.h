@@ -2,9 +2,11 @@
 
 #include <functional>
 
-/// What the life of the process asks of those who keep data: saving on a loss of activity and at the end.
+/// What the life of the process asks of those who keep data: saving on a loss of activity and at the end. Thread:
+/// main.
 class Lifecycle {
 public:
+    /// Whether the window has the user's attention: it does, another program does, or it is hidden.
     enum class ScenePhase { Active, Inactive, Background };
 
     /// The savers; an empty one means that there is nothing of its kind to save.

@@ -11,9 +11,9 @@ class QDeadlineTimer;
 class QLocalServer;
 class QLocalSocket;
 
-/// Lets one program at a time work with a data folder. Whoever holds the folder's lock is the first and listens; a
-/// later start hands its files over and ends. The lock goes with its process, so nothing stale ever counts. Thread:
-/// main.
+/// Lets one program at a time work with a data folder. The process that holds the folder's lock is the first and
+/// listens; a later start hands its files over and ends. The lock goes with its process, so nothing stale ever
+/// counts. Thread: main.
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
     explicit SingleInstance(QString folder, std::chrono::milliseconds patience = kPatience);
     ~SingleInstance() override;
 
-    /// Becomes the first, or hands \p files to whoever is. Blocks up to the patience. Called once.
+    /// Becomes the first, or hands \p files to the one that is. Blocks up to the patience. Called once.
     Role begin(const QList<QUrl>& files);
 
 Q_SIGNALS:

@@ -8,6 +8,7 @@
 /// the toolkit's translations where those are installed, else they stay English. Thread: main.
 class ToolkitTexts {
 public:
+    /// Exchanges the toolkit's texts; windows that are open hear of it by the toolkit's own event.
     void setLanguage(AppLanguage language);
 
 private:

@@ -49,6 +49,7 @@ public:
                std::unique_ptr<WorkspaceSessionStorage> storage);
     /// Keeps no workspace.
     VelmoraApp(std::unique_ptr<Preferences> preferences, std::unique_ptr<AudioSystem> audio);
+    /// Saves what is to be saved, then takes the scene down and waits for a file that is being written.
     ~VelmoraApp() override;
 
     /// Builds the scene and shows the window. \param files handed over by the desktop: a drop on the playlist.
@@ -56,20 +57,27 @@ public:
     /// Files of another start of the program: a drop on the playlist. The window comes to the front.
     void openAgain(const QList<QUrl>& files);
 
+    /// The objects of the scene, owned here; there from open() on.
     LibraryStore& store() const { return *m_library; }
     AudioPlayer& player() const { return *m_player; }
     ContentView& contentView() const { return *m_contentView; }
     MainWindow& window() const { return *m_window; }
+    /// There from the beginning.
     Preferences& preferences() const { return *m_preferences; }
 
 private:
+    /// open() in its steps. The store and what it stands on; what is needed later is made earlier.
     void buildStore();
     void buildPlayer();
+    /// The dashboard, the window, and what the dashboard asks of the desktop.
     void buildWindow();
+    /// What is saved when the window loses the user's attention, at the end, and when the system asks the program to
+    /// end.
     void watchLifecycle();
     void loadIcon();
     async::Task<> sweepTemporaryFiles(std::stop_token stop);
     void chooseImage(std::function<void(const QByteArray&)> chosen);
+    /// Reads the file of a picture on a worker; empty bytes where it cannot be read.
     async::Task<> readImage(QUrl url, std::function<void(const QByteArray&)> chosen, std::stop_token stop);
 
     std::unique_ptr<Preferences> m_preferences;
