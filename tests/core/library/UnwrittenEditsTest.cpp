@@ -119,6 +119,19 @@ TEST_F(EditJournalTest, WhatCannotBeWrittenIsToldAndTriedAgain)
     }
 }
 
+TEST_F(EditJournalTest, NoEditGoesForWantOfRoomUnsaid)
+{
+    EditJournal journal(data, 100);
+    ASSERT_TRUE(journal.note({edit("/a.mp3", "House")}, 1));
+    EXPECT_TRUE(journal.note({edit("/a.mp3", "House 2")}, 2)) << "what counts no more gives its room";
+    EXPECT_TRUE(journal.note({edit("/a.mp3", "House 3")}, 3));
+    EXPECT_FALSE(journal.note({edit("/b.mp3", "Pop"), edit("/c.mp3", "Pop"), edit("/d.mp3", "Pop")}, 4));
+    EXPECT_EQ(journal.error(), EFBIG);
+    EXPECT_EQ(kept(), "a.mp3=House 3");
+    EXPECT_TRUE(journal.note({edit("/c.mp3", "", {}), edit("/d.mp3", "", {})}, 5));
+    EXPECT_EQ(kept(), "a.mp3=House 3 b.mp3=Pop");
+}
+
 TEST_F(EditJournalTest, DamagedLinesArePassedOverAndOldOnesDoNotPileUp)
 {
     EditJournal journal(data);

@@ -25,9 +25,7 @@ constexpr QLatin1StringView kSize("size");
 constexpr QLatin1StringView kDate("date");
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
-constexpr qint64 kMaximumBytes = 256 * 1024 * 1024; // chosen: edits of a million files
-constexpr qsizetype kMaximumFiles = 200'000;        // chosen: twice the largest list that is measured
-constexpr qint64 kSlack = 1024 * 1024;              // bytes of lines that no longer count, before the file is rewritten
+constexpr qint64 kSlack = 1024 * 1024; // bytes of lines that no longer count, before the file is rewritten
 
 QByteArray lineOf(const KeptEdit& edit)
 {
@@ -120,8 +118,9 @@ int whyUnread(const QByteArray& path)
 
 } // namespace
 
-EditJournal::EditJournal(const QString& folder)
-    : m_folder(folder)
+EditJournal::EditJournal(const QString& folder, qint64 maximumBytes)
+    : m_maximumBytes(maximumBytes)
+    , m_folder(folder)
     , m_path(QFile::encodeName(folder + kName))
 {
 }
@@ -146,7 +145,7 @@ int EditJournal::readLocked()
 {
     if (m_isRead)
         return 0;
-    const std::optional<QByteArray> bytes = AtomicFile::read(m_path, kMaximumBytes);
+    const std::optional<QByteArray> bytes = AtomicFile::read(m_path, m_maximumBytes);
     if (!bytes) {
         const int error = whyUnread(m_path);
         m_isRead = error == 0;
@@ -202,8 +201,7 @@ bool EditJournal::note(const QList<KeptEdit>& edits, quint64 revision)
         takeLine(line);
         lines += line;
     }
-    const bool isDue =
-        m_lines.isEmpty() || m_size + lines.size() > kSlack + 4 * m_liveBytes || m_lines.size() > kMaximumFiles;
+    const bool isDue = m_lines.isEmpty() || m_size + lines.size() > std::min(m_maximumBytes, kSlack + 4 * m_liveBytes);
     const bool isAppended = !m_error && !isDue && appendLocked(lines);
     m_error = isAppended ? 0 : rewriteLocked();
     return !m_error;
@@ -223,15 +221,16 @@ bool EditJournal::appendLocked(const QByteArray& lines)
     return true;
 }
 
-/// The newest edits, in the order in which they were made.
+/// What is kept, in the order in which it was edited. More than can be read again is not written: that is told as a
+/// full disk is, and no edit goes in silence.
 int EditJournal::rewriteLocked()
 {
+    if (m_liveBytes > m_maximumBytes)
+        return EFBIG;
     QList<std::pair<quint64, QString>> order;
     for (auto line = m_lines.cbegin(); line != m_lines.cend(); ++line)
         order.append({line->order, line.key()});
     std::ranges::sort(order);
-    while (order.size() > kMaximumFiles)
-        m_liveBytes -= m_lines.take(order.takeFirst().second).bytes.size();
     QByteArray bytes;
     bytes.reserve(m_liveBytes);
     for (const auto& [place, path] : std::as_const(order))

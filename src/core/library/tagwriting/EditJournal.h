@@ -28,8 +28,11 @@ struct KeptEdit {
 /// goes aside under a name with the date before another takes its place. Thread: any; blocks.
 class EditJournal {
 public:
-    /// \param folder made with the first edit.
-    explicit EditJournal(const QString& folder);
+    static constexpr qint64 kMaximumBytes = 256 * 1024 * 1024; ///< chosen: edits of a million files
+
+    /// \param folder made with the first edit. \param maximumBytes how large the file gets: a note that has no room
+    /// does not come on disk, with EFBIG.
+    explicit EditJournal(const QString& folder, qint64 maximumBytes = kMaximumBytes);
 
     /// What is kept, the edit made first in front.
     QList<KeptEdit> read();
@@ -47,6 +50,7 @@ private:
     bool appendLocked(const QByteArray& lines);
     int rewriteLocked();
 
+    const qint64 m_maximumBytes;
     const QString m_folder;
     const QByteArray m_path;
     std::mutex m_lock;
