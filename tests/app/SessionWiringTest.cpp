@@ -101,3 +101,22 @@ TEST_F(SessionWiringTest, TheStatusLineOffersCopiesWhenFilesAreGone)
     start();
     EXPECT_TRUE(waitForRows(2));
 }
+
+TEST_F(SessionWiringTest, AnEditMadeLastIsThereAtTheNextStart)
+{
+    start({file(QStringLiteral("a.mp3"))});
+    ASSERT_TRUE(waitForRows(1));
+    for (const char* genre : {"House", "Techno"}) { // the second while the first is being noted
+        QList<Track> rows = workspace().tracks().rows();
+        AudioTags tags = rows.first().tags();
+        tags.genre = QLatin1StringView(genre);
+        rows.first().edit(tags, TagField::Genre);
+        workspace().setTracks(std::move(rows));
+    }
+    quit();
+    start();
+    EXPECT_TRUE(waitFor([&] {
+        const TrackList& rows = workspace().tracks();
+        return rows.size() == 1 && rows.at(0).editedFields() && rows.at(0).tags().genre == QLatin1StringView("Techno");
+    }));
+}

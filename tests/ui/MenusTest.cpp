@@ -60,6 +60,7 @@ TEST_F(MenusTest, FilesOfLibraryRowsGetCoversAndTheirFirstTagsBack)
     const Track kept = favorite(QStringLiteral("a.mp3"));
     const Track other = favorite(QStringLiteral("b.mp3"));
     fill({kept, other});
+    workspace().setList(Track::MetadataDestination::MusicalKey, {kept});
     files.originals = {kept.url()};
     const QString cover = QStringLiteral("Присвоить обложку…");
     const QString restore = QStringLiteral("Вернуть исходные теги");
@@ -74,6 +75,7 @@ TEST_F(MenusTest, FilesOfLibraryRowsGetCoversAndTheirFirstTagsBack)
         {LibraryTab::Covers, {kept}, {other.id()}, true, true},
         {LibraryTab::Covers, {kept, other}, {other.id()}, false, false},
         {LibraryTab::Converter, {kept}, {}, false, false},
+        {LibraryTab::MusicalKey, {kept}, {}, false, true},
     };
     for (const auto& each : kCases) {
         workspace().setArtworkWritingIDs(each.written);
@@ -86,10 +88,12 @@ TEST_F(MenusTest, FilesOfLibraryRowsGetCoversAndTheirFirstTagsBack)
         EXPECT_EQ(action(menu, QStringLiteral("Переместить в Корзину")) != nullptr, each.tab != LibraryTab::Converter);
         if (!each.restores)
             continue;
-        covers->trigger();
-        dashboard.imageChosen("picture");
-        EXPECT_EQ(dashboard.assignedImage, "picture");
-        EXPECT_EQ(dashboard.last("assignArtwork").ids, ids(each.rows));
+        if (each.covers) {
+            covers->trigger();
+            dashboard.imageChosen("picture");
+            EXPECT_EQ(dashboard.assignedImage, "picture");
+            EXPECT_EQ(dashboard.last("assignArtwork").ids, ids(each.rows));
+        }
         restores->trigger();
         EXPECT_EQ(dashboard.last("restoreTags").ids, ids(each.rows));
     }
