@@ -1,3 +1,5 @@
+#include "support/FileTimes.h"
+#include "support/Machine.h"
 #include "support/StoreFixture.h"
 
 #include <sys/stat.h>
@@ -128,10 +130,7 @@ TEST_F(ImportsTest, WhatCannotBeTakenIsCounted)
 {
     file(QStringLiteral("good.mp3"));
     ASSERT_EQ(mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("pipe.mp3"))).constData(), 0600), 0);
-    QFile companion(folder.filePath(QStringLiteral("._good.mp3")));
-    ASSERT_TRUE(companion.open(QIODevice::WriteOnly));
-    companion.write(QByteArray::fromHex("0005160700020000"));
-    companion.close();
+    writeFile(folder.filePath(QStringLiteral("._good.mp3")), QByteArray::fromHex("0005160700020000"));
     imports().importURLs({root()});
     settle();
     EXPECT_EQ(workspace().tracks().size(), 1);
@@ -151,10 +150,7 @@ TEST_F(ImportsTest, WhatInterruptedWritesLeftIsCountedAndNeverTaken)
     const QUrl good = file(QStringLiteral("good.mp3"));
     const QUrl young = file(QStringLiteral("young/.velmora-01234567-89ab-cdef-0123-456789abcdef.mp3"));
     const QUrl stray = file(QStringLiteral("old/.velmora-01234567-89ab-cdef-0123-456789abcdef.mp3"));
-    QFile old(stray.toLocalFile());
-    ASSERT_TRUE(old.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(old.setFileTime(QDateTime::currentDateTime().addSecs(-3700), QFileDevice::FileModificationTime));
-    old.close();
+    setModified(stray.toLocalFile(), QDateTime::currentDateTime().addSecs(-3700));
     EXPECT_EQ(AudioFileList::expand({root(), stray, young}, AudioFileList::isPlayable, {}).strayTemporaries,
               QList<QUrl>{stray})
         << "each once, and none that may be written at this moment";

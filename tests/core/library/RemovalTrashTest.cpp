@@ -1,5 +1,6 @@
 #include "core/library/files/FileLocks.h"
 #include "support/FolderTrashCan.h"
+#include "support/Machine.h"
 #include "support/StoreFixture.h"
 
 using List = Track::MetadataDestination;
@@ -288,35 +289,24 @@ TEST_F(RemovalTrashTest, RealFilesGoAndComeBackAndAreNeverOverwritten)
 {
     FolderTrashCan can(folder.filePath(QStringLiteral("Trash")));
     useTrashCan(can);
-    const auto contents = [](const QUrl& url) {
-        QFile read(url.toLocalFile());
-        return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray("none");
-    };
-    const auto write = [](const QUrl& url, const QByteArray& bytes) {
-        QFile written(url.toLocalFile());
-        EXPECT_TRUE(written.open(QIODevice::WriteOnly));
-        written.write(bytes);
-    };
-    const Track first = track(file(QStringLiteral("music/один.mp3")).toLocalFile());
-    const Track second = track(file(QStringLiteral("music/two.mp3")).toLocalFile());
-    write(first.url(), "first");
-    write(second.url(), "second");
+    const Track first = track(writeFile(folder.filePath(QStringLiteral("music/один.mp3")), "first"));
+    const Track second = track(writeFile(folder.filePath(QStringLiteral("music/two.mp3")), "second"));
     fill({first, second});
     const QDir trashed(folder.filePath(QStringLiteral("Trash/files")));
     for (int round = 0; round < 2; ++round) {
         trash({first, second});
-        EXPECT_EQ(contents(first.url()), "none");
+        EXPECT_FALSE(QFile::exists(first.url().toLocalFile()));
         EXPECT_EQ(trashed.entryList(QDir::Files).size(), 2);
         EXPECT_TRUE(workspace().tracks().isEmpty());
         undo();
-        EXPECT_EQ(contents(first.url()), "first");
+        EXPECT_EQ(readFile(first.url().toLocalFile()), "first");
         EXPECT_EQ(listed(), titles({first, second}));
     }
     trash({first, second});
-    write(first.url(), "newcomer");
+    writeFile(first.url().toLocalFile(), "newcomer");
     EXPECT_TRUE(QFile::remove(trashed.filePath(QStringLiteral("two.mp3")))) << "the Trash is emptied of it";
     undo();
-    EXPECT_EQ(contents(first.url()), "newcomer");
+    EXPECT_EQ(readFile(first.url().toLocalFile()), "newcomer");
     EXPECT_EQ(trashed.entryList(QDir::Files), QStringList{QStringLiteral("один.mp3")}) << "left alone";
     EXPECT_TRUE(workspace().tracks().isEmpty());
     EXPECT_EQ(lastError(), QStringLiteral("Не удалось восстановить «один.mp3»: На месте файла один.mp3 уже стоит "

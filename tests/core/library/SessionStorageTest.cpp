@@ -1,44 +1,21 @@
 #include "core/library/session/WorkspaceSessionStorage.h"
 #include "support/FailingFileCalls.h"
+#include "support/FileTimes.h"
+#include "support/Machine.h"
 #include "support/SessionSamples.h"
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 namespace {
 
-WorkspaceSessionStorage::Options forTests()
-{
-    return {.skipInTests = false};
-}
+const WorkspaceSessionStorage::Options kForTests{.skipInTests = false};
 
 QByteArray session(int tracks, int favorites = 0)
 {
     return SessionCoding::encode(SessionSamples::withRows(tracks, favorites));
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void put(const QString& path, const QByteArray& bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-void age(const QString& path, int seconds)
-{
-    const timespec date{time(nullptr) - seconds, 0};
-    const timespec both[] = {date, date};
-    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), both, 0), 0);
 }
 
 class SessionStorage : public testing::Test {
@@ -47,13 +24,13 @@ protected:
     {
         QList<QByteArray> contents;
         for (const auto& checkpoint : storage.archives())
-            contents.append(contentOf(checkpoint.path));
+            contents.append(readFile(checkpoint.path));
         return contents;
     }
 
     QTemporaryDir folder;
-    WorkspaceSessionStorage storage{folder.filePath(QStringLiteral("Velmora")), forTests()};
-    QByteArray stored() { return contentOf(storage.sessionFile()); }
+    WorkspaceSessionStorage storage{folder.filePath(QStringLiteral("Velmora")), kForTests};
+    QByteArray stored() { return readFile(storage.sessionFile()); }
 };
 
 } // namespace
@@ -81,19 +58,19 @@ TEST_F(SessionStorage, CheckpointsOfWhatAWriteLoses)
     };
     for (const auto& own : cases) {
         const QTemporaryDir ownFolder;
-        WorkspaceSessionStorage fresh(ownFolder.path(), forTests());
+        WorkspaceSessionStorage fresh(ownFolder.path(), kForTests);
         if (!own.before.isNull())
-            put(fresh.sessionFile(), own.before);
+            writeFile(fresh.sessionFile(), own.before);
         if (own.newestAge >= 0) {
             fresh.createCheckpoint("{}", WorkspaceSessionStorage::Kind::Automatic);
-            age(fresh.archives().first().path, own.newestAge);
+            setModified(fresh.archives().first().path, QDateTime::currentDateTime().addSecs(-own.newestAge));
         }
         fresh.write(own.after, 1);
-        EXPECT_EQ(contentOf(fresh.sessionFile()), own.after) << own.name;
+        EXPECT_EQ(readFile(fresh.sessionFile()), own.after) << own.name;
         const auto archives = fresh.automaticArchives();
         EXPECT_EQ(archives.size(), (own.newestAge >= 0) + own.isKept) << own.name;
         if (own.isKept) {
-            EXPECT_EQ(contentOf(archives.first().path), own.before) << own.name;
+            EXPECT_EQ(readFile(archives.first().path), own.before) << own.name;
         }
     }
 }
@@ -105,7 +82,7 @@ TEST_F(SessionStorage, AnOwnEarlierWriteIsKnownWithoutReadingIt)
     EXPECT_EQ(checkpoints().size(), 1);
     // Another program's file in its place is looked at.
     const QByteArray foreign = session(500);
-    put(storage.sessionFile(), foreign);
+    writeFile(storage.sessionFile(), foreign);
     storage.write(session(400), 3);
     EXPECT_TRUE(checkpoints().contains(foreign));
 }
@@ -115,7 +92,7 @@ TEST_F(SessionStorage, TwelveAutomaticCheckpointsAndEveryManualOneStay)
     storage.createCheckpoint(session(50), WorkspaceSessionStorage::Kind::Manual);
     for (int rows = 20; rows >= 5; --rows) {
         storage.write(session(rows), 100 - rows);
-        age(storage.archives().first().path, 0);
+        setModified(storage.archives().first().path, QDateTime::currentDateTime());
     }
     EXPECT_EQ(storage.automaticArchives().size(), 12);
     EXPECT_EQ(storage.archives().size(), 13);
@@ -129,7 +106,7 @@ TEST_F(SessionStorage, TwelveAutomaticCheckpointsAndEveryManualOneStay)
 TEST_F(SessionStorage, ACopyThatWasAskedForIsNotMadeAgainByTheWrite)
 {
     const QByteArray replaced = session(50);
-    put(storage.sessionFile(), replaced);
+    writeFile(storage.sessionFile(), replaced);
     storage.createCheckpoint(replaced, WorkspaceSessionStorage::Kind::Automatic);
     storage.write(session(1), 1);
     EXPECT_EQ(checkpoints().size(), 1);
@@ -150,11 +127,12 @@ TEST_F(SessionStorage, OrderOfCheckpoints)
         QStringLiteral("workspace-session-backup-B.json"), QStringLiteral("workspace-session-manual-C.json"),
         QStringLiteral("workspace-session-backup-A.json"), QStringLiteral("workspace-session-backup-D.json")};
     for (const QString& name : names)
-        put(storage.backupFolder() + u'/' + name, "{}");
-    put(storage.backupFolder() + QStringLiteral("/workspace-session-backup-E.json.new"), "{}");
-    put(storage.backupFolder() + QStringLiteral("/other.json"), "{}");
+        writeFile(storage.backupFolder() + u'/' + name, "{}");
+    writeFile(storage.backupFolder() + QStringLiteral("/workspace-session-backup-E.json.new"), "{}");
+    writeFile(storage.backupFolder() + QStringLiteral("/other.json"), "{}");
     for (const QString& name : names)
-        age(storage.backupFolder() + u'/' + name, name.contains(u'D') ? 100 : 50);
+        setModified(storage.backupFolder() + u'/' + name,
+                    QDateTime::currentDateTime().addSecs(name.contains(u'D') ? -100 : -50));
     QStringList listed;
     for (const auto& checkpoint : storage.archives())
         listed.append(QFileInfo(checkpoint.path).completeBaseName().right(8));
@@ -207,7 +185,7 @@ TEST_F(SessionStorage, FailedAndStoppedAtEveryStep)
     for (const How how : {How::Fails, How::Stops}) {
         for (int step = 0;; ++step) {
             const QTemporaryDir own;
-            WorkspaceSessionStorage(own.path(), forTests()).write(old, 1);
+            WorkspaceSessionStorage(own.path(), kForTests).write(old, 1);
             int steps = 0;
             bool isWritten = true;
             {
@@ -215,7 +193,7 @@ TEST_F(SessionStorage, FailedAndStoppedAtEveryStep)
                 calls.error = ENOSPC;
                 calls.transferLimit = 4096;
                 (how == How::Fails ? calls.failingStep : calls.stopStep) = step;
-                WorkspaceSessionStorage again(own.path(), forTests());
+                WorkspaceSessionStorage again(own.path(), kForTests);
                 try {
                     again.write(fresh, 1);
                 } catch (const SessionStorageError& error) {
@@ -227,16 +205,16 @@ TEST_F(SessionStorage, FailedAndStoppedAtEveryStep)
                 }
                 steps = calls.stepCount();
             }
-            WorkspaceSessionStorage next(own.path(), forTests());
-            const QByteArray found = contentOf(next.sessionFile());
+            WorkspaceSessionStorage next(own.path(), kForTests);
+            const QByteArray found = readFile(next.sessionFile());
             EXPECT_TRUE(found == old || found == fresh) << "step " << step;
             if (how == How::Fails) {
                 EXPECT_EQ(found == fresh, isWritten) << "step " << step;
             }
             for (const auto& checkpoint : next.archives())
-                EXPECT_EQ(contentOf(checkpoint.path), old) << "step " << step;
+                EXPECT_EQ(readFile(checkpoint.path), old) << "step " << step;
             next.write(fresh, 2); // whatever was left behind is no obstacle
-            EXPECT_EQ(contentOf(next.sessionFile()), fresh) << "step " << step;
+            EXPECT_EQ(readFile(next.sessionFile()), fresh) << "step " << step;
             if (step >= steps)
                 break;
         }
@@ -259,7 +237,7 @@ TEST_F(SessionStorage, TestProcessesLeaveTheFolderAlone)
     real.createCheckpoint(session(1), WorkspaceSessionStorage::Kind::Manual);
     real.writePendingRestore(session(1));
     EXPECT_FALSE(QFileInfo::exists(folder.filePath(QStringLiteral("real"))));
-    put(real.sessionFile(), session(1));
+    writeFile(real.sessionFile(), session(1));
     EXPECT_FALSE(real.readSession());
     qputenv("VELMORA_TESTING", before);
 }

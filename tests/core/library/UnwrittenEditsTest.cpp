@@ -3,6 +3,7 @@
 #include "core/library/tagwriting/ClosingQuestion.h"
 #include "core/library/tagwriting/GivenUpEdits.h"
 #include "support/FailingFileCalls.h"
+#include "support/Machine.h"
 #include "support/Pictures.h"
 #include "support/StoreFixture.h"
 
@@ -30,11 +31,7 @@ protected:
     const QString path = folder.filePath(QStringLiteral("data/unwritten-edits-v1.jsonl"));
     const QString data = folder.filePath(QStringLiteral("data"));
     std::string kept() { return genres(EditJournal(data).read()); }
-    QByteArray bytes() const
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray bytes() const { return readFile(path); }
 };
 
 TEST_F(EditJournalTest, HoldsTheLastWordOfEachFile)
@@ -54,27 +51,24 @@ TEST_F(EditJournalTest, HoldsTheLastWordOfEachFile)
 
 TEST_F(EditJournalTest, AStopAtAnyStepLosesNothingThatWasKept)
 {
-    const KeptEdit first = edit("/a.mp3", "House");
-    const KeptEdit second = edit("/b.mp3", "Pop");
     for (int step = 0;; ++step) {
         SCOPED_TRACE(step);
         QFile::remove(path);
         EditJournal journal(data);
-        ASSERT_TRUE(journal.note({first}, 1));
-        bool isComplete = false;
-        {
+        ASSERT_TRUE(journal.note({edit("/a.mp3", "House")}, 1));
+        const auto steps = [&] {
             FailingFileCalls calls;
             calls.stopStep = step;
             calls.transferLimit = 20;
-            journal.note({second}, 2);
-            isComplete = calls.stepCount() <= step;
-        }
+            journal.note({edit("/b.mp3", "Pop")}, 2);
+            return calls.stepCount();
+        }();
         const std::string found = kept();
         EXPECT_TRUE(found == "a.mp3=House" || found == "a.mp3=House b.mp3=Pop") << found;
         EditJournal again(data); // what was cut is written over
         ASSERT_TRUE(again.note({edit("/c.mp3", "X")}, 1));
         EXPECT_EQ(kept(), found + " c.mp3=X");
-        if (isComplete)
+        if (steps <= step)
             break;
     }
 }
@@ -90,9 +84,7 @@ TEST_F(EditJournalTest, AFileThatCannotBeReadIsNeverWrittenOver)
         EXPECT_TRUE(EditJournal(data).note({edit("/b.mp3", "Pop")}, 1));
     }
     EXPECT_EQ(kept(), "b.mp3=Pop");
-    QFile aside(QDir(data).filePath(QDir(data).entryList({QStringLiteral("*.unread-*")}).value(0)));
-    ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
-    EXPECT_EQ(aside.readAll(), before);
+    EXPECT_EQ(readFile(QDir(data).filePath(QDir(data).entryList({QStringLiteral("*.unread-*")}).value(0))), before);
 }
 
 TEST_F(EditJournalTest, WhatCannotBeWrittenIsToldAndTriedAgain)
@@ -136,11 +128,8 @@ TEST_F(EditJournalTest, DamagedLinesArePassedOverAndOldOnesDoNotPileUp)
 {
     EditJournal journal(data);
     ASSERT_TRUE(journal.note({edit("/a.mp3", "House")}, 1));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::Append));
-    file.write("{\"path\":\"/b.mp3\",\"genre\":\n{\"genre\":\"x\"}\n\xff\n{\"path\":\"/"
-               "c.mp3\",\"later\":[1],\"genre\":\"Y\"}\n");
-    file.close();
+    writeFile(path, bytes() + "{\"path\":\"/b.mp3\",\"genre\":\n{\"genre\":\"x\"}\n\xff\n{\"path\":\"/"
+                              "c.mp3\",\"later\":[1],\"genre\":\"Y\"}\n");
     EXPECT_EQ(kept(), "a.mp3=House c.mp3=Y");
     const QByteArray text(100'000, 'x');
     for (quint64 revision = 2; revision < 60; ++revision)
@@ -411,7 +400,6 @@ TEST_F(UnwrittenEditsTest, ClosingStaysWithWhatIsLostAndWaitsForCovers)
     const QByteArray png = Pictures::plain({4, 4}, 0xFFFF0000, "PNG");
     for (const Answer answer : {Answer::Finish, Answer::Keep}) {
         for (const bool fails : {false, true}) {
-            SCOPED_TRACE(fails ? "the cover fails" : "the cover is written");
             start();
             fill({a, b});
             files.fail("disk full", b.url());
@@ -428,7 +416,7 @@ TEST_F(UnwrittenEditsTest, ClosingStaysWithWhatIsLostAndWaitsForCovers)
             closing().answer(answer);
             EXPECT_TRUE(wanted.isEmpty()) << "a cover is kept nowhere";
             settle();
-            EXPECT_EQ(wanted.size(), fails ? 0 : 1);
+            EXPECT_EQ(wanted.size(), fails ? 0 : 1) << static_cast<int>(answer);
         }
     }
 }

@@ -1,3 +1,4 @@
+#include "support/Machine.h"
 #include "support/WindowFixture.h"
 
 #include "ui/inspector/CoverWell.h"
@@ -55,11 +56,7 @@ protected:
     }
     QUrl pictureFile()
     {
-        const QString path = folder.filePath(QStringLiteral("cover.png"));
-        QFile written(path);
-        EXPECT_TRUE(written.open(QIODevice::WriteOnly));
-        written.write(picture(qRgb(200, 30, 60)));
-        return FileURL::fromPath(path);
+        return FileURL::fromPath(writeFile(folder.filePath(QStringLiteral("cover.png")), picture(qRgb(200, 30, 60))));
     }
 
     const Track first = fullTrack(QStringLiteral("Low Sun"), picture(qRgb(10, 20, 30)));
