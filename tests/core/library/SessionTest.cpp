@@ -198,6 +198,14 @@ TEST_F(SessionTest, AnEndWhileFilesComeBackFromTheTrashCostsNoRow)
     EXPECT_EQ(rowsStored(), trashCan.restored.size() + 1) << "the file in hand may come yet";
 }
 
+TEST_F(SessionTest, ARepeatedRowCostsNoOther)
+{
+    const QList<Track> rows = realRows(8);
+    putSession(SessionSamples::of(rows + QList<Track>{rows[3], rows[7]}));
+    startAndRestore();
+    EXPECT_EQ(titles(workspace().tracks().rows()), titles(rows));
+}
+
 TEST_F(SessionTest, MissingFilesAreSaidAndStayInACheckpoint)
 {
     const QList<Track> rows = realRows(4, 1);

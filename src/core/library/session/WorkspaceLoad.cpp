@@ -36,15 +36,6 @@ std::optional<Source> bestSource(WorkspaceSessionStorage& storage, const QByteAr
     return sourceOf(legacyBytes);
 }
 
-/// Keeps what a test accepts; the list stays shared where that is everything.
-template <typename Value, typename Test>
-void keepOnly(QList<Value>& list, Test test)
-{
-    const auto isGone = [&](const Value& value) { return !test(value); };
-    if (std::any_of(list.cbegin(), list.cend(), isGone))
-        list.removeIf(isGone);
-}
-
 /// The values whose files are there. \param place of the first one's answer; moves on behind the last one's.
 template <typename Value>
 QList<Value> presentOf(const QList<Value>& list, const std::vector<bool>& present, size_t& place)
@@ -81,16 +72,23 @@ void filterByTracks(SessionRecord& record)
     record.musicalKeyAnalyses.removeIf(isGone);
 }
 
-/// Two rows of one list never have one identity, whatever a foreign file says: the first stays.
+/// Two rows of one list never have one identity, whatever a foreign file says: the first stays. Each row is asked about
+/// once, for the answer remembers; a list without repeats stays shared.
 void dropRepeated(QList<Track>& tracks)
 {
     QSet<TrackID> met;
     met.reserve(tracks.size());
-    keepOnly(tracks, [&](const Track& track) {
+    const auto isRepeated = [&met](const Track& track) {
         const qsizetype before = met.size();
         met.insert(track.id());
-        return met.size() != before;
-    });
+        return met.size() == before;
+    };
+    const auto first = std::find_if(tracks.cbegin(), tracks.cend(), isRepeated);
+    if (first == tracks.cend())
+        return;
+    QList<Track> kept(tracks.cbegin(), first);
+    std::copy_if(first + 1, tracks.cend(), std::back_inserter(kept), std::not_fn(isRepeated));
+    tracks = std::move(kept);
 }
 
 const QList<Track>& listOf(LibraryTab tab, const SessionRecord& record)

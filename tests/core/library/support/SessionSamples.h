@@ -22,16 +22,6 @@ inline Track row(const QString& path, bool favorite = false)
     return track;
 }
 
-/// \param favorites rows from the first on that are favourites.
-inline SessionRecord withRows(int count, int favorites = 0, const QString& folder = QStringLiteral("/music"))
-{
-    SessionRecord record;
-    record.activeTab = rawValue(LibraryTab::Playlist);
-    for (int i = 0; i < count; ++i)
-        record.tracks.append(row(folder + QStringLiteral("/%1.mp3").arg(i), i < favorites));
-    return record;
-}
-
 /// A session of these rows and nothing else.
 inline SessionRecord of(const QList<Track>& tracks)
 {
@@ -39,6 +29,15 @@ inline SessionRecord of(const QList<Track>& tracks)
     record.activeTab = rawValue(LibraryTab::Playlist);
     record.tracks = tracks;
     return record;
+}
+
+/// \param favorites rows from the first on that are favourites.
+inline SessionRecord withRows(int count, int favorites = 0, const QString& folder = QStringLiteral("/music"))
+{
+    QList<Track> rows;
+    for (int i = 0; i < count; ++i)
+        rows.append(row(folder + QStringLiteral("/%1.mp3").arg(i), i < favorites));
+    return of(rows);
 }
 
 /// Makes the files of a session's rows, empty.
