@@ -119,6 +119,7 @@ void LibraryConcerns::wireStoppedWrites()
 void LibraryConcerns::wireClosing()
 {
     QObject::connect(&artwork, &Artwork::failed, &closingQuestion, &ClosingQuestion::noteLoss);
+    QObject::connect(&keys, &Keys::tookBack, &closingQuestion, &ClosingQuestion::noteLoss);
     QObject::connect(&tagWriting, &TagWriting::tookBack, &closingQuestion, &ClosingQuestion::noteLoss);
 }
 

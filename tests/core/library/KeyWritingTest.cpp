@@ -1,4 +1,7 @@
+#include "core/library/tagwriting/ClosingQuestion.h"
 #include "support/StoreFixture.h"
+
+#include <QSignalSpy>
 
 namespace {
 
@@ -134,6 +137,17 @@ TEST_F(KeyWritingTest, takenBackBeforeItsEndWaitsForThat)
     for (const List list : {List::Library, List::MusicalKey})
         EXPECT_EQ(keyIn(list), QString());
     EXPECT_EQ(history().undoActionName(), QStringLiteral("Изменить избранное"));
+}
+
+TEST_F(KeyWritingTest, aKeyThatIsLostHoldsTheEndBack)
+{
+    files.fail();
+    QSignalSpy wanted(&store->closingQuestion(), &ClosingQuestion::closeWanted);
+    store->keys().writeAnalyzedMusicalKeys(ids({row(0)}));
+    ASSERT_FALSE(store->closingQuestion().mayClose());
+    store->closingQuestion().answer(ClosingQuestion::Answer::Finish);
+    settle();
+    EXPECT_TRUE(wanted.isEmpty());
 }
 
 TEST_F(KeyWritingTest, saysWhenThereIsNothingToWrite)

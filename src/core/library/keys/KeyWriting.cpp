@@ -110,6 +110,8 @@ void KeyWriting::takeBack(const Round& round, const QSet<TrackID>& notWritten)
     }
     if (!changed.isEmpty())
         emit m_dependencies.notifications.velmoraTrackMetadataDidChange(QString(), changed);
+    if (!notWritten.isEmpty())
+        emit tookBack();
 }
 
 /// What is in no file, and what stood there before, is nothing to take back.

@@ -29,6 +29,10 @@ public:
     /// outcome when the last file is done. Undo leaves keys alone that were changed since.
     void write(const QHash<TrackID, MusicalKeyAnalysis>& analyses, const QSet<TrackID>& ids);
 
+Q_SIGNALS:
+    /// Keys that could not be written were taken back out of their rows.
+    void tookBack();
+
 private:
     friend class KeyStep;
     struct Round;

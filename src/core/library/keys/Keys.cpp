@@ -28,6 +28,7 @@ Keys::Keys(const Dependencies& dependencies)
     , m_entry(dependencies.board, WorkKinds::kMusicalKey)
     , m_queue(WorkKinds::kMusicalKey, *this, dependencies.scheduler, dependencies.executor)
 {
+    connect(&m_writing, &KeyWriting::tookBack, this, &Keys::tookBack);
     connect(&m_entry, &WorkEntry::stopRequested, this, &Keys::dropMusicalKeyQueue);
     connect(&m_dependencies.events, &FileEvents::changed, this, &Keys::fileChanged);
     connect(&m_dependencies.workspace, &Workspace::sectionListChanged, this, &Keys::sectionChanged);

@@ -82,6 +82,8 @@ public:
     const QSet<TrackID>& undeterminedMusicalKeyIDs() const { return m_undetermined; }
 
 Q_SIGNALS:
+    /// Keys that could not be written were taken back out of their rows.
+    void tookBack();
     /// The state of these rows has changed: what is queued, active, determined or undetermined.
     void musicalKeyStatesChanged(const QSet<TrackID>& ids);
     /// musicalKeyAnalyses() is worth saving.

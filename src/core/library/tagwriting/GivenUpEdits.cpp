@@ -9,6 +9,10 @@
 
 #include <memory>
 
+namespace {
+constexpr qint64 kBytesPerEdit = 1024; // about, with the tags
+}
+
 GivenUpEdits::GivenUpEdits(const Dependencies& dependencies)
     : m_dependencies(dependencies)
 {
@@ -22,7 +26,8 @@ void GivenUpEdits::giveUp(const QSet<TrackID>& ids)
         return;
     letGo(*edits);
     m_dependencies.history.registerUndo(
-        QStringLiteral("Снять правки"), [this, edits] { bringBack(*edits); }, [this, edits] { letGo(*edits); });
+        QStringLiteral("Снять правки"), {edits->size() * kBytesPerEdit, false}, [this, edits] { bringBack(*edits); },
+        [this, edits] { letGo(*edits); });
     m_dependencies.status.showCounted(QStringLiteral("Правки сняты: %d"), {static_cast<int>(edits->size())},
                                       StatusIcon::Tag, WorkspaceStatus::Tone::Success);
 }
